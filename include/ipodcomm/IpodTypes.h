@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+// Records and enumerations of the current interface (CIpodComm, CIpodSerial).
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+/// Header form of a frame, told by its length byte.
+enum tagIPOD_PACKET_TYPE : std::int32_t {
+  IPOD_PACKET_TYPE_LARGE = 0,  ///< 0x00 marker, then a 16-bit length
+  IPOD_PACKET_TYPE_SMALL = 1,  ///< one-byte length
+};
+
+/// One received frame, kept whole: normally from the sync byte 0xFF through the checksum byte.
+struct tagSERIAL_PACKET {
+  unsigned char data[1024];
+  std::uint32_t length;  ///< valid bytes in `data`
+};
+
+/// Results of the write/read machinery.
+enum tagIPOD_COMM_ERROR : std::int32_t {
+  IPOD_COMM_OK = 0,                 ///< written; or the awaited answer (or an accepted ACK) was stored
+  IPOD_COMM_NO_ANSWER = 1,          ///< write failed, nothing arrived, request served, or rejecting ACK
+  IPOD_COMM_UNEXPECTED = 3,         ///< the last packet read was not the awaited one
+  IPOD_COMM_RETRIES_EXHAUSTED = 4,  ///< every attempt ended with IPOD_COMM_NO_ANSWER
+};
+
+/// One outgoing command.
+struct tagIPOD_WRITE_PARAMS {
+  std::uint16_t command;  ///< the Extended Interface uses all 16 bits, other lingoes the low byte
+  std::uint8_t lingo;
+  const unsigned char* data;  ///< command data, borrowed
+  std::uint32_t length;       ///< bytes of `data`
+};
+
+/// One awaited answer: what is expected goes in, what arrived comes out.
+struct tagIPOD_READ_PARAMS {
+  std::uint16_t expected_command;  ///< in: counts as the answer (0x02 for commands answered by an ACK only)
+  std::uint16_t received_command;  ///< out: command of the last packet looked at
+  std::uint8_t lingo;              ///< out: lingo of the last packet looked at
+  unsigned char* buffer;           ///< receives the answer's data, borrowed
+  std::int32_t size;               ///< in: bytes of `buffer`; out: lowered to what a shorter answer stored.
+                                   ///< For an accepted ACK, 2 or 1 selects how much of it `ack` keeps
+  std::uint32_t stored;            ///< out: bytes copied into `buffer`
+  std::int32_t retries;            ///< in: attempts of write and read
+  std::int32_t accept_ack;         ///< in: non-zero lets a General ACK count as the answer
+  std::int32_t ack_received;       ///< out: non-zero once an ACK came
+  std::uint16_t ack;               ///< out: the ACK's first data bytes as they lie: status, then command
+  std::uint8_t final_command;      ///< in: General lingo: an ACK naming this command ends the wait
+};
+
+/// Input of the identification token.
+struct tagIdentifyToken {
+  std::vector<unsigned char> lingoes;  ///< in the order in which they are announced
+  unsigned char options[4];            ///< in wire order, most significant first
+  unsigned char device_id[4];          ///< in wire order, most significant first
+};
+
+/// Outcome of the identification sequence.
+enum tagIPOD_IDENTIFY_RESULT : std::int32_t {
+  IPOD_IDENTIFY_RESULT_NONE = 0,    ///< not identified
+  IPOD_IDENTIFY_RESULT_TOOOLD = 1,  ///< the iPod's lingo versions are below the minimums
+  IPOD_IDENTIFY_RESULT_IDPS = 2,    ///< identified by tokens
+  IPOD_IDENTIFY_RESULT_LINGOS = 3,  ///< identified by IdentifyDeviceLingoes
+};
+
+/// The host's description of the accessory. The library stores the block and reads none of it.
+struct tagIPOD_ACCESSORY_INFO {
+  unsigned char data[312];
+};
+
+/// A lingo's protocol version.
+struct tagIPOD_VERSION {
+  std::uint8_t major;
+  std::uint8_t minor;
+};
+
+/// Colour variant of the docked iPod. The host maps each value to its own picture.
+enum tagIPOD_COLOR : std::int32_t {
+  IPOD_COLOR_NONE = 0,  ///< no colour known
+  IPOD_COLOR_1,
+  IPOD_COLOR_2,
+  IPOD_COLOR_3,
+  IPOD_COLOR_4,
+  IPOD_COLOR_5,
+  IPOD_COLOR_6,
+  IPOD_COLOR_7,
+  IPOD_COLOR_8,
+  IPOD_COLOR_9,
+  IPOD_COLOR_10,
+  IPOD_COLOR_11,
+};
+
+/// What the play-status notifications have told so far.
+struct tagIPOD_PLAY_STATUS {
+  std::uint32_t state;           ///< 0 stopped, 1 playing, 2 paused
+  std::uint32_t position;        ///< of the track, in seconds
+  std::uint32_t track_index;     ///< in the now-playing list
+  std::uint32_t tick;            ///< GetTickCount of the last notification, in milliseconds
+};
