@@ -15,6 +15,8 @@
 
 #if defined(_WIN32)
 
+// The header would otherwise rename functions of the C library, of which the standard headers speak.
+#define STRSAFE_NO_DEPRECATE
 #include <strsafe.h>
 #include <winver.h>
 
@@ -294,7 +296,7 @@ DWORD FormatMessageW(DWORD flags, const void* source, DWORD message, DWORD langu
 /// Writes to the platform's debug output, formatted as wsprintfW does; text of any length.
 void NKDbgPrintfW(const wchar_t* format, ...);
 
-#else  // _WIN32: what Windows CE has and the desktop lacks, supplied by platform/windows
+#elif !defined(UNDER_CE)  // what Windows CE has and the desktop lacks, from platform/windows
 
 BOOL EventModify(HANDLE event, DWORD action);
 void NKDbgPrintfW(const wchar_t* format, ...);
