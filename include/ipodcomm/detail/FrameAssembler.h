@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// What the exported classes are made of; hosts have no use for it.
+#pragma once
+
+#include <cstdint>
+
+#include "ipodcomm/IpodTypes.h"
+
+namespace ipodcomm {
+
+/// Finds frames in the received bytes, one byte at a time. Never blocks, allocates or logs.
+///
+///   FF 55 LL          lingo command data...  checksum       short form, LL 1..255
+///   FF 55 00 HH LL    lingo command data...  checksum       large form
+///
+///                 FF          55           LL          last body byte
+///   kHuntSync ---------> kStart -----> kLength -----> kBody -----> kChecksum
+///                         ^  |            | 00          ^
+///                         +--+            v             |
+///                      other byte    kLengthHigh -> kLengthLow
+class FrameAssembler {
+ public:
+  /// Back to hunting for a sync byte, with a zeroed buffer.
+  void Reset();
+
+  /// Takes one byte. True when it completed a frame whose checksum holds; the frame is then in
+  /// data()[0] to data()[length() - 1] until the next byte is fed.
+  bool Feed(std::uint8_t byte) {
+    if (completed_) StartOver();
+    buffer_[index_++] = byte;
+    sum_ = static_cast<std::uint8_t>(sum_ + byte);
+    if (state_ != State::kBody) return Step(byte);
+    // A large frame of length 0 wraps the count here, so it ends only at the size limit.
+    if (--remaining_ == 0) state_ = State::kChecksum;
+    if (index_ == kSizeLimit) StartOver();
+    return false;
+  }
+
+  const std::uint8_t* data() const { return buffer_; }
+  std::uint32_t length() const { return index_; }
+  /// Header form of the frame whose length byte came last.
+  tagIPOD_PACKET_TYPE type() const { return type_; }
+
+ private:
+  enum class State : std::uint8_t {
+    kHuntSync,
+    kStart,
+    kLength,
+    kLengthHigh,
+    kLengthLow,
+    kBody,
+    kChecksum,
+  };
+  /// A frame that reaches this size before its checksum arrives is dropped.
+  static constexpr std::uint32_t kSizeLimit = 1023;
+
+  bool Step(std::uint8_t byte);
+  void StartOver();
+
+  std::uint8_t buffer_[1024] = {};
+  std::uint32_t index_ = 0;
+  std::uint32_t remaining_ = 0;
+  State state_ = State::kHuntSync;
+  std::uint8_t sum_ = 0;
+  bool completed_ = false;
+  tagIPOD_PACKET_TYPE type_ = IPOD_PACKET_TYPE_LARGE;
+};
+
+}  // namespace ipodcomm

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// How an object and the threads that it started let go of each other.
+#include "ipodcomm/detail/Lifeline.h"
+
+#include "platform/services.h"
+
+namespace ipodcomm {
+
+namespace {
+// The waits below are for turns of a few milliseconds and happen on destruction, copying and
+// reopening only, so looking again is simpler than an event and cannot miss a wake-up.
+constexpr DWORD kLookAgainMs = 1;
+}  // namespace
+
+void Lifeline::Begin() {
+  begun_generation_ = generation_.load();
+  ++inside_;
+}
+
+bool Lifeline::Enter() {
+  for (;;) {
+    // Counted in before looking, as Close, Hold and Dismiss say their word before counting: one of
+    // the two always sees the other.
+    ++inside_;
+    if (!gone_ && holds_ == 0) return true;
+    --inside_;
+    if (gone_) return false;
+    Sleep(kLookAgainMs);
+  }
+}
+
+bool Lifeline::Enter(unsigned generation) {
+  if (!Enter()) return false;
+  if (generation_ == generation) return true;
+  Leave();
+  return false;
+}
+
+void Lifeline::Leave() { --inside_; }
+
+void Lifeline::Dismiss() {
+  ++generation_;
+  AwaitEmpty();
+}
+
+void Lifeline::Hold() {
+  ++holds_;
+  AwaitEmpty();
+}
+
+void Lifeline::Release() { --holds_; }
+
+void Lifeline::Close() { gone_ = true; }
+
+void Lifeline::End() {
+  Close();
+  AwaitEmpty();
+}
+
+void Lifeline::AwaitEmpty() const {
+  while (inside_ != 0) Sleep(kLookAgainMs);
+}
+
+}  // namespace ipodcomm

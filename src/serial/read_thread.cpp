@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// CIpodSerial: the port read thread and the serial-driver restart at its end.
+#include "ipodcomm/CIpodSerial.h"
+#include "platform/services.h"
+#include "serial/driver_registry.h"
+
+using ipodcomm::LockScope;
+
+namespace {
+
+// One byte at a time with a pause after each: deliberate, though it limits the read rate.
+constexpr DWORD kTurnPauseMs = 2;
+constexpr DWORD kFailedReadPauseMs = 50;
+constexpr DWORD kDriverRestartMs = 1000;
+constexpr DWORD kSerialDeviceClass = 18;
+constexpr DWORD kExitCode = 1;
+
+}  // namespace
+
+unsigned long WINAPI CIpodSerial::PortReadThread(void* object) {
+  auto* serial = static_cast<CIpodSerial*>(object);
+  // Begin entered the lifeline for this thread, so the object is still there.
+  const std::shared_ptr<Lifeline> lifeline = serial->lifeline_.shared();
+  const unsigned generation = lifeline->begun_generation();
+
+  bool reading = serial->BeginReading();
+  while (reading) {
+    const unsigned long pause_ms = serial->ReadTurn();
+    const HANDLE driver = serial->driver_;
+    lifeline->Leave();
+    Sleep(pause_ms);
+    if (!lifeline->Enter(generation)) {
+      // A thread that a later Open turned away leaves port and driver to that one's thread.
+      if (lifeline->gone()) RestartDriver(serial, *lifeline, driver);
+      return kExitCode;
+    }
+    reading = serial->KeepReading();
+  }
+  serial->EndReading();
+  const HANDLE driver = serial->driver_;
+  lifeline->Leave();
+  RestartDriver(serial, *lifeline, driver);
+  return kExitCode;
+}
+
+bool CIpodSerial::BeginReading() {
+  assembler_.Reset();
+  bool running = false;
+  {
+    const LockScope lock(state_lock_);
+    running = running_ != 0;
+    thread_running_ = 1;
+  }
+  if (port_ == INVALID_HANDLE_VALUE) return false;
+  SetCommMask(port_, EV_RXCHAR | EV_RXFLAG);
+  return running && port_ != INVALID_HANDLE_VALUE;
+}
+
+/// Reads at most one byte. Returns the pause that follows, in milliseconds.
+unsigned long CIpodSerial::ReadTurn() {
+  unsigned char byte = 0;
+  DWORD read = 0;
+  {
+    const LockScope lock(port_lock_);
+    if (ReadFile(port_, &byte, 1, &read, nullptr) == FALSE) return kFailedReadPauseMs;
+  }
+  if (read == 0) return kTurnPauseMs;
+  const bool complete = assembler_.Feed(byte);
+  packet_type_ = assembler_.type();
+  if (complete) QueueAssembledFrame();
+  return kTurnPauseMs;
+}
+
+bool CIpodSerial::KeepReading() {
+  bool running = false;
+  {
+    const LockScope lock(state_lock_);
+    running = running_ != 0;
+  }
+  return running && port_ != INVALID_HANDLE_VALUE;
+}
+
+void CIpodSerial::EndReading() {
+  const LockScope lock(state_lock_);
+  received_.clear();
+  thread_running_ = 0;
+}
+
+/// Unloads and reloads the driver of "COM2:", which every end of the thread does, whatever the
+/// reason. `serial` may be gone by now, or go meanwhile: it is touched inside `lifeline` only.
+void CIpodSerial::RestartDriver(CIpodSerial* serial, Lifeline& lifeline, HANDLE driver) {
+  const auto keep_driver = [serial, &lifeline](HANDLE handle) {
+    if (!lifeline.Enter()) return;
+    serial->driver_ = handle;
+    lifeline.Leave();
+  };
+  if (driver == INVALID_HANDLE_VALUE) {
+    driver = ipodcomm::ActiveSerialDriver();
+    keep_driver(driver);
+  }
+  if (driver != INVALID_HANDLE_VALUE) DeactivateDevice(driver);
+  Sleep(kDriverRestartMs);
+  keep_driver(ActivateDevice(L"Drivers\\Builtin\\Serial2", kSerialDeviceClass));
+}

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// CIpodSerial: the queue of received packets, from the assembler to its consumers.
+#include <cstring>
+
+#include "ipodcomm/CIpodSerial.h"
+#include "platform/services.h"
+#include "serial/event_wait.h"
+
+using ipodcomm::LockScope;
+
+namespace {
+
+constexpr DWORD kReadPacketWaitMs = 2000;
+
+// Unsigned, so that a result compares equal to 0x80004005 whatever the width of long.
+constexpr long kGeneralFailure = static_cast<long>(0x80004005UL);
+
+}  // namespace
+
+void CIpodSerial::QueueAssembledFrame() {
+  staging_.length = assembler_.length();
+  std::memcpy(staging_.data, assembler_.data(), staging_.length);
+  {
+    const LockScope lock(state_lock_);
+    received_.push_back(staging_);
+  }
+  EventModify(packet_event_, EVENT_SET);
+}
+
+/// Takes the front packet; the caller holds the state lock.
+bool CIpodSerial::TakePacket(tagSERIAL_PACKET* packet) {
+  if (received_.empty()) return false;
+  const tagSERIAL_PACKET& front = received_.front();
+  std::memcpy(packet->data, front.data, front.length);
+  packet->length = front.length;
+  received_.pop_front();
+  return true;
+}
+
+bool CIpodSerial::GetNextPacket(tagSERIAL_PACKET* packet, unsigned long timeout_ms) {
+  {
+    const LockScope lock(state_lock_);
+    if (TakePacket(packet)) {
+      // The signal of a packet taken without waiting must not wake the next wait for nothing.
+      EventModify(packet_event_, EVENT_RESET);
+      return true;
+    }
+  }
+  if (!ipodcomm::WaitForEvent(packet_event_, timeout_ms)) return false;
+  const LockScope lock(state_lock_);
+  return TakePacket(packet);
+}
+
+long CIpodSerial::ReadPacket(unsigned char* buffer, unsigned long size, unsigned long* length,
+                             tagIPOD_PACKET_TYPE* type) {
+  if (port_ == INVALID_HANDLE_VALUE) return ERROR_INVALID_HANDLE;
+  bool waiting = false;
+  {
+    const LockScope lock(state_lock_);
+    waiting = !received_.empty();
+    if (waiting) EventModify(packet_event_, EVENT_RESET);
+  }
+  if (!waiting && !ipodcomm::WaitForEvent(packet_event_, kReadPacketWaitMs)) {
+    return kGeneralFailure;
+  }
+  tagSERIAL_PACKET packet = {};
+  {
+    const LockScope lock(state_lock_);
+    if (!TakePacket(&packet)) return kGeneralFailure;
+  }
+  // A buffer exactly as long as the packet is too small, and the packet is lost. The type is that
+  // of the frame assembled last, not of this packet. Prescribed so; hosts depend on both.
+  if (packet.length >= size) return kGeneralFailure;
+  std::memcpy(buffer, packet.data, packet.length);
+  *length = packet.length;
+  if (type != nullptr) *type = packet_type_;
+  return ERROR_SUCCESS;
+}
+
+std::deque<tagSERIAL_PACKET> CIpodSerial::CopyOfQueue() const {
+  const LockScope lock(state_lock_);
+  return received_;
+}

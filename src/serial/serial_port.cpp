@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+// CIpodSerial: construction, copying, opening and closing "COM2:".
+#include "ipodcomm/CIpodSerial.h"
+#include "ipodcomm/TraceLog.h"
+#include "platform/services.h"
+#include "serial/line_settings.h"
+
+using ipodcomm::LifelineHold;
+using ipodcomm::LockScope;
+
+namespace {
+
+constexpr DWORD kTerminatedExitCode = 0xFFFFFFFF;
+
+}  // namespace
+
+CIpodSerial::CIpodSerial() {
+  packet_event_ = CreateEventW(nullptr, FALSE, FALSE, L"IPOD_PORT_EVENT_NAME");
+}
+
+CIpodSerial::CIpodSerial(const CIpodSerial& other)
+    : CIpodSerial(other, LifelineHold(*other.lifeline_)) {}
+
+CIpodSerial::CIpodSerial(const CIpodSerial& other, const LifelineHold& /*source_held*/)
+    : port_(other.port_),
+      read_thread_(other.read_thread_),
+      packet_event_(other.packet_event_),
+      running_(other.running_),
+      thread_running_(other.thread_running_),
+      assembler_(other.assembler_),
+      received_(other.CopyOfQueue()),
+      staging_(other.staging_),
+      driver_(other.driver_),
+      status_(other.status_),
+      window_(other.window_),
+      packet_type_(other.packet_type_),
+      thread_owner_(other.thread_owner_) {}
+
+CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
+  if (this == &other) return *this;
+  const LifelineHold own_held(*lifeline_);
+  const LifelineHold source_held(*other.lifeline_);
+  port_ = other.port_;
+  read_thread_ = other.read_thread_;
+  packet_event_ = other.packet_event_;
+  running_ = other.running_;
+  thread_running_ = other.thread_running_;
+  assembler_ = other.assembler_;
+  received_ = other.CopyOfQueue();
+  staging_ = other.staging_;
+  driver_ = other.driver_;
+  status_ = other.status_;
+  window_ = other.window_;
+  packet_type_ = other.packet_type_;
+  thread_owner_ = other.thread_owner_;
+  return *this;
+}
+
+CIpodSerial::~CIpodSerial() {
+  lifeline_->End();
+  window_ = nullptr;
+  state_lock_.Delete();
+  CloseHandle(packet_event_);
+  packet_event_ = INVALID_HANDLE_VALUE;
+  Close();
+  port_lock_.Delete();
+}
+
+long CIpodSerial::Open(bool start_read_thread) {
+  status_ = 0;
+  Close();
+  DismissReadThread();
+  ClosePort();
+  // A leave without an enter: prescribed so, and the lock does nothing on it.
+  state_lock_.Leave();
+
+  port_ = CreateFileW(L"COM2:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (port_ == INVALID_HANDLE_VALUE) return FailOpen(L"Error opening iPod serial port");
+  DCB settings = ipodcomm::LineSettings();
+  if (SetCommState(port_, &settings) == FALSE) return FailOpen(L"Error setting comm state");
+  COMMTIMEOUTS timeouts = ipodcomm::LineTimeouts();
+  if (SetCommTimeouts(port_, &timeouts) == FALSE) return FailOpen(L"Error setting comm timeouts");
+
+  running_ = 1;
+  SetCommMask(port_, EV_RXCHAR | EV_RXFLAG);
+  PurgeComm(port_, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
+  if (start_read_thread && !StartReadThread()) {
+    return FailOpen(L"Error creating port read thread");
+  }
+  return ERROR_SUCCESS;
+}
+
+void CIpodSerial::Close() {
+  {
+    const LockScope lock(state_lock_);
+    running_ = 0;
+  }
+  ClosePort();
+}
+
+void CIpodSerial::ClosePort() {
+  const HANDLE port = port_.exchange(INVALID_HANDLE_VALUE);
+  if (port != INVALID_HANDLE_VALUE) CloseHandle(port);
+}
+
+long CIpodSerial::FailOpen(const wchar_t* message) {
+  const DWORD code = GetLastError();
+  CKORVATrace::LogSoftwareError(L"CIpodSerial::Open", message);
+  return static_cast<long>(code);
+}
+
+// Two threads must never read one port. An earlier thread is first turned away from this object,
+// also one that has not reached its loop yet; it is then in a sleep or about to return, holding no
+// lock, and is ended there if it is still marked running.
+void CIpodSerial::DismissReadThread() {
+  if (thread_owner_) thread_owner_->Dismiss();
+  lifeline_->Dismiss();
+  if (read_thread_ == INVALID_HANDLE_VALUE) return;
+  if (thread_running_ != 0) TerminateThread(read_thread_, kTerminatedExitCode);
+  CloseHandle(read_thread_);
+  read_thread_ = INVALID_HANDLE_VALUE;
+}
+
+bool CIpodSerial::StartReadThread() {
+  lifeline_->Begin();
+  const HANDLE thread = CreateThread(nullptr, 0, PortReadThread, this, 0, nullptr);
+  if (thread == nullptr) {
+    lifeline_->Leave();
+    return false;
+  }
+  read_thread_ = thread;
+  thread_owner_ = lifeline_.shared();
+  return true;
+}
+
+void CIpodSerial::SetWindowHand(HWND window) { window_ = window; }
