@@ -15,7 +15,8 @@
 
 #if defined(_WIN32)
 
-// The header would otherwise rename functions of the C library, of which the standard headers speak.
+// The header would otherwise rename functions of the C library, of which the standard headers
+// speak.
 #define STRSAFE_NO_DEPRECATE
 #include <strsafe.h>
 #include <winver.h>
