@@ -1,0 +1,403 @@
+// SPDX-License-Identifier: MIT
+// The current interface: one docked iPod, identified, browsed, played and written to.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ipodcomm/CIpodSerial.h"
+#include "ipodcomm/IpodTypes.h"
+#include "ipodcomm/detail/Lifeline.h"
+#include "ipodcomm/detail/Lock.h"
+#include "ipodcomm/detail/PacketQueue.h"
+#include "ipodcomm/detail/Shared.h"
+#include "ipodcomm/platform.h"
+
+namespace ipodcomm {
+class IdentificationSequence;
+struct ReceivedFrame;
+}  // namespace ipodcomm
+
+/// A session with the docked iPod.
+///
+/// The host constructs it, calls Open, SetModel and SetIDPSEnable, then Command_IdentifyDeviceLingos
+/// once before any other command. Unless said otherwise an operation
+///  - returns 1 for success and 0 for failure, and leaves its outputs untouched when it fails;
+///  - runs on the calling thread, one command at a time, and blocks until the iPod has answered or
+///    three attempts of one second each have passed without an answer;
+///  - takes any output pointer that its comment does not call optional as required.
+/// Numbers on the wire are big-endian. Frames are shown from the command on: `0018 cc` is the
+/// command 0x0018 with one byte of data, before framing and transaction identifier.
+///
+/// Two worker threads sort what arrives and answer the iPod's own requests. They outlive the session
+/// and let go of it when it is destroyed, which may happen at any moment and takes under 100 ms.
+/// A copy shares its source's handles and starts no thread.
+class IPODCOMM_API CIpodComm {
+ public:
+  /// Starts the worker threads, then opens the port once, sends a wake-up byte and closes it again,
+  /// which also restarts the serial driver.
+  CIpodComm();
+  CIpodComm(const CIpodComm& other);
+  CIpodComm& operator=(const CIpodComm& other);
+  ~CIpodComm();
+
+  // ---- Session (session/) ----------------------------------------------------------------------
+
+  /// Empties the queues, starts the own transaction identifier at 0 and opens the port.
+  /// @return 0 or CIpodSerial::Open's code.
+  long Open();
+  /// Closes the port. The Sports-supported flag goes off.
+  void Close();
+  /// Non-zero after a successful Open, until Close.
+  int IsOpen();
+  /// Stores the host's window; nothing is posted to it. Always 1.
+  int SetWindowsHandle(HWND window);
+  void SetLogLevel(int level);
+
+  /// Takes the next answer (or notification) out of its queue, waiting up to 1000 ms for one.
+  /// @return whether one was taken.
+  bool GetNextReadPacket(tagSERIAL_PACKET* packet);
+  bool GetNextNotificationPacket(tagSERIAL_PACKET* packet);
+  /// Command of the next answer, which stays queued; 0xFFFF when none comes within 1000 ms.
+  unsigned short PeekNextReadPacket();
+
+  /// What play-status notifications have told so far (see SetNotification). Any thread; does not
+  /// block. Always 1.
+  int GetPlayStatus(tagIPOD_PLAY_STATUS* status);
+
+  /// Entries of the worker threads; `object` is the CIpodComm. They never return.
+  static unsigned long WINAPI ReadPacketThread(void* object);
+  static unsigned long WINAPI NotificationThread(void* object);
+
+  // ---- Commands and answers (session/) ---------------------------------------------------------
+
+  /// Frames a command and sends it. A payload that the length byte cannot tell (over 255 bytes from
+  /// the lingo on) is refused. @return IPOD_COMM_OK or IPOD_COMM_NO_ANSWER (not written).
+  tagIPOD_COMM_ERROR WriteCommand(tagIPOD_WRITE_PARAMS* write);
+  /// Reads answers until the expected one is found or none has come for 1000 ms.
+  /// @return the last decoder's value, IPOD_COMM_NO_ANSWER when nothing came.
+  tagIPOD_COMM_ERROR ReadCommand(tagIPOD_READ_PARAMS* read);
+  /// Sends a command and reads its answer, up to `read->retries` times. A Simple Remote command has
+  /// no answer and succeeds once it is written.
+  tagIPOD_COMM_ERROR WriteReadCommand(tagIPOD_WRITE_PARAMS* write, tagIPOD_READ_PARAMS* read);
+
+  /// Decide whether a frame is the awaited answer, and take its data into `read`.
+  /// @param length bytes of `frame`
+  /// @param keep_reading optional; set when the reader shall take the next frame
+  tagIPOD_COMM_ERROR ProcessLingoGeneralReadCommand(unsigned char* frame, unsigned long length,
+                                                    tagIPOD_READ_PARAMS* read, int* keep_reading);
+  tagIPOD_COMM_ERROR ProcessLingoDisplayRemoteReadCommand(unsigned char* frame,
+                                                          unsigned long length,
+                                                          tagIPOD_READ_PARAMS* read,
+                                                          int* keep_reading);
+  tagIPOD_COMM_ERROR ProcessLingoExtendedReadCommand(unsigned char* frame, unsigned long length,
+                                                     tagIPOD_READ_PARAMS* read, int* keep_reading);
+  tagIPOD_COMM_ERROR ProcessLingoSportsReadCommand(unsigned char* frame, unsigned long length,
+                                                   tagIPOD_READ_PARAMS* read, int* keep_reading);
+  tagIPOD_COMM_ERROR ProcessLingoStorageReadCommand(unsigned char* frame, unsigned long length,
+                                                    tagIPOD_READ_PARAMS* read, int* keep_reading);
+
+  // ---- Identification (identify/) --------------------------------------------------------------
+
+  /// Makes the iPod accept the accessory: by tokens (IDPS) when enabled, else, or when the iPod does
+  /// not take them, by IdentifyDeviceLingoes. Takes seconds; up to half a minute on a bad line.
+  /// @param flag non-zero announces intermittent high power, 0 low power
+  /// @param result optional; how the iPod was identified, or why it was not
+  /// @param keep_going optional; asked with `context` between the steps, false abandons the sequence
+  /// @return non-zero when the accessory is identified.
+  int Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,
+                                   bool (*keep_going)(void* context), void* context);
+  /// Whether identification tries tokens first. Off after construction; identification turns it off
+  /// when the iPod does not know tokens.
+  void SetIDPSEnable(int enable);
+  int GetIDPSEnable();
+  /// Non-zero once the iPod has told that it supports Sports.
+  int SupportsSports();
+
+  /// Copies the host's description of the accessory into the session; null is ignored.
+  void SetAccessoryInfo(tagIPOD_ACCESSORY_INFO* info);
+  /// Sets the accessory's model number, told in tokens and on request. Any thread.
+  void SetModel(std::string model);
+
+  // ---- General lingo requests (identify/general_requests.cpp) ----------------------------------
+
+  /// Asks for the remote user-interface mode: `03`, ACK with status 0 for 03.
+  int Command_RequestRemoteUIMode();
+  /// Enters it: `37 01`, or on anything but ACK 0 for it the older `05`.
+  int Command_EnterRemoteUIMode();
+  /// Reads the iPod's name: `07`, answer `08 name`. @param capacity characters of `name`
+  int Command_RequestIpodName(wchar_t* name, unsigned long capacity);
+  /// Reads model identifier and number: `0D`, answer `0E iiiiiiii text`.
+  /// @param model_id optional. @param text optional, of `capacity` characters
+  int Command_RequestIpodModelNum(std::uint32_t* model_id, wchar_t* text, unsigned long capacity);
+  /// Chooses event notifications: `49 mask(8)`. The result is reversed: 0 after a clean exchange, 1
+  /// only when the exchange failed and the reply buffer's status is 0.
+  int Command_SetEventNotification(unsigned char* mask);
+  /// Reads the supported event notifications: `4F`, answer `51 mask(8)`.
+  int Command_GetEventNotification(unsigned char* mask);
+  /// Reads a lingo's protocol version: `0F lingo`, answer `10 lingo major minor`. The outputs are
+  /// optional. The session remembers the versions of the lingoes that it uses.
+  int Command_RequestLingoProtocolVersion(unsigned char lingo, unsigned char* major,
+                                          unsigned char* minor);
+  /// The same into a record; 0 for a null one, without sending.
+  int Command_RequestLingoProtocolVersion(unsigned char lingo, tagIPOD_VERSION* version);
+  /// Reads the line's maximum payload: `11`, answer `12 ssss`.
+  int Command_RequestMaxPayloadSize();
+  /// The maximum payload read last, in bytes; 0 when none was.
+  unsigned short GetMaxPayloadSize();
+  /// Cancels a command: takes `transaction_id` as the session's own identifier, sends `50` and drops
+  /// queued answers up to the next ACK. Always 1.
+  int Command_CancelCommand(unsigned short transaction_id);
+
+  /// Finds the iPod's colour by its model number. IPOD_COLOR_NONE for an unknown model.
+  int GetIPodColor(tagIPOD_COLOR* color);
+
+  // ---- Browsing (media/browsing.cpp) -----------------------------------------------------------
+
+  /// Back to the top of the database: `0016`, ACK.
+  int Command_ResetDBSelection();
+  /// Back to the top of a hierarchy (1 audio, 2 video): `003B hh`, ACK.
+  int Command_ResetDBSelectionHeirarchy(unsigned char hierarchy);
+  /// Counts a category's records: `0018 cc`, answer `0019 nnnnnnnn`.
+  int Command_GetNumberCategorizedDBRecords(unsigned char category, unsigned long* count);
+  /// Asks for `count` names from `start` on: `001A cc ssssssss nnnnnnnn`. They arrive one by one and
+  /// are taken with GetNextCategorizedRecord, all of them before anything else is asked.
+  /// @param category 255 for the current one
+  /// @return the transaction identifier as it stood just before the write; 0 when not written.
+  unsigned long Command_RetrieveCategorizedDatabaseRecords(unsigned long start,
+                                                           unsigned long count,
+                                                           unsigned char category);
+  /// Takes the next name asked for: `001B iiiiiiii name`. Clears `name` first; a longer name is cut.
+  /// @param chars characters of `name`
+  int GetNextCategorizedRecord(wchar_t* name, unsigned long chars);
+  /// Reads one name. Does not clear `name` before.
+  int Command_RetrieveCategorizedDatabaseRecord(wchar_t* name, unsigned long chars,
+                                                unsigned long index, unsigned char category);
+  /// Selects a record: `0017 cc iiiiiiii`, ACK. A refusal is logged. Selecting a track plays it.
+  int Command_SelectDBRecord(unsigned char category, unsigned long index);
+  /// The same with a sort order: `0038 cc iiiiiiii ss`, ACK.
+  int Command_SelectSortDBRecord(unsigned char category, unsigned long index, unsigned char sort);
+
+  /// Returns to the top (hierarchy 0), or to that of a hierarchy (1 audio, 2 video), and enters a
+  /// category. @param count optional; the category's records
+  int SelectTop(unsigned char category, unsigned long* count, unsigned char hierarchy);
+  /// Selects record `index` of the selection category and enters `category`; of a track list it
+  /// starts the track instead and stays. @param count the records of `category`, 0 when staying
+  int Select(unsigned char category, unsigned long* count, unsigned long index);
+  /// Selects a record without moving, to start a track.
+  int Select(unsigned char category, unsigned long index);
+
+  // ---- Playback (media/playback.cpp) -----------------------------------------------------------
+
+  /// Plays, pauses, stops, skips: `0029 code` (IPOD_PLAYCONTROL_...), ACK. A refusal is logged.
+  int Command_PlayControl(unsigned char code);
+  /// Presses the buttons of a mask (IPOD_BUTTON_CONTEXT_MASK_...), 0 releases them: Simple Remote
+  /// `00` and one to four bytes, least significant first. @return 0 for success.
+  tagIPOD_COMM_ERROR Command_SimplePlayControl(unsigned long buttons);
+  /// Reads the player's state (IPOD_PLAYERSTATE_...), track length and position in milliseconds:
+  /// `001C`, answer `001D llllllll pppppppp ss`.
+  int Command_GetPlayStatus(unsigned char* state, unsigned long* length, unsigned long* position);
+  /// Reads the playing track's index in the now-playing list: `001E`, answer `001F iiiiiiii`.
+  int Command_GetCurrentPlayingTrackIndex(unsigned long* index);
+  /// Reads the length of a track of the database in whole seconds: `0040 iiiiiiii 00000001 40`,
+  /// answer `0041 ...`. Fails unasked when identification did not find the iPod able to tell.
+  int Command_RetrieveDBTrackTime(unsigned long track, unsigned long* seconds);
+  /// Chooses play-status notifications: `0026 mmmmmmmm`, or, when that is refused, `0026 01` (`00`
+  /// for mask 0). GetPlayStatus tells what they bring.
+  int SetNotification(unsigned long mask);
+  /// Reads shuffle (0 off, 1 tracks, 2 albums): `002C`, answer `002D mm`. `mode` is optional.
+  int Command_GetShuffle(unsigned long* mode);
+  /// Sets shuffle: `002E mm rr`, ACK. @param keep 0 restores the user's setting on detach
+  int Command_SetShuffle(unsigned long mode, int keep);
+  /// Sets repeat (0 off, 1 one track, 2 all): `0031 mm rr`, ACK.
+  /// @param restore non-zero restores the user's setting on detach: the reverse of Command_SetShuffle
+  int Command_SetRepeat(unsigned char mode, int restore);
+  /// Reads what is playing: its index, whether it is a video's or other flagged track (the top bit of
+  /// its capabilities), title, artist and album. Every output is optional; capacities are characters.
+  /// A text that cannot be read stays as it was. @return the result of reading the index.
+  int GetPlayInfo(unsigned long* index, int* flag, wchar_t* title, unsigned long title_chars,
+                  wchar_t* artist, unsigned long artist_chars, wchar_t* album,
+                  unsigned long album_chars);
+
+  // ---- Track information and preferences (media/track_info.cpp) --------------------------------
+
+  /// Reads one kind of information about a track: Display Remote `12 tt iiiiiiii cccc`, answer `13`
+  /// into `buffer`, at most `size` bytes.
+  int Command_GetIndexedPlayingTrackInfo(unsigned char type, unsigned long track,
+                                         unsigned short chapter, unsigned char* buffer,
+                                         unsigned long size);
+  /// Read a text of a track of the now-playing list as UTF-8: `0020`, `0022`, `0024 iiiiiiii`, answers
+  /// `0021`, `0023`, `0025 text`. Cut to `size` bytes; a cut text has no terminator.
+  int Command_GetIndexedPlayingTrackTitle(unsigned long track, unsigned char* buffer,
+                                          unsigned long size);
+  int Command_GetIndexedPlayingTrackArtistName(unsigned long track, unsigned char* buffer,
+                                               unsigned long size);
+  int Command_GetIndexedPlayingTrackAlbumName(unsigned long track, unsigned char* buffer,
+                                              unsigned long size);
+  /// Reads a preference (IPOD_PREFERENCE_...): `29 cc`, answer `2A cc ss`. `setting` is optional.
+  /// Needs General lingo 1.05 or later; fails unasked on an iPod that did not tell so.
+  int Command_GetPreference(unsigned char preference_class, unsigned char* setting);
+  /// Sets a preference until the accessory is detached: `2B cc ss 01`, ACK. Same condition.
+  int Command_SetPreference(unsigned char preference_class, unsigned char setting);
+
+  // ---- Answers to the iPod (workout/) ----------------------------------------------------------
+
+  /// Tells the accessory's storage capabilities: Storage `82`, 22 bytes. Not awaited. The write offset
+  /// of the open file starts over.
+  int Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor);
+
+ private:
+  friend class ipodcomm::IdentificationSequence;
+  friend struct CIpodCommPeer;  // the tests' look inside
+
+  struct PlayStatus;
+  struct Outgoing;
+
+  // Session (session/session.cpp)
+  static HANDLE NewEvent();
+  HANDLE StartWorker(unsigned long(WINAPI* entry)(void*));
+  void RunWorker(void (CIpodComm::*turn)());
+  bool SendWakeUpByte();
+  void LetWorkersGo();
+  void CopySession(const CIpodComm& other);
+  PlayStatus CopyOfPlayStatus() const;
+  Outgoing CopyOfOutgoing() const;
+
+  // Worker threads (session/packet_routing.cpp, session/notifications.cpp)
+  void ReadPacketThread();
+  void NotificationThread();
+  void RouteNextPacket();
+  void RoutePacket(const tagSERIAL_PACKET& packet);
+  void HandleNextNotification();
+  void NoteRequest(std::uint8_t lingo, std::uint16_t transaction_id);
+  void HandleNotification(tagSERIAL_PACKET& packet);
+  void TakePlayStatus(const ipodcomm::ReceivedFrame& frame);
+
+  // Frames (session/transmit.cpp)
+  std::uint32_t BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned char* frame);
+  void AddTransactionID(unsigned char* destination, unsigned char lingo, unsigned short command);
+  bool CarriesTransactionId(std::uint8_t lingo, std::uint16_t command) const;
+
+  // Decoding (session/decoding.cpp)
+  void SkipEchoedTransactionId(ipodcomm::ReceivedFrame* frame) const;
+  bool TakeAnswerOrAck(const unsigned char* bytes, unsigned long length,
+                       tagIPOD_READ_PARAMS* read) const;
+  bool AwaitPendingData(const tagSERIAL_PACKET& packet);
+  static tagIPOD_COMM_ERROR TakeRejectingAck(const ipodcomm::ReceivedFrame& frame,
+                                             tagIPOD_READ_PARAMS* read, int* keep_reading);
+
+  // Exchanges that many operations share (session/exchange.cpp)
+  bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read);
+  bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS read);
+  bool ExchangeForGeneralAck(tagIPOD_WRITE_PARAMS write);
+  bool ExchangeForExtendedAck(tagIPOD_WRITE_PARAMS write, unsigned char* status);
+  bool ExchangeForLoggedAck(tagIPOD_WRITE_PARAMS write, const wchar_t* function,
+                            const wchar_t* refusal);
+
+  // Identification tokens (identify/tokens.cpp)
+  unsigned long AddIdentifyToken(unsigned char* destination, unsigned long capacity,
+                                 tagIdentifyToken& token);
+  unsigned long AddAccCapsToken(unsigned char* destination, unsigned long capacity,
+                                unsigned char* caps);
+  unsigned long AddAccVersionToken(unsigned char* destination, unsigned long capacity,
+                                   unsigned char info_type, unsigned char* version);
+  unsigned long AddAccMaxPayloadToken(unsigned char* destination, unsigned long capacity, int size);
+  unsigned long AddAccStatusToken(unsigned char* destination, unsigned long capacity,
+                                  unsigned char* status);
+  unsigned long AddAccRFCertToken(unsigned char* destination, unsigned long capacity,
+                                  unsigned char* cert);
+  unsigned long AddPreferenceToken(unsigned char* destination, unsigned long capacity,
+                                   unsigned char class_id, unsigned char setting);
+  unsigned long AddEAPMetaToken(unsigned char* destination, unsigned long capacity,
+                                unsigned char protocol_index, unsigned char metadata);
+  unsigned long AddAVDelayToken(unsigned char* destination, unsigned long capacity,
+                                unsigned char unused, unsigned long delay);
+  unsigned long AddAccNameToken(unsigned char* destination, unsigned long capacity,
+                                unsigned char info_type, std::string name);
+  unsigned long AddEAPToken(unsigned char* destination, unsigned long capacity,
+                            unsigned char protocol_index, std::string protocol);
+  unsigned long AddBundleSeedToken(unsigned char* destination, unsigned long capacity,
+                                   std::string seed);
+  unsigned long AddAudioSampleToken(unsigned char* destination, unsigned long capacity,
+                                    std::vector<unsigned long> sample_rates);
+  bool Command_SetFIDTokenValue(unsigned char* payload, unsigned long length);
+
+  // Answers to the iPod (identify/accessory_info.cpp, workout/sports.cpp)
+  void Return_AccessoryInfo(unsigned char* request, unsigned long length);
+  void Return_SportsDeviceVersion();
+  void Return_SportsDeviceCaps();
+  std::string Model() const;
+
+  // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
+  int SelectRecord(unsigned char category, unsigned long index);
+  bool GetTrackText(std::uint16_t command, unsigned long track, unsigned char* buffer,
+                    unsigned long size);
+  using TrackTextRequest = int (CIpodComm::*)(unsigned long, unsigned char*, unsigned long);
+  void GetPlayingText(TrackTextRequest request, unsigned long track, wchar_t* text,
+                      unsigned long chars);
+
+  // Lingo versions (identify/general_requests.cpp, media/preferences.cpp)
+  bool KnowsPreferences() const;
+  tagIPOD_VERSION* LingoVersion(unsigned char lingo);
+
+  static constexpr int kLingoSlots = 13;
+
+  /// What the notification thread has been told; the fields' order is the session's.
+  struct PlayStatus {
+    std::uint32_t state;
+    std::uint32_t position_s;
+    std::uint32_t unused;  // no notification writes it
+    std::uint32_t track_index;
+    std::uint32_t tick_ms;
+  };
+  /// What goes out: the frame being built and the facts that it is built from.
+  struct Outgoing {
+    unsigned char frame[1024];
+    std::uint16_t ipod_transaction_ids[kLingoSlots];  // of the last request, by lingo
+    std::string model;
+  };
+  /// What identification has found out and the host has set. Used by the host's thread only.
+  struct Identity {
+    std::int32_t idps_enabled;
+    std::int32_t idps_done;
+    std::int32_t sports_supported;
+    std::int32_t general_option;
+    std::int32_t database_track_info;  // the Extended Interface option
+    tagIPOD_VERSION general;
+    tagIPOD_VERSION display_remote;
+    tagIPOD_VERSION extended;
+    tagIPOD_VERSION sports;
+    tagIPOD_VERSION storage;
+    std::uint16_t max_payload_size;
+    tagIPOD_ACCESSORY_INFO accessory;
+  };
+  /// Where the host stands in the database. Used by the host's thread only.
+  struct Browsing {
+    std::uint8_t current_category;
+    std::uint8_t selection_category;
+    std::int32_t sort_select_only;
+  };
+
+  PlayStatus play_status_ = {};
+  mutable ipodcomm::Lock play_status_lock_;
+  Outgoing outgoing_ = {};
+  CIpodSerial serial_;
+  int log_level_ = 0;
+  HWND window_ = nullptr;
+  ipodcomm::Shared<std::int32_t> open_ = 0;
+  ipodcomm::Shared<std::uint16_t> own_transaction_id_ = 0;
+  ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
+  Identity identity_ = {};
+  Browsing browsing_ = {};
+  ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;
+  ipodcomm::PacketQueue response_;
+  mutable ipodcomm::Lock transmit_lock_;  // guards outgoing_ and steps own_transaction_id_
+  ipodcomm::Shared<HANDLE> identification_event_ = NewEvent();  // the model number was asked for
+  HANDLE spare_events_[2] = {NewEvent(), NewEvent()};  // part of the session; nothing waits on them
+  ipodcomm::PacketQueue notification_;
+  HANDLE routing_thread_ = nullptr;
+  HANDLE notification_thread_ = nullptr;
+
+  ipodcomm::OwnLifeline lifeline_;  // of the two worker threads
+};

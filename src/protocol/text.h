@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Text on the wire is UTF-8; hosts get wide text.
+#pragma once
+
+#include <cstddef>
+
+namespace ipodcomm {
+
+/// Converts exactly `source_bytes` of UTF-8, terminators inside included, into the host's buffer of
+/// `capacity` characters. A text that does not fit is cut between two characters; the buffer always
+/// ends with a terminator within its capacity. `source_bytes` is at most 1024.
+void TextFromUtf8(const unsigned char* source, std::size_t source_bytes, wchar_t* destination,
+                  std::size_t capacity);
+
+}  // namespace ipodcomm

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// CIpodComm: exchanges that many operations share.
+#include "session/exchange.h"
+
+#include "ipodcomm/CIpodComm.h"
+#include "ipodcomm/TraceLog.h"
+
+bool CIpodComm::Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read) {
+  return WriteReadCommand(&write, read) == IPOD_COMM_OK;
+}
+
+bool CIpodComm::Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS read) {
+  return Exchange(write, &read);
+}
+
+/// Sends a General command that is answered by an ACK (status, command); true on status 0 for it.
+bool CIpodComm::ExchangeForGeneralAck(tagIPOD_WRITE_PARAMS write) {
+  unsigned char ack[2] = {};
+  return Exchange(write, ipodcomm::Answer(ipodcomm::kGeneralAck, ack)) && ack[0] == 0 &&
+         ack[1] == write.command;
+}
+
+/// Sends an Extended Interface (or Simple Remote) command that is answered by an ACK (status,
+/// command), whose status may be asked for; true when the exchange succeeded.
+bool CIpodComm::ExchangeForExtendedAck(tagIPOD_WRITE_PARAMS write, unsigned char* status) {
+  unsigned char ack[3] = {};
+  if (!Exchange(write, ipodcomm::Answer(ipodcomm::kExtendedAck, ack))) return false;
+  if (status != nullptr) *status = ack[0];
+  return true;
+}
+
+/// The same; true on status 0, while any other is logged.
+bool CIpodComm::ExchangeForLoggedAck(tagIPOD_WRITE_PARAMS write, const wchar_t* function,
+                                     const wchar_t* refusal) {
+  unsigned char status = 0;
+  if (!ExchangeForExtendedAck(write, &status)) return false;
+  if (status != 0) CKORVATrace::LogSoftwareError(function, refusal, status);
+  return status == 0;
+}

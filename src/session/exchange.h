@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// The two records of an exchange, filled as every operation needs them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ipodcomm/IpodTypes.h"
+#include "protocol/frame.h"
+
+namespace ipodcomm {
+
+/// Attempts of an ordinary command.
+constexpr std::int32_t kAttempts = 3;
+
+constexpr std::uint16_t kGeneralAck = 0x02;
+constexpr std::uint16_t kExtendedAck = 0x0001;
+
+/// A command without data.
+inline tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command) {
+  return {command, lingo, nullptr, 0};
+}
+
+/// A command with data, which it borrows.
+inline tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command,
+                                    const unsigned char* data, std::size_t length) {
+  return {command, lingo, data, static_cast<std::uint32_t>(length)};
+}
+
+template <std::size_t kLength>
+tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command,
+                             const unsigned char (&data)[kLength]) {
+  return Command(lingo, command, data, kLength);
+}
+
+/// The answer awaited, into `size` bytes at `buffer`.
+inline tagIPOD_READ_PARAMS Answer(std::uint16_t expected, unsigned char* buffer,
+                                  std::size_t size) {
+  tagIPOD_READ_PARAMS read = {};
+  read.expected_command = expected;
+  read.buffer = buffer;
+  read.size = static_cast<std::int32_t>(size);
+  read.retries = kAttempts;
+  return read;
+}
+
+template <std::size_t kSize>
+tagIPOD_READ_PARAMS Answer(std::uint16_t expected, unsigned char (&buffer)[kSize]) {
+  return Answer(expected, buffer, kSize);
+}
+
+}  // namespace ipodcomm

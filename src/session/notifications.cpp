@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// CIpodComm: the notification thread, which follows the play status and answers the iPod's requests.
+#include "ipodcomm/CIpodComm.h"
+#include "platform/services.h"
+#include "protocol/frame.h"
+
+using ipodcomm::FrameBytes;
+using ipodcomm::LockScope;
+using ipodcomm::ReceivedFrame;
+
+namespace {
+
+// Accessory capabilities are told as version 1.02 of the Storage lingo.
+constexpr unsigned char kStorageMajor = 1;
+constexpr unsigned char kStorageMinor = 2;
+
+constexpr std::uint32_t kStopped = 0;
+constexpr std::uint32_t kPlaying = 1;
+constexpr std::uint32_t kPaused = 2;
+
+bool Is(const ReceivedFrame& frame, std::uint8_t lingo, std::uint16_t command) {
+  return frame.lingo == lingo && frame.command == command;
+}
+
+}  // namespace
+
+void CIpodComm::HandleNextNotification() {
+  tagSERIAL_PACKET packet = {};
+  if (GetNextNotificationPacket(&packet)) HandleNotification(packet);
+}
+
+void CIpodComm::HandleNotification(tagSERIAL_PACKET& packet) {
+  ReceivedFrame frame = ipodcomm::ParseNotification(FrameBytes(packet));
+  if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
+  if (Is(frame, ipodcomm::kExtendedLingo, 0x0027)) {
+    TakePlayStatus(frame);
+  } else if (Is(frame, ipodcomm::kGeneralLingo, 0x27)) {
+    Return_AccessoryInfo(packet.data + frame.data_position, frame.data_length);
+  } else if (Is(frame, ipodcomm::kStorageLingo, 0x81)) {
+    Command_ST_RetAccessoryCaps(kStorageMajor, kStorageMinor);
+  } else if (Is(frame, ipodcomm::kSportsLingo, 0x03)) {
+    Return_SportsDeviceCaps();
+  }
+}
+
+void CIpodComm::TakePlayStatus(const ReceivedFrame& frame) {
+  const FrameBytes data(frame.data, frame.data_length);
+  const std::uint32_t number = data.Number32(1);
+  const LockScope lock(play_status_lock_);
+  play_status_.tick_ms = static_cast<std::uint32_t>(GetTickCount());
+  switch (data[0]) {
+    case 0x00:  // playback stopped
+      play_status_.state = kStopped;
+      break;
+    case 0x01:  // track changed
+      play_status_.track_index = number;
+      break;
+    case 0x04:  // position in milliseconds
+      play_status_.position_s = number / 1000;
+      break;
+    case 0x06:  // playback status
+      if (data[1] == 0x02) play_status_.state = kStopped;
+      if (data[1] == 0x0A) play_status_.state = kPlaying;
+      if (data[1] == 0x0B) play_status_.state = kPaused;
+      break;
+    case 0x07:  // position in seconds
+      play_status_.position_s = number;
+      break;
+    default:
+      break;
+  }
+}
+
+int CIpodComm::GetPlayStatus(tagIPOD_PLAY_STATUS* status) {
+  const PlayStatus known = CopyOfPlayStatus();
+  *status = {known.state, known.position_s, known.track_index, known.tick_ms};
+  return 1;
+}

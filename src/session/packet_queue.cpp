@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// A session's queue of packets.
+#include "ipodcomm/detail/PacketQueue.h"
+
+#include <cstring>
+
+#include "platform/services.h"
+#include "protocol/frame.h"
+#include "serial/event_wait.h"
+
+namespace ipodcomm {
+
+namespace {
+constexpr DWORD kWaitMs = 1000;
+constexpr std::uint16_t kNoCommand = 0xFFFF;
+}  // namespace
+
+PacketQueue::PacketQueue() : event_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
+
+PacketQueue::PacketQueue(const PacketQueue& other)
+    : packets_(other.Packets()), event_(other.event_) {}
+
+PacketQueue& PacketQueue::operator=(const PacketQueue& other) {
+  if (this == &other) return *this;
+  std::deque<tagSERIAL_PACKET> packets = other.Packets();
+  const LockScope lock(lock_);
+  packets_.swap(packets);
+  event_ = other.event_;
+  return *this;
+}
+
+std::deque<tagSERIAL_PACKET> PacketQueue::Packets() const {
+  const LockScope lock(lock_);
+  return packets_;
+}
+
+void PacketQueue::Destroy() {
+  CloseHandle(event_);
+  lock_.Delete();
+  packets_.clear();
+}
+
+void PacketQueue::Wake() { EventModify(event_, EVENT_SET); }
+
+void PacketQueue::Clear() {
+  const LockScope lock(lock_);
+  packets_.clear();
+  EventModify(event_, EVENT_RESET);
+}
+
+void PacketQueue::Append(const tagSERIAL_PACKET& packet) {
+  const LockScope lock(lock_);
+  packets_.push_back(packet);
+  EventModify(event_, EVENT_SET);
+}
+
+bool PacketQueue::Take(tagSERIAL_PACKET* packet) {
+  {
+    const LockScope lock(lock_);
+    if (TakeFront(packet)) {
+      EventModify(event_, EVENT_RESET);
+      return true;
+    }
+  }
+  if (!WaitForEvent(event_, kWaitMs)) return false;
+  const LockScope lock(lock_);
+  return TakeFront(packet);
+}
+
+std::uint16_t PacketQueue::PeekCommand() {
+  std::uint16_t command = kNoCommand;
+  {
+    const LockScope lock(lock_);
+    if (PeekFront(&command)) return command;
+  }
+  if (!WaitForEvent(event_, kWaitMs)) return kNoCommand;
+  const LockScope lock(lock_);
+  PeekFront(&command);
+  return command;
+}
+
+bool PacketQueue::TakeFront(tagSERIAL_PACKET* packet) {
+  if (packets_.empty()) return false;
+  const tagSERIAL_PACKET& front = packets_.front();
+  std::memcpy(packet->data, front.data, front.length);
+  packet->length = front.length;
+  packets_.pop_front();
+  return true;
+}
+
+bool PacketQueue::PeekFront(std::uint16_t* command) const {
+  if (packets_.empty()) return false;
+  *command = ParseFrame(FrameBytes(packets_.front())).command;
+  return true;
+}
+
+}  // namespace ipodcomm

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// CIpodComm: how the two worker threads start, run and let go of the session.
+#include "ipodcomm/CIpodComm.h"
+#include "platform/services.h"
+
+unsigned long WINAPI CIpodComm::ReadPacketThread(void* object) {
+  static_cast<CIpodComm*>(object)->ReadPacketThread();
+  return 0;
+}
+
+unsigned long WINAPI CIpodComm::NotificationThread(void* object) {
+  static_cast<CIpodComm*>(object)->NotificationThread();
+  return 0;
+}
+
+void CIpodComm::ReadPacketThread() { RunWorker(&CIpodComm::RouteNextPacket); }
+
+void CIpodComm::NotificationThread() { RunWorker(&CIpodComm::HandleNextNotification); }
+
+HANDLE CIpodComm::StartWorker(unsigned long(WINAPI* entry)(void*)) {
+  lifeline_->Begin();
+  const HANDLE thread = CreateThread(nullptr, 0, entry, this, 0, nullptr);
+  if (thread == nullptr) lifeline_->Leave();
+  return thread;
+}
+
+/// Turn after turn while the session lives, and then sleep for good: the workers are never stopped.
+/// Begin entered the lifeline for this thread, so the session is there for the first turn.
+void CIpodComm::RunWorker(void (CIpodComm::*turn)()) {
+  std::shared_ptr<ipodcomm::Lifeline> lifeline = lifeline_.shared();
+  do {
+    (this->*turn)();
+    lifeline->Leave();
+  } while (lifeline->Enter());
+  lifeline.reset();
+  Sleep(INFINITE);
+}
+
+/// Turns the workers away and wakes those that wait, so that both let go at once.
+void CIpodComm::LetWorkersGo() {
+  lifeline_->Close();
+  EventModify(serial_.packet_event_, EVENT_SET);
+  notification_.Wake();
+  lifeline_->End();
+}
