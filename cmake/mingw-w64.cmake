@@ -3,6 +3,8 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 # The posix flavour: its C++ library has std::thread and std::mutex, which the programs use.
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+# Only GoogleTest asks for a C compiler.
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
