@@ -21,8 +21,8 @@ struct ReceivedFrame;
 
 /// A session with the docked iPod.
 ///
-/// The host constructs it, calls Open, SetModel and SetIDPSEnable, then Command_IdentifyDeviceLingos
-/// once before any other command. Unless said otherwise an operation
+/// The host constructs it, calls Open, SetModel and SetIDPSEnable, then
+/// Command_IdentifyDeviceLingos once before any other command. Unless said otherwise an operation
 ///  - returns 1 for success and 0 for failure, and leaves its outputs untouched when it fails;
 ///  - runs on the calling thread, one command at a time, and blocks until the iPod has answered or
 ///    three attempts of one second each have passed without an answer;
@@ -30,9 +30,9 @@ struct ReceivedFrame;
 /// Numbers on the wire are big-endian. Frames are shown from the command on: `0018 cc` is the
 /// command 0x0018 with one byte of data, before framing and transaction identifier.
 ///
-/// Two worker threads sort what arrives and answer the iPod's own requests. They outlive the session
-/// and let go of it when it is destroyed, which may happen at any moment and takes under 100 ms.
-/// A copy shares its source's handles and starts no thread.
+/// Two worker threads sort what arrives and answer the iPod's own requests. They outlive the
+/// session and let go of it when it is destroyed, which may happen at any moment and takes under
+/// 100 ms. A copy shares its source's handles and starts no thread.
 class IPODCOMM_API CIpodComm {
  public:
   /// Starts the worker threads, then opens the port once, sends a wake-up byte and closes it again,
@@ -100,11 +100,13 @@ class IPODCOMM_API CIpodComm {
 
   // ---- Identification (identify/) --------------------------------------------------------------
 
-  /// Makes the iPod accept the accessory: by tokens (IDPS) when enabled, else, or when the iPod does
-  /// not take them, by IdentifyDeviceLingoes. Takes seconds; up to half a minute on a bad line.
+  /// Makes the iPod accept the accessory: by tokens (IDPS) when enabled, else, or when the iPod
+  /// does not take them, by IdentifyDeviceLingoes. Takes seconds; up to half a minute on a bad
+  /// line.
   /// @param flag non-zero announces intermittent high power, 0 low power
   /// @param result optional; how the iPod was identified, or why it was not
-  /// @param keep_going optional; asked with `context` between the steps, false abandons the sequence
+  /// @param keep_going optional; asked with `context` between the steps, false abandons the
+  /// sequence
   /// @return non-zero when the accessory is identified.
   int Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,
                                    bool (*keep_going)(void* context), void* context);
@@ -130,7 +132,7 @@ class IPODCOMM_API CIpodComm {
   int Command_RequestIpodName(wchar_t* name, unsigned long capacity);
   /// Reads model identifier and number: `0D`, answer `0E iiiiiiii text`.
   /// @param model_id optional. @param text optional, of `capacity` characters
-  int Command_RequestIpodModelNum(std::uint32_t* model_id, wchar_t* text, unsigned long capacity);
+  int Command_RequestIpodModelNum(unsigned long* model_id, wchar_t* text, unsigned long capacity);
   /// Chooses event notifications: `49 mask(8)`. The result is reversed: 0 after a clean exchange, 1
   /// only when the exchange failed and the reply buffer's status is 0.
   int Command_SetEventNotification(unsigned char* mask);
@@ -146,8 +148,8 @@ class IPODCOMM_API CIpodComm {
   int Command_RequestMaxPayloadSize();
   /// The maximum payload read last, in bytes; 0 when none was.
   unsigned short GetMaxPayloadSize();
-  /// Cancels a command: takes `transaction_id` as the session's own identifier, sends `50` and drops
-  /// queued answers up to the next ACK. Always 1.
+  /// Cancels a command: takes `transaction_id` as the session's own identifier, sends `50` and
+  /// drops queued answers up to the next ACK. Always 1.
   int Command_CancelCommand(unsigned short transaction_id);
 
   /// Finds the iPod's colour by its model number. IPOD_COLOR_NONE for an unknown model.
@@ -161,14 +163,14 @@ class IPODCOMM_API CIpodComm {
   int Command_ResetDBSelectionHeirarchy(unsigned char hierarchy);
   /// Counts a category's records: `0018 cc`, answer `0019 nnnnnnnn`.
   int Command_GetNumberCategorizedDBRecords(unsigned char category, unsigned long* count);
-  /// Asks for `count` names from `start` on: `001A cc ssssssss nnnnnnnn`. They arrive one by one and
-  /// are taken with GetNextCategorizedRecord, all of them before anything else is asked.
+  /// Asks for `count` names from `start` on: `001A cc ssssssss nnnnnnnn`. They arrive one by one
+  /// and are taken with GetNextCategorizedRecord, all of them before anything else is asked.
   /// @param category 255 for the current one
   /// @return the transaction identifier as it stood just before the write; 0 when not written.
-  unsigned long Command_RetrieveCategorizedDatabaseRecords(unsigned long start,
-                                                           unsigned long count,
+  unsigned long Command_RetrieveCategorizedDatabaseRecords(unsigned long start, unsigned long count,
                                                            unsigned char category);
-  /// Takes the next name asked for: `001B iiiiiiii name`. Clears `name` first; a longer name is cut.
+  /// Takes the next name asked for: `001B iiiiiiii name`. Clears `name` first; a longer name is
+  /// cut.
   /// @param chars characters of `name`
   int GetNextCategorizedRecord(wchar_t* name, unsigned long chars);
   /// Reads one name. Does not clear `name` before.
@@ -211,24 +213,26 @@ class IPODCOMM_API CIpodComm {
   /// Sets shuffle: `002E mm rr`, ACK. @param keep 0 restores the user's setting on detach
   int Command_SetShuffle(unsigned long mode, int keep);
   /// Sets repeat (0 off, 1 one track, 2 all): `0031 mm rr`, ACK.
-  /// @param restore non-zero restores the user's setting on detach: the reverse of Command_SetShuffle
+  /// @param restore non-zero restores the user's setting on detach: the reverse of
+  /// Command_SetShuffle
   int Command_SetRepeat(unsigned char mode, int restore);
-  /// Reads what is playing: its index, whether it is a video's or other flagged track (the top bit of
-  /// its capabilities), title, artist and album. Every output is optional; capacities are characters.
-  /// A text that cannot be read stays as it was. @return the result of reading the index.
+  /// Reads what is playing: its index, whether it is a video's or other flagged track (the top bit
+  /// of its capabilities), title, artist and album. Every output is optional; capacities are
+  /// characters. A text that cannot be read stays as it was. @return the result of reading the
+  /// index.
   int GetPlayInfo(unsigned long* index, int* flag, wchar_t* title, unsigned long title_chars,
                   wchar_t* artist, unsigned long artist_chars, wchar_t* album,
                   unsigned long album_chars);
 
-  // ---- Track information and preferences (media/track_info.cpp) --------------------------------
+  // ---- Track information and preferences (media/track_info.cpp, preferences.cpp) --------------
 
   /// Reads one kind of information about a track: Display Remote `12 tt iiiiiiii cccc`, answer `13`
   /// into `buffer`, at most `size` bytes.
   int Command_GetIndexedPlayingTrackInfo(unsigned char type, unsigned long track,
                                          unsigned short chapter, unsigned char* buffer,
                                          unsigned long size);
-  /// Read a text of a track of the now-playing list as UTF-8: `0020`, `0022`, `0024 iiiiiiii`, answers
-  /// `0021`, `0023`, `0025 text`. Cut to `size` bytes; a cut text has no terminator.
+  /// Read a text of a track of the now-playing list as UTF-8: `0020`, `0022`, `0024 iiiiiiii`,
+  /// answers `0021`, `0023`, `0025 text`. Cut to `size` bytes; a cut text has no terminator.
   int Command_GetIndexedPlayingTrackTitle(unsigned long track, unsigned char* buffer,
                                           unsigned long size);
   int Command_GetIndexedPlayingTrackArtistName(unsigned long track, unsigned char* buffer,
@@ -243,8 +247,8 @@ class IPODCOMM_API CIpodComm {
 
   // ---- Answers to the iPod (workout/) ----------------------------------------------------------
 
-  /// Tells the accessory's storage capabilities: Storage `82`, 22 bytes. Not awaited. The write offset
-  /// of the open file starts over.
+  /// Tells the accessory's storage capabilities: Storage `82`, 22 bytes. Not awaited. The write
+  /// offset of the open file starts over.
   int Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor);
 
  private:
@@ -330,9 +334,11 @@ class IPODCOMM_API CIpodComm {
   std::string Model() const;
 
   // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
+  unsigned char CategoryOnWire(unsigned char category) const;
   int SelectRecord(unsigned char category, unsigned long index);
-  bool GetTrackText(std::uint16_t command, unsigned long track, unsigned char* buffer,
-                    unsigned long size);
+  void EnterCategory(unsigned char category);
+  int GetTrackText(std::uint16_t command, unsigned long track, unsigned char* buffer,
+                   unsigned long size);
   using TrackTextRequest = int (CIpodComm::*)(unsigned long, unsigned char*, unsigned long);
   void GetPlayingText(TrackTextRequest request, unsigned long track, wchar_t* text,
                       unsigned long chars);

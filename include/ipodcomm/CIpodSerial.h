@@ -119,8 +119,8 @@ class IPODCOMM_API CIpodSerial {
   ipodcomm::Shared<std::int32_t> thread_running_ = 0;  // the read thread is inside its loop
   ipodcomm::FrameAssembler assembler_;                 // used by the read thread only
   std::deque<tagSERIAL_PACKET> received_;
-  tagSERIAL_PACKET staging_ = {};  // a finished frame on its way into the queue
-  mutable ipodcomm::Lock state_lock_;      // guards the two flags and the queue
+  tagSERIAL_PACKET staging_ = {};      // a finished frame on its way into the queue
+  mutable ipodcomm::Lock state_lock_;  // guards the two flags and the queue
   ipodcomm::Shared<HANDLE> driver_ = INVALID_HANDLE_VALUE;  // as ActivateDevice returned it
   ipodcomm::Lock port_lock_;  // held around every read of the thread and every packet written
   std::uint32_t status_ = 0;

@@ -19,9 +19,9 @@ struct tagSERIAL_PACKET {
 
 /// Results of the write/read machinery.
 enum tagIPOD_COMM_ERROR : std::int32_t {
-  IPOD_COMM_OK = 0,                 ///< written; or the awaited answer (or an accepted ACK) was stored
-  IPOD_COMM_NO_ANSWER = 1,          ///< write failed, nothing arrived, request served, or rejecting ACK
-  IPOD_COMM_UNEXPECTED = 3,         ///< the last packet read was not the awaited one
+  IPOD_COMM_OK = 0,          ///< written; or the awaited answer (or an accepted ACK) was stored
+  IPOD_COMM_NO_ANSWER = 1,   ///< write failed, nothing arrived, request served, or rejecting ACK
+  IPOD_COMM_UNEXPECTED = 3,  ///< the last packet read was not the awaited one
   IPOD_COMM_RETRIES_EXHAUSTED = 4,  ///< every attempt ended with IPOD_COMM_NO_ANSWER
 };
 
@@ -35,18 +35,19 @@ struct tagIPOD_WRITE_PARAMS {
 
 /// One awaited answer: what is expected goes in, what arrived comes out.
 struct tagIPOD_READ_PARAMS {
-  std::uint16_t expected_command;  ///< in: counts as the answer (0x02 for commands answered by an ACK only)
+  std::uint16_t
+      expected_command;  ///< in: counts as the answer (0x02 for commands answered by an ACK only)
   std::uint16_t received_command;  ///< out: command of the last packet looked at
   std::uint8_t lingo;              ///< out: lingo of the last packet looked at
   unsigned char* buffer;           ///< receives the answer's data, borrowed
-  std::int32_t size;               ///< in: bytes of `buffer`; out: lowered to what a shorter answer stored.
-                                   ///< For an accepted ACK, 2 or 1 selects how much of it `ack` keeps
-  std::uint32_t stored;            ///< out: bytes copied into `buffer`
-  std::int32_t retries;            ///< in: attempts of write and read
-  std::int32_t accept_ack;         ///< in: non-zero lets a General ACK count as the answer
-  std::int32_t ack_received;       ///< out: non-zero once an ACK came
-  std::uint16_t ack;               ///< out: the ACK's first data bytes as they lie: status, then command
-  std::uint8_t final_command;      ///< in: General lingo: an ACK naming this command ends the wait
+  std::int32_t size;     ///< in: bytes of `buffer`; out: lowered to what a shorter answer stored.
+                         ///< For an accepted ACK, 2 or 1 selects how much of it `ack` keeps
+  std::uint32_t stored;  ///< out: bytes copied into `buffer`
+  std::int32_t retries;  ///< in: attempts of write and read
+  std::int32_t accept_ack;    ///< in: non-zero lets a General ACK count as the answer
+  std::int32_t ack_received;  ///< out: non-zero once an ACK came
+  std::uint16_t ack;          ///< out: the ACK's first data bytes as they lie: status, then command
+  std::uint8_t final_command;  ///< in: General lingo: an ACK naming this command ends the wait
 };
 
 /// Input of the identification token.
@@ -93,8 +94,8 @@ enum tagIPOD_COLOR : std::int32_t {
 
 /// What the play-status notifications have told so far.
 struct tagIPOD_PLAY_STATUS {
-  std::uint32_t state;           ///< 0 stopped, 1 playing, 2 paused
-  std::uint32_t position;        ///< of the track, in seconds
-  std::uint32_t track_index;     ///< in the now-playing list
-  std::uint32_t tick;            ///< GetTickCount of the last notification, in milliseconds
+  std::uint32_t state;        ///< 0 stopped, 1 playing, 2 paused
+  std::uint32_t position;     ///< of the track, in seconds
+  std::uint32_t track_index;  ///< in the now-playing list
+  std::uint32_t tick;         ///< GetTickCount of the last notification, in milliseconds
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The platform types that the exported interface names. On Windows they are the system's own; elsewhere
-// they are declared here, alike in name and use, so that one host source compiles on every platform.
+// The platform types that the exported interface names. On Windows they are the system's own;
+// elsewhere they are declared here, alike in name and use, so that one host source compiles on
+// every platform.
 #pragma once
 
 #if defined(_WIN32)
@@ -30,8 +31,8 @@
 /// The 64-bit integer of the interface, under the name that Windows compilers know.
 #define __int64 long long
 
-/// An object of the platform (port, thread, event). Never a pointer to one: a stale handle is refused with
-/// "invalid handle" (6).
+/// An object of the platform (port, thread, event). Never a pointer to one: a stale handle is
+/// refused with "invalid handle" (6).
 using HANDLE = void*;
 
 /// A host's window. Kept for the host, never used.

@@ -3,9 +3,9 @@
 //
 //   length 00 subtype fields...        length counts the bytes behind it
 //
-// Every builder writes one token at `destination` and returns its size, or writes nothing and returns
-// 0xFFFFFFFF when fewer bytes than it demands are left. It always demands at least one byte more
-// than it writes; the bounds are prescribed.
+// Every builder writes one token at `destination` and returns its size, or writes nothing and
+// returns 0xFFFFFFFF when fewer bytes than it demands are left. It always demands at least one byte
+// more than it writes; the bounds are prescribed.
 #include <algorithm>
 #include <cstring>
 
@@ -101,8 +101,8 @@ unsigned long CIpodComm::AddAccStatusToken(unsigned char* destination, unsigned 
   return 8;
 }
 
-/// The length announces four certification bytes, of which three are written: the fourth is whatever
-/// the buffer holds. Prescribed so; iPods in the field accept it.
+/// The length announces four certification bytes, of which three are written: the fourth is
+/// whatever the buffer holds. Prescribed so; iPods in the field accept it.
 unsigned long CIpodComm::AddAccRFCertToken(unsigned char* destination, unsigned long capacity,
                                            unsigned char* cert) {
   if (capacity < 9) return kNoRoom;
@@ -136,8 +136,7 @@ unsigned long CIpodComm::AddEAPMetaToken(unsigned char* destination, unsigned lo
 unsigned long CIpodComm::AddAVDelayToken(unsigned char* destination, unsigned long capacity,
                                          unsigned char /*unused*/, unsigned long delay) {
   if (capacity < 8) return kNoRoom;
-  ipodcomm::WriteNumber32(Begin(destination, 0x06, kVideoDelay),
-                          static_cast<std::uint32_t>(delay));
+  ipodcomm::WriteNumber32(Begin(destination, 0x06, kVideoDelay), static_cast<std::uint32_t>(delay));
   return 7;
 }
 

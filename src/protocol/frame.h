@@ -24,8 +24,8 @@ constexpr std::uint8_t kExtendedLingo = 0x04;
 constexpr std::uint8_t kSportsLingo = 0x09;
 constexpr std::uint8_t kStorageLingo = 0x0C;
 
-/// Bytes of a received frame. What lies past its end reads as 0, so nothing that an iPod sends makes
-/// anybody read outside.
+/// Bytes of a received frame. What lies past its end reads as 0, so nothing that an iPod sends
+/// makes anybody read outside.
 class FrameBytes {
  public:
   FrameBytes(const unsigned char* bytes, std::uint32_t length) : bytes_(bytes), length_(length) {}
@@ -71,7 +71,8 @@ std::uint32_t FrameSize(std::uint8_t lingo, bool with_transaction_id, std::uint3
 std::uint32_t WriteHeader(unsigned char* frame, std::uint32_t frame_size, std::uint8_t lingo,
                           std::uint16_t command);
 
-/// Writes the checksum behind the frame's other bytes: the length byte through the checksum sum to 0.
+/// Writes the checksum behind the frame's other bytes: the length byte through the checksum sum to
+/// 0.
 void WriteChecksum(unsigned char* frame, std::uint32_t frame_size);
 
 }  // namespace ipodcomm

@@ -27,9 +27,9 @@ void TextFromUtf8(const unsigned char* source, std::size_t source_bytes, wchar_t
   // Converted whole and then cut here: platforms differ in what they leave in a short buffer. No
   // UTF-8 byte makes more than one character.
   wchar_t converted[kMaxSourceBytes];
-  const int count =
-      MultiByteToWideChar(CP_UTF8, 0, reinterpret_cast<const char*>(source),
-                          static_cast<int>(source_bytes), converted, static_cast<int>(kMaxSourceBytes));
+  const int count = MultiByteToWideChar(CP_UTF8, 0, reinterpret_cast<const char*>(source),
+                                        static_cast<int>(source_bytes), converted,
+                                        static_cast<int>(kMaxSourceBytes));
   const auto available = static_cast<std::size_t>(std::max(count, 0));
   const std::size_t copied = WholeCharacters(converted, available, capacity - 1);
   std::copy_n(converted, copied, destination);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The frame assembler's states outside a frame's body.
-#include "ipodcomm/detail/FrameAssembler.h"
-
 #include <cstring>
+
+#include "ipodcomm/detail/FrameAssembler.h"
 
 namespace ipodcomm {
 

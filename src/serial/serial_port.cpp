@@ -74,7 +74,8 @@ long CIpodSerial::Open(bool start_read_thread) {
   // A leave without an enter: prescribed so, and the lock does nothing on it.
   state_lock_.Leave();
 
-  port_ = CreateFileW(L"COM2:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  port_ =
+      CreateFileW(L"COM2:", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   if (port_ == INVALID_HANDLE_VALUE) return FailOpen(L"Error opening iPod serial port");
   DCB settings = ipodcomm::LineSettings();
   if (SetCommState(port_, &settings) == FALSE) return FailOpen(L"Error setting comm state");

@@ -64,8 +64,8 @@ void CIpodComm::SkipEchoedTransactionId(ReceivedFrame* frame) const {
   if (next == own_transaction_id_) ipodcomm::SkipTransactionId(frame);
 }
 
-/// The steps that the Extended, Display Remote, Storage and Sports decoders share. True when `frame`
-/// was the answer or an accepted ACK.
+/// The steps that the Extended, Display Remote, Storage and Sports decoders share. True when
+/// `frame` was the answer or an accepted ACK.
 bool CIpodComm::TakeAnswerOrAck(const unsigned char* bytes, unsigned long length,
                                 tagIPOD_READ_PARAMS* read) const {
   ReceivedFrame frame = ipodcomm::ParseFrame(FrameBytes(bytes, static_cast<std::uint32_t>(length)));

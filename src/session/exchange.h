@@ -34,8 +34,7 @@ tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command,
 }
 
 /// The answer awaited, into `size` bytes at `buffer`.
-inline tagIPOD_READ_PARAMS Answer(std::uint16_t expected, unsigned char* buffer,
-                                  std::size_t size) {
+inline tagIPOD_READ_PARAMS Answer(std::uint16_t expected, unsigned char* buffer, std::size_t size) {
   tagIPOD_READ_PARAMS read = {};
   read.expected_command = expected;
   read.buffer = buffer;

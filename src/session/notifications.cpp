@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// CIpodComm: the notification thread, which follows the play status and answers the iPod's requests.
+// CIpodComm: the notification thread, which follows the play status and answers the iPod's
+// requests.
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
 #include "protocol/frame.h"

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A session's queue of packets.
-#include "ipodcomm/detail/PacketQueue.h"
-
 #include <cstring>
 
+#include "ipodcomm/detail/PacketQueue.h"
 #include "platform/services.h"
 #include "protocol/frame.h"
 #include "serial/event_wait.h"

@@ -10,8 +10,8 @@ namespace ipodcomm {
 
 /// A recursive lock over the platform's critical section that knows its owner.
 ///
-/// Leaving it unheld does nothing, and so does entering it once it is deleted. A copy is a new, free
-/// lock: copies of an object share handles, never a lock.
+/// Leaving it unheld does nothing, and so does entering it once it is deleted. A copy is a new,
+/// free lock: copies of an object share handles, never a lock.
 class IPODCOMM_API Lock {
  public:
   Lock();

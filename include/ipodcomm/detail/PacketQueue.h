@@ -12,8 +12,8 @@
 
 namespace ipodcomm {
 
-/// A session's queue of packets with its lock and its event. A copy holds the same packets and shares
-/// the event.
+/// A session's queue of packets with its lock and its event. A copy holds the same packets and
+/// shares the event.
 class PacketQueue {
  public:
   /// Creates the lock, then the event.

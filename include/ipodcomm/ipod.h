@@ -1,0 +1,420 @@
+// SPDX-License-Identifier: MIT
+// The legacy interface, of which the protocol's vocabulary is used by both.
+#pragma once
+
+#include "ipodcomm/platform.h"
+
+/// The protocol's numbers under exported names. What a number means depends on its lingo: command
+/// families overlap, and some names share a value on purpose.
+class IPODCOMM_API ipod {
+ public:
+  // Frame byte positions and marker values
+  static const unsigned char IPOD_PACKET_EXT_LARGE_SYNC_LOC = 0x00;
+  static const unsigned char IPOD_PACKET_EXT_SYNC_LOC = 0x00;
+  static const unsigned char IPOD_PACKET_SYNC_LOC = 0x00;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_START_LOC = 0x01;
+  static const unsigned char IPOD_PACKET_EXT_START_LOC = 0x01;
+  static const unsigned char IPOD_PACKET_START_LOC = 0x01;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_MARKER_LOC = 0x02;
+  static const unsigned char IPOD_PACKET_EXT_PAYLOADLEN_LOC = 0x02;
+  static const unsigned char IPOD_PACKET_PAYLOADLEN_LOC = 0x02;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_PAYLOADLEN_LOC_HIGH = 0x03;
+  static const unsigned char IPOD_PACKET_EXT_LINGO_LOC = 0x03;
+  static const unsigned char IPOD_PACKET_LINGO_LOC = 0x03;
+  static const unsigned char IPOD_PACKET_COMMAND_LOC = 0x04;
+  static const unsigned char IPOD_PACKET_EXT_COMMAND_LOC_HIGH = 0x04;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_PAYLOADLEN_LOC_LOW = 0x04;
+  static const unsigned char IPOD_PACKET_DATA_LOC = 0x05;
+  static const unsigned char IPOD_PACKET_EXT_COMMAND_LOC_LOW = 0x05;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_LINGO_LOC = 0x05;
+  static const unsigned char IPOD_PACKET_EXT_DATA_LOC = 0x06;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_COMMAND_LOC_HIGH = 0x06;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_COMMAND_LOC_LOW = 0x07;
+  static const unsigned char IPOD_PACKET_EXT_LARGE_DATA_LOC = 0x08;
+  static const unsigned char IPOD_PACKET_START_VAL = 0x55;
+  static const unsigned char IPOD_PACKET_SYNC_VAL = 0xFF;
+
+  // Lingo identifiers
+  static const unsigned char IPOD_LINGO_GENERAL = 0x00;
+  static const unsigned char IPOD_LINGO_MICROPHONE = 0x01;
+  static const unsigned char IPOD_LINGO_SIMPLEREMOTE = 0x02;
+  static const unsigned char IPOD_LINGO_DISPLAY = 0x03;
+  static const unsigned char IPOD_LINGO_EXTENDED = 0x04;
+  static const unsigned char IPOD_LINGO_ACCESSORYPOWER = 0x05;
+  static const unsigned char IPOD_LINGO_USBHOSTCONTROL = 0x06;
+  static const unsigned char IPOD_LINGO_RTUNER = 0x07;
+  static const unsigned char IPOD_LINGO_ACCESSORYEQ = 0x08;
+  static const unsigned char IPOD_LINGO_SPORTS = 0x09;
+  static const unsigned char IPOD_LINGO_STORAGE = 0x0C;
+  static const unsigned char IPOD_LINGO_DIGITALAUDIO = 0x10;
+
+  // Supported-lingo value
+  static const unsigned char IPOD_SUPPORTED_LINGO = 0x06;
+
+  // Lingo mask bits and power options
+  static const unsigned char IPOD_LINGO_MASK_LOWPOWERONLY = 0x00;
+  static const unsigned char IPOD_LINGO_MASK_ACCESSORYEQUALIZER = 0x01;
+  static const unsigned char IPOD_LINGO_MASK_GENERAL = 0x01;
+  static const unsigned char IPOD_LINGO_MASK_INTERMITTENTHIGHPOWER = 0x01;
+  static const unsigned char IPOD_LINGO_MASK_MICROPHONE = 0x02;
+  static const unsigned char IPOD_LINGO_MASK_RESERVED2 = 0x02;
+  static const unsigned char IPOD_LINGO_MASK_SPORTS = 0x02;
+  static const unsigned char IPOD_LINGO_MASK_RESERVED3 = 0x03;
+  static const unsigned char IPOD_LINGO_MASK_DIGITALAUDIO = 0x04;
+  static const unsigned char IPOD_LINGO_MASK_SIMPLEREMOTE = 0x04;
+  static const unsigned char IPOD_LINGO_MASK_DISPLAYREMOTE = 0x08;
+  static const unsigned char IPOD_LINGO_MASK_RESERVED = 0x08;
+  static const unsigned char IPOD_LINGO_MASK_EXTENDED = 0x10;
+  static const unsigned char IPOD_LINGO_MASK_STORAGE = 0x10;
+  static const unsigned char IPOD_LINGO_MASK_ACCESSORYPOWER = 0x20;
+  static const unsigned char IPOD_LINGO_MASK_USBHOSTCONTROL = 0x40;
+  static const unsigned char IPOD_LINGO_MASK_RFTUNER = 0x80;
+
+  // Power
+  static const unsigned char IPOD_POWER_LOW = 0x00;
+  static const unsigned char IPOD_POWER_SOMEHIGH = 0x04;
+
+  // General lingo (0) command identifiers
+  static const unsigned char IPOD_COMMAND_REQUESTIDENTIFY = 0x00;
+  static const unsigned char IPOD_COMMAND_IDENTIFY = 0x01;
+  static const unsigned char IPOD_COMMAND_ACK = 0x02;
+  static const unsigned char IPOD_COMMAND_REQUESTREMOTEUIMODE = 0x03;
+  static const unsigned char IPOD_COMMAND_RETURNREMOTEUIMODE = 0x04;
+  static const unsigned char IPOD_COMMAND_ENTERREMOTEUIMODE = 0x05;
+  static const unsigned char IPOD_COMMAND_EXITREMOTEUIMODE = 0x06;
+  static const unsigned char IPOD_COMMAND_REQUESTIPODNAME = 0x07;
+  static const unsigned char IPOD_COMMAND_RETURNIPODNAME = 0x08;
+  static const unsigned char IPOD_COMMAND_REQUESTIPODSOFTWAREVERSION = 0x09;
+  static const unsigned char IPOD_COMMAND_RETURNIPODSOFTWAREVERSION = 0x0A;
+  static const unsigned char IPOD_COMMAND_REQUESTIPODSERIALNUM = 0x0B;
+  static const unsigned char IPOD_COMMAND_RETURNIPODSERIALNUM = 0x0C;
+  static const unsigned char IPOD_COMMAND_REQUESTIPODMODELNUM = 0x0D;
+  static const unsigned char IPOD_COMMAND_RETURNIPODMODELNUM = 0x0E;
+  static const unsigned char IPOD_COMMAND_REQUESTLINGOPROTOCOLVERSION = 0x0F;
+  static const unsigned char IPOD_COMMAND_RETURNLINGOPROTOCOLVERSION = 0x10;
+  static const unsigned char IPOD_COMMAND_IDENTIFYDEVICELINGOS = 0x13;
+  static const unsigned char IPOD_COMMAND_GETACCESSORYINFO = 0x27;
+  static const unsigned char IPOD_COMMAND_RETURNACCESSORYINFO = 0x28;
+  static const unsigned char IPOD_COMMAND_GETIPODPREFERENCES = 0x29;
+  static const unsigned char IPOD_COMMAND_RETURNIPODPREFERENCES = 0x2A;
+  static const unsigned char IPOD_COMMAND_SETIPODPREFERENCES = 0x2B;
+
+  // Simple Remote lingo (2) command identifiers
+  static const unsigned char IPOD_COMMAND_CONTEXTBUTTONSTATUS = 0x00;
+  static const unsigned char IPOD_COMMAND_SIMPLEREMOTEACK = 0x01;
+  static const unsigned char IPOD_COMMAND_IMAGEBUTTONSTATUS = 0x02;
+  static const unsigned char IPOD_COMMAND_VIDEOBUTTONSTATUS = 0x03;
+  static const unsigned char IPOD_COMMAND_AUDIOBUTTONSTATUS = 0x04;
+
+  // Display Remote lingo (3) command identifiers
+  static const unsigned char IPOD_COMMAND_REMOTE_ACK = 0x00;
+  static const unsigned char IPOD_COMMAND_REMOTE_GETINDEXEDPLAYINGTRACKINFO = 0x12;
+  static const unsigned char IPOD_COMMAND_REMOTE_RETURNINDEXEDPLAYINGTRACKINFO = 0x13;
+  static const unsigned char IPOD_COMMAND_REMOTE_GETTRACKARTWORKDATA = 0x18;
+  static const unsigned char IPOD_COMMAND_REMOTE_RETURNTRACKARTWORKDATA = 0x19;
+  static const unsigned char IPOD_COMMAND_REMOTE_GETTRACKARTWORKTIMES = 0x1F;
+  static const unsigned char IPOD_COMMAND_REMOTE_RETURNTRACKARTWORKTIMES = 0x20;
+
+  // Sports lingo (9) command identifiers
+  static const short IPOD_COMMAND_SPORTS_ACK = 0x00;
+  static const short IPOD_COMMAND_SPORTS_GETDEVICEVERSION = 0x01;
+  static const short IPOD_COMMAND_SPORTS_RETURNDEVICEVERSION = 0x02;
+  static const short IPOD_COMMAND_SPORTS_GETDEVICECAPS = 0x03;
+  static const short IPOD_COMMAND_SPORTS_RETURNDEVICECAPS = 0x04;
+  static const short IPOD_COMMAND_SPORTS_IPODACK = 0x80;
+  static const short IPOD_COMMAND_SPORTS_GETIPODCAPS = 0x83;
+  static const short IPOD_COMMAND_SPORTS_RETURNIPODCAPS = 0x84;
+  static const short IPOD_COMMAND_SPORTS_GETUSERINDEX = 0x85;
+  static const short IPOD_COMMAND_SPORTS_RETURNUSERINDEX = 0x86;
+  static const short IPOD_COMMAND_SPORTS_GETUSERDATA = 0x88;
+  static const short IPOD_COMMAND_SPORTS_RETURNUSERDATA = 0x89;
+  static const short IPOD_COMMAND_SPORTS_SETUSERDATA = 0x90;
+
+  // Storage lingo (12) command identifiers
+  static const short IPOD_COMMAND_STORAGE_ACK = 0x00;
+  static const short IPOD_COMMAND_STORAGE_GETIPODCAPS = 0x01;
+  static const short IPOD_COMMAND_STORAGE_RETURNIPODCAPS = 0x02;
+  static const short IPOD_COMMAND_STORAGE_RETURNIPODFILEHANDLE = 0x04;
+  static const short IPOD_COMMAND_STORAGE_WRITEIPODFILEDATA = 0x07;
+  static const short IPOD_COMMAND_STORAGE_CLOSEIPODFILE = 0x08;
+  static const short IPOD_COMMAND_STORAGE_GETIPODFREESPACE = 0x10;
+  static const short IPOD_COMMAND_STORAGE_RETURNIPODFREESPACE = 0x11;
+  static const short IPOD_COMMAND_STORAGE_OPENIPODFEATUREFILE = 0x12;
+
+  // Extended Interface lingo (4) command identifiers (sent as the low byte of a 16-bit command)
+  static const unsigned char IPOD_COMMAND_EXTENDEDACK = 0x01;
+  static const unsigned char IPOD_COMMAND_GETCURRENTPLAYINGTRACKCHAPTER = 0x02;
+  static const unsigned char IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTER = 0x03;
+  static const unsigned char IPOD_COMMAND_SETCURRENTPLAYINGTRACKCHAPTER = 0x04;
+  static const unsigned char IPOD_COMMAND_GETCURRENTPLAYINGTRACKCHAPTERPLAYSTATUS = 0x05;
+  static const unsigned char IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTERPLAYSTATUS = 0x06;
+  static const unsigned char IPOD_COMMAND_GETCURRENTPLAYINGTRACKCHAPTERNAME = 0x07;
+  static const unsigned char IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTERNAME = 0x08;
+  static const unsigned char IPOD_COMMAND_GETAUDIOBOOKSPEED = 0x09;
+  static const unsigned char IPOD_COMMAND_RETURNAUDIOBOOKSPEED = 0x0A;
+  static const unsigned char IPOD_COMMAND_SETAUDIOBOOKSPEED = 0x0B;
+  static const unsigned char IPOD_COMMAND_GETINDEXEDPLAYINGTRACKINFO = 0x0C;
+  static const unsigned char IPOD_COMMAND_RETURNINDEXEDPLAYINGTACKINFO = 0x0D;
+  static const unsigned char IPOD_COMMAND_GETARTWORKFORMATS = 0x0E;
+  static const unsigned char IPOD_COMMAND_RETURNARTWORKFORMATS = 0x0F;
+  static const unsigned char IPOD_COMMAND_GETTRACKARTWORKDATA = 0x10;
+  static const unsigned char IPOD_COMMAND_RETURNTRACKARTWORKDATA = 0x11;
+  static const unsigned char IPOD_COMMAND_RESETDBSELECTION = 0x16;
+  static const unsigned char IPOD_COMMAND_SELECTDBRECORD = 0x17;
+  static const unsigned char IPOD_COMMAND_GETNUMBERCATORIZEDDBRECORDS = 0x18;
+  static const unsigned char IPOD_COMMAND_RETURNNUMBERCATEGORIZEDDBRECORDS = 0x19;
+  static const unsigned char IPOD_COMMAND_RETRIEVECATEGORIZEDDATABASERECORDS = 0x1A;
+  static const unsigned char IPOD_COMMAND_RETURNCATEGORIZEDDATABASERECORDS = 0x1B;
+  static const unsigned char IPOD_COMMAND_GETPLAYSTATUS = 0x1C;
+  static const unsigned char IPOD_COMMAND_RETURNPLAYSTATUS = 0x1D;
+  static const unsigned char IPOD_COMMAND_GETCURRENTPLAYINGTACKINDEX = 0x1E;
+  static const unsigned char IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKINDEX = 0x1F;
+  static const unsigned char IPOD_COMMAND_GETINDEXPLAYINGTRACKTITLE = 0x20;
+  static const unsigned char IPOD_COMMAND_RETURNINDEXEDPLAYINGTRACKTITLE = 0x21;
+  static const unsigned char IPOD_COMMAND_GETINDEXEDPLAYINGTRACKARTISTNAME = 0x22;
+  static const unsigned char IPOD_COMMAND_RETURNINDEXEDPLAYINGTACKARTISTNAME = 0x23;
+  static const unsigned char IPOD_COMMAND_GETINDEXEDPLAYINGTRACKALBUMNAME = 0x24;
+  static const unsigned char IPOD_COMMAND_RETURNINDEXEDPLAYINGTRACKALBUMNAME = 0x25;
+  static const unsigned char IPOD_COMMAND_SETPLAYSTATUSCHANGENOTIFICATION = 0x26;
+  static const unsigned char IPOD_COMMAND_PLAYSTATUSCHANGENOTIFICATION = 0x27;
+  static const unsigned char IPOD_COMMAND_PLAYCURRENTSELECTION = 0x28;
+  static const unsigned char IPOD_COMMAND_PLAYCONTROL = 0x29;
+  static const unsigned char IPOD_COMMAND_GETTRACKARTWORKTIMES = 0x2A;
+  static const unsigned char IPOD_COMMAND_RETURNTRACKARTWORKTIMES = 0x2B;
+  static const unsigned char IPOD_COMMAND_GETSHUFFLE = 0x2C;
+  static const unsigned char IPOD_COMMAND_RETURNSHUFFLE = 0x2D;
+  static const unsigned char IPOD_COMMAND_SETSHUFFLE = 0x2E;
+  static const unsigned char IPOD_COMMAND_GETREPEAT = 0x2F;
+  static const unsigned char IPOD_COMMAND_SETREPEAT = 0x2F;
+  static const unsigned char IPOD_COMMAND_RETURNREPEAT = 0x30;
+  static const unsigned char IPOD_COMMAND_SETDISPLAYIMAGE = 0x32;
+  static const unsigned char IPOD_COMMAND_GETMONODISPLAYIMAGELIMITS = 0x33;
+  static const unsigned char IPOD_COMMAND_RETURNMONODISPLAYIMAGELIMITS = 0x34;
+  static const unsigned char IPOD_COMMAND_GETNUMPLAYINGTRACKS = 0x35;
+  static const unsigned char IPOD_COMMAND_RETURNNUMPLAYINGTRACKS = 0x36;
+  static const unsigned char IPOD_COMMAND_SETCURRENTPLAYINGTACKS = 0x37;
+  static const unsigned char IPOD_COMMAND_SELECTSORTDBRECORD = 0x38;
+  static const unsigned char IPOD_COMMAND_GETCOLRORDISPLAYIMAGELIMITS = 0x39;
+  static const unsigned char IPOD_COMMAND_RETURNCOLORDISPLAYIMAGELIMITS = 0x3A;
+  static const unsigned char IPOD_COMMAND_RESETDBSELECTIONHIERARCHY = 0x3B;
+
+  // Acknowledgement status values and position
+  static const unsigned char IPOD_ACKE_STATUS_OK = 0x00;
+  static const unsigned char IPOD_ACKE_STATUS_COMMANDFAILED = 0x01;
+  static const unsigned char IPOD_ACKE_STATUS_OUTOFRESOURCES = 0x02;
+  static const unsigned char IPOD_ACKE_STATUS_BADPARAMETER = 0x03;
+  static const unsigned char IPOD_ACKE_STATUS_UNKNOWNID = 0x04;
+  static const unsigned char IPOD_ACKE_STATUS_RESERVED = 0x05;
+  static const unsigned char IPOD_ACKE_STATUS_LOC = 0x06;
+
+  // Accessory information types
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_CAPABILITIES = 0x00;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_NAME = 0x01;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_MINIPODFIRMWARE = 0x02;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_MINIPODLINGOVERSION = 0x03;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYFIRMWARE = 0x04;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYHARDWARE = 0x05;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYMFG = 0x06;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYMODELNUM = 0x07;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYSERIALNUM = 0x08;
+  static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYMAXPAYLOAD = 0x09;
+
+  // Accessory information type masks
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_CAPABILITIES = 0x01;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_NAME = 0x02;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_MINIPODFIRMWARE = 0x04;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_MINIPODLINGOVERSION = 0x08;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYFIRMWARE = 0x10;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYHARDWARE = 0x20;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYMFG = 0x40;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYMODELNUM = 0x80;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYSERIALNUM = 0x100;
+  static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYMAXPAYLOAD = 0x200;
+
+  // Context button masks (Simple Remote)
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PLAYPAUSE = 0x01UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_VOLUMEUP = 0x02UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_VOLUMEDOWN = 0x04UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_NEXTRACK = 0x08UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PREVIOUSTRACK = 0x10UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_NEXTALBUM = 0x20UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PREVIOUSALBUM = 0x40UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_STOP = 0x80UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PLAYRESUME = 0x100UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PAUSE = 0x200UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_MUTETOGGLE = 0x400UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_NEXTCHAPTER = 0x800UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PREVIOUSCHAPTER = 0x1000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_NEXTPLAYLIST = 0x2000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PREVIOUSPLAYLIST = 0x4000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_SHUFFLESETTINGADVANCE = 0x8000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_REPEATSSETTINGADVANCE = 0x10000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_POWERON = 0x20000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_POWEROFF = 0x40000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_BACKLIGHT30SECONDS = 0x80000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_BEGINFASTFORWARD = 0x100000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_BEGINREWIND = 0x200000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_MENU = 0x400000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_SELECT = 0x800000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_UPARROW = 0x1000000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_DOWNARROW = 0x2000000UL;
+  static const unsigned long IPOD_BUTTON_CONTEXT_MASK_BACKLIGHTOFF = 0x4000000UL;
+
+  // Database categories
+  static const unsigned char IPOD_CATEGORY_RESERVED1 = 0x00;
+  static const unsigned char IPOD_CATEGORY_PLAYLIST = 0x01;
+  static const unsigned char IPOD_CATEGORY_ARTIST = 0x02;
+  static const unsigned char IPOD_CATEGORY_ALBUM = 0x03;
+  static const unsigned char IPOD_CATEGORY_GENRE = 0x04;
+  static const unsigned char IPOD_CATEGORY_TRACK = 0x05;
+  static const unsigned char IPOD_CATEGORY_COMPOSER = 0x06;
+  static const unsigned char IPOD_CATEGORY_AUDIOBOOK = 0x07;
+  static const unsigned char IPOD_CATEGORY_PODCAST = 0x08;
+  static const unsigned char IPOD_CATEGORY_NESTEDPLAYLIST = 0x09;
+
+  // Sort orders
+  static const short IPOD_SELECTSORT_GENRE = 0x00;
+  static const short IPOD_SELECTSORT_ARTIST = 0x01;
+  static const short IPOD_SELECTSORT_COMPOSER = 0x02;
+  static const short IPOD_SELECTSORT_ALBUM = 0x03;
+  static const short IPOD_SELECTSORT_NAME = 0x04;
+  static const short IPOD_SELECTSORT_PLAYLIST = 0x05;
+  static const short IPOD_SELECTSORT_RELEASEDATE = 0x06;
+  static const short IPOD_SELECTSORT_SERIES = 0x07;
+  static const short IPOD_SELECTSORT_SEASON = 0x08;
+  static const short IPOD_SELECTSORT_EPISODE = 0x09;
+  static const short IPOD_SELECTSORT_DEFAULT = 0xFF;
+
+  // Hierarchies
+  static const unsigned char IPOD_RESETDBSELECTIONHIERARCHY_NONE = 0x00;
+  static const unsigned char IPOD_HIERARCHY_AUDIO = 0x01;
+  static const unsigned char IPOD_RESETDBSELECTIONHIERARCHY_AUDIO = 0x01;
+  static const unsigned char IPOD_HIERARCHY_VIDEO = 0x02;
+  static const unsigned char IPOD_RESETDBSELECTIONHIERARCHY_VIDEO = 0x02;
+
+  // Play control codes
+  static const unsigned long IPOD_PLAYCONTROL_PLAYPAUSE = 0x01UL;
+  static const unsigned long IPOD_PLAYCONTROL_STOP = 0x02UL;
+  static const unsigned long IPOD_PLAYCONTROL_NEXTTRACK = 0x03UL;
+  static const unsigned long IPOD_PLAYCONTROL_PREVIOUSTRACK = 0x04UL;
+  static const unsigned long IPOD_PLAYCONTROL_STARTFF = 0x05UL;
+  static const unsigned long IPOD_PLAYCONTROL_STARTREW = 0x06UL;
+  static const unsigned long IPOD_PLAYCONTROL_ENDFFREW = 0x07UL;
+  static const unsigned long IPOD_PLAYCONTROL_NEXT = 0x08UL;
+  static const unsigned long IPOD_PLAYCONTROL_PREVIOUS = 0x09UL;
+  static const unsigned long IPOD_PLAYCONTROL_PLAY = 0x0AUL;
+  static const unsigned long IPOD_PLAYCONTROL_PAUSE = 0x0BUL;
+
+  // Player states
+  static const unsigned char IPOD_PLAYERSTATE_STOPPED = 0x00;
+  static const unsigned char IPOD_PLAYERSTATE_PLAYING = 0x01;
+  static const unsigned char IPOD_PLAYERSTATE_PAUSED = 0x02;
+  static const unsigned char IPOD_PLAYERSTATE_FASTFORWARD = 0x03;
+  static const unsigned char IPOD_PLAYERSTATE_FASTREWIND = 0x04;
+  static const unsigned char IPOD_PLAYERSTATE_ENDINGFAST = 0x05;
+
+  // Indexed playing track information types (Extended Interface)
+  static const short IPOD_PLAYINGTRACKINFO_CAPABILITIES = 0x00;
+  static const short IPOD_PLAYINGTRACKINFO_PODCASTNAME = 0x01;
+  static const short IPOD_PLAYINGTRACKINFO_RELEASEDATE = 0x02;
+  static const short IPOD_PLAYINGTRACKINFO_DESCRIPTION = 0x03;
+  static const short IPOD_PLAYINGTRACKINFO_SONGLYRICS = 0x04;
+  static const short IPOD_PLAYINGTRACKINFO_GENRE = 0x05;
+  static const short IPOD_PLAYINGTRACKINFO_COMPOSER = 0x06;
+  static const short IPOD_PLAYINGTRACKINFO_ARTWORKCOUNT = 0x07;
+
+  // Indexed track information types (Display Remote)
+  static const unsigned char IPOD_REMOTE_INFOTYPE_CAPSINFO = 0x00;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_CHAPTER = 0x01;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_ARTISTNAME = 0x02;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_ALBUMNAME = 0x03;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_GENRENAME = 0x04;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_TRACKTITLE = 0x05;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_COMPOSERNAME = 0x06;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_LYRICS = 0x07;
+  static const unsigned char IPOD_REMOTE_INFOTYPE_ARTWORKCOUNT = 0x08;
+
+  // Track capability bits (Display Remote capability information)
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_AUDIOBOOK = 0x01UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_CHAPTERS = 0x02UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_ARTWORK = 0x04UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_LYRICS = 0x08UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_RESERVED1 = 0x10UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_RESERVED2 = 0x20UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_RESERVED3 = 0x40UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_VIDEO = 0x80UL;
+  static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_QUEUEIDEO = 0x100UL;
+
+  // Display image formats
+  static const unsigned long IPOD_IMAGEFORMAT_MONO = 0x01UL;
+  static const unsigned long IPOD_IMAGEFORMAT_RGB565BIGENDIAN16BPP = 0x02UL;
+  static const unsigned long IPOD_IMAGEFORMAT_RGB565LITTLEENDIAN16BPP = 0x02UL;
+
+  // Preference classes
+  static const unsigned char IPOD_PREFERENCE_VIDEOOUTSETTING = 0x00;
+  static const unsigned char IPOD_PREFERENCE_SCREENCONFIGURATION = 0x01;
+  static const unsigned char IPOD_PREFERENCE_VIDEOSIGNALFORMAT = 0x02;
+  static const unsigned char IPOD_PREFERENCE_LINEOUTUSAGE = 0x03;
+  static const unsigned char IPOD_PREFERENCE_VIDEOOUTCONNECTION = 0x08;
+  static const unsigned char IPOD_PREFERENCE_CLOSEDCAPTIONING = 0x09;
+  static const unsigned char IPOD_PREFERENCE_VIDEOMONITORASPECT = 0x0A;
+  static const unsigned char IPOD_PREFERENCE_SUBTITLES = 0x0C;
+  static const unsigned char IPOD_PREFERENCE_VIDEOALTERNATEAUDIO = 0x0D;
+  static const unsigned char IPOD_PREFERENCE_PAUSEONREMOVAL = 0x0F;
+
+  // Preference settings
+  static const unsigned char IPOD_PREFERENCE_SETTING_4_3_ASPECT = 0x00;
+  static const unsigned char IPOD_PREFERENCE_SETTING_FILLENTIRESCREEN = 0x00;
+  static const unsigned char IPOD_PREFERENCE_SETTING_NTSC = 0x00;
+  static const unsigned char IPOD_PREFERENCE_SETTING_OFF = 0x00;
+  static const unsigned char IPOD_PREFERENCE_SETTING_16_9_ASPECT = 0x01;
+  static const unsigned char IPOD_PREFERENCE_SETTING_COMPOSITE = 0x01;
+  static const unsigned char IPOD_PREFERENCE_SETTING_FITTOSCREENEDGE = 0x01;
+  static const unsigned char IPOD_PREFERENCE_SETTING_ON = 0x01;
+  static const unsigned char IPOD_PREFERENCE_SETTING_PAL = 0x01;
+  static const unsigned char IPOD_PREFERENCE_SETTING_ASKUSER = 0x02;
+  static const unsigned char IPOD_PREFERENCE_SETTING_SVIDEO = 0x02;
+  static const unsigned char IPOD_PREFERENCE_SETTING_COMPONENT = 0x03;
+
+  // Feature-file types
+  static const short IPOD_OPENIPODFEATUREFILE_FEATURE_RADIOTAGGING = 0x01;
+  static const short IPOD_OPENIPODFEATUREFILE_FEATURE_GYMEQUIPMENT = 0x02;
+
+  // Feature-file option bits
+  static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENDDATA = 0x01;
+  static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLIPODINFO = 0x02;
+  static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_RESERVED = 0x04;
+  static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLSIGNATURE = 0x08;
+
+  // Sports capability bits
+  static const unsigned char IPOD_SPORTS_GETIPODCAPS_MASK_GYM = 0x01;
+  static const unsigned char IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA = 0x02;
+  static const unsigned char IPOD_SPORTS_RETURNIPODCAPS_MASK_GYM = 0x02;
+
+  // Sports interval types
+  static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_START = 0x01;
+  static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_END = 0x02;
+  static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_CONTINUE = 0x03;
+  static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_PAUSE = 0x04;
+  static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_RESUME = 0x05;
+  static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_INPROCESS = 0x06;
+
+  // Sports workout types
+  static const unsigned short IPOD_SPORTS_WORKOUTTYPE_NONE = 0x00;
+  static const unsigned short IPOD_SPORTS_WORKOUTTYPE_TREADMILL = 0x01;
+  static const unsigned short IPOD_SPORTS_WORKOUTTYPE_ELLIPTICAL = 0x02;
+  static const unsigned short IPOD_SPORTS_WORKOUTTYPE_STEPPER = 0x03;
+  static const unsigned short IPOD_SPORTS_WORKOUTTYPE_BIKE = 0x04;
+  static const unsigned short IPOD_SPORTS_WORKOUTTYPE_OTHER = 0x05;
+
+  // Text capacities of the legacy getters, in characters
+  static const unsigned char SIZE_IPODCHAPTERCOUNT = 0x0A;
+  static const unsigned char SIZE_IPODCURRENTCHAPTERINDEX = 0x0A;
+  static const unsigned char SIZE_IPODLINGOVERSIONEXTENDED = 0x0A;
+  static const unsigned char SIZE_IPODLINGOVERSIONGENERAL = 0x0A;
+  static const unsigned char SIZE_IPODPLAYERSTATE = 0x0A;
+  static const unsigned char SIZE_IPODTRACKLENGTH = 0x0A;
+  static const unsigned char SIZE_IPODTRACKPOSITION = 0x0A;
+  static const unsigned char SIZE_IPODCURRENTPLAYINGTRACKCHAPTERNAME = 0x19;
+  static const unsigned char SIZE_IPODPREFERENCES = 0x19;
+};

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// The identification sequence by IdentifyDeviceLingoes, with its survey of lingo versions.
+#include <cstring>
+
+#include "identify/identification_sequence.h"
+#include "platform/services.h"
+#include "protocol/numbers.h"
+#include "serial/event_wait.h"
+#include "session/exchange.h"
+
+namespace ipodcomm {
+
+namespace {
+
+constexpr std::uint32_t kGeneralOnly = 0x00000001;
+constexpr std::uint32_t kLingoes = 0x00000019;            // General, Display Remote, Extended
+constexpr std::uint32_t kLingoesWithSports = 0x00001219;  // and Sports and Storage
+
+constexpr tagIPOD_VERSION kMinGeneral = {1, 2};
+constexpr tagIPOD_VERSION kMinDisplayRemote = {1, 1};
+constexpr tagIPOD_VERSION kMinExtended = {1, 8};
+constexpr tagIPOD_VERSION kMinSports = {1, 1};
+constexpr tagIPOD_VERSION kMinStorage = {1, 2};
+
+bool AtLeast(const tagIPOD_VERSION& version, const tagIPOD_VERSION& minimum) {
+  return version.major > minimum.major ||
+         (version.major == minimum.major && version.minor >= minimum.minor);
+}
+
+/// A preference set after identification.
+struct PreferenceSetting {
+  unsigned char preference_class;
+  unsigned char setting;
+};
+constexpr PreferenceSetting kPreferences[] = {
+    {3, 1}, {1, 0}, {2, 0}, {8, 1}, {9, 0}, {10, 1}, {15, 1}, {0, 1},
+};
+
+}  // namespace
+
+int IdentificationSequence::IdentifyByLingoes() {
+  if (!AnnounceLingoes(kGeneralOnly, nullptr) || !KeepGoing()) return 0;
+  AwaitModelNumberRequest();
+
+  SurveyVersions();
+  if (!KeepGoing()) return 0;
+  if (!VersionsSuffice()) {
+    NKDbgPrintfW(L"iPod version too old!\r\n");
+    result_ = IPOD_IDENTIFY_RESULT_TOOOLD;
+    return 0;
+  }
+  CIpodComm::Identity& identity = session_.identity_;
+  if (AtLeast(identity.sports, kMinSports) && AtLeast(identity.storage, kMinStorage)) {
+    identity.sports_supported = 1;
+  }
+
+  unsigned char status = 0;
+  const bool sports = identity.sports_supported != 0;
+  if (!AnnounceLingoes(sports ? kLingoesWithSports : kLingoes, &status)) return 0;
+  if (status != 0) {
+    AwaitModelNumberRequest();
+    return 0;
+  }
+  if (!KeepGoing()) return 0;
+  AwaitModelNumberRequest();
+  SetPreferences();
+  if (!KeepGoing()) return 0;
+  AdjustEventNotifications();
+  result_ = IPOD_IDENTIFY_RESULT_LINGOS;
+  return 1;
+}
+
+/// IdentifyDeviceLingoes: `13 mask options device-id`, ACK. True when the exchange succeeded.
+bool IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsigned char* status) {
+  unsigned char data[12] = {};
+  WriteNumber32(data, mask);
+  std::memcpy(data + 4, announcement_.options, 4);
+  std::memcpy(data + 8, announcement_.device_id, 4);
+  unsigned char ack[2] = {};
+  if (!session_.Exchange(Command(kGeneralLingo, 0x13, data), Answer(kGeneralAck, ack))) {
+    return false;
+  }
+  if (status != nullptr) *status = ack[0];
+  return true;
+}
+
+/// The iPod asks for the model number last of all. A time-out is normal.
+void IdentificationSequence::AwaitModelNumberRequest() {
+  constexpr unsigned long kWaitMs = 1000;
+  WaitForEvent(session_.identification_event_, kWaitMs);
+}
+
+void IdentificationSequence::SurveyVersions() {
+  CIpodComm::Identity& identity = session_.identity_;
+  SurveyVersion(L"General", kGeneralLingo, &identity.general);
+  SurveyVersion(L"Display Remote", kDisplayRemoteLingo, &identity.display_remote);
+  SurveyVersion(L"Extended", kExtendedLingo, &identity.extended);
+  SurveyVersion(L"Sports", kSportsLingo, &identity.sports);
+  SurveyVersion(L"Storage", kStorageLingo, &identity.storage);
+}
+
+void IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
+                                           tagIPOD_VERSION* version) {
+  if (session_.Command_RequestLingoProtocolVersion(lingo, version) == 0) {
+    NKDbgPrintfW(L"Lingo Version - %s = not supported\r\n", name);
+    return;
+  }
+  NKDbgPrintfW(L"Lingo Version - %s = %d.%02d\r\n", name, version->major, version->minor);
+}
+
+bool IdentificationSequence::VersionsSuffice() const {
+  const CIpodComm::Identity& identity = session_.identity_;
+  return AtLeast(identity.general, kMinGeneral) &&
+         AtLeast(identity.display_remote, kMinDisplayRemote) &&
+         AtLeast(identity.extended, kMinExtended);
+}
+
+void IdentificationSequence::SetPreferences() {
+  for (const PreferenceSetting& preference : kPreferences) {
+    session_.Command_SetPreference(preference.preference_class, preference.setting);
+  }
+}
+
+}  // namespace ipodcomm

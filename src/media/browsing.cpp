@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// CIpodComm: browsing the iPod's database.
+#include <algorithm>
+#include <cstdio>
+
+#include "ipodcomm/CIpodComm.h"
+#include "ipodcomm/ipod.h"
+#include "protocol/numbers.h"
+#include "protocol/text.h"
+#include "session/exchange.h"
+
+using ipodcomm::Answer;
+using ipodcomm::Command;
+using ipodcomm::kExtendedLingo;
+
+namespace {
+
+constexpr std::uint16_t kReturnRecord = 0x001B;
+constexpr std::size_t kRecordBytes = 1024;
+constexpr std::size_t kNamePosition = 4;
+constexpr unsigned char kCurrentCategory = 255;
+
+/// The reply that carries a record: its index (4 bytes), then its name. The name is converted from
+/// 1024 bytes behind the index, so spare zeroed bytes follow the reply's own 1024.
+struct RecordReply {
+  unsigned char bytes[kNamePosition + kRecordBytes] = {};
+
+  tagIPOD_READ_PARAMS Awaited() { return Answer(kReturnRecord, bytes, kRecordBytes); }
+  void CopyName(wchar_t* name, unsigned long chars) const {
+    ipodcomm::TextFromUtf8(bytes + kNamePosition, kRecordBytes, name, chars);
+  }
+};
+
+/// `cc ssssssss nnnnnnnn`
+struct RecordRequest {
+  unsigned char bytes[9];
+
+  RecordRequest(unsigned char category, unsigned long start, unsigned long count)
+      : bytes{category} {
+    ipodcomm::WriteNumber32(bytes + 1, static_cast<std::uint32_t>(start));
+    ipodcomm::WriteNumber32(bytes + 5, static_cast<std::uint32_t>(count));
+  }
+};
+
+}  // namespace
+
+int CIpodComm::Command_ResetDBSelection() {
+  unsigned char status = 0;
+  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x0016), &status) && status == 0;
+}
+
+int CIpodComm::Command_ResetDBSelectionHeirarchy(unsigned char hierarchy) {
+  const unsigned char data[] = {hierarchy};
+  unsigned char status = 0;
+  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x003B, data), &status) && status == 0;
+}
+
+int CIpodComm::Command_GetNumberCategorizedDBRecords(unsigned char category, unsigned long* count) {
+  const unsigned char data[] = {category};
+  unsigned char reply[4] = {};
+  if (!Exchange(Command(kExtendedLingo, 0x0018, data), Answer(0x0019, reply))) return 0;
+  *count = ipodcomm::ReadNumber32(reply);
+  return 1;
+}
+
+unsigned char CIpodComm::CategoryOnWire(unsigned char category) const {
+  return category == kCurrentCategory ? browsing_.current_category : category;
+}
+
+unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned long start,
+                                                                    unsigned long count,
+                                                                    unsigned char category) {
+  const RecordRequest request(CategoryOnWire(category), start, count);
+  tagIPOD_WRITE_PARAMS write = Command(kExtendedLingo, 0x001A, request.bytes);
+  const std::uint16_t transaction_id = own_transaction_id_;
+  return WriteCommand(&write) == IPOD_COMM_OK ? transaction_id : 0UL;
+}
+
+int CIpodComm::GetNextCategorizedRecord(wchar_t* name, unsigned long chars) {
+  std::fill_n(name, chars, L'\0');
+  RecordReply reply;
+  tagIPOD_READ_PARAMS read = reply.Awaited();
+  if (ReadCommand(&read) != IPOD_COMM_OK) return 0;
+  reply.CopyName(name, chars);
+  return 1;
+}
+
+int CIpodComm::Command_RetrieveCategorizedDatabaseRecord(wchar_t* name, unsigned long chars,
+                                                         unsigned long index,
+                                                         unsigned char category) {
+  const RecordRequest request(CategoryOnWire(category), index, 1);
+  RecordReply reply;
+  if (!Exchange(Command(kExtendedLingo, 0x001A, request.bytes), reply.Awaited())) return 0;
+  reply.CopyName(name, chars);
+  return 1;
+}
+
+int CIpodComm::Command_SelectDBRecord(unsigned char category, unsigned long index) {
+  unsigned char data[5] = {category};
+  ipodcomm::WriteNumber32(data + 1, static_cast<std::uint32_t>(index));
+  return ExchangeForLoggedAck(Command(kExtendedLingo, 0x0017, data),
+                              L"CIpodComm::Command_SelectDBRecord",
+                              L"Failed to select! Ack = 0x%02X");
+}
+
+int CIpodComm::Command_SelectSortDBRecord(unsigned char category, unsigned long index,
+                                          unsigned char sort) {
+  unsigned char data[6] = {category};
+  ipodcomm::WriteNumber32(data + 1, static_cast<std::uint32_t>(index));
+  data[5] = sort;
+  return ExchangeForLoggedAck(Command(kExtendedLingo, 0x0038, data),
+                              L"CIpodComm::Command_SelectSortDBRecord",
+                              L"Failed to select! Ack = 0x%02X");
+}
+
+int CIpodComm::SelectTop(unsigned char category, unsigned long* count, unsigned char hierarchy) {
+  if (count != nullptr) *count = 0;
+  if (hierarchy > ipod::IPOD_RESETDBSELECTIONHIERARCHY_VIDEO) return 0;
+  const int reset = hierarchy == ipod::IPOD_RESETDBSELECTIONHIERARCHY_NONE
+                        ? Command_ResetDBSelection()
+                        : Command_ResetDBSelectionHeirarchy(hierarchy);
+  if (reset == 0) return 0;
+  if (count != nullptr && Command_GetNumberCategorizedDBRecords(category, count) == 0) return 0;
+  EnterCategory(category);
+  return 1;
+}
+
+int CIpodComm::Select(unsigned char category, unsigned long* count, unsigned long index) {
+  *count = 0;
+  const bool from_tracks = browsing_.selection_category == ipod::IPOD_CATEGORY_TRACK;
+  if (category == ipod::IPOD_CATEGORY_TRACK && from_tracks &&
+      Command_PlayControl(ipod::IPOD_PLAYCONTROL_STOP) == 0) {
+    return 0;
+  }
+  const int selected = SelectRecord(browsing_.selection_category, index);
+  // Selecting a track starts it and does not change the level.
+  if (from_tracks || selected == 0) return selected;
+  // The iPod has moved, so the categories move with it even when the count then fails.
+  EnterCategory(category);
+  return Command_GetNumberCategorizedDBRecords(category, count);
+}
+
+int CIpodComm::Select(unsigned char category, unsigned long index) {
+  std::printf("Select iPod track category %d, index %d\n", static_cast<int>(category),
+              static_cast<int>(index));
+  return SelectRecord(category, index);
+}
+
+/// The plain selection first, unless only the sorted one is to be used; then the sorted one, by
+/// name.
+int CIpodComm::SelectRecord(unsigned char category, unsigned long index) {
+  if (browsing_.sort_select_only == 0 && Command_SelectDBRecord(category, index) != 0) return 1;
+  return Command_SelectSortDBRecord(category, index, ipod::IPOD_SELECTSORT_NAME);
+}
+
+void CIpodComm::EnterCategory(unsigned char category) {
+  browsing_.current_category = category;
+  browsing_.selection_category = category;
+}
