@@ -20,7 +20,9 @@ constexpr unsigned char kRetAccessoryInfo = 0x28;
 using Answer = std::vector<unsigned char>;
 
 Answer TextAnswer(unsigned char type, const std::string& text) {
-  Answer answer = {type};
+  Answer answer;
+  answer.reserve(text.size() + 2);
+  answer.push_back(type);
   answer.insert(answer.end(), text.begin(), text.end());
   answer.push_back(0x00);
   return answer;
