@@ -16,6 +16,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # No program or library needs the compiler's own DLLs beside it.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+# Most of the compiler's libraries, linked in whole, would be their symbol tables.
+set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT -s)
+set(CMAKE_SHARED_LINKER_FLAGS_RELEASE_INIT -s)
 
 # The build machine's header-only libraries and GoogleTest's sources, made fit for this target.
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR}/windows)

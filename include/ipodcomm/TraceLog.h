@@ -3,13 +3,10 @@
 // error is linked by default; a host that defines CKORVATrace::LogSoftwareError itself replaces it.
 #pragma once
 
-#if defined(_WIN32) && !defined(IPODCOMM_STATIC)
-#if defined(TRACELOG_BUILDING)
+#if defined(_WIN32) && defined(TRACELOG_BUILDING)
 #define TRACELOG_API __declspec(dllexport)
-#else
-#define TRACELOG_API __declspec(dllimport)
-#endif
 #elif defined(_WIN32)
+// Not dllimport: it is called through the import library, or found in the host or a static library.
 #define TRACELOG_API
 #else
 #define TRACELOG_API __attribute__((visibility("default")))
