@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+// The program ipodsim: a simulated iPod on a pseudo-terminal, until it is interrupted.
+
+#include <signal.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "simulator/pty/pty_server.h"
+
+namespace {
+
+constexpr int kMistakesMade = 1;
+constexpr int kUsage = 64;         // the command line
+constexpr int kNoInput = 66;       // the library file
+constexpr int kCannotCreate = 73;  // the terminal or the link
+
+struct Options {
+  std::string link;
+  std::string profile = "nano";
+  std::string library;
+  std::vector<std::string> faults;
+  std::uint64_t seed = 1;
+  bool trace = false;
+};
+
+std::string ProfileList() {
+  std::string list;
+  for (const auto& traits : ipodsim::AllProfiles()) {
+    list += std::string("  ") + traits.name +
+            std::string(18 - std::string(traits.name).size(), ' ') + traits.description + "\n";
+  }
+  return list;
+}
+
+std::string FaultList() {
+  std::string list;
+  for (const auto& info : ipodsim::Faults::All()) {
+    list += std::string("  ") + info.name + std::string(18 - std::string(info.name).size(), ' ') +
+            info.description + "\n";
+  }
+  return list;
+}
+
+std::string Footer() {
+  return "Profiles:\n" + ProfileList() + "\nFaults:\n" + FaultList() +
+         "\nExamples:\n"
+         "  ipodsim --link /tmp/ipod\n"
+         "  ipodsim --link /tmp/ipod --profile classic --trace\n"
+         "  ipodsim --link /tmp/ipod --library music.json --fault flipped-bits --seed 7\n"
+         "\nExit status:\n"
+         "  0   the accessory made no protocol mistake\n"
+         "  1   it made some; they are listed\n"
+         "  64  the command line is wrong\n"
+         "  66  the library file cannot be read\n"
+         "  73  the terminal or the link cannot be made\n";
+}
+
+int Fail(int status, const std::string& sentence) {
+  std::cerr << "ipodsim: " << sentence << "\n";
+  return status;
+}
+
+void Describe(CLI::App* app, Options* options) {
+  app->description(
+      "A simulated iPod on a pseudo-terminal. It serves until it is interrupted and\n"
+      "then lists the protocol mistakes that it met.");
+  app->footer(Footer());
+  app->set_version_flag("--version", "ipodsim " IPODSIM_VERSION);
+  app->add_option("--link", options->link, "link to the terminal, made and removed by ipodsim");
+  app->add_option("--profile", options->profile, "which iPod to be (nano)");
+  app->add_option("--library", options->library,
+                  "JSON file with the media; made up when not given");
+  app->add_option("--fault", options->faults,
+                  "a fault to switch on; repeat for more; help lists them")
+      ->allow_extra_args(false);
+  app->add_option("--seed", options->seed, "for all that is drawn: media, delays, faults (1)");
+  app->add_flag("--trace", options->trace, "every frame as one line on standard error");
+}
+
+// Fills the settings; a status other than 0 ends the program.
+int Configure(const Options& options, ipodsim::Settings* settings) {
+  const auto profile = ipodsim::ProfileByName(options.profile);
+  if (!profile) {
+    return Fail(kUsage, "there is no profile '" + options.profile +
+                            "'; it is one of nano, classic, old, nosports and silent");
+  }
+  settings->profile = *profile;
+  settings->seed = options.seed;
+  for (const std::string& name : options.faults) {
+    if (!settings->faults.Enable(name)) {
+      return Fail(kUsage, "there is no fault '" + name + "'; --fault help lists them");
+    }
+  }
+  if (options.library.empty()) {
+    settings->library = ipodsim::Library::Generate(options.seed);
+    return 0;
+  }
+  ipodsim::LibraryResult result = ipodsim::LoadLibrary(options.library);
+  if (!result.library) return Fail(kNoInput, result.error);
+  settings->library = std::move(*result.library);
+  return 0;
+}
+
+int Report(const std::vector<ipodsim::Mistake>& mistakes) {
+  std::cout << mistakes.size() << " protocol mistake" << (mistakes.size() == 1 ? "" : "s") << "\n";
+  for (const auto& mistake : mistakes) {
+    std::printf("  %.6f s  %s: %s\n", static_cast<double>(mistake.at) / 1e6, mistake.name.c_str(),
+                mistake.detail.c_str());
+  }
+  return mistakes.empty() ? 0 : kMistakesMade;
+}
+
+int Serve(const Options& options, ipodsim::Settings settings) {
+  // Blocked here and in the server's thread, which inherits the mask: sigwait gets them.
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+
+  ipodsim::PtyServer server(std::move(settings), options.link);
+  if (options.trace) {
+    server.set_trace(
+        [](const ipodsim::TraceLine& line) { std::cerr << ipodsim::Format(line) + "\n"; });
+  }
+  if (!server.Start()) return Fail(kCannotCreate, server.error());
+  std::cout << "serving an iPod (" << options.profile << ") on " << server.device_path()
+            << std::endl;
+  int signal = 0;
+  sigwait(&signals, &signal);
+  return Report(server.Stop());
+}
+
+int Run(int argc, char** argv) {
+  Options options;
+  CLI::App app;
+  app.name("ipodsim");
+  Describe(&app, &options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& success) {
+    return app.exit(success);
+  } catch (const CLI::ParseError& error) {
+    return Fail(kUsage, std::string(error.what()) + "; try 'ipodsim --help'");
+  }
+  for (const std::string& fault : options.faults) {
+    if (fault != "help") continue;
+    std::cout << FaultList();
+    return 0;
+  }
+  ipodsim::Settings settings;
+  const int status = Configure(options, &settings);
+  return status != 0 ? status : Serve(options, std::move(settings));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const int status = Run(argc, argv);
+  std::cout.flush();
+  std::fflush(stdout);
+  return status;
+}

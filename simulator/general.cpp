@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+// Serves the General lingo.
+
+#include "general.h"
+
+namespace ipodsim {
+namespace {
+
+constexpr std::uint32_t kMaxPayload = 506;
+const Bytes kSupportedEvents = {0, 0, 0, 0, 0, 0, 0x02, 0x0C};
+
+struct PreferenceRange {
+  std::uint8_t preference_class;
+  std::uint8_t most;
+  std::uint8_t initial;
+};
+constexpr PreferenceRange kPreferences[] = {
+    {0, 2, 0},   // video out: off, on, ask
+    {1, 1, 0},   // screen: fill, fit
+    {2, 1, 0},   // signal: NTSC, PAL
+    {3, 1, 0},   // line out: off, on
+    {8, 3, 0},   // video connection: none, composite, S-video, component
+    {9, 1, 0},   // closed captions
+    {10, 1, 0},  // monitor: 4:3, 16:9
+    {12, 1, 0},  // subtitles
+    {13, 1, 0},  // alternate audio
+    {15, 1, 0},  // pause on removal
+};
+
+const PreferenceRange* FindPreference(std::uint8_t preference_class) {
+  for (const PreferenceRange& range : kPreferences) {
+    if (range.preference_class == preference_class) return &range;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+General::General(Link* link, const Settings& settings)
+    : link_(link), settings_(settings), traits_(TraitsOf(settings.profile)) {
+  Forget();
+}
+
+void General::Forget() {
+  for (const PreferenceRange& range : kPreferences) {
+    preferences_[range.preference_class] = range.initial;
+  }
+  ui_mode_ = 0;
+  events_.assign(8, 0);
+}
+
+void General::Apply(const std::vector<Token>& tokens) {
+  for (const Token& token : tokens) {
+    if (token.subtype != kPreferenceToken || token.fields.size() < 2) continue;
+    const PreferenceRange* range = FindPreference(token.fields[0]);
+    if (range != nullptr && token.fields[1] <= range->most) {
+      preferences_[range->preference_class] = token.fields[1];
+    }
+  }
+}
+
+std::uint8_t General::preference(std::uint8_t preference_class) const {
+  const auto found = preferences_.find(preference_class);
+  return found == preferences_.end() ? 0 : found->second;
+}
+
+bool General::Handle(const Request& request) {
+  if (request.lingo != kGeneral) return false;
+  return HandleIdentity(request) || HandleUserInterface(request) || HandleEvents(request);
+}
+
+bool General::HandleIdentity(const Request& request) {
+  Bytes data;
+  switch (request.command) {
+    case 0x02:  // the accessory's own acknowledgement
+      return true;
+    case 0x07:
+      PutText(data, settings_.name.empty() ? settings_.library.name : settings_.name);
+      link_->Reply(request, 0x08, data);
+      return true;
+    case 0x09:
+      link_->Reply(request, 0x0A, {traits_.software[0], traits_.software[1], traits_.software[2]});
+      return true;
+    case 0x0B:
+      PutText(data, traits_.serial_number);
+      link_->Reply(request, 0x0C, data);
+      return true;
+    case 0x0D:
+      Put32(data, traits_.model_id);
+      PutText(data, settings_.model_number.empty() ? traits_.model_number : settings_.model_number);
+      link_->Reply(request, 0x0E, data);
+      return true;
+    case 0x0F:
+      ReturnLingoVersion(request);
+      return true;
+    case 0x11:
+      Put16(data, kMaxPayload);
+      if (traits_.takes_tokens) {
+        link_->Reply(request, 0x12, data);
+      } else {
+        link_->Acknowledge(request, AckStatus::kUnknown);
+      }
+      return true;
+    case 0x29:
+      ReturnPreference(request);
+      return true;
+    case 0x2B:
+      SetPreference(request);
+      return true;
+    case 0x4B:
+      ReturnOptions(request);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void General::ReturnLingoVersion(const Request& request) {
+  const LingoSupport* support = traits_.Lingo(request.data[0]);
+  if (support == nullptr) {
+    link_->Acknowledge(request, AckStatus::kUnknown);
+    return;
+  }
+  link_->Reply(request, 0x10, {support->lingo, support->version.major, support->version.minor});
+}
+
+// Refused with an acknowledgement that names this command: by an iPod that knows no options, and by
+// every iPod for a lingo that it does not speak.
+void General::ReturnOptions(const Request& request) {
+  const LingoSupport* support = traits_.Lingo(request.data[0]);
+  if (!traits_.knows_options || support == nullptr) {
+    link_->Acknowledge(request, AckStatus::kUnknown);
+    return;
+  }
+  link_->Reply(request, 0x4C, {support->lingo, 0, 0, 0, 0, 0, 0, 0, support->options});
+}
+
+bool General::KnowsPreferences() const {
+  const Version version = traits_.Lingo(kGeneral)->version;
+  return version.major > 1 || (version.major == 1 && version.minor >= 5);
+}
+
+void General::ReturnPreference(const Request& request) {
+  const auto preference = preferences_.find(request.data[0]);
+  if (!KnowsPreferences() || preference == preferences_.end()) {
+    link_->Acknowledge(request, AckStatus::kUnknown);
+    return;
+  }
+  link_->Reply(request, 0x2A, {preference->first, preference->second});
+}
+
+void General::SetPreference(const Request& request) {
+  const PreferenceRange* range = FindPreference(request.data[0]);
+  if (!KnowsPreferences() || range == nullptr) {
+    link_->Acknowledge(request, AckStatus::kUnknown);
+    return;
+  }
+  if (request.data[1] > range->most || request.data[2] > 1) {
+    link_->Report(MistakeKind::kBadParameter, "preference " + std::to_string(request.data[0]) +
+                                                  " set to " + std::to_string(request.data[1]) +
+                                                  ", restored " + std::to_string(request.data[2]));
+    link_->Acknowledge(request, AckStatus::kBadParameter);
+    return;
+  }
+  preferences_[range->preference_class] = request.data[1];
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+bool General::HandleUserInterface(const Request& request) {
+  switch (request.command) {
+    case 0x03:
+      // Answered by an acknowledgement, which is what consoles in the field wait for.
+      if (settings_.remote_ui_is_pending_first) link_->AcknowledgePending(request);
+      link_->Acknowledge(request, AckStatus::kOk);
+      return true;
+    case 0x05:
+      SwitchUserInterface(request, 1);
+      return true;
+    case 0x06:
+      SwitchUserInterface(request, 0);
+      return true;
+    case 0x37:
+      if (!traits_.knows_ui_mode) {
+        link_->Acknowledge(request, AckStatus::kUnknown);
+      } else if (request.data[0] > 3) {
+        link_->Report(MistakeKind::kBadParameter,
+                      "SetUIMode with mode " + std::to_string(request.data[0]));
+        link_->Acknowledge(request, AckStatus::kBadParameter);
+      } else {
+        SwitchUserInterface(request, request.data[0]);
+      }
+      return true;
+    default:
+      return false;
+  }
+}
+
+void General::SwitchUserInterface(const Request& request, std::uint8_t mode) {
+  ui_mode_ = mode;
+  if (settings_.remote_ui_is_pending_first) link_->AcknowledgePending(request);
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+bool General::HandleEvents(const Request& request) {
+  switch (request.command) {
+    case 0x49:
+      if (!traits_.takes_tokens) {
+        link_->Acknowledge(request, AckStatus::kUnknown);
+        return true;
+      }
+      for (std::size_t i = 0; i < kSupportedEvents.size(); ++i) {
+        if ((request.data[i] & ~kSupportedEvents[i]) == 0) continue;
+        link_->Report(MistakeKind::kBadParameter, "SetEventNotification with events not offered");
+        link_->Acknowledge(request, AckStatus::kBadParameter);
+        return true;
+      }
+      events_ = request.data;
+      link_->Acknowledge(request, AckStatus::kOk);
+      return true;
+    case 0x4F:
+      if (traits_.takes_tokens) {
+        link_->Reply(request, 0x51, kSupportedEvents);
+      } else {
+        link_->Acknowledge(request, AckStatus::kUnknown);
+      }
+      return true;
+    case 0x50:
+      // Carries nothing but the identifier of the request to give up.
+      link_->CancelStreams(request.identifier);
+      link_->Acknowledge(request, AckStatus::kOk);
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace ipodsim

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// Reads a media library from JSON.
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "library.h"
+
+namespace ipodsim {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::int64_t kDefaultLengthMs = 180000;
+constexpr std::int64_t kLongestTrackMs = 0xFFFFFFFFll;
+constexpr int kDeepestFolder = 16;
+
+// Collects the first complaint; what comes after it no longer matters.
+class Reader {
+ public:
+  std::string error;
+
+  void Fail(const std::string& sentence) {
+    if (error.empty()) error = sentence;
+  }
+
+  std::string Text(const Json& object, const char* key, const std::string& where) {
+    const auto found = object.find(key);
+    if (found == object.end()) return {};
+    if (!found->is_string()) {
+      Fail(where + ": \"" + key + "\" is not a text");
+      return {};
+    }
+    const auto text = found->get<std::string>();
+    // A zero byte would end the name early on the wire.
+    if (text.find('\0') != std::string::npos) Fail(where + ": \"" + key + "\" holds a zero byte");
+    return text;
+  }
+
+  std::int64_t Number(const Json& object, const char* key, std::int64_t least, std::int64_t most,
+                      std::int64_t otherwise, const std::string& where) {
+    const auto found = object.find(key);
+    if (found == object.end()) return otherwise;
+    const bool fits = found->is_number_integer() &&
+                      found->get<double>() >= static_cast<double>(least) &&
+                      found->get<double>() <= static_cast<double>(most);
+    if (!fits) {
+      Fail(where + ": \"" + key + "\" is not a whole number from " + std::to_string(least) +
+           " to " + std::to_string(most));
+      return otherwise;
+    }
+    return found->get<std::int64_t>();
+  }
+
+  MediaKind Kind(const Json& object, const std::string& where) {
+    const std::string kind = Text(object, "kind", where);
+    if (kind.empty() || kind == "music") return MediaKind::kMusic;
+    if (kind == "audiobook") return MediaKind::kAudiobook;
+    if (kind == "podcast") return MediaKind::kPodcast;
+    if (kind == "video") return MediaKind::kVideo;
+    Fail(where + ": \"kind\" is none of music, audiobook, podcast and video");
+    return MediaKind::kMusic;
+  }
+
+  Track ReadTrack(const Json& object, const std::string& where) {
+    Track track;
+    if (!object.is_object()) {
+      Fail(where + " is not an object");
+      return track;
+    }
+    track.title = Text(object, "title", where);
+    if (track.title.empty()) Fail(where + " has no title");
+    track.artist = Text(object, "artist", where);
+    track.album = Text(object, "album", where);
+    track.genre = Text(object, "genre", where);
+    track.composer = Text(object, "composer", where);
+    track.lyrics = Text(object, "lyrics", where);
+    track.length_ms = Number(object, "length_ms", 1, kLongestTrackMs, kDefaultLengthMs, where);
+    track.number = static_cast<int>(Number(object, "number", 0, 9999, 0, where));
+    track.kind = Kind(object, where);
+    return track;
+  }
+
+  Playlist ReadPlaylist(const Json& object, const std::string& where, std::size_t track_count,
+                        int depth) {
+    Playlist playlist;
+    if (!object.is_object() || depth > kDeepestFolder) {
+      Fail(where + (depth > kDeepestFolder ? " is nested too deeply" : " is not an object"));
+      return playlist;
+    }
+    playlist.name = Text(object, "name", where);
+    if (playlist.name.empty()) Fail(where + " has no name");
+    for (const Json& position : List(object, "tracks", where)) {
+      const bool exists =
+          position.is_number_unsigned() && position.get<std::uint64_t>() < track_count;
+      if (!exists) {
+        Fail(where + " names a track that does not exist");
+        return playlist;
+      }
+      playlist.tracks.push_back(position.get<std::size_t>());
+    }
+    playlist.playlists = ReadPlaylists(object, where, track_count, depth + 1);
+    return playlist;
+  }
+
+  std::vector<Playlist> ReadPlaylists(const Json& object, const std::string& where,
+                                      std::size_t track_count, int depth) {
+    std::vector<Playlist> playlists;
+    for (const Json& entry : List(object, "playlists", where)) {
+      const std::string name = "playlist " + std::to_string(playlists.size() + 1);
+      const std::string place = depth == 0 ? where + ": " + name : where + ", " + name;
+      playlists.push_back(ReadPlaylist(entry, place, track_count, depth));
+      if (!error.empty()) break;
+    }
+    return playlists;
+  }
+
+  // The list under a key; an empty one when it is missing or, after a complaint, no list.
+  const Json& List(const Json& object, const char* key, const std::string& where) {
+    static const Json kNone = Json::array();
+    const auto found = object.find(key);
+    if (found == object.end()) return kNone;
+    if (!found->is_array()) {
+      Fail(where + ": \"" + key + "\" is not a list");
+      return kNone;
+    }
+    return *found;
+  }
+};
+
+std::string PlaceOf(std::string_view json, std::size_t byte) {
+  const std::string_view before = json.substr(0, std::min(byte == 0 ? 0 : byte - 1, json.size()));
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t line_start =
+      before.rfind('\n') == std::string_view::npos ? 0 : before.rfind('\n') + 1;
+  return "line " + std::to_string(line) + ", column " +
+         std::to_string(before.size() - line_start + 1);
+}
+
+}  // namespace
+
+LibraryResult ParseLibrary(std::string_view json, const std::string& source) {
+  const std::string where = "library file '" + source + "'";
+  Json root;
+  try {
+    root = Json::parse(json);
+  } catch (const Json::parse_error& problem) {
+    return {std::nullopt, where + " is not valid JSON at " + PlaceOf(json, problem.byte)};
+  }
+  if (!root.is_object()) return {std::nullopt, where + " does not hold an object"};
+  if (!root.contains("tracks")) return {std::nullopt, where + " has no \"tracks\""};
+
+  Reader reader;
+  Library library;
+  library.name = reader.Text(root, "name", where);
+  if (library.name.empty()) library.name = "iPod";
+  for (const Json& entry : reader.List(root, "tracks", where)) {
+    const std::string number = std::to_string(library.tracks.size() + 1);
+    library.tracks.push_back(reader.ReadTrack(entry, where + ": track " + number));
+    if (!reader.error.empty()) return {std::nullopt, reader.error};
+  }
+  library.playlists = reader.ReadPlaylists(root, where, library.tracks.size(), 0);
+  if (!reader.error.empty()) return {std::nullopt, reader.error};
+  return {std::move(library), {}};
+}
+
+LibraryResult LoadLibrary(const std::string& path) {
+  errno = 0;
+  std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    return {std::nullopt, "cannot read library file '" + path + "': " + std::strerror(errno)};
+  }
+  const std::string json{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (file.bad()) {
+    return {std::nullopt, "cannot read library file '" + path + "': " + std::strerror(errno)};
+  }
+  return ParseLibrary(json, path);
+}
+
+}  // namespace ipodsim

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// The names of protocol mistakes.
+
+#include "mistakes.h"
+
+namespace ipodsim {
+
+const char* MistakeName(MistakeKind kind) {
+  switch (kind) {
+    case MistakeKind::kBadChecksum:
+      return "bad checksum";
+    case MistakeKind::kTruncatedFrame:
+      return "truncated frame";
+    case MistakeKind::kStrayBytes:
+      return "stray bytes";
+    case MistakeKind::kFrameWithoutCommand:
+      return "frame without command";
+    case MistakeKind::kUnknownCommand:
+      return "unknown command";
+    case MistakeKind::kWrongPayloadSize:
+      return "wrong payload size";
+    case MistakeKind::kBadParameter:
+      return "bad parameter";
+    case MistakeKind::kIndexOutOfRange:
+      return "index out of range";
+    case MistakeKind::kCommandBeforeIdentification:
+      return "command before identification";
+    case MistakeKind::kLingoNotAnnounced:
+      return "lingo not announced";
+    case MistakeKind::kTokensOutsideIdentification:
+      return "tokens outside identification";
+    case MistakeKind::kBadTokenLayout:
+      return "bad token layout";
+    case MistakeKind::kWrongTokenCount:
+      return "wrong token count";
+    case MistakeKind::kDuplicateToken:
+      return "duplicate token";
+    case MistakeKind::kMissingToken:
+      return "missing token";
+    case MistakeKind::kIdentifierMissing:
+      return "identifier missing";
+    case MistakeKind::kIdentifierNotStepping:
+      return "identifier not stepping";
+    case MistakeKind::kIdentifierNotEchoed:
+      return "identifier not echoed";
+    case MistakeKind::kUnaskedAnswer:
+      return "unasked answer";
+    case MistakeKind::kWrongAnswer:
+      return "wrong answer";
+    case MistakeKind::kMissingAnswer:
+      return "missing answer";
+  }
+  return "mistake";
+}
+
+}  // namespace ipodsim

@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: MIT
+// Serves the playback commands of the Extended Interface and sends play-status notifications.
+
+#include "playback.h"
+
+#include <algorithm>
+
+namespace ipodsim {
+namespace {
+
+constexpr std::uint16_t kNotification = 0x0027;
+
+}  // namespace
+
+const Track* TrackOrRefusal(Link* link, const Player& player, const Request& request,
+                            std::uint32_t index) {
+  const Track* track = player.at(index);
+  if (track != nullptr) return track;
+  // kNothing is what we called the current track ourselves while none is loaded.
+  if (index != Player::kNothing) {
+    link->Report(MistakeKind::kIndexOutOfRange, CommandName(request.lingo, request.command) +
+                                                    " with index " + std::to_string(index) +
+                                                    " of " + std::to_string(player.size()));
+  }
+  link->Acknowledge(request, AckStatus::kBadParameter);
+  return nullptr;
+}
+
+Playback::Playback(Link* link, Player* player, const Settings& settings)
+    : link_(link), player_(player), settings_(settings), traits_(TraitsOf(settings.profile)) {}
+
+bool Playback::Handle(const Request& request) {
+  if (request.lingo != kExtended) return false;
+  return HandleStatus(request) || HandleTexts(request) || HandleModes(request);
+}
+
+void Playback::Forget() {
+  mask_ = 0;
+  next_position_at_.reset();
+}
+
+bool Playback::Control(PlayControl control) {
+  const bool starts = control == PlayControl::kPlay || control == PlayControl::kPlayPause;
+  if (starts && player_->size() == 0) {
+    std::vector<std::size_t> music;
+    for (std::size_t i = 0; i < settings_.library.tracks.size(); ++i) {
+      if (settings_.library.tracks[i].kind == MediaKind::kMusic) music.push_back(i);
+    }
+    if (music.empty()) return false;
+    player_->Start(std::move(music), 0, link_->now());
+    return true;
+  }
+  return player_->Control(control, link_->now());
+}
+
+bool Playback::HandleStatus(const Request& request) {
+  Bytes data;
+  switch (request.command) {
+    case 0x001C:
+      ReturnStatus(request);
+      return true;
+    case 0x001E:
+      Put32(data, player_->index());
+      link_->Reply(request, 0x001F, data);
+      return true;
+    case 0x0035:
+      Put32(data, player_->size());
+      link_->Reply(request, 0x0036, data);
+      return true;
+    case 0x0002:
+      // No track here has chapters: index -1 of 0.
+      Put32(data, Player::kNothing);
+      Put32(data, 0);
+      link_->Reply(request, 0x0003, data);
+      return true;
+    case 0x0026:
+      SetNotifications(request);
+      return true;
+    case 0x0029:
+      if (request.data[0] < 1 || request.data[0] > 11) {
+        Refuse(request, MistakeKind::kBadParameter,
+               "play control " + std::to_string(request.data[0]));
+      } else {
+        const bool done = Control(static_cast<PlayControl>(request.data[0]));
+        link_->Acknowledge(request, done ? AckStatus::kOk : AckStatus::kFailed);
+      }
+      return true;
+    case 0x0037:
+      JumpTo(request);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void Playback::ReturnStatus(const Request& request) {
+  Bytes data;
+  Put32(data, static_cast<std::uint32_t>(player_->length_ms()));
+  Put32(data, static_cast<std::uint32_t>(player_->position_ms(link_->now())));
+  Put8(data, static_cast<std::uint8_t>(player_->state()));
+  link_->Reply(request, 0x001D, data);
+}
+
+void Playback::JumpTo(const Request& request) {
+  const std::uint32_t index = Get32(request.data, 0);
+  if (TrackOrRefusal(link_, *player_, request, index) == nullptr) return;
+  player_->Jump(index, link_->now());
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+bool Playback::HandleTexts(const Request& request) {
+  switch (request.command) {
+    case 0x0020:
+      ReturnTrackText(request, &Track::title);
+      return true;
+    case 0x0022:
+      ReturnTrackText(request, &Track::artist);
+      return true;
+    case 0x0024:
+      ReturnTrackText(request, &Track::album);
+      return true;
+    case 0x000C:
+      ReturnTrackInfo(request);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void Playback::ReturnTrackText(const Request& request, const std::string Track::*field) {
+  const Track* track = TrackOrRefusal(link_, *player_, request, Get32(request.data, 0));
+  if (track == nullptr) return;
+  Bytes data;
+  PutText(data, track->*field);
+  link_->Reply(request, static_cast<std::uint16_t>(request.command + 1), data);
+}
+
+void Playback::ReturnTrackInfo(const Request& request) {
+  const Track* track = TrackOrRefusal(link_, *player_, request, Get32(request.data, 1));
+  if (track == nullptr) return;
+  const std::uint8_t type = request.data[0];
+  Bytes data = {type};
+  switch (type) {
+    case 0:
+      Put32(data, (track->kind == MediaKind::kAudiobook ? 0x01u : 0u) |
+                      (track->lyrics.empty() ? 0u : 0x08u) |
+                      (track->kind == MediaKind::kVideo ? 0x80u : 0u));
+      Put32(data, static_cast<std::uint32_t>(track->length_ms));
+      Put16(data, 0);
+      break;
+    case 1:
+      PutText(data, track->kind == MediaKind::kPodcast ? track->album : "");
+      break;
+    case 2:
+      data.insert(data.end(), {0, 0, 12, 1, 9, 0x07, 0xD8, 1});  // noon, Monday, 1 September 2008
+      break;
+    case 3:
+      PutText(data, "");
+      break;
+    case 4:
+      data.insert(data.end(), {0, 0, 0});  // one packet, the only one
+      PutText(data, track->lyrics);
+      break;
+    case 5:
+      PutText(data, track->genre);
+      break;
+    case 6:
+      PutText(data, track->composer);
+      break;
+    case 7:
+      Put16(data, 0);
+      break;
+    default:
+      Refuse(request, MistakeKind::kBadParameter, "track information " + std::to_string(type));
+      return;
+  }
+  link_->Reply(request, 0x000D, data);
+}
+
+bool Playback::HandleModes(const Request& request) {
+  switch (request.command) {
+    case 0x002C:
+      link_->Reply(request, 0x002D, {static_cast<std::uint8_t>(player_->shuffle())});
+      return true;
+    case 0x002E:
+      SetShuffle(request);
+      return true;
+    case 0x002F:
+      link_->Reply(request, 0x0030, {static_cast<std::uint8_t>(player_->repeat())});
+      return true;
+    case 0x0031:
+      SetRepeat(request);
+      return true;
+    case 0x0009:
+      link_->Reply(request, 0x000A, {audiobook_speed_});
+      return true;
+    case 0x000B:
+      audiobook_speed_ = request.data[0];
+      link_->Acknowledge(request, AckStatus::kOk);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void Playback::SetShuffle(const Request& request) {
+  if (request.data[0] > 2) {
+    Refuse(request, MistakeKind::kBadParameter, "shuffle " + std::to_string(request.data[0]));
+    return;
+  }
+  player_->SetShuffle(static_cast<Shuffle>(request.data[0]), link_->now());
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+void Playback::SetRepeat(const Request& request) {
+  if (request.data[0] > 2) {
+    Refuse(request, MistakeKind::kBadParameter, "repeat " + std::to_string(request.data[0]));
+    return;
+  }
+  player_->SetRepeat(static_cast<Repeat>(request.data[0]));
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+void Playback::SetNotifications(const Request& request) {
+  const std::size_t size = request.data.size();
+  if (size != 1 && size != 4) {
+    Refuse(request, MistakeKind::kWrongPayloadSize,
+           "SetPlayStatusChangeNotification with " + std::to_string(size) + " bytes");
+    return;
+  }
+  if (size == 4 && !traits_.knows_wide_notification) {
+    link_->Acknowledge(request, AckStatus::kBadParameter);
+    return;
+  }
+  const std::uint32_t basic = kStoppedBit | kTrackBit | kMillisecondsBit;
+  mask_ = size == 4 ? Get32(request.data, 0) : (request.data[0] != 0 ? basic : 0);
+  next_position_at_.reset();
+  last_told_second_ = -1;
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+void Playback::Refuse(const Request& request, MistakeKind kind, const std::string& detail) {
+  link_->Report(kind, detail);
+  link_->Acknowledge(request, AckStatus::kBadParameter);
+}
+
+bool Playback::TellsPosition() const {
+  const PlayerState state = player_->state();
+  const bool moves = state == PlayerState::kPlaying || state == PlayerState::kFastForward ||
+                     state == PlayerState::kFastRewind;
+  return moves && (mask_ & (kMillisecondsBit | kSecondsBit)) != 0;
+}
+
+// In steps, so that what happens in between is told at its own time and in its own order.
+void Playback::Advance(Microseconds now) {
+  TellEvents();
+  while (true) {
+    if (!TellsPosition()) {
+      next_position_at_.reset();
+    } else if (!next_position_at_) {
+      next_position_at_ = link_->now() + settings_.position_period;
+    }
+    const auto change = player_->NextChange();
+    Microseconds step = now;
+    if (change) step = std::min(step, *change);
+    if (next_position_at_) step = std::min(step, *next_position_at_);
+    link_->SetNow(std::max(step, link_->now()));
+    player_->Advance(step);
+    TellEvents();
+    if (next_position_at_ && *next_position_at_ <= step) {
+      if (TellsPosition()) TellPosition(step);
+      next_position_at_ = step + settings_.position_period;
+    }
+    if (step == now) return;
+  }
+}
+
+std::optional<Microseconds> Playback::NextEvent() const {
+  if (mask_ == 0) return std::nullopt;
+  const auto change = player_->NextChange();
+  if (!change || !next_position_at_) return change ? change : next_position_at_;
+  return std::min(*change, *next_position_at_);
+}
+
+void Playback::TellEvents() {
+  for (const PlayerEvent& event : player_->TakeEvents()) Tell(event);
+}
+
+void Playback::Tell(const PlayerEvent& event) {
+  using Kind = PlayerEvent::Kind;
+  switch (event.kind) {
+    case Kind::kStopped:
+      if ((mask_ & kStoppedBit) != 0) link_->Send(kExtended, kNotification, {0x00}, event.at);
+      TellStatus(0x02, event.at);
+      break;
+    case Kind::kPlaying:
+      TellStatus(0x0A, event.at);
+      break;
+    case Kind::kPaused:
+      TellStatus(0x0B, event.at);
+      break;
+    case Kind::kFastForward:
+      TellStatus(0x05, event.at);
+      break;
+    case Kind::kRewind:
+      TellStatus(0x06, event.at);
+      break;
+    case Kind::kEndedFast:
+      TellStatus(0x07, event.at);
+      break;
+    case Kind::kTrackChanged: {
+      last_told_second_ = -1;
+      if ((mask_ & kTrackBit) == 0) break;
+      Bytes data = {0x01};
+      Put32(data, player_->index());
+      link_->Send(kExtended, kNotification, data, event.at);
+      break;
+    }
+  }
+}
+
+void Playback::TellStatus(std::uint8_t status, Microseconds at) {
+  if ((mask_ & kStatusBit) != 0) link_->Send(kExtended, kNotification, {0x06, status}, at);
+}
+
+void Playback::TellPosition(Microseconds at) {
+  const std::int64_t position_ms = player_->position_ms(at);
+  if ((mask_ & kMillisecondsBit) != 0) {
+    Bytes data = {0x04};
+    Put32(data, static_cast<std::uint32_t>(position_ms));
+    link_->Send(kExtended, kNotification, data, at);
+  }
+  const std::int64_t second = position_ms / 1000;
+  if ((mask_ & kSecondsBit) != 0 && second != last_told_second_) {
+    last_told_second_ = second;
+    Bytes data = {0x07};
+    Put32(data, static_cast<std::uint32_t>(second));
+    link_->Send(kExtended, kNotification, data, at);
+  }
+}
+
+}  // namespace ipodsim

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// The kinds of iPod that can be put into the dock, and what tells them apart on the wire.
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace ipodsim {
+
+enum class Profile {
+  kNano,      // token identification, Sports and Storage
+  kClassic,   // no token identification
+  kOld,       // lingo versions from before what an accessory needs
+  kNoSports,  // token identification, neither Sports nor Storage
+  kSilent,    // takes everything, says nothing
+};
+
+struct Version {
+  std::uint8_t major = 0;
+  std::uint8_t minor = 0;
+};
+
+struct LingoSupport {
+  std::uint8_t lingo;
+  Version version;
+  std::uint8_t options;  // last byte of the lingo's option bits
+};
+
+// The facts of one kind of iPod.
+struct Traits {
+  Profile profile;
+  const char* name;
+  const char* description;
+  bool takes_tokens;             // StartIDPS and what follows it
+  bool knows_options;            // GetiPodOptionsForLingo
+  bool knows_wide_notification;  // SetPlayStatusChangeNotification with a 32-bit mask
+  bool knows_ui_mode;            // the newer SetUIMode
+  bool speaks;
+  std::uint32_t model_id;
+  const char* model_number;
+  const char* serial_number;
+  std::uint8_t software[3];
+  std::vector<LingoSupport> lingoes;
+
+  const LingoSupport* Lingo(std::uint8_t lingo) const;
+};
+
+const Traits& TraitsOf(Profile profile);
+const std::vector<Traits>& AllProfiles();
+std::optional<Profile> ProfileByName(std::string_view name);
+
+}  // namespace ipodsim

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+// Moves bytes between a pseudo-terminal and a simulated iPod, on a thread of its own.
+
+#include "pty_server.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+#include "terminal.h"
+
+namespace ipodsim {
+namespace {
+
+// While nobody has the device open, the kernel cannot tell us when somebody does.
+constexpr Microseconds kLookAgainAfter = 5 * kMillisecond;
+// The kernel's buffer is full: how long until it is worth trying again.
+constexpr Microseconds kWriteAgainAfter = 2 * kMillisecond;
+
+}  // namespace
+
+class PtyServer::Impl {
+ public:
+  Impl(Settings settings, std::string link)
+      : link_(std::move(link)),
+        ipod_(std::move(settings)),
+        wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+  ~Impl() {
+    Stop();
+    if (wake_ >= 0) close(wake_);
+  }
+
+  bool Start() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (thread_.joinable()) return true;
+    error_ = wake_ < 0 ? "cannot make an event" : Appear();
+    if (!error_.empty()) return false;
+    stopping_ = false;
+    thread_ = std::thread([this] { Serve(); });
+    return true;
+  }
+
+  std::vector<Mistake> Stop() {
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      stopping_ = true;
+    }
+    Wake();
+    if (thread_.joinable()) thread_.join();
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (terminal_.is_open()) {
+      // What the accessory wrote last still counts.
+      TakeBytes();
+      ipod_.Finish(Now());
+      Vanish();
+    }
+    return ipod_.mistakes();
+  }
+
+  template <typename Action>
+  auto With(Action action) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return action(ipod_);
+  }
+
+  void Wake() {
+    const std::uint64_t one = 1;
+    if (wake_ >= 0) static_cast<void>(!write(wake_, &one, sizeof one));
+  }
+
+  std::string Error() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return error_;
+  }
+
+  std::string DevicePath() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return link_.empty() || !terminal_.is_open() ? terminal_.path() : link_;
+  }
+
+  Microseconds Now() const {
+    const auto since = std::chrono::steady_clock::now() - begin_;
+    return std::chrono::duration_cast<std::chrono::microseconds>(since).count();
+  }
+
+ private:
+  void Serve() {
+    while (true) {
+      Microseconds wait = 0;
+      int master = -1;
+      {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (stopping_) return;
+        FollowPlug();
+        wait = Exchange();
+        // A terminal that nobody has open is always "ready"; it is looked at again later instead.
+        if (connected_) master = terminal_.master();
+      }
+      Wait(master, wait);
+    }
+  }
+
+  // Moves bytes both ways and says how long there is nothing to do, -1 for until something comes.
+  Microseconds Exchange() {
+    if (terminal_.is_open()) {
+      connected_ = terminal_.Connected();
+      TakeBytes();
+    }
+    const Microseconds now = Now();
+    const Bytes bytes = ipod_.Transmit(now);
+    pending_.insert(pending_.end(), bytes.begin(), bytes.end());
+    if (!connected_) pending_.clear();
+    if (terminal_.is_open()) terminal_.Write(&pending_);
+
+    Microseconds wait = -1;
+    const auto limit = [&](Microseconds most) { wait = wait < 0 ? most : std::min(wait, most); };
+    if (const auto next = ipod_.NextEvent()) limit(std::max<Microseconds>(*next - Now(), 0));
+    if (!connected_ && terminal_.is_open()) limit(kLookAgainAfter);
+    if (!pending_.empty()) limit(kWriteAgainAfter);
+    return wait;
+  }
+
+  void TakeBytes() {
+    const Bytes bytes = terminal_.Read();
+    if (!bytes.empty()) ipod_.Receive(bytes.data(), bytes.size(), Now());
+  }
+
+  void FollowPlug() {
+    // Lets a replug that is due happen.
+    if (!ipod_.plugged()) ipod_.Transmit(Now());
+    if (ipod_.plugged() == terminal_.is_open()) return;
+    if (ipod_.plugged()) {
+      error_ = Appear();
+    } else {
+      Vanish();
+    }
+  }
+
+  std::string Appear() {
+    const std::string reason = terminal_.Open();
+    if (!reason.empty() || link_.empty()) return reason;
+    const std::string problem = PlaceLink(link_, terminal_.path());
+    if (!problem.empty()) terminal_.Close();
+    return problem;
+  }
+
+  void Vanish() {
+    if (!link_.empty()) RemoveLink(link_, terminal_.path());
+    terminal_.Close();
+    connected_ = false;
+    pending_.clear();
+  }
+
+  void Wait(int master, Microseconds wait) const {
+    pollfd states[2] = {{wake_, POLLIN, 0}, {master, POLLIN, 0}};
+    timespec time{wait / kSecond, (wait % kSecond) * 1000};
+    ppoll(states, 2, wait < 0 ? nullptr : &time, nullptr);
+    std::uint64_t ignored = 0;
+    static_cast<void>(!read(wake_, &ignored, sizeof ignored));
+  }
+
+  const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+  const std::string link_;
+  std::mutex mutex_;
+  SimulatedIpod ipod_;
+  Terminal terminal_;
+  Bytes pending_;
+  bool connected_ = false;
+  bool stopping_ = false;
+  std::string error_;
+  int wake_;
+  std::thread thread_;
+};
+
+PtyServer::PtyServer(Settings settings, std::string link)
+    : impl_(std::make_unique<Impl>(std::move(settings), std::move(link))) {}
+
+PtyServer::~PtyServer() = default;
+
+void PtyServer::set_trace(std::function<void(const TraceLine&)> trace) {
+  impl_->With([&](SimulatedIpod& ipod) { ipod.set_trace(std::move(trace)); });
+}
+
+bool PtyServer::Start() { return impl_->Start(); }
+std::vector<Mistake> PtyServer::Stop() { return impl_->Stop(); }
+std::string PtyServer::error() const { return impl_->Error(); }
+std::string PtyServer::device_path() const { return impl_->DevicePath(); }
+
+std::vector<Mistake> PtyServer::mistakes() const {
+  return impl_->With([](const SimulatedIpod& ipod) { return ipod.mistakes(); });
+}
+
+void PtyServer::Unplug() {
+  impl_->With([this](SimulatedIpod& ipod) { ipod.Unplug(impl_->Now()); });
+  impl_->Wake();
+}
+
+void PtyServer::Replug() {
+  impl_->With([this](SimulatedIpod& ipod) { ipod.Replug(impl_->Now()); });
+  impl_->Wake();
+}
+
+void PtyServer::Inspect(const std::function<void(const SimulatedIpod&)>& look) const {
+  impl_->With([&](const SimulatedIpod& ipod) { look(ipod); });
+}
+
+}  // namespace ipodsim

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// Serves the Simple Remote and Display Remote lingoes.
+
+#include "remotes.h"
+
+namespace ipodsim {
+namespace {
+
+// Button bits. Volume, power, backlight and menu buttons are taken and do nothing here.
+constexpr std::uint32_t kPlayPause = 0x00000001;
+constexpr std::uint32_t kNextTrack = 0x00000008;
+constexpr std::uint32_t kPreviousTrack = 0x00000010;
+constexpr std::uint32_t kStop = 0x00000080;
+constexpr std::uint32_t kPlay = 0x00000100;
+constexpr std::uint32_t kPause = 0x00000200;
+constexpr std::uint32_t kShuffleAdvance = 0x00008000;
+constexpr std::uint32_t kRepeatAdvance = 0x00010000;
+constexpr std::uint32_t kFastForward = 0x00100000;
+constexpr std::uint32_t kRewind = 0x00200000;
+
+constexpr std::uint8_t kContextButtons = 0x00;
+
+}  // namespace
+
+bool Remotes::Handle(const Request& request) {
+  if (request.lingo == kSimpleRemote) return HandleButtons(request);
+  if (request.lingo != kDisplayRemote || request.command != 0x12) return false;
+  ReturnTrackInfo(request);
+  return true;
+}
+
+// One to four bytes, least significant first: the one number on the wire in that order. The context
+// buttons are not answered, the other button commands are.
+bool Remotes::HandleButtons(const Request& request) {
+  std::uint32_t held = 0;
+  for (std::size_t i = 0; i < request.data.size(); ++i) {
+    held |= std::uint32_t{request.data[i]} << (8 * i);
+  }
+  for (int bit = 0; bit < 32; ++bit) {
+    const std::uint32_t button = 1u << bit;
+    if ((held & ~held_ & button) != 0) Press(button);
+    if ((held_ & ~held & button) != 0) Release(button);
+  }
+  held_ = held;
+  if (request.command != kContextButtons) link_->Acknowledge(request, AckStatus::kOk);
+  return true;
+}
+
+void Remotes::Press(std::uint32_t button) {
+  switch (button) {
+    case kPlayPause:
+      playback_->Control(PlayControl::kPlayPause);
+      break;
+    case kNextTrack:
+      playback_->Control(PlayControl::kNextTrack);
+      break;
+    case kPreviousTrack:
+      playback_->Control(PlayControl::kPreviousTrack);
+      break;
+    case kStop:
+      playback_->Control(PlayControl::kStop);
+      break;
+    case kPlay:
+      playback_->Control(PlayControl::kPlay);
+      break;
+    case kPause:
+      playback_->Control(PlayControl::kPause);
+      break;
+    case kShuffleAdvance:
+      player_->SetShuffle(static_cast<Shuffle>((static_cast<int>(player_->shuffle()) + 1) % 3),
+                          link_->now());
+      break;
+    case kRepeatAdvance:
+      player_->SetRepeat(static_cast<Repeat>((static_cast<int>(player_->repeat()) + 1) % 3));
+      break;
+    case kFastForward:
+      playback_->Control(PlayControl::kStartFastForward);
+      break;
+    case kRewind:
+      playback_->Control(PlayControl::kStartRewind);
+      break;
+    default:
+      break;
+  }
+}
+
+void Remotes::Release(std::uint32_t button) {
+  if (button == kFastForward || button == kRewind) playback_->Control(PlayControl::kEndFast);
+}
+
+void Remotes::ReturnTrackInfo(const Request& request) {
+  const Track* track = TrackOrRefusal(link_, *player_, request, Get32(request.data, 1));
+  if (track == nullptr) return;
+  const std::uint8_t type = request.data[0];
+  Bytes data = {type};
+  switch (type) {
+    case 0:
+      // Capability bits, length, chapter count.
+      Put32(data, (track->kind == MediaKind::kAudiobook ? 0x01u : 0u) |
+                      (track->lyrics.empty() ? 0u : 0x08u) |
+                      (track->kind == MediaKind::kVideo ? 0x80u : 0u));
+      Put32(data, static_cast<std::uint32_t>(track->length_ms));
+      Put16(data, 0);
+      break;
+    case 1:
+      Put32(data, 0);
+      PutText(data, track->title);
+      break;
+    case 2:
+      PutText(data, track->artist);
+      break;
+    case 3:
+      PutText(data, track->album);
+      break;
+    case 4:
+      PutText(data, track->genre);
+      break;
+    case 5:
+      PutText(data, track->title);
+      break;
+    case 6:
+      PutText(data, track->composer);
+      break;
+    case 7:
+      data.insert(data.end(), {0, 0, 0});  // one packet, the only one
+      PutText(data, track->lyrics);
+      break;
+    case 8:
+      Put16(data, 0);
+      break;
+    default:
+      link_->Report(MistakeKind::kBadParameter, "track information " + std::to_string(type));
+      link_->Acknowledge(request, AckStatus::kBadParameter);
+      return;
+  }
+  link_->Reply(request, 0x13, data);
+}
+
+}  // namespace ipodsim

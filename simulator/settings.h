@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// What a simulated iPod is made with.
+
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "bytes.h"
+#include "faults.h"
+#include "library.h"
+#include "profile.h"
+
+namespace ipodsim {
+
+// The switches are habits in which real iPods differ; each default is the commonest.
+struct Settings {
+  Profile profile = Profile::kNano;
+  std::uint64_t seed = 1;
+  Library library = Library::Generate(1);
+  Faults faults;
+
+  // StartIDPS must carry a transaction identifier already; without one it is met with silence.
+  bool start_idps_needs_identifier = false;
+  // A device without token identification ignores StartIDPS instead of refusing it (status 4).
+  bool refuses_start_idps_silently = false;
+  // Remote-UI requests are first acknowledged as pending (status 6 and a time), then for good.
+  bool remote_ui_is_pending_first = false;
+  // IdentifyDeviceLingoes leaves transaction identifiers on.
+  bool keeps_identifiers = false;
+  // SelectDBRecord is refused; the accessory has to fall back on SelectSortDBRecord.
+  bool refuses_select_record = false;
+  // Every frame goes out in the large form.
+  bool large_frames_only = false;
+  // The accessory is asked about itself once it has identified.
+  bool asks_accessory = true;
+
+  // Answers come after 8 ms (median), 15 ms (95 %), 240 ms at the longest, drawn from the seed, or
+  // always after this time.
+  std::optional<Microseconds> fixed_latency;
+  Microseconds record_period = 1500;                  // between streamed database records
+  Microseconds position_period = 500 * kMillisecond;  // between position notifications
+  Microseconds pending_time = 200 * kMillisecond;     // from a pending answer to the final one
+  Microseconds answer_timeout = 3 * kSecond;          // for the accessory to answer a request
+
+  // Instead of the profile's and the library's.
+  std::string model_number;
+  std::string name;
+};
+
+}  // namespace ipodsim
