@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// What ThreadSanitizer is told, so that it judges the library and not the world around it.
+//
+// Only one thread runs at a time, so if the detector saw how the baton is handed on, every access
+// would look ordered and no race would ever be found. The platform's own code therefore runs
+// unwatched: its accesses, its locks and the baton leave no trace. The order that a service truly
+// gives its callers (a lock, an event, a thread's start and end) is told explicitly.
+#pragma once
+
+#include <cstddef>
+
+namespace ipodcomm::virtual_platform {
+
+/// While one exists, the detector ignores what the thread does. They nest.
+class Unwatched {
+ public:
+  Unwatched();
+  ~Unwatched();
+  Unwatched(const Unwatched&) = delete;
+  Unwatched& operator=(const Unwatched&) = delete;
+};
+
+/// All that the thread did so far comes before what follows an Acquired of the same object.
+/// Effective also while unwatched.
+void Released(const void* object);
+void Acquired(const void* object);
+
+/// The caller's memory is read or written by the service: watched, even while unwatched.
+void CallerMemoryRead(const void* memory, std::size_t size);
+void CallerMemoryWritten(void* memory, std::size_t size);
+
+}  // namespace ipodcomm::virtual_platform

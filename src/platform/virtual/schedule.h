@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// Who runs next. Threads meet a decision whenever one of them calls a service, waits or ends while
+// several could go on.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace ipodcomm::virtual_platform {
+
+/// Stands for "nobody" where a decision's running thread just began to wait or ended.
+constexpr int kNobody = 0;
+
+/// A strategy. To be repeatable it decides from its arguments and its own parameters alone.
+class Schedule {
+ public:
+  virtual ~Schedule() = default;
+  /// Decision number `step` (from 0): one of the threads in `ready`, which holds two or more thread
+  /// numbers in ascending order. `running` is the thread that could simply go on, or kNobody.
+  virtual int Choose(std::uint64_t step, const std::vector<int>& ready, int running) = 0;
+};
+
+/// Any ready thread; the running one is interrupted once in `pace` decisions on average (pace 1:
+/// at every decision). The usual schedule.
+std::unique_ptr<Schedule> RandomSchedule(std::uint64_t seed, unsigned pace);
+
+/// The running thread goes on until it waits; then the ready thread with the lowest number runs.
+std::unique_ptr<Schedule> CooperativeSchedule();
+
+/// The earliest in `priorities` that is ready runs, always; those not listed come last, in the
+/// order of their numbers.
+std::unique_ptr<Schedule> PrioritySchedule(std::vector<int> priorities);
+
+/// Repeats decisions as World::decisions() returned them. A decision that does not fit, or lies
+/// beyond the recording, is taken as CooperativeSchedule takes it.
+std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions);
+
+}  // namespace ipodcomm::virtual_platform

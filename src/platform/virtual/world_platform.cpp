@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+// The world's lines, faults, record and the rest of its platform.
+#include <cstring>
+#include <iterator>
+#include <stdexcept>
+
+#include "platform/common/fold_case.h"
+#include "platform/common/version_block.h"
+#include "platform/virtual/race_detector.h"
+#include "platform/virtual/version_resource.h"
+#include "platform/virtual/world.h"
+#include "platform/virtual/world_state.h"
+
+namespace ipodcomm::virtual_platform {
+
+SerialLine& World::line(const std::string& port) {
+  const Unwatched unwatched;
+  return state_->lines.Get(port);
+}
+
+void World::FailOnce(const std::string& service, unsigned nth, DWORD code,
+                     const std::string& thread) {
+  const Unwatched unwatched;
+  state_->faults.Add({ServiceNamed(service), nth, code, false, thread});
+}
+
+void World::FailFrom(const std::string& service, unsigned nth, DWORD code,
+                     const std::string& thread) {
+  const Unwatched unwatched;
+  state_->faults.Add({ServiceNamed(service), nth, code, true, thread});
+}
+
+void World::ClearFaults() {
+  const Unwatched unwatched;
+  state_->faults.Clear();
+}
+
+unsigned World::call_count(const std::string& service) const {
+  const Unwatched unwatched;
+  return state_->faults.calls(ServiceNamed(service));
+}
+
+void World::Record(const std::vector<std::string>& services) {
+  const Unwatched unwatched;
+  state_->recorder.Start(services);
+}
+
+void World::StopRecording() {
+  const Unwatched unwatched;
+  state_->recorder.Stop();
+}
+
+Calls World::calls() const {
+  const Unwatched unwatched;
+  return state_->recorder.calls();
+}
+
+Calls World::TakeCalls() {
+  const Unwatched unwatched;
+  return state_->recorder.Take();
+}
+
+std::vector<std::string> World::TakeRecord() { return TakeCalls().text(); }
+
+void World::SetRegistryValue(const std::wstring& key, const std::wstring& name,
+                             std::uint32_t value) {
+  const Unwatched unwatched;
+  HKEY opened = nullptr;
+  bool created = false;
+  state_->registry.CreateKey(HKEY_LOCAL_MACHINE, key.c_str(), &opened, &created);
+  BYTE data[sizeof value];
+  std::memcpy(data, &value, sizeof value);
+  state_->registry.SetValue(opened, name.c_str(), REG_DWORD, data, sizeof data);
+  state_->registry.CloseKey(opened);
+}
+
+std::optional<std::uint32_t> World::RegistryValue(const std::wstring& key,
+                                                  const std::wstring& name) {
+  const Unwatched unwatched;
+  HKEY opened = nullptr;
+  bool created = false;
+  state_->registry.CreateKey(HKEY_LOCAL_MACHINE, key.c_str(), &opened, &created);
+  std::uint32_t value = 0;
+  BYTE data[sizeof value];
+  DWORD size = sizeof data;
+  DWORD type = 0;
+  const LSTATUS status = state_->registry.QueryValue(opened, name.c_str(), &type, data, &size);
+  state_->registry.CloseKey(opened);
+  if (status != ERROR_SUCCESS || type != REG_DWORD) return std::nullopt;
+  std::memcpy(&value, data, sizeof value);
+  return value;
+}
+
+std::vector<DriverInstance> World::drivers() const {
+  const Unwatched unwatched;
+  return state_->devices.instances();
+}
+
+HANDLE World::ActivateDriver(const std::string& driver, DWORD client_info) {
+  const Unwatched unwatched;
+  return state_->devices.Activate(driver, client_info, state_->clock.now_us());
+}
+
+void World::SetFileVersion(const std::wstring& file, const std::wstring& file_version) {
+  const Unwatched unwatched;
+  if (!file_version.empty()) return SetVersionResource(file, MakeVersionResource(file_version));
+  state_->version_blocks.erase(platform::FoldCase(file));
+}
+
+void World::SetVersionResource(const std::wstring& file,
+                               const std::vector<std::uint8_t>& resource) {
+  const Unwatched unwatched;
+  const std::vector<std::uint8_t> block = platform::MakeVersionBlock(resource);
+  if (block.empty()) throw std::invalid_argument("this is no version resource");
+  state_->version_blocks[platform::FoldCase(file)] = block;
+}
+
+std::vector<std::string> World::debug_output() const {
+  const Unwatched unwatched;
+  return state_->debug_output;
+}
+
+std::vector<std::string> World::leftovers() const {
+  const Unwatched unwatched;
+  std::vector<std::string> names = state_->names.open();
+  for (const auto& more : {state_->sections.names(), state_->heap.names(), state_->pages.names()}) {
+    names.insert(names.end(), more.begin(), more.end());
+  }
+  return names;
+}
+
+}  // namespace ipodcomm::virtual_platform
