@@ -312,13 +312,19 @@ DWORD Port::Purge(DWORD flags) {
   return ERROR_SUCCESS;
 }
 
+// Less than nothing when the line has gone.
+int Port::BytesWaiting() const {
+  int count = 0;
+  return ioctl(line_.get(), FIONREAD, &count) == 0 ? count : -1;
+}
+
 DWORD Port::GetQueues(COMSTAT* status) {
   *status = {};
   const Use use(*this);
   if (!use.allowed()) return ERROR_INVALID_HANDLE;
-  int received = 0;
+  const int received = BytesWaiting();
+  if (received < 0) return ERROR_GEN_FAILURE;
   int unsent = 0;
-  if (ioctl(line_.get(), FIONREAD, &received) != 0) return ERROR_GEN_FAILURE;
   ioctl(line_.get(), TIOCOUTQ, &unsent);  // not every terminal knows
   status->cbInQue = static_cast<DWORD>(received);
   status->cbOutQue = static_cast<DWORD>(unsent);
@@ -352,9 +358,11 @@ Port::Readiness Port::Await(short events, const Deadline& deadline, bool until_m
     if (ready == 0) return Readiness::kTimeout;
     if (ready < 0) continue;
     if (watched[1].revents != 0) return Readiness::kClosed;
+    const short happened = watched[0].revents;
+    const bool hung_up = (happened & (POLLERR | POLLHUP | POLLNVAL)) != 0;
     // Bytes that are still there come before the news that the line has gone.
-    if ((watched[0].revents & events) != 0) return Readiness::kReady;
-    if (watched[0].revents != 0) return Readiness::kGone;
+    if (hung_up && ((events & POLLIN) == 0 || BytesWaiting() <= 0)) return Readiness::kGone;
+    if (happened != 0) return Readiness::kReady;
     return Readiness::kMaskChanged;
   }
 }
