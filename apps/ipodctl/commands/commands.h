@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The program's commands.
+#pragma once
+
+#include "dock.h"
+#include "options.h"
+#include "output.h"
+#include "session.h"
+
+namespace ipodctl {
+
+/// What every command works with. The session is identified unless the command does that itself.
+struct Context {
+  const Options& options;
+  Dock& dock;
+  Output& output;
+};
+
+/// Commands end by returning, or by throwing a CommandFailure.
+void RunInfo(const Context& context, Session& session);
+void RunBrowse(const Context& context, Session& session);
+void RunPlay(const Context& context, Session& session);
+void RunPlayControl(const Context& context, Session& session);  // pause, stop, next, previous
+void RunSeek(const Context& context, Session& session);
+void RunNow(const Context& context, Session& session);
+void RunShuffle(const Context& context, Session& session);
+void RunRepeat(const Context& context, Session& session);
+void RunPrefs(const Context& context, Session& session);
+void RunTour(const Context& context);
+
+/// Runs the command that the options name.
+void RunCommand(const Context& context);
+
+}  // namespace ipodctl

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+// What the program's exit status tells a script.
+#pragma once
+
+namespace ipodctl {
+
+enum ExitStatus : int {
+  kSuccess = 0,
+  kFailed = 1,           // the iPod refused, or the operation failed
+  kPortUnavailable = 2,  // the port cannot be opened
+  kNothingDocked = 3,    // no iPod answered, or it did not accept the accessory
+  kIpodTooOld = 4,       // its lingo versions are below what the library needs
+  kUsage = 64,           // wrong arguments
+  kInputFile = 66,       // a named file is missing or malformed
+  kInterrupted = 130,    // stopped by Ctrl-C before the command was done
+};
+
+}  // namespace ipodctl

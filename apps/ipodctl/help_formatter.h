@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// How help looks: one usage line that says it all, then options and commands in aligned columns.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <map>
+#include <string>
+
+namespace ipodctl {
+
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() { column_width(27); }
+
+  /// Sets what follows "Usage: " for one command.
+  void SetUsage(const CLI::App* app, std::string usage) { usages_[app] = std::move(usage); }
+
+  std::string make_usage(const CLI::App* app, std::string /*name*/) const override {
+    const auto usage = usages_.find(app);
+    return usage == usages_.end() ? "" : "\nUsage: " + usage->second + "\n";
+  }
+
+  // The options' own texts say what they take; the parser's type names say less.
+  std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
+    const std::string name = CLI::Formatter::make_option_name(option, is_positional);
+    return name.substr(0, name.find('{'));
+  }
+  std::string make_option_opts(const CLI::Option* option) const override {
+    const std::string& text = option->get_option_text();
+    return text.empty() || text.front() == '[' ? text : " " + text;
+  }
+
+  std::string make_positionals(const CLI::App* /*app*/) const override { return {}; }
+
+ private:
+  std::map<const CLI::App*, std::string> usages_;
+};
+
+}  // namespace ipodctl

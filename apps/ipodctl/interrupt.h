@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Ctrl-C: the first asks the program to end in good order, the second ends it at once.
+#pragma once
+
+namespace ipodctl {
+
+void CatchInterrupts();
+bool Interrupted();
+
+/// Pauses. @return false when interrupted, then sooner
+bool PauseMs(unsigned duration_ms);
+
+/// Throws a CommandFailure once interrupted; for use between the steps of a command.
+void StopIfInterrupted();
+
+}  // namespace ipodctl

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+// Finds and selects records.
+#include "library_walk.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "categories.h"
+#include "errors.h"
+#include "name_list.h"
+#include "progress_bar.h"
+#include "text.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr std::size_t kShownCandidates = 4;
+
+std::optional<unsigned long> NumberOf(const std::string& step) {
+  unsigned long number = 0;
+  const char* end = step.data() + step.size();
+  if (step.size() < 2 || step.front() != '@') return std::nullopt;
+  const auto result = std::from_chars(step.data() + 1, end, number);
+  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+  return number;
+}
+
+std::string Quoted(const std::string& name) { return "'" + Printable(name) + "'"; }
+
+/// Records that might be meant: those of the same name but for case, and those it is a part of.
+struct Candidates {
+  std::vector<unsigned long> same;
+  std::vector<unsigned long> partial;
+  std::string partial_names;
+
+  void Consider(unsigned long index, const std::string& name, const std::string& wanted) {
+    if (SameName(name, wanted)) same.push_back(index);
+    if (!Contains(name, wanted)) return;
+    partial.push_back(index);
+    if (partial.size() > kShownCandidates) return;
+    partial_names +=
+        (partial.size() == 1 ? "" : ", ") + Quoted(name) + " (@" + std::to_string(index) + ")";
+  }
+};
+
+}  // namespace
+
+LibraryWalk::LibraryWalk(Session& session, unsigned char hierarchy)
+    : session_(session), hierarchy_(hierarchy) {}
+
+void LibraryWalk::EnterTop(unsigned char category) {
+  session_.Require(session_.ipod().SelectTop(category, &count_, hierarchy_) != 0,
+                   std::string("list its ") + CategoryByCode(category).name);
+  category_ = category;
+}
+
+void LibraryWalk::EnterRecord(const std::string& step, unsigned char next) {
+  EnterRecord(Find(step), next);
+}
+
+void LibraryWalk::EnterRecord(unsigned long index, unsigned char next) {
+  session_.Require(
+      session_.ipod().Select(next, &count_, index) != 0,
+      std::string("select ") + CategoryByCode(category_).singular + " " + std::to_string(index));
+  category_ = next;
+}
+
+void LibraryWalk::ListTracks() {
+  session_.Require(session_.ipod().Command_GetNumberCategorizedDBRecords(kTracks, &count_) != 0,
+                   "count the tracks");
+  category_ = kTracks;
+}
+
+unsigned long LibraryWalk::Find(const std::string& step) {
+  const std::optional<unsigned long> number = NumberOf(step);
+  if (!number) return FindByName(step);
+  if (*number >= count_) {
+    throw CommandFailure(kFailed, std::string("there is no ") + CategoryByCode(category_).singular +
+                                      " " + step + " here, only " + Counted(count_, "record") +
+                                      " counted from @0");
+  }
+  return *number;
+}
+
+unsigned long LibraryWalk::FindByName(const std::string& name) {
+  const Category& category = CategoryByCode(category_);
+  std::optional<unsigned long> exact;
+  Candidates candidates;
+  {
+    ProgressBar bar(std::string("Searching ") + category.name, count_);
+    ReadNames(session_, category_, 0, count_, [&](unsigned long index, const std::string& found) {
+      bar.Update(index + 1);
+      if (found == name) exact = index;
+      candidates.Consider(index, found, name);
+      return !exact;
+    });
+  }
+  if (exact) return *exact;
+  if (candidates.same.size() == 1) return candidates.same.front();
+  if (candidates.partial.size() == 1) return candidates.partial.front();
+  if (candidates.partial.empty()) {
+    throw CommandFailure(kFailed, std::string("there is no ") + category.singular + " " +
+                                      Quoted(name) + " here; 'ipodctl browse' lists what there is");
+  }
+  throw CommandFailure(kFailed, Quoted(name) + " could be any of " +
+                                    Counted(candidates.partial.size(), category.singular) + ": " +
+                                    candidates.partial_names +
+                                    (candidates.partial.size() > kShownCandidates ? " ..." : "") +
+                                    "; name one in full or by its number");
+}
+
+void LibraryWalk::PlayTrack(unsigned long index) {
+  session_.Require(session_.ipod().Select(kTracks, index) != 0,
+                   "play track " + std::to_string(index));
+}
+
+void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
+              const std::string& last_category) {
+  walk.EnterTop(CategoryByName(path.front())->code);
+  for (std::size_t i = 1; i < path.size(); ++i) {
+    const bool last = i + 1 == path.size();
+    if (walk.category() == kTracks) {
+      throw CommandFailure(kUsage, Quoted(path[i]) +
+                                       " is a track or inside one, and a track holds "
+                                       "nothing; 'ipodctl play' plays it");
+    }
+    const unsigned char next = last && !last_category.empty()
+                                   ? CategoryByName(last_category)->code
+                                   : CategoryByCode(walk.category()).next;
+    walk.EnterRecord(path[i], next);
+  }
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// ipodctl: drives a docked iPod from the command line.
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "commands/commands.h"
+#include "errors.h"
+#include "host.h"
+#include "interrupt.h"
+#include "log.h"
+#include "stdout_guard.h"
+#include "text.h"
+
+namespace ipodctl {
+
+namespace {
+
+int Fail(const CommandFailure& failure) {
+  std::fprintf(stderr, "ipodctl: %s.\n", failure.what());
+  return failure.status();
+}
+
+/// Takes the simulated iPod out of the dock and reports what it has to complain about.
+int ReportMistakes(const Context& context) {
+  const std::vector<std::string> mistakes = context.dock.Undock();
+  for (const std::string& mistake : mistakes) {
+    std::fprintf(stderr, "ipodctl: the simulated iPod saw a protocol mistake: %s.\n",
+                 mistake.c_str());
+  }
+  if (context.options.command == "tour" && context.dock.simulated()) {
+    context.output.Line("");
+    context.output.Line("Protocol mistakes seen by the simulated iPod: " +
+                        std::to_string(mistakes.size()));
+    context.output.Object({{"step", "undock"}, {"protocol_mistakes", mistakes.size()}});
+  }
+  return mistakes.empty() ? kSuccess : kFailed;
+}
+
+int RunOnDock(const Options& options, Output& output) {
+  Dock dock(options);
+  const Context context{options, dock, output};
+  int status = kSuccess;
+  try {
+    RunCommand(context);
+  } catch (const CommandFailure& failure) {
+    status = Fail(failure);
+  }
+  const int mistakes = ReportMistakes(context);
+  return status != kSuccess ? status : mistakes;
+}
+
+int Run(const Options& options) {
+  SetVerbose(options.verbose);
+  if (options.verbose) SetEnvironment("IPODCOMM_DEBUG", "1");
+  const StdoutGuard guard(options.verbose ? StdoutGuard::Others::kToStandardError
+                                          : StdoutGuard::Others::kDropped);
+  Output output(guard.stream(), options.json);
+  CatchInterrupts();
+  try {
+    const int status = RunOnDock(options, output);
+    if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
+    return status;
+  } catch (const CommandFailure& failure) {
+    return Fail(failure);
+  }
+}
+
+}  // namespace
+
+}  // namespace ipodctl
+
+int main(int argc, char** argv) {
+  ipodctl::PrepareConsole();
+  const ipodctl::CommandLine line = ipodctl::ParseCommandLine(ipodctl::Utf8Arguments(argc, argv));
+  if (line.options) return ipodctl::Run(*line.options);
+  if (line.status != ipodctl::kSuccess) {
+    std::fprintf(stderr, "ipodctl: %s.\n", line.text.c_str());
+  } else {
+    std::fputs(line.text.c_str(), stdout);
+  }
+  return line.status;
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ipodctl {
+
+/// The simulated iPod of --simulated.
+struct SimulationOptions {
+  std::string profile = "nano";
+  std::uint64_t seed = 1;
+  std::string library_file;
+};
+
+struct Options {
+  std::string command;
+
+  // The iPod, and how to talk to it.
+  std::string port;  // empty: the library's own
+  std::optional<SimulationOptions> simulation;
+  bool idps = true;
+  std::string model;
+
+  // What is shown.
+  bool json = false;
+  bool verbose = false;
+
+  // browse, play
+  std::vector<std::string> path;  // a category's name, then records to walk into
+  unsigned char hierarchy = 0;    // 1 audio, 2 video
+  std::string category;           // to list instead of the last record's own
+  unsigned long from = 0;
+  std::optional<unsigned long> count;
+
+  // now
+  bool follow = false;
+  std::optional<unsigned> follow_seconds;
+
+  // seek
+  bool forward = true;
+  double seek_seconds = 2;
+
+  // shuffle, repeat: empty to read the mode
+  std::string mode;
+  bool keep = false;
+
+  // prefs: an empty value reads
+  std::string preference;
+  std::string setting;
+};
+
+/// What the arguments mean: a command to run, or a text to show and the status to end with.
+struct CommandLine {
+  std::optional<Options> options;
+  std::string text;
+  int status = 0;
+};
+
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
+
+}  // namespace ipodctl

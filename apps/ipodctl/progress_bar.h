@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// One line at the bottom of the terminal that shows how far something slow has come.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace ipodctl {
+
+/// "Reading artists  ███████░░░░░░  45/143" in at most `columns` characters.
+/// @param label, @param figures ASCII
+std::string RenderBar(const std::string& label, std::uint64_t done, std::uint64_t total,
+                      const std::string& figures, int columns);
+
+/// The line itself, on standard error. Without a terminal there it shows nothing.
+class StatusLine {
+ public:
+  StatusLine();
+  ~StatusLine();
+  StatusLine(const StatusLine&) = delete;
+  StatusLine& operator=(const StatusLine&) = delete;
+
+  bool visible() const { return terminal_; }
+  void Show(const std::string& text);
+  void ShowBar(const std::string& label, std::uint64_t done, std::uint64_t total,
+               const std::string& figures);
+  /// Clears the line, for a line of output to take its place.
+  void Hide();
+
+ private:
+  bool terminal_;
+  bool shown_ = false;
+};
+
+/// A bar that counts, such as names read.
+class ProgressBar {
+ public:
+  ProgressBar(std::string label, std::uint64_t total);
+
+  void Update(std::uint64_t done);
+  void Hide() { line_.Hide(); }
+
+ private:
+  std::string label_;
+  std::uint64_t total_;
+  StatusLine line_;
+};
+
+}  // namespace ipodctl

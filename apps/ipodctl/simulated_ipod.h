@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// The simulated iPod of --simulated, docked inside this program on a real pseudo-terminal.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "options.h"
+
+namespace ipodctl {
+
+class SimulatedIpod {
+ public:
+  /// Throws a CommandFailure for an unknown profile, an unusable library file, or on a system that
+  /// has no pseudo-terminals.
+  explicit SimulatedIpod(const SimulationOptions& options);
+  ~SimulatedIpod();
+  SimulatedIpod(const SimulatedIpod&) = delete;
+  SimulatedIpod& operator=(const SimulatedIpod&) = delete;
+
+  /// The terminal's other end.
+  std::string device() const;
+  /// Ends it. @return one sentence for each protocol mistake that it saw
+  std::vector<std::string> Stop();
+
+ private:
+  class Server;
+  std::unique_ptr<Server> server_;
+};
+
+}  // namespace ipodctl
