@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The frame assembler's states outside a frame's body.
+#include <algorithm>
 #include <cstring>
 
 #include "ipodcomm/detail/FrameAssembler.h"
@@ -14,16 +15,37 @@ constexpr std::uint8_t kStartByte = 0x55;
 void FrameAssembler::Reset() {
   std::memset(buffer_, 0, sizeof buffer_);
   StartOver();
-  sum_ = 0;
 }
 
 void FrameAssembler::StartOver() {
   index_ = 0;
   state_ = State::kHuntSync;
-  completed_ = false;
+}
+
+/// A large frame of length 0 has no end of its own: it goes on up to the size limit, as one that
+/// is too long does.
+void FrameAssembler::BeginBody(std::uint32_t length) {
+  body_end_ = length != 0 ? std::min(index_ + length, kSizeLimit) : kSizeLimit;
+  state_ = State::kBody;
+}
+
+void FrameAssembler::EndBody() {
+  if (body_end_ == kSizeLimit) return StartOver();
+  state_ = State::kChecksum;
+}
+
+/// The bytes from the length byte through the checksum sum to 0.
+bool FrameAssembler::ChecksumHolds() const {
+  std::uint8_t sum = 0;
+  for (std::uint32_t i = length_index_; i < index_; ++i) {
+    sum = static_cast<std::uint8_t>(sum + buffer_[i]);
+  }
+  return sum == 0;
 }
 
 bool FrameAssembler::Step(std::uint8_t byte) {
+  if (state_ == State::kComplete) StartOver();
+  buffer_[index_++] = byte;
   switch (state_) {
     case State::kHuntSync:
       if (byte == kSyncByte) {
@@ -38,30 +60,34 @@ bool FrameAssembler::Step(std::uint8_t byte) {
       // Prescribed so; hosts and iPods in the field depend on it.
       if (byte == kStartByte) {
         state_ = State::kLength;
-        sum_ = 0;  // the checksum covers the length byte onward
+        length_index_ = index_;
       } else {
         index_ = 0;
       }
       break;
     case State::kLength:
       type_ = byte != 0 ? IPOD_PACKET_TYPE_SMALL : IPOD_PACKET_TYPE_LARGE;
-      remaining_ = byte;
-      state_ = byte != 0 ? State::kBody : State::kLengthHigh;
+      if (byte != 0) {
+        BeginBody(byte);
+      } else {
+        state_ = State::kLengthHigh;
+      }
       break;
     case State::kLengthHigh:
-      remaining_ = byte * 256U;
       state_ = State::kLengthLow;
       break;
     case State::kLengthLow:
-      remaining_ |= byte;
-      state_ = State::kBody;
+      BeginBody(buffer_[index_ - 2] * 256U + byte);
       break;
     case State::kChecksum:
-      // The sum now includes the checksum byte. A wrong one drops the frame without any report.
-      if (sum_ == 0) return completed_ = true;
-      StartOver();
+      if (ChecksumHolds()) {
+        state_ = State::kComplete;
+        return true;
+      }
+      StartOver();  // dropped without any report
       break;
-    case State::kBody:  // Feed handles it
+    case State::kBody:  // Feed takes its bytes
+    case State::kComplete:
       break;
   }
   return false;

@@ -26,13 +26,9 @@ class FrameAssembler {
   /// Takes one byte. True when it completed a frame whose checksum holds; the frame is then in
   /// data()[0] to data()[length() - 1] until the next byte is fed.
   bool Feed(std::uint8_t byte) {
-    if (completed_) StartOver();
-    buffer_[index_++] = byte;
-    sum_ = static_cast<std::uint8_t>(sum_ + byte);
     if (state_ != State::kBody) return Step(byte);
-    // A large frame of length 0 wraps the count here, so it ends only at the size limit.
-    if (--remaining_ == 0) state_ = State::kChecksum;
-    if (index_ == kSizeLimit) StartOver();
+    buffer_[index_++] = byte;
+    if (index_ == body_end_) EndBody();
     return false;
   }
 
@@ -50,19 +46,22 @@ class FrameAssembler {
     kLengthLow,
     kBody,
     kChecksum,
+    kComplete,
   };
   /// A frame that reaches this size before its checksum arrives is dropped.
   static constexpr std::uint32_t kSizeLimit = 1023;
 
   bool Step(std::uint8_t byte);
   void StartOver();
+  void BeginBody(std::uint32_t length);
+  void EndBody();
+  bool ChecksumHolds() const;
 
   std::uint8_t buffer_[1024] = {};
-  std::uint32_t index_ = 0;
-  std::uint32_t remaining_ = 0;
+  std::uint32_t index_ = 0;         // where the next byte goes
+  std::uint32_t length_index_ = 0;  // where the length byte is; the checksum covers it onward
+  std::uint32_t body_end_ = 0;      // where the checksum goes, or the size limit
   State state_ = State::kHuntSync;
-  std::uint8_t sum_ = 0;
-  bool completed_ = false;
   tagIPOD_PACKET_TYPE type_ = IPOD_PACKET_TYPE_LARGE;
 };
 

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// The tests' look inside the exported classes. Private members are called through pointers:
+//
+//   (session.*CIpodCommPeer::kAddAccCapsToken)(destination, capacity, caps)
+#pragma once
+
+#include "ipodcomm/CIpodComm.h"
+#include "ipodcomm/CIpodSerial.h"
+
+struct CIpodSerialPeer {
+  static auto& Assembler(CIpodSerial& serial) { return serial.assembler_; }
+  static auto& Driver(CIpodSerial& serial) { return serial.driver_; }
+  static auto& Port(CIpodSerial& serial) { return serial.port_; }
+  static auto& PacketEvent(CIpodSerial& serial) { return serial.packet_event_; }
+  static auto& PacketType(CIpodSerial& serial) { return serial.packet_type_; }
+  static auto& ReadThread(CIpodSerial& serial) { return serial.read_thread_; }
+  static auto& Received(CIpodSerial& serial) { return serial.received_; }
+  static auto& Running(CIpodSerial& serial) { return serial.running_; }
+  static auto& Status(CIpodSerial& serial) { return serial.status_; }
+  static auto& ThreadRunning(CIpodSerial& serial) { return serial.thread_running_; }
+  static auto& Window(CIpodSerial& serial) { return serial.window_; }
+};
+
+struct CIpodCommPeer {
+  static auto& Browsing(CIpodComm& session) { return session.browsing_; }
+  static auto& IdentificationEvent(CIpodComm& session) { return session.identification_event_; }
+  static auto& Identity(CIpodComm& session) { return session.identity_; }
+  static auto& IpodTransactionIds(CIpodComm& session) {
+    return session.outgoing_.ipod_transaction_ids;
+  }
+  static auto& LogLevel(CIpodComm& session) { return session.log_level_; }
+  static auto& Notifications(CIpodComm& session) { return session.notification_; }
+  static auto& OwnTransactionId(CIpodComm& session) { return session.own_transaction_id_; }
+  static auto& Responses(CIpodComm& session) { return session.response_; }
+  static auto& Serial(CIpodComm& session) { return session.serial_; }
+  static auto& StorageWriteOffset(CIpodComm& session) { return session.storage_write_offset_; }
+  static auto& TransactionIdMode(CIpodComm& session) { return session.transaction_id_mode_; }
+  static auto& Window(CIpodComm& session) { return session.window_; }
+
+  static constexpr auto kAddAccCapsToken = &CIpodComm::AddAccCapsToken;
+  static constexpr auto kAddAccMaxPayloadToken = &CIpodComm::AddAccMaxPayloadToken;
+  static constexpr auto kAddAccNameToken = &CIpodComm::AddAccNameToken;
+  static constexpr auto kAddAccRFCertToken = &CIpodComm::AddAccRFCertToken;
+  static constexpr auto kAddAccStatusToken = &CIpodComm::AddAccStatusToken;
+  static constexpr auto kAddAccVersionToken = &CIpodComm::AddAccVersionToken;
+  static constexpr auto kAddAudioSampleToken = &CIpodComm::AddAudioSampleToken;
+  static constexpr auto kAddAVDelayToken = &CIpodComm::AddAVDelayToken;
+  static constexpr auto kAddBundleSeedToken = &CIpodComm::AddBundleSeedToken;
+  static constexpr auto kAddEAPMetaToken = &CIpodComm::AddEAPMetaToken;
+  static constexpr auto kAddEAPToken = &CIpodComm::AddEAPToken;
+  static constexpr auto kAddIdentifyToken = &CIpodComm::AddIdentifyToken;
+  static constexpr auto kAddPreferenceToken = &CIpodComm::AddPreferenceToken;
+  static constexpr auto kAddTransactionID = &CIpodComm::AddTransactionID;
+  static constexpr auto kCommand_SetFIDTokenValue = &CIpodComm::Command_SetFIDTokenValue;
+  static constexpr auto kReturn_AccessoryInfo = &CIpodComm::Return_AccessoryInfo;
+  static constexpr auto kReturn_SportsDeviceCaps = &CIpodComm::Return_SportsDeviceCaps;
+  static constexpr auto kReturn_SportsDeviceVersion = &CIpodComm::Return_SportsDeviceVersion;
+};
