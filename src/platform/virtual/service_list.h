@@ -11,9 +11,10 @@ namespace ipodcomm::virtual_platform {
 #define IPODCOMM_VIRTUAL_SERVICES(X)                                                               \
   X(CreateFileW)                                                                                   \
   X(CloseHandle)                                                                                   \
-  X(GetCommState) X(SetCommState) X(GetCommTimeouts) X(SetCommTimeouts) X(SetCommMask)             \
-      X(WaitCommEvent) X(ReadFile) X(WriteFile) X(PurgeComm) X(ClearCommError) X(ClearCommBreak)   \
-          X(CreateThread) X(TerminateThread) X(InitializeCriticalSection) X(EnterCriticalSection)  \
+  X(GetCommState)                                                                                  \
+  X(SetCommState) X(GetCommTimeouts) X(SetCommTimeouts) X(SetCommMask) X(WaitCommEvent)            \
+      X(ReadFile) X(WriteFile) X(PurgeComm) X(ClearCommError) X(ClearCommBreak) X(CreateThread)    \
+          X(TerminateThread) X(InitializeCriticalSection) X(EnterCriticalSection)                  \
               X(LeaveCriticalSection) X(DeleteCriticalSection) X(CreateEventW) X(EventModify)      \
                   X(WaitForSingleObject) X(Sleep) X(GetTickCount) X(ActivateDevice)                \
                       X(DeactivateDevice) X(RegCreateKeyExW) X(RegQueryValueExW) X(RegSetValueExW) \

@@ -76,7 +76,7 @@ World::World(WorldOptions options) {
 
 World::~World() {
   const Unwatched unwatched;
-  state_->scheduler.Close();
+  EndThreads();
   PrintRepeat(state_->seed);
   current_world = nullptr;
   state_.reset();
@@ -114,6 +114,11 @@ void World::NameThreads(const std::vector<std::string>& names) {
 void World::NameRoutine(THREAD_START_ROUTINE* routine, const std::string& name) {
   const Unwatched unwatched;
   state_->names.NameRoutine(routine, name);
+}
+
+void World::EndThreads() {
+  const Unwatched unwatched;
+  state_->scheduler.Close();
 }
 
 std::vector<std::string> World::live_threads() const {

@@ -28,9 +28,9 @@ struct WorldState;
 
 /// What is not set is drawn from the seed.
 struct WorldOptions {
-  std::optional<std::uint64_t> seed;  ///< else IPODCOMM_SEED, else 1
-  std::unique_ptr<Schedule> schedule;
-  std::optional<std::uint32_t> tick_count_ms;
+  std::optional<std::uint64_t> seed = std::nullopt;  ///< else IPODCOMM_SEED, else 1
+  std::unique_ptr<Schedule> schedule = nullptr;
+  std::optional<std::uint32_t> tick_count_ms = std::nullopt;
 };
 
 /// One at a time. It must be made before and destroyed after everything that uses the services.
@@ -63,6 +63,8 @@ class World {
   // creation, unless they are named here in advance.
   void NameThreads(const std::vector<std::string>& names);
   void NameRoutine(THREAD_START_ROUTINE* routine, const std::string& name);
+  /// Ends all threads but the host now, as the end of the world does. None can be started any more.
+  void EndThreads();
   /// Threads that have not ended, the host not counted.
   std::vector<std::string> live_threads() const;
   /// What every thread does, one to a line.
