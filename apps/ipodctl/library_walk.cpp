@@ -104,11 +104,12 @@ unsigned long LibraryWalk::FindByName(const std::string& name) {
     throw CommandFailure(kFailed, std::string("there is no ") + category.singular + " " +
                                       Quoted(name) + " here; 'ipodctl browse' lists what there is");
   }
-  throw CommandFailure(kFailed, Quoted(name) + " could be any of " +
-                                    Counted(candidates.partial.size(), category.singular) + ": " +
-                                    candidates.partial_names +
-                                    (candidates.partial.size() > kShownCandidates ? " ..." : "") +
-                                    "; name one in full or by its number");
+  throw CommandFailure(
+      kFailed,
+      Quoted(name) + " could be any of " +
+          Counted(static_cast<unsigned long>(candidates.partial.size()), category.singular) + ": " +
+          candidates.partial_names + (candidates.partial.size() > kShownCandidates ? " ..." : "") +
+          "; name one in full or by its number");
 }
 
 void LibraryWalk::PlayTrack(unsigned long index) {
