@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "platform/virtual/world.h"
+#include "virtual_support.h"
 
 namespace ipodcomm::virtual_platform {
 namespace {
@@ -81,21 +81,21 @@ TEST(VirtualClock, TickCountOftenBeginsShortlyBeforeItsWrap) {
 
 TEST(VirtualClock, EarlierDeadlineComesFirstWhateverTheOrder) {
   World world;
-  std::vector<int> order;
+  Notes<int> order;
   struct Sleeper {
-    std::vector<int>* order;
+    Notes<int>* order;
     DWORD duration_ms;
     static DWORD Run(void* argument) {
       auto* self = static_cast<Sleeper*>(argument);
       Sleep(self->duration_ms);
-      self->order->push_back(static_cast<int>(self->duration_ms));
+      self->order->Add(static_cast<int>(self->duration_ms));
       return 0;
     }
   };
   Sleeper sleepers[] = {{&order, 30}, {&order, 10}, {&order, 20}};
   for (Sleeper& sleeper : sleepers) CreateThread(nullptr, 0, Sleeper::Run, &sleeper, 0, nullptr);
   world.Advance(kSecond);
-  EXPECT_THAT(order, ElementsAre(10, 20, 30));
+  EXPECT_THAT(order.all(), ElementsAre(10, 20, 30));
 }
 
 TEST(VirtualClock, SeedComesFromTheEnvironment) {

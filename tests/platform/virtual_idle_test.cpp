@@ -3,6 +3,7 @@
 // turn, two that wait for a second at a time. The figure is printed, not judged.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 
@@ -15,7 +16,7 @@ struct IdleSession {
   HANDLE port = nullptr;
   HANDLE event = nullptr;
   CRITICAL_SECTION lock = {};
-  int reads = 0;
+  std::atomic<int> reads = 0;
 };
 
 DWORD ReadThread(void* argument) {

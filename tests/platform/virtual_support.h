@@ -4,7 +4,9 @@
 
 #include <functional>
 #include <utility>
+#include <vector>
 
+#include "platform/virtual/race_detector.h"
 #include "platform/virtual/world.h"
 
 namespace ipodcomm::virtual_platform {
@@ -17,6 +19,23 @@ inline HANDLE StartThread(const std::function<void()>& body) {
   };
   return CreateThread(nullptr, 0, run, const_cast<std::function<void()>*>(&body), 0, nullptr);
 }
+
+/// What threads note down, in the order in which they run. The race detector does not look here.
+template <class T>
+class Notes {
+ public:
+  void Add(const T& note) {
+    const Unwatched unwatched;
+    notes_.push_back(note);
+  }
+  std::vector<T> all() const {
+    const Unwatched unwatched;
+    return notes_;
+  }
+
+ private:
+  std::vector<T> notes_;
+};
 
 inline HANDLE OpenPort(const wchar_t* name = L"COM2:") {
   return CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);

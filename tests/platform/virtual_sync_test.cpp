@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <atomic>
 
 #include "virtual_support.h"
 
@@ -33,6 +34,7 @@ TEST(VirtualSync, SectionLetsOneThreadInAtATimeWhateverTheSchedule) {
     };
     for (int i = 0; i < 3; ++i) StartThread(body);
     world.Advance(kSecond);
+    world.EndThreads();
     ASSERT_EQ(most, 1) << "seed " << seed;
     ASSERT_EQ(turns, 30) << "seed " << seed;
   }
@@ -44,13 +46,14 @@ TEST(VirtualSync, WithoutASectionSomeScheduleLosesAnUpdate) {
     World world({seed});
     int count = 0;
     const std::function<void()> body = [&] {
+      const Unwatched unwatched;
       const int seen = count;
       GetTickCount();
       count = seen + 1;
     };
     StartThread(body);
     StartThread(body);
-    world.Settle();
+    world.EndThreads();
     if (count == 1) ++lost;
   }
   EXPECT_GT(lost, 0) << "the schedules never interrupt a thread";
@@ -61,7 +64,7 @@ TEST(VirtualSync, EverySignalWakesExactlyOneWaiter) {
   for (std::uint64_t seed = 0; seed < 100; ++seed) {
     World world({seed});
     const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    int woken = 0;
+    std::atomic<int> woken = 0;
     const std::function<void()> body = [&] {
       if (WaitForSingleObject(event, INFINITE) == WAIT_OBJECT_0) ++woken;
     };
@@ -81,14 +84,14 @@ TEST(VirtualSync, EverySignalWakesExactlyOneWaiter) {
 TEST(VirtualSync, LongestWaiterIsWokenFirst) {
   World world;
   const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-  std::vector<int> order;
+  Notes<int> order;
   const std::function<void()> first = [&] {
     WaitForSingleObject(event, INFINITE);
-    order.push_back(1);
+    order.Add(1);
   };
   const std::function<void()> second = [&] {
     WaitForSingleObject(event, INFINITE);
-    order.push_back(2);
+    order.Add(2);
   };
   StartThread(second);
   Sleep(1);
@@ -98,7 +101,7 @@ TEST(VirtualSync, LongestWaiterIsWokenFirst) {
   Sleep(1);
   EventModify(event, EVENT_SET);
   Sleep(1);
-  EXPECT_THAT(order, ElementsAre(2, 1));
+  EXPECT_THAT(order.all(), ElementsAre(2, 1));
 }
 
 TEST(VirtualSync, WaitEndsExactlyAtItsTimeout) {

@@ -3,6 +3,7 @@
 // end.
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <set>
 
 #include "virtual_support.h"
@@ -14,14 +15,19 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+std::string Text(const Notes<char>& notes) {
+  const std::vector<char> letters = notes.all();
+  return {letters.begin(), letters.end()};
+}
+
 // Two threads that each note five steps, with a chance to be interrupted after each.
 std::string Interleaving(WorldOptions options) {
   World world(std::move(options));
-  std::string order;
+  Notes<char> order;
   const auto noting = [&](char letter) {
     return [&order, letter] {
       for (int i = 0; i < 5; ++i) {
-        order += letter;
+        order.Add(letter);
         GetTickCount();
       }
     };
@@ -31,7 +37,7 @@ std::string Interleaving(WorldOptions options) {
   StartThread(first);
   StartThread(second);
   world.Settle();
-  return order;
+  return Text(order);
 }
 
 TEST(VirtualThreads, OrderFollowsFromTheSeed) { EXPECT_EQ(Interleaving({3}), Interleaving({3})); }
@@ -62,17 +68,18 @@ TEST(VirtualThreads, DecisionsOfARunRepeatIt) {
   std::string order;
   const auto run = [&](WorldOptions options) {
     World world(std::move(options));
-    order.clear();
+    Notes<char> notes;
     const std::function<void()> a = [&] {
-      for (int i = 0; i < 20; ++i, Sleep(1)) order += 'a';
+      for (int i = 0; i < 20; ++i, Sleep(1)) notes.Add('a');
     };
     const std::function<void()> b = [&] {
-      for (int i = 0; i < 20; ++i, Sleep(1)) order += 'b';
+      for (int i = 0; i < 20; ++i, Sleep(1)) notes.Add('b');
     };
     StartThread(a);
     StartThread(b);
     world.Advance(kSecond);
     decisions = world.decisions();
+    order = Text(notes);
   };
   run({12, RandomSchedule(12, 1)});
   const std::string first = order;
@@ -83,7 +90,7 @@ TEST(VirtualThreads, DecisionsOfARunRepeatIt) {
 
 TEST(VirtualThreads, TimeStandsStillWhileAnyThreadCanRun) {
   World world;
-  std::int64_t end_us = -1;
+  std::atomic<std::int64_t> end_us = -1;
   const std::function<void()> busy = [&] {
     for (int i = 0; i < 1000; ++i) GetTickCount();
     end_us = world.now_us();
@@ -106,7 +113,7 @@ TEST(VirtualThreads, WaitingForAThreadEndsWithIt) {
 TEST(VirtualThreads, ThreadIdsAreTheNumbersOfTheNames) {
   World world;
   EXPECT_EQ(GetCurrentThreadId(), 1U);
-  DWORD own_id = 0;
+  std::atomic<DWORD> own_id = 0;
   const std::function<void()> body = [&] { own_id = GetCurrentThreadId(); };
   StartThread(body);
   world.Settle();
@@ -169,7 +176,7 @@ TEST(VirtualThreads, ThreadTerminatedBeforeItsFirstInstructionNeverRuns) {
 TEST(VirtualThreads, ThreadThatEndsItselfIsUnwound) {
   World world;
   bool unwound = false;
-  HANDLE thread = nullptr;
+  std::atomic<HANDLE> thread = nullptr;
   const std::function<void()> body = [&] {
     const Unwinding guard(&unwound);
     Sleep(1);

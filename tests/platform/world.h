@@ -19,7 +19,7 @@ namespace ipodcomm::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Where platforms may differ. Each says what holds where it is true.
+/// Where platforms may differ. A flag says what holds where it is true.
 struct Traits {
   /// The port kPort exists and World's far-end members work.
   bool has_port = false;
@@ -38,6 +38,8 @@ struct Traits {
   bool checks_device_handles = false;
   /// Conversions and formatting that were cut leave text that ends with a terminator.
   bool terminates_cut_conversions = false;
+  /// How far the tick count may lag behind.
+  DWORD tick_step_ms = 1;
 };
 
 class World {

@@ -27,7 +27,11 @@ World::~World() {
 }
 
 // The system promises none of what may differ.
-Traits World::traits() const { return {}; }
+Traits World::traits() const {
+  Traits traits;
+  traits.tick_step_ms = 16;
+  return traits;
+}
 
 void World::Send(const Bytes&) {}
 
