@@ -53,6 +53,7 @@ TEST(VirtualSync, WithoutASectionSomeScheduleLosesAnUpdate) {
     };
     StartThread(body);
     StartThread(body);
+    world.Settle();
     world.EndThreads();
     if (count == 1) ++lost;
   }

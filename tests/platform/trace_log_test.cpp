@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The stand-in for the maker's trace library writes one line per logged error.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ipodcomm/TraceLog.h"
+
+namespace {
+
+TEST(TraceLog, WritesOneLineToStandardError) {
+  ::testing::internal::CaptureStderr();
+  CKORVATrace::LogSoftwareError(L"CIpodSerial::Open", L"Error opening iPod serial port");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "CIpodSerial::Open: Error opening iPod serial port\n");
+}
+
+TEST(TraceLog, FormatsAfterTheWindowsRules) {
+  ::testing::internal::CaptureStderr();
+  CKORVATrace::LogSoftwareError(L"CIpodComm::Select", L"%s %d %hs", L"wide", -7, "narrow");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "CIpodComm::Select: wide -7 narrow\n");
+}
+
+#if !defined(_WIN32)
+TEST(TraceLog, WritesUtf8) {
+  ::testing::internal::CaptureStderr();
+  CKORVATrace::LogSoftwareError(L"source", L"%s", L"Beyonc\u00E9 \U0001F3B5");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "source: Beyonc\xC3\xA9 \xF0\x9F\x8E\xB5\n");
+}
+
+TEST(TraceLog, TakesTextOfAnyLengthAndNoSource) {
+  ::testing::internal::CaptureStderr();
+  CKORVATrace::LogSoftwareError(nullptr, L"%s", std::wstring(5000, L'a').c_str());
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), ": " + std::string(5000, 'a') + "\n");
+}
+#endif
+
+}  // namespace
