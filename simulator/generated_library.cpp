@@ -224,4 +224,9 @@ class Maker {
 
 Library Library::Generate(std::uint64_t seed) { return Maker(seed).Make(); }
 
+const Library& Library::Default() {
+  static const Library kLibrary = Generate(1);
+  return kLibrary;
+}
+
 }  // namespace ipodsim

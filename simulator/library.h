@@ -39,6 +39,8 @@ struct Library {
   // About 2,000 tracks with names in several scripts, accents, emoji and a few very long ones;
   // playlists, folders of playlists, audiobooks, podcasts and videos. Same seed, same library.
   static Library Generate(std::uint64_t seed);
+  // The one of seed 1, made once.
+  static const Library& Default();
 };
 
 // A library read from JSON, or one sentence that says why it could not be.

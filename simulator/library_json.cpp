@@ -2,10 +2,10 @@
 // Reads a media library from JSON.
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "library.h"
@@ -169,16 +169,21 @@ LibraryResult ParseLibrary(std::string_view json, const std::string& source) {
 }
 
 LibraryResult LoadLibrary(const std::string& path) {
-  errno = 0;
-  std::ifstream file(path, std::ios::binary);
-  if (!file) {
-    return {std::nullopt, "cannot read library file '" + path + "': " + std::strerror(errno)};
+  const auto failure = [&path] {
+    return LibraryResult{std::nullopt,
+                         "cannot read library file '" + path + "': " + std::strerror(errno)};
+  };
+  std::FILE* file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) return failure();
+  std::string json;
+  std::array<char, 65536> chunk{};
+  while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file)) {
+    json.append(chunk.data(), count);
   }
-  const std::string json{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (file.bad()) {
-    return {std::nullopt, "cannot read library file '" + path + "': " + std::strerror(errno)};
-  }
-  return ParseLibrary(json, path);
+  const bool failed = std::ferror(file) != 0;
+  const LibraryResult result = failed ? failure() : ParseLibrary(json, path);
+  std::fclose(file);
+  return result;
 }
 
 }  // namespace ipodsim

@@ -159,6 +159,11 @@ Microseconds Link::NextReplyTime() {
   return last_reply_due_;
 }
 
+Microseconds Link::NextTurn() {
+  const Microseconds latency = settings_.fixed_latency ? *settings_.fixed_latency : DrawLatency();
+  return std::max(last_reply_due_, now_) + latency;
+}
+
 void Link::Queue(Microseconds due, std::uint8_t lingo, std::uint16_t command, Bytes data,
                  std::optional<std::uint16_t> identifier, bool streamed) {
   Frame frame{lingo, command, {}};

@@ -44,7 +44,7 @@ class Link {
   // Sends something unasked and returns the identifier that it went out under.
   std::uint16_t Send(std::uint8_t lingo, std::uint16_t command, Bytes data, Microseconds due);
   // When the iPod next gets around to something of its own: after the answers that it owes.
-  Microseconds NextTurn() { return NextReplyTime(); }
+  Microseconds NextTurn();
 
   // A new request is being served.
   void BeginRequest() { pending_ = false; }

@@ -244,6 +244,11 @@ void Playback::Refuse(const Request& request, MistakeKind kind, const std::strin
   link_->Acknowledge(request, AckStatus::kBadParameter);
 }
 
+// A period of nothing would hold the clock still.
+Microseconds Playback::PositionPeriod() const {
+  return std::max(settings_.position_period, kMillisecond);
+}
+
 bool Playback::TellsPosition() const {
   const PlayerState state = player_->state();
   const bool moves = state == PlayerState::kPlaying || state == PlayerState::kFastForward ||
@@ -258,7 +263,7 @@ void Playback::Advance(Microseconds now) {
     if (!TellsPosition()) {
       next_position_at_.reset();
     } else if (!next_position_at_) {
-      next_position_at_ = link_->now() + settings_.position_period;
+      next_position_at_ = link_->now() + PositionPeriod();
     }
     const auto change = player_->NextChange();
     Microseconds step = now;
@@ -269,7 +274,7 @@ void Playback::Advance(Microseconds now) {
     TellEvents();
     if (next_position_at_ && *next_position_at_ <= step) {
       if (TellsPosition()) TellPosition(step);
-      next_position_at_ = step + settings_.position_period;
+      next_position_at_ = step + PositionPeriod();
     }
     if (step == now) return;
   }

@@ -55,6 +55,7 @@ class Playback {
   void TellStatus(std::uint8_t status, Microseconds at);
   void TellPosition(Microseconds at);
   bool TellsPosition() const;
+  Microseconds PositionPeriod() const;
 
   Link* link_;
   Player* player_;

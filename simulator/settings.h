@@ -17,7 +17,7 @@ namespace ipodsim {
 struct Settings {
   Profile profile = Profile::kNano;
   std::uint64_t seed = 1;
-  Library library = Library::Generate(1);
+  Library library = Library::Default();
   Faults faults;
 
   // StartIDPS must carry a transaction identifier already; without one it is met with silence.

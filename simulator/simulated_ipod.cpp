@@ -211,9 +211,12 @@ void SimulatedIpod::Device::Advance(Microseconds now) {
     link.SetNow(*replug_at_);
     Replug();
   }
+  for (auto timeout = enquiries.NextTimeout(); timeout && *timeout <= now;
+       timeout = enquiries.NextTimeout()) {
+    playback.Advance(*timeout);
+    enquiries.Advance(*timeout);
+  }
   playback.Advance(now);
-  link.SetNow(std::max(now, link.now()));
-  enquiries.Advance(now);
 }
 
 std::optional<Microseconds> SimulatedIpod::Device::NextEvent() const {

@@ -96,7 +96,8 @@ class PtyServer::Impl {
       {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (stopping_) return;
-        FollowPlug();
+        FollowUnplug();
+        FollowReplug();
         wait = Exchange();
         // A terminal that nobody has open is always "ready"; it is looked at again later instead.
         if (connected_) master = terminal_.master();
@@ -110,6 +111,7 @@ class PtyServer::Impl {
     if (terminal_.is_open()) {
       connected_ = terminal_.Connected();
       TakeBytes();
+      FollowUnplug();
     }
     const Microseconds now = Now();
     const Bytes bytes = ipod_.Transmit(now);
@@ -130,15 +132,15 @@ class PtyServer::Impl {
     if (!bytes.empty()) ipod_.Receive(bytes.data(), bytes.size(), Now());
   }
 
-  void FollowPlug() {
+  void FollowUnplug() {
+    if (terminal_.is_open() && !ipod_.plugged()) Vanish();
+  }
+
+  void FollowReplug() {
+    if (terminal_.is_open()) return;
     // Lets a replug that is due happen.
-    if (!ipod_.plugged()) ipod_.Transmit(Now());
-    if (ipod_.plugged() == terminal_.is_open()) return;
-    if (ipod_.plugged()) {
-      error_ = Appear();
-    } else {
-      Vanish();
-    }
+    ipod_.Transmit(Now());
+    if (ipod_.plugged()) error_ = Appear();
   }
 
   std::string Appear() {
