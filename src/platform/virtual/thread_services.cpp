@@ -28,6 +28,7 @@ BOOL TerminateThread(HANDLE thread, DWORD exit_code) {
   const auto target = call->Find<Thread>(thread);
   if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
   call.scheduler().End(*target, exit_code);
+  Acquired(target.get());
   return call.Succeeds(ERROR_SUCCESS);
 }
 

@@ -10,10 +10,13 @@ using namespace ipodcomm::virtual_platform;
 
 namespace {
 
-const std::vector<std::uint8_t>* BlockOf(const WorldState& world, const wchar_t* file) {
-  if (file == nullptr) return nullptr;
-  const auto found = world.version_blocks.find(ipodcomm::platform::FoldCase(file));
-  return found != world.version_blocks.end() ? &found->second : nullptr;
+VersionFile FindFile(const Service& call, const wchar_t* file) {
+  const auto& files = call->version_files;
+  const auto found = files.find(ipodcomm::platform::FoldCase(file != nullptr ? file : L""));
+  if (found != files.end()) return found->second;
+  VersionFile missing;
+  missing.code = ERROR_FILE_NOT_FOUND;
+  return missing;
 }
 
 }  // namespace
@@ -24,21 +27,22 @@ DWORD GetFileVersionInfoSizeW(const wchar_t* file, DWORD* handle) {
   if (handle != nullptr) *handle = 0;
   const DWORD none = 0;
   if (call.ToldToFail()) return none;
-  const auto* block = BlockOf(*call.operator->(), file);
-  if (block == nullptr) return call.Fails(ERROR_FILE_NOT_FOUND, none);
-  return call.Returns(static_cast<DWORD>(block->size()), [&] { return Number(block->size()); });
+  const VersionFile found = FindFile(call, file);
+  if (found.code != ERROR_SUCCESS) return call.Fails(found.code, none);
+  const DWORD size = found.block.size();
+  return call.Returns(size, [&] { return Number(size); });
 }
 
 BOOL GetFileVersionInfoW(const wchar_t* file, DWORD /*handle*/, DWORD size, void* data) {
   Service call(ServiceId::kGetFileVersionInfoW);
   call.Arguments([&] { return List({Quoted(file), Number(size)}); });
   if (call.ToldToFail()) return FALSE;
-  const auto* block = BlockOf(*call.operator->(), file);
-  if (block == nullptr) return call.Fails(ERROR_FILE_NOT_FOUND, FALSE);
+  const VersionFile found = FindFile(call, file);
+  if (found.code != ERROR_SUCCESS) return call.Fails(found.code, FALSE);
   if (data == nullptr) return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
-  if (size < block->size()) return call.Fails(ERROR_INSUFFICIENT_BUFFER, FALSE);
-  std::memcpy(data, block->data(), block->size());
-  CallerMemoryWritten(data, block->size());
+  if (size < found.block.size()) return call.Fails(ERROR_INSUFFICIENT_BUFFER, FALSE);
+  std::memcpy(data, found.block.data(), found.block.size());
+  CallerMemoryWritten(data, found.block.size());
   return call.Succeeds(ERROR_SUCCESS);
 }
 

@@ -101,8 +101,8 @@ class World {
   HANDLE ActivateDriver(const std::string& driver, DWORD client_info);
   /// Gives a file a version resource; files have none at first. Empty text: none again.
   void SetFileVersion(const std::wstring& file, const std::wstring& file_version);
-  /// The same with a resource of the test's own, as an executable holds it.
-  void SetVersionResource(const std::wstring& file, const std::vector<std::uint8_t>& resource);
+  /// Makes a file of the test's own, an executable with a version resource or anything else.
+  void PlaceFile(const std::wstring& file, const std::vector<std::uint8_t>& contents);
   /// What was written to the debug output, one entry per call, in UTF-8.
   std::vector<std::string> debug_output() const;
 

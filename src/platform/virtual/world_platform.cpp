@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The world's lines, faults, record and the rest of its platform.
 #include <cstring>
-#include <iterator>
-#include <stdexcept>
 
 #include "platform/common/fold_case.h"
+#include "platform/common/pe_file.h"
 #include "platform/common/version_block.h"
 #include "platform/virtual/race_detector.h"
 #include "platform/virtual/version_resource.h"
@@ -103,16 +102,30 @@ HANDLE World::ActivateDriver(const std::string& driver, DWORD client_info) {
 
 void World::SetFileVersion(const std::wstring& file, const std::wstring& file_version) {
   const Unwatched unwatched;
-  if (!file_version.empty()) return SetVersionResource(file, MakeVersionResource(file_version));
-  state_->version_blocks.erase(platform::FoldCase(file));
+  const std::wstring name = platform::FoldCase(file);
+  if (file_version.empty()) {
+    state_->version_files.erase(name);
+  } else {
+    const auto block = platform::MakeVersionBlock(MakeVersionResource(file_version));
+    state_->version_files[name] = {ERROR_SUCCESS, block};
+  }
 }
 
-void World::SetVersionResource(const std::wstring& file,
-                               const std::vector<std::uint8_t>& resource) {
+void World::PlaceFile(const std::wstring& file, const std::vector<std::uint8_t>& contents) {
   const Unwatched unwatched;
-  const std::vector<std::uint8_t> block = platform::MakeVersionBlock(resource);
-  if (block.empty()) throw std::invalid_argument("this is no version resource");
-  state_->version_blocks[platform::FoldCase(file)] = block;
+  const auto read = [&](std::uint64_t offset, void* buffer, std::size_t size) {
+    if (offset > contents.size() || size > contents.size() - offset) return false;
+    if (size > 0) std::memcpy(buffer, contents.data() + offset, size);
+    return true;
+  };
+  std::vector<std::uint8_t> resource;
+  VersionFile placed;
+  placed.code = platform::ReadVersionResource(read, &resource);
+  if (placed.code == ERROR_SUCCESS) placed.block = platform::MakeVersionBlock(resource);
+  if (placed.code == ERROR_SUCCESS && placed.block.empty()) {
+    placed.code = ERROR_RESOURCE_DATA_NOT_FOUND;
+  }
+  state_->version_files[platform::FoldCase(file)] = placed;
 }
 
 std::vector<std::string> World::debug_output() const {

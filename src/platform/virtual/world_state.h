@@ -21,6 +21,12 @@
 
 namespace ipodcomm::virtual_platform {
 
+/// What the version services find in a file: a block, or the code with which they fail.
+struct VersionFile {
+  DWORD code = ERROR_SUCCESS;
+  std::vector<std::uint8_t> block;
+};
+
 struct WorldState {
   WorldState(std::uint64_t world_seed, std::unique_ptr<Schedule> schedule)
       : seed(world_seed), lines(clock, seed), scheduler(clock, lines, std::move(schedule)) {
@@ -42,7 +48,7 @@ struct WorldState {
   std::map<std::wstring, std::weak_ptr<Event>> named_events;
   platform::RegistryStore registry;
   DeviceManager devices;
-  std::map<std::wstring, std::vector<std::uint8_t>> version_blocks;  // by file name
+  std::map<std::wstring, VersionFile> version_files;  // by file name
   MemoryBlocks heap{"block"};
   MemoryBlocks pages{"pages"};
   Faults faults;
