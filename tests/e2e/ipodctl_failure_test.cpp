@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+// What ipodctl does about wrong arguments, bad ports, and iPods that will not or cannot.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <nlohmann/json.hpp>
+
+#include "dock.h"
+
+using e2e::Dock;
+using e2e::SettingsOf;
+using e2e::TemporaryFolder;
+using ipodsim::Profile;
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+// One sentence, and nothing else anywhere.
+void ExpectRefused(const Ended& ended, int status, const std::string& part) {
+  EXPECT_EQ(ended.status, status) << ended.err;
+  EXPECT_EQ(ended.out, "");
+  EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: "), HasSubstr(part), EndsWith(".\n")));
+  EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+}
+
+TEST(IpodctlUsage, RefusesWrongArguments) {
+  ExpectRefused(Ipodctl({}), 64, "no command given; see 'ipodctl --help'");
+  ExpectRefused(Ipodctl({"dance"}), 64, "dance");
+  ExpectRefused(Ipodctl({"info", "extra"}), 64, "extra; see 'ipodctl info --help'");
+  ExpectRefused(Ipodctl({"--wrong", "info"}), 64, "--wrong");
+  ExpectRefused(Ipodctl({"browse", "shoes"}), 64, "'shoes' is not a category (playlists,");
+  ExpectRefused(Ipodctl({"browse", "artists", "--from", "x"}), 64, "--from");
+  ExpectRefused(Ipodctl({"browse", "artists", "--count", "-1"}), 64, "--count");
+  ExpectRefused(Ipodctl({"browse", "artists", "--category", "x"}), 64, "'x' is not a category");
+  ExpectRefused(Ipodctl({"browse", "--category", "tracks"}), 64, "--category");
+  ExpectRefused(Ipodctl({"seek"}), 64, "DIRECTION");
+  ExpectRefused(Ipodctl({"seek", "sideways"}), 64, "sideways");
+  ExpectRefused(Ipodctl({"seek", "forward", "-5"}), 64, "-5");
+  ExpectRefused(Ipodctl({"shuffle", "cards"}), 64, "cards");
+  ExpectRefused(Ipodctl({"repeat", "twice"}), 64, "twice");
+  ExpectRefused(Ipodctl({"prefs", "set", "aspect"}), 64, "VALUE");
+  ExpectRefused(Ipodctl({"prefs", "set", "aspect", "1:1"}), 64, "(4:3 or 16:9)");
+  ExpectRefused(Ipodctl({"prefs", "get", "colour"}), 64,
+                "'colour' is not a preference (video-out,");
+  ExpectRefused(Ipodctl({"--port", "/dev/x", "--simulated", "info"}), 64, "--port");
+  ExpectRefused(Ipodctl({"--seed", "4", "info"}), 64, "needs --simulated");
+  ExpectRefused(Ipodctl({"--library", "x.json", "info"}), 64, "needs --simulated");
+  ExpectRefused(Ipodctl({"--simulated=shuffle", "info"}), 64, "only nano, classic, old, nosports");
+  ExpectRefused(Ipodctl({"--port=", "info"}), 64, "--port");
+}
+
+TEST(IpodctlUsage, HelpsWithEveryCommand) {
+  const Ended help = Ipodctl({"--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.out, AllOf(HasSubstr("Usage: ipodctl"), HasSubstr("Exit status:")));
+  EXPECT_EQ(help.err, "");
+  for (const char* command : {"info", "tour", "browse", "now", "play", "pause", "stop", "next",
+                              "previous", "seek", "shuffle", "repeat", "prefs"}) {
+    EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
+    const Ended ended = Ipodctl({command, "--help"});
+    EXPECT_EQ(ended.status, 0) << command;
+    EXPECT_THAT(ended.out, AllOf(HasSubstr(std::string("Usage: ipodctl ") + command),
+                                 HasSubstr("Examples:\n"), HasSubstr("'ipodctl --help'")));
+  }
+}
+
+TEST(IpodctlUsage, TellsItsVersion) {
+  const Ended ended = Ipodctl({"--version"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.out, "ipodctl " IPODCOMM_VERSION "\n");
+}
+
+TEST(IpodctlPort, NamesAMissingDevice) {
+  ExpectRefused(Ipodctl({"--port", "/dev/no-such-dock", "info"}), 2,
+                "cannot open /dev/no-such-dock: there is no such device");
+}
+
+TEST(IpodctlPort, RefusesWhatIsNoSerialLine) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("dock", "");
+  ExpectRefused(Ipodctl({"--port", file, "info"}), 2,
+                "cannot open " + file + ": it is not a serial line");
+  ExpectRefused(Ipodctl({"--port", folder.path(""), "info"}), 2, "it is not a serial line");
+  ExpectRefused(Ipodctl({"--port", "/dev/null", "info"}), 2,
+                "cannot open /dev/null: it does not work as a serial line");
+}
+
+TEST(IpodctlPort, RefusesADeviceThatIsInUse) {
+  const Dock dock;
+  Process owner(IPODCTL_PROGRAM, {"--port", dock.device(), "now", "--follow"});
+  ASSERT_TRUE(owner.WaitForOutput("Stopped\n"));
+  ExpectRefused(dock.Ipodctl({"info"}), 2, "cannot open " + dock.device() + ": it is in use");
+  owner.Signal(SIGINT);
+  EXPECT_EQ(owner.Wait().status, 0);
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLibrary, RefusesAMissingOrMalformedFile) {
+  const TemporaryFolder folder;
+  ExpectRefused(Ipodctl({"--simulated", "--library", folder.path("none.json"), "info"}), 66,
+                "none.json");
+  for (const char* content : {"", "{", "[]", "{\"tracks\": [{}]}", "{\"tracks\": 7}"}) {
+    const std::string file = folder.Write("music.json", content);
+    ExpectRefused(Ipodctl({"--simulated", "--library", file, "info"}), 66, file);
+  }
+}
+
+TEST(IpodctlLibrary, PutsTheFilesMediaOnTheSimulatedIpod) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("music.json", e2e::kLibrary);
+  const Ended ended = Ipodctl({"--simulated", "--library", file, "browse", "artists", "--json"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(json::parse(ended.out).at("total"), 3);
+}
+
+TEST(IpodctlProfiles, AnIpodWithoutTokensIsIdentifiedTheOlderWay) {
+  const Dock dock(SettingsOf(Profile::kClassic));
+  const Ended ended = dock.Ipodctl({"info", "--json"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(json::parse(ended.out).at("identified_by"), "lingoes");
+  EXPECT_EQ(json::parse(ended.out).at("model"), "MB029LL");
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlProfiles, AnIpodWithoutSportsSaysSo) {
+  const Ended ended = Ipodctl({"--simulated=nosports", "info"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(ended.out, HasSubstr("  Workouts            not supported\n"));
+  EXPECT_THAT(ended.out, HasSubstr("  Storage             not supported\n"));
+}
+
+TEST(IpodctlProfiles, AnOldIpodIsRefused) {
+  ExpectRefused(Ipodctl({"--simulated=old", "info"}), 4, "too old");
+}
+
+TEST(IpodctlProfiles, ASilentIpodCountsAsNothingDocked) {
+  ExpectRefused(Ipodctl({"--simulated=silent", "info"}), 3, "no iPod answers on /dev/pts/");
+}
+
+TEST(IpodctlProfiles, ATourOfAnOldIpodFailsAndStillCountsMistakes) {
+  const Ended ended = Ipodctl({"tour", "--simulated=old"});
+  EXPECT_EQ(ended.status, 4);
+  EXPECT_THAT(ended.out, HasSubstr("Protocol mistakes seen by the simulated iPod: 0\n"));
+  EXPECT_THAT(ended.err, HasSubstr("too old"));
+}
+
+TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {
+  const TemporaryFolder folder;
+  const std::string link = folder.path("dock");
+  const std::vector<std::string> simulator = {"--link", link};
+  Process first(IPODSIM_PROGRAM, simulator);
+  ASSERT_TRUE(first.WaitForOutput(link));
+  Process browser(IPODCTL_PROGRAM, {"--port", link, "browse", "tracks"});
+  ASSERT_TRUE(browser.WaitForOutput("\n     9  "));
+  first.Signal(SIGKILL);
+  const Ended cut = browser.Wait();
+  EXPECT_EQ(cut.status, 1);
+  EXPECT_EQ(cut.err, "ipodctl: the iPod on " + link +
+                         " no longer answers; check that it is docked and the cable is plugged "
+                         "in.\n");
+  first.Wait();
+
+  Process second(IPODSIM_PROGRAM, simulator);
+  ASSERT_TRUE(second.WaitForOutput(link));
+  EXPECT_EQ(Ipodctl({"--port", link, "info"}).status, 0);
+  second.Signal(SIGINT);
+  const Ended ended = second.Wait();
+  EXPECT_EQ(ended.status, 0) << ended.out;
+  EXPECT_THAT(ended.out, HasSubstr("0 protocol mistakes"));
+}
+
+TEST(IpodctlFailure, TellsAnInterruptFromSuccess) {
+  ipodsim::Settings settings;
+  settings.library = e2e::NumberedTracks(900);  // half a minute's reading
+  const Dock dock(settings);
+  Process browser(IPODCTL_PROGRAM, {"--port", dock.device(), "browse", "tracks"});
+  ASSERT_TRUE(browser.WaitForOutput("    0  Track 000\n"));
+  browser.Signal(SIGINT);
+  const Ended ended = browser.Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_EQ(ended.err, "ipodctl: interrupted before it was done.\n");
+  EXPECT_EQ(dock.Ipodctl({"now"}).status, 0);
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlFailure, ReportsOutputThatCannotBeWritten) {
+  const Dock dock;
+  const Ended ended = RunProgram("/bin/sh", {"-c", "exec \"$0\" --port \"$1\" info >/dev/full",
+                                             IPODCTL_PROGRAM, dock.device()});
+  ExpectRefused(ended, 1, "cannot write the output");
+}
+
+}  // namespace

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// Runs a program, feeds on what it prints, and never waits for ever.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// How a program ended and what it printed.
+struct Ended {
+  int status = -1;  // exit status; -1 when it was killed or did not end in time
+  std::string out;
+  std::string err;
+};
+
+class Process {
+ public:
+  enum class ErrorStream { kPipe, kTerminal };
+
+  /// Starts `program`. Its standard input is empty.
+  Process(const std::string& program, const std::vector<std::string>& arguments,
+          ErrorStream error_stream = ErrorStream::kPipe);
+  /// Kills what still runs.
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  /// Waits until standard output holds `text`. False when the program ends or a minute passes
+  /// first.
+  bool WaitForOutput(const std::string& text);
+  void Signal(int signal);
+  /// Waits for the end, at most a minute; kills the program then.
+  Ended Wait();
+
+ private:
+  bool Pump(const std::function<bool()>& done);
+  void Take(int* descriptor, std::string* text);
+  void Reap();
+
+  pid_t pid_ = -1;
+  int out_ = -1;
+  int err_ = -1;
+  bool ended_ = false;
+  Ended result_;
+};
+
+Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments);
+/// Runs ipodctl.
+Ended Ipodctl(const std::vector<std::string>& arguments);

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+// The library in this process against a simulated iPod behind a pseudo-terminal: real threads, real
+// time, and lines that are not always clean.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "dock.h"
+#include "ipodcomm/CIpodComm.h"
+
+using e2e::Dock;
+using e2e::NumberedTracks;
+using e2e::SettingsOf;
+using ipodsim::Fault;
+using ipodsim::PlayerState;
+using ipodsim::Profile;
+
+namespace {
+
+constexpr unsigned char kTracks = 5;
+constexpr unsigned long kStatePositionAndTrackEvents = 0x1F;
+
+/// Makes the library's port stand for this dock.
+void UsePort(const Dock& dock) { ::setenv("IPODCOMM_COM2", dock.device().c_str(), 1); }
+
+/// Opens and identifies by tokens.
+tagIPOD_IDENTIFY_RESULT Identify(CIpodComm& ipod) {
+  tagIPOD_IDENTIFY_RESULT result = IPOD_IDENTIFY_RESULT_NONE;
+  EXPECT_EQ(ipod.Open(), 0);
+  ipod.SetModel("e2e");
+  ipod.SetIDPSEnable(1);
+  ipod.Command_IdentifyDeviceLingos(0, &result, nullptr, nullptr);
+  return result;
+}
+
+/// Identified, in remote user-interface mode, and playing the first track.
+void PlayFirstTrack(CIpodComm& ipod) {
+  ASSERT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
+  ASSERT_EQ(ipod.Command_EnterRemoteUIMode(), 1);
+  unsigned long count = 0;
+  ASSERT_NE(ipod.SelectTop(kTracks, &count, 0), 0);
+  ASSERT_GT(count, 0U);
+  ASSERT_NE(ipod.Select(kTracks, 0), 0);
+}
+
+/// Waits for what must come sooner or later; a minute is for ever.
+template <typename Condition>
+bool Eventually(Condition condition) {
+  for (int look = 0; look < 6000; ++look) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
+}
+
+ipodsim::Settings WithTracks(int count) {
+  ipodsim::Settings settings;
+  settings.library = NumberedTracks(count);
+  return settings;
+}
+
+/// A session that has used a faulty line goes on to a clean one and must work as if new.
+void ExpectToWorkOn(CIpodComm& ipod) {
+  ipod.Close();
+  const Dock clean(WithTracks(3));
+  UsePort(clean);
+  EXPECT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
+  wchar_t name[256] = {};
+  EXPECT_EQ(ipod.Command_RequestIpodName(name, 256), 1);
+  EXPECT_STREQ(name, L"Numbers");
+  ipod.Close();
+  EXPECT_EQ(clean.mistakes(), "");
+}
+
+TEST(SessionOverTerminal, IdentifiesAndReadsFiftyNamesInOrder) {
+  const Dock dock(WithTracks(50));
+  UsePort(dock);
+  CIpodComm ipod;
+  ASSERT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
+  EXPECT_EQ(ipod.SupportsSports(), 1);
+  ASSERT_EQ(ipod.Command_EnterRemoteUIMode(), 1);
+  unsigned long count = 0;
+  ASSERT_NE(ipod.SelectTop(kTracks, &count, 0), 0);
+  ASSERT_EQ(count, 50U);
+  ipod.Command_RetrieveCategorizedDatabaseRecords(0, count, 255);
+  for (int i = 0; i < 50; ++i) {
+    wchar_t name[64] = {};
+    ASSERT_EQ(ipod.GetNextCategorizedRecord(name, 64), 1) << i;
+    const std::wstring expected = L"Track 0" + std::to_wstring(i / 10) + std::to_wstring(i % 10);
+    EXPECT_EQ(name, expected);
+  }
+  ipod.Close();
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(SessionOverTerminal, PlaysAndHearsThePositionMove) {
+  const Dock dock(WithTracks(3));
+  UsePort(dock);
+  CIpodComm ipod;
+  PlayFirstTrack(ipod);
+  EXPECT_EQ(dock.state(), PlayerState::kPlaying);
+  EXPECT_EQ(dock.title(), "Track 000");
+  ASSERT_EQ(ipod.SetNotification(kStatePositionAndTrackEvents), 1);
+  tagIPOD_PLAY_STATUS status = {};
+  EXPECT_TRUE(Eventually([&] {
+    ipod.GetPlayStatus(&status);
+    return status.position >= 2;
+  }));
+  EXPECT_EQ(ipod.Command_PlayControl(11), 1);
+  EXPECT_EQ(dock.state(), PlayerState::kPaused);
+  EXPECT_TRUE(Eventually([&] {
+    ipod.GetPlayStatus(&status);
+    return status.state == 2;
+  }));
+  ipod.Close();
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(SessionOverTerminal, MayBeDestroyedWhileNotificationsStream) {
+  ipodsim::Settings settings = WithTracks(3);
+  settings.position_period = 5 * ipodsim::kMillisecond;
+  const Dock dock(settings);
+  UsePort(dock);
+  {
+    auto ipod = std::make_unique<CIpodComm>();
+    PlayFirstTrack(*ipod);
+    ASSERT_EQ(ipod->SetNotification(kStatePositionAndTrackEvents), 1);
+    tagIPOD_PLAY_STATUS status = {};
+    EXPECT_TRUE(Eventually([&] {
+      ipod->GetPlayStatus(&status);
+      return status.tick != 0;
+    }));
+    ipod.reset();
+  }
+  CIpodComm next;
+  EXPECT_EQ(Identify(next), IPOD_IDENTIFY_RESULT_IDPS);
+}
+
+TEST(SessionOverTerminal, MayBeDestroyedAtAnyStageOfItsStart) {
+  const Dock dock(WithTracks(3));
+  UsePort(dock);
+  { CIpodComm never_opened; }
+  {
+    CIpodComm opened;
+    EXPECT_EQ(opened.Open(), 0);
+  }
+  {
+    CIpodComm reopened;
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(reopened.Open(), 0);
+    reopened.Close();
+    EXPECT_EQ(reopened.Open(), 0);
+  }
+  CIpodComm ipod;
+  EXPECT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
+}
+
+// A copy shares its source's handles: whichever goes first leaves the other with stale ones, whose
+// use fails and does nothing worse.
+TEST(SessionOverTerminal, ACopyMayOutliveItsSource) {
+  const Dock dock(WithTracks(3));
+  UsePort(dock);
+  auto source = std::make_unique<CIpodComm>();
+  ASSERT_EQ(Identify(*source), IPOD_IDENTIFY_RESULT_IDPS);
+  CIpodComm copy(*source);
+  source.reset();
+  wchar_t name[64] = {};
+  EXPECT_EQ(copy.Command_RequestIpodName(name, 64), 0);
+  copy.Close();
+  CIpodComm other;
+  other = copy;
+  EXPECT_EQ(other.IsOpen(), 0);
+}
+
+TEST(SessionOverTerminal, ASourceMayOutliveItsCopy) {
+  const Dock dock(WithTracks(3));
+  UsePort(dock);
+  CIpodComm source;
+  ASSERT_EQ(Identify(source), IPOD_IDENTIFY_RESULT_IDPS);
+  {
+    const CIpodComm copy(source);  // its end closes the port that both share
+  }
+  wchar_t name[64] = {};
+  EXPECT_EQ(source.Command_RequestIpodName(name, 64), 0);
+  EXPECT_EQ(Identify(source), IPOD_IDENTIFY_RESULT_IDPS);
+}
+
+/// "dropped-bytes" as "DroppedBytes".
+std::string NameOfFault(const testing::TestParamInfo<Fault>& tested) {
+  std::string name;
+  bool upper = true;
+  for (const char* letter = ipodsim::Faults::All()[static_cast<std::size_t>(tested.param)].name;
+       *letter != '\0'; ++letter) {
+    if (*letter != '-') name += upper ? static_cast<char>(std::toupper(*letter)) : *letter;
+    upper = *letter == '-';
+  }
+  return name;
+}
+
+class SessionOnBadLine : public testing::TestWithParam<Fault> {};
+
+TEST_P(SessionOnBadLine, SurvivesAndWorksAfterwards) {
+  ipodsim::Settings settings = WithTracks(3);
+  settings.faults.Enable(GetParam());
+  settings.faults.one_in = 40;
+  CIpodComm* ipod = nullptr;
+  std::unique_ptr<CIpodComm> session;
+  {
+    const Dock dock(settings);
+    UsePort(dock);
+    session = std::make_unique<CIpodComm>();
+    ipod = session.get();
+    // Whether any of this succeeds is the fault's business; that it ends is the library's.
+    Identify(*ipod);
+    wchar_t name[64] = {};
+    ipod->Command_RequestIpodName(name, 64);
+    unsigned long count = 0;
+    ipod->SelectTop(kTracks, &count, 0);
+    ipod->Command_RetrieveCategorizedDatabaseRecords(0, 3, kTracks);
+    for (int i = 0; i < 3; ++i) ipod->GetNextCategorizedRecord(name, 64);
+  }
+  ExpectToWorkOn(*ipod);
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, SessionOnBadLine,
+                         testing::Values(Fault::kDroppedBytes, Fault::kDoubledBytes,
+                                         Fault::kFlippedBits, Fault::kJunk, Fault::kShortReplies,
+                                         Fault::kLongReplies, Fault::kUnaskedRequests,
+                                         Fault::kRefusedCommands),
+                         NameOfFault);
+
+TEST(SessionOverTerminal, FailsInTimeWhenTheCableIsPulledAndComesBack) {
+  auto dock = std::make_unique<Dock>(WithTracks(3));
+  UsePort(*dock);
+  CIpodComm ipod;
+  ASSERT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
+  dock.reset();
+  wchar_t name[64] = {};
+  EXPECT_EQ(ipod.Command_RequestIpodName(name, 64), 0);
+  EXPECT_EQ(ipod.Command_EnterRemoteUIMode(), 0);
+  ExpectToWorkOn(ipod);
+}
+
+}  // namespace
