@@ -48,8 +48,9 @@ bool TakeAcceptedAck(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
 
 /// Lays the second packet over the first; its command, data position and length stay the first's.
 void Overlay(const tagSERIAL_PACKET& second, FrameBytes* first, tagSERIAL_PACKET* merged) {
-  merged->length = std::max(first->length(), second.length);
-  std::memcpy(merged->data, first->at(0), first->length());
+  const std::uint32_t first_length = std::min<std::uint32_t>(first->length(), sizeof merged->data);
+  merged->length = std::max(first_length, second.length);
+  std::memcpy(merged->data, first->at(0), first_length);
   std::memcpy(merged->data, second.data, second.length);
   *first = FrameBytes(merged->data, merged->length);
 }
@@ -117,19 +118,19 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoSportsReadCommand(unsigned char* frame
   }
 }
 
-tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* bytes,
+tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* frame,
                                                              unsigned long length,
                                                              tagIPOD_READ_PARAMS* read,
                                                              int* keep_reading) {
   SetKeepReading(keep_reading, false);
-  FrameBytes current(bytes, static_cast<std::uint32_t>(length));
-  ReceivedFrame frame = ipodcomm::ParseFrame(current);
+  FrameBytes current(frame, static_cast<std::uint32_t>(length));
+  ReceivedFrame parsed = ipodcomm::ParseFrame(current);
   // An ACK of exactly two data bytes is taken as status and command, without an identifier.
-  const bool bare_ack = frame.command == kAck && frame.data_length == 2;
-  if (transaction_id_mode_ != 0 && !bare_ack) ipodcomm::SkipTransactionId(&frame);
+  const bool bare_ack = parsed.command == kAck && parsed.data_length == 2;
+  if (transaction_id_mode_ != 0 && !bare_ack) ipodcomm::SkipTransactionId(&parsed);
 
   tagSERIAL_PACKET merged = {};
-  if (frame.command == kAck && current[5] == kCommandPending) {
+  if (parsed.command == kAck && current[5] == kCommandPending) {
     tagSERIAL_PACKET second = {};
     if (GetNextReadPacket(&second)) {
       if (AwaitPendingData(second)) {
@@ -138,14 +139,14 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* byte
       }
       if (read->expected_command == kAck && FrameBytes(second)[4] == kAck) {
         Overlay(second, &current, &merged);
-        frame.data = current.at(frame.data_position);
+        parsed.data = current.at(parsed.data_position);
       }
     }
   }
 
-  read->received_command = frame.command;
-  if (TakeAnswer(frame, read) || TakeAcceptedAck(frame, read)) return IPOD_COMM_OK;
-  if (frame.command == kAck) return TakeRejectingAck(frame, read, keep_reading);
+  read->received_command = parsed.command;
+  if (TakeAnswer(parsed, read) || TakeAcceptedAck(parsed, read)) return IPOD_COMM_OK;
+  if (parsed.command == kAck) return TakeRejectingAck(parsed, read, keep_reading);
   // Success, though nothing was stored, when silence follows. Prescribed so; callers that care look
   // at what was received.
   SetKeepReading(keep_reading, true);

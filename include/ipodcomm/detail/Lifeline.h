@@ -71,6 +71,7 @@ class OwnLifeline {
  public:
   OwnLifeline() : line_(std::make_shared<Lifeline>()) {}
   OwnLifeline(const OwnLifeline& /*other*/) : OwnLifeline() {}
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assigns nothing
   OwnLifeline& operator=(const OwnLifeline& /*other*/) { return *this; }
   ~OwnLifeline() = default;
 
