@@ -49,6 +49,8 @@ void CIpodComm::TakePlayStatus(const ReceivedFrame& frame) {
   const std::uint32_t number = data.Number32(1);
   const LockScope lock(play_status_lock_);
   play_status_.tick_ms = static_cast<std::uint32_t>(GetTickCount());
+  // A missing type is no type; what is missing of a number reads as 0.
+  if (frame.data_length == 0) return;
   switch (data[0]) {
     case 0x00:  // playback stopped
       play_status_.state = kStopped;

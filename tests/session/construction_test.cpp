@@ -150,14 +150,28 @@ TEST_F(OpenSession, OpeningEmptiesTheQueuesThenOpensThePort) {
 
 TEST_F(OpenSession, OpeningForgetsWhatWasQueued) {
   CIpodCommPeer::Responses(session_).Append(Packet("FF 55 03 00 08 41 B4"));
-  CIpodCommPeer::Notifications(session_).Append(Packet("FF 55 08 04 00 27 07 00 00 00 09 BD"));
   EXPECT_EQ(session_.Open(), 0);
   tagSERIAL_PACKET packet = {};
   EXPECT_EQ(Elapsed([&] { EXPECT_FALSE(session_.GetNextReadPacket(&packet)); }), kSecond);
+}
+
+/// Each thread runs until it waits here, so the host is in front of the notification thread.
+TEST(OpeningAgain, ForgetsNotifications) {
+  test::World world({1, ipodcomm::virtual_platform::CooperativeSchedule()});
+  CIpodComm session;
+  world.Advance(2 * kSecond);
+  EXPECT_EQ(session.Open(), 0);
+  CIpodCommPeer::Notifications(session).Append(Packet("FF 55 08 04 00 27 07 00 00 00 09 BD"));
+  EXPECT_EQ(session.Open(), 0);
+  world.Advance(2 * kSecond);
   tagIPOD_PLAY_STATUS status = {};
-  session_.GetPlayStatus(&status);
-  // The notification thread may have been first.
-  EXPECT_TRUE(status.position == 0 || status.position == 9);
+  session.GetPlayStatus(&status);
+  EXPECT_EQ(status.position, 0U);
+  // Without another Open it would have been taken.
+  CIpodCommPeer::Notifications(session).Append(Packet("FF 55 08 04 00 27 07 00 00 00 09 BD"));
+  world.Settle();
+  session.GetPlayStatus(&status);
+  EXPECT_EQ(status.position, 9U);
 }
 
 TEST_F(OpenSession, OpeningStartsIdentifiersAtZeroAndKeepsTheirMode) {

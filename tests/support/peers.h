@@ -55,4 +55,5 @@ struct CIpodCommPeer {
   static constexpr auto kReturn_AccessoryInfo = &CIpodComm::Return_AccessoryInfo;
   static constexpr auto kReturn_SportsDeviceCaps = &CIpodComm::Return_SportsDeviceCaps;
   static constexpr auto kReturn_SportsDeviceVersion = &CIpodComm::Return_SportsDeviceVersion;
+  static constexpr auto kRoutePacket = &CIpodComm::RoutePacket;
 };

@@ -1,0 +1,382 @@
+// SPDX-License-Identifier: MIT
+// The decoders, called with frames one by one: what the Extended, Display Remote, Storage and
+// Sports ones share, in both header forms and with and without transaction identifiers.
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+
+#include "support/packets.h"
+#include "support/session_test.h"
+
+namespace {
+
+using test::Bytes;
+using test::SessionTest;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using Decoder = tagIPOD_COMM_ERROR (CIpodComm::*)(unsigned char*, unsigned long,
+                                                  tagIPOD_READ_PARAMS*, int*);
+
+struct DecoderRow {
+  const char* name;
+  Decoder decode;
+  Bytes header;        // of the short form, from lingo to command 0x0033; the length comes before
+  Bytes ack_header;    // the same for the ACK
+  Bytes other_header;  // for a command that nobody waits for
+};
+
+struct Decoded {
+  tagIPOD_COMM_ERROR result;
+  int keep_reading;
+};
+
+class Decoding : public SessionTest, public ::testing::WithParamInterface<DecoderRow> {
+ protected:
+  Decoding() {
+    read_.expected_command = 0x0033;
+    SetBuffer(4);
+  }
+  void SetBuffer(std::size_t size) {
+    // One byte more than it says, which must stay as it is.
+    buffer_.assign(size + 1, 0xEE);
+    read_.buffer = buffer_.data();
+    read_.size = static_cast<std::int32_t>(size);
+    read_.stored = 0;
+  }
+  /// Decoders take the frame as it is and do not look at the checksum.
+  static Bytes Short(const Bytes& header, const Bytes& data) {
+    Bytes frame = {0xFF, 0x55, static_cast<std::uint8_t>(header.size() + data.size())};
+    frame.insert(frame.end(), header.begin(), header.end());
+    frame.insert(frame.end(), data.begin(), data.end());
+    frame.push_back(0x99);
+    return frame;
+  }
+  static Bytes Large(const Bytes& header, const Bytes& data) {
+    const std::size_t length = header.size() + data.size();
+    Bytes frame = {0xFF, 0x55, 0x00, static_cast<std::uint8_t>(length >> 8),
+                   static_cast<std::uint8_t>(length)};
+    frame.insert(frame.end(), header.begin(), header.end());
+    frame.insert(frame.end(), data.begin(), data.end());
+    frame.push_back(0x99);
+    return frame;
+  }
+  Decoded Decode(Bytes frame) {
+    int keep_reading = 7;
+    const auto result =
+        (session_.*GetParam().decode)(frame.data(), frame.size(), &read_, &keep_reading);
+    return {result, keep_reading};
+  }
+  void ExpectTaken(const Bytes& frame, const char* data) {
+    const Decoded decoded = Decode(frame);
+    EXPECT_EQ(decoded.result, IPOD_COMM_OK);
+    EXPECT_EQ(decoded.keep_reading, 0);
+    EXPECT_EQ(test::ToHex(buffer_.data(), read_.stored), data);
+  }
+
+  tagIPOD_READ_PARAMS read_ = {};
+  Bytes buffer_;
+};
+
+TEST_P(Decoding, AnswersOfEveryLengthFillBuffersOfEverySize) {
+  const std::size_t longest = 255 - GetParam().header.size();
+  Bytes all(longest, 0);
+  std::iota(all.begin(), all.end(), std::uint8_t{1});
+  for (std::size_t length = 0; length <= longest; ++length) {
+    const Bytes data(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(length));
+    for (const std::size_t size :
+         {std::size_t{0}, std::size_t{1}, std::size_t{4}, length, length + 1, std::size_t{300}}) {
+      for (const Bytes& frame : {Short(GetParam().header, data), Large(GetParam().header, data)}) {
+        SetBuffer(size);
+        const Decoded decoded = Decode(frame);
+        const std::size_t taken = std::min(length, size);
+        ASSERT_EQ(decoded.result, IPOD_COMM_OK);
+        ASSERT_EQ(decoded.keep_reading, 0);
+        ASSERT_EQ(read_.stored, taken);
+        ASSERT_EQ(static_cast<std::size_t>(read_.size), taken);
+        ASSERT_TRUE(std::equal(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(taken),
+                               buffer_.begin()));
+        ASSERT_TRUE(std::all_of(buffer_.begin() + static_cast<std::ptrdiff_t>(taken), buffer_.end(),
+                                [](std::uint8_t byte) { return byte == 0xEE; }));
+      }
+    }
+  }
+}
+
+TEST_P(Decoding, LargeAnswersOfUpToAThousandBytesAreTaken) {
+  for (const std::size_t length : {254U, 255U, 256U, 257U, 511U, 512U, 1000U, 1010U}) {
+    SetBuffer(1024);
+    Decode(Large(GetParam().header, Bytes(length, 0x3C)));
+    EXPECT_EQ(read_.stored, length);
+    EXPECT_EQ(buffer_[length - 1], 0x3C);
+    EXPECT_EQ(buffer_[length], 0xEE);
+  }
+}
+
+TEST_P(Decoding, NegativeSizeTakesNothing) {
+  read_.size = -1;
+  Decode(Short(GetParam().header, {1, 2}));
+  EXPECT_EQ(read_.stored, 0U);
+  EXPECT_EQ(read_.size, 0);
+  EXPECT_EQ(buffer_[0], 0xEE);
+}
+
+TEST_P(Decoding, KeepReadingFlagMayBeNull) {
+  Bytes frame = Short(GetParam().header, {1, 2});
+  EXPECT_EQ((session_.*GetParam().decode)(frame.data(), frame.size(), &read_, nullptr),
+            IPOD_COMM_OK);
+  frame = Short(GetParam().other_header, {1, 2});
+  (session_.*GetParam().decode)(frame.data(), frame.size(), &read_, nullptr);
+  frame = Short(GetParam().ack_header, {1, 2});
+  (session_.*GetParam().decode)(frame.data(), frame.size(), &read_, nullptr);
+  EXPECT_EQ(read_.received_command, 0x02);
+}
+
+TEST_P(Decoding, ReceivedCommandIsRecordedInEveryCase) {
+  Decode(Short(GetParam().header, {}));
+  EXPECT_EQ(read_.received_command, 0x33);
+  Decode(Short(GetParam().ack_header, {0, 0}));
+  EXPECT_EQ(read_.received_command, 0x02);
+  Decode(Short(GetParam().other_header, {}));
+  EXPECT_EQ(read_.received_command, 0x34);
+}
+
+TEST_P(Decoding, WithoutIdentifiersDataStayWhatTheyAre) {
+  CIpodCommPeer::OwnTransactionId(session_) = 6;
+  ExpectTaken(Short(GetParam().header, {0, 5, 9}), "00 05 09");
+}
+
+TEST_P(Decoding, AcceptedAckIsKeptAsFarAsTheSizeSays) {
+  struct {
+    std::int32_t size;
+    unsigned char kept[2];
+  } const rows[] = {{2, {0x04, 0x5A}}, {1, {0x04, 0xCC}}, {0, {0xCC, 0xCC}}, {3, {0xCC, 0xCC}}};
+  read_.accept_ack = 1;
+  for (const auto& row : rows) {
+    for (const Bytes& frame :
+         {Short(GetParam().ack_header, {0x04, 0x5A}), Large(GetParam().ack_header, {0x04, 0x5A})}) {
+      read_.size = row.size;
+      read_.ack = 0xCCCC;
+      read_.ack_received = 0;
+      const Decoded decoded = Decode(frame);
+      EXPECT_EQ(decoded.result, IPOD_COMM_OK) << row.size;
+      EXPECT_EQ(decoded.keep_reading, 0) << row.size;
+      EXPECT_EQ(read_.ack_received, 1) << row.size;
+      unsigned char ack[2] = {};
+      std::memcpy(ack, &read_.ack, 2);
+      EXPECT_THAT(ack, ElementsAre(row.kept[0], row.kept[1])) << row.size;
+      EXPECT_EQ(read_.size, row.size);
+      EXPECT_EQ(read_.stored, 0U);
+    }
+  }
+}
+
+TEST_P(Decoding, ExpectedAckIsAnAnswerEvenWhereAcksAreAccepted) {
+  read_.expected_command = 0x0002;
+  read_.accept_ack = 1;
+  ExpectTaken(Short(GetParam().ack_header, {0x04, 0x5A, 0x01}), "04 5A 01");
+  EXPECT_EQ(read_.ack_received, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Decoding,
+                         ::testing::Values(DecoderRow{"General",
+                                                      &CIpodComm::ProcessLingoGeneralReadCommand,
+                                                      {0x00, 0x33},
+                                                      {0x00, 0x02},
+                                                      {0x00, 0x34}},
+                                           DecoderRow{
+                                               "DisplayRemote",
+                                               &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
+                                               {0x03, 0x33},
+                                               {0x03, 0x02},
+                                               {0x03, 0x34}},
+                                           DecoderRow{"Extended",
+                                                      &CIpodComm::ProcessLingoExtendedReadCommand,
+                                                      {0x04, 0x00, 0x33},
+                                                      {0x04, 0x00, 0x02},
+                                                      {0x04, 0x00, 0x34}},
+                                           DecoderRow{"Sports",
+                                                      &CIpodComm::ProcessLingoSportsReadCommand,
+                                                      {0x09, 0x33},
+                                                      {0x09, 0x02},
+                                                      {0x09, 0x34}},
+                                           DecoderRow{"Storage",
+                                                      &CIpodComm::ProcessLingoStorageReadCommand,
+                                                      {0x0C, 0x33},
+                                                      {0x0C, 0x02},
+                                                      {0x0C, 0x34}}),
+                         test::RowName());
+
+/// All but the General decoder.
+class OrdinaryDecoding : public Decoding {};
+
+TEST_P(OrdinaryDecoding, EverythingElseIsUnexpected) {
+  for (const Bytes& header : {GetParam().other_header, GetParam().ack_header}) {
+    for (const Bytes& frame : {Short(header, {1, 2}), Large(header, {1, 2})}) {
+      const Decoded decoded = Decode(frame);
+      EXPECT_EQ(decoded.result, IPOD_COMM_UNEXPECTED);
+      EXPECT_EQ(decoded.keep_reading, 1);
+      EXPECT_EQ(read_.ack_received, 0);
+      EXPECT_EQ(read_.stored, 0U);
+      EXPECT_EQ(read_.size, 4);
+      EXPECT_EQ(buffer_[0], 0xEE);
+    }
+  }
+}
+
+TEST_P(OrdinaryDecoding, EchoedIdentifierIsSkipped) {
+  TurnOnTransactionIds(0x1235);
+  ExpectTaken(Short(GetParam().header, {0x12, 0x34, 0x07}), "07");
+  SetBuffer(4);
+  ExpectTaken(Large(GetParam().header, {0x12, 0x34, 0x07}), "07");
+  SetBuffer(4);
+  ExpectTaken(Short(GetParam().header, {0x12, 0x34}), "");
+}
+
+TEST_P(OrdinaryDecoding, AnotherIdentifierStaysInTheData) {
+  TurnOnTransactionIds(0x1235);
+  ExpectTaken(Short(GetParam().header, {0x12, 0x35, 0x07}), "12 35 07");
+  SetBuffer(4);
+  ExpectTaken(Short(GetParam().header, {0x12, 0x33, 0x07}), "12 33 07");
+  SetBuffer(4);
+  ExpectTaken(Large(GetParam().header, {0x34, 0x12, 0x07}), "34 12 07");
+  SetBuffer(4);
+  ExpectTaken(Short(GetParam().header, {0x12}), "12");
+}
+
+TEST_P(OrdinaryDecoding, LargestIdentifierIsEchoedBeforeOwnIdentifierZero) {
+  TurnOnTransactionIds(0x0000);
+  ExpectTaken(Short(GetParam().header, {0xFF, 0xFF, 0x07}), "07");
+}
+
+TEST_P(OrdinaryDecoding, IdentifierInFrontOfAnAcceptedAckIsSkipped) {
+  TurnOnTransactionIds(0x1235);
+  read_.accept_ack = 1;
+  read_.size = 2;
+  Decode(Short(GetParam().ack_header, {0x12, 0x34, 0x04, 0x5A}));
+  unsigned char ack[2] = {};
+  std::memcpy(ack, &read_.ack, 2);
+  EXPECT_THAT(ack, ElementsAre(0x04, 0x5A));
+}
+
+TEST_P(OrdinaryDecoding, CutAckReadsAsZero) {
+  read_.accept_ack = 1;
+  read_.size = 2;
+  read_.ack = 0xCCCC;
+  EXPECT_EQ(Decode(Short(GetParam().ack_header, {})).result, IPOD_COMM_OK);
+  EXPECT_EQ(read_.ack, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, OrdinaryDecoding,
+    ::testing::Values(DecoderRow{"DisplayRemote",
+                                 &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
+                                 {0x03, 0x33},
+                                 {0x03, 0x02},
+                                 {0x03, 0x34}},
+                      DecoderRow{"Extended",
+                                 &CIpodComm::ProcessLingoExtendedReadCommand,
+                                 {0x04, 0x00, 0x33},
+                                 {0x04, 0x00, 0x02},
+                                 {0x04, 0x00, 0x34}},
+                      DecoderRow{"Sports",
+                                 &CIpodComm::ProcessLingoSportsReadCommand,
+                                 {0x09, 0x33},
+                                 {0x09, 0x02},
+                                 {0x09, 0x34}},
+                      DecoderRow{"Storage",
+                                 &CIpodComm::ProcessLingoStorageReadCommand,
+                                 {0x0C, 0x33},
+                                 {0x0C, 0x02},
+                                 {0x0C, 0x34}}),
+    test::RowName());
+
+class ExtendedDecoding : public SessionTest {
+ protected:
+  tagIPOD_COMM_ERROR Decode(const char* text) {
+    Bytes frame = test::Hex(text);
+    return session_.ProcessLingoExtendedReadCommand(frame.data(), frame.size(), &read_, nullptr);
+  }
+  tagIPOD_READ_PARAMS read_ = {};
+};
+
+TEST_F(ExtendedDecoding, ComparesAllSixteenBitsOfTheCommand) {
+  read_.expected_command = 0x0133;
+  EXPECT_EQ(Decode("FF 55 03 04 00 33 C6"), IPOD_COMM_UNEXPECTED);
+  EXPECT_EQ(read_.received_command, 0x0033);
+  EXPECT_EQ(Decode("FF 55 03 04 01 33 C5"), IPOD_COMM_OK);
+}
+
+TEST_F(ExtendedDecoding, TakesCommandTwoOnlyForAnAck) {
+  read_.expected_command = 0x0033;
+  read_.accept_ack = 1;
+  EXPECT_EQ(Decode("FF 55 05 04 01 02 00 00 F4"), IPOD_COMM_UNEXPECTED);
+  EXPECT_EQ(Decode("FF 55 05 04 02 00 00 00 F5"), IPOD_COMM_UNEXPECTED);
+  EXPECT_EQ(Decode("FF 55 06 04 00 01 00 00 33 C2"), IPOD_COMM_UNEXPECTED);
+  EXPECT_EQ(read_.ack_received, 0);
+  EXPECT_EQ(Decode("FF 55 05 04 00 02 00 00 F5"), IPOD_COMM_OK);
+  EXPECT_EQ(read_.ack_received, 1);
+}
+
+class SportsDecoding : public SessionTest {
+ protected:
+  tagIPOD_COMM_ERROR Decode(const char* text) {
+    Bytes frame = test::Hex(text);
+    return session_.ProcessLingoSportsReadCommand(frame.data(), frame.size(), &read_, &keep_);
+  }
+  tagIPOD_READ_PARAMS read_ = {};
+  int keep_ = 7;
+};
+
+TEST_F(SportsDecoding, CapabilityRequestIsServedAndTheWaitGoesOn) {
+  read_.expected_command = 0x84;
+  EXPECT_EQ(Decode("FF 55 02 09 03 F2"), IPOD_COMM_NO_ANSWER);
+  EXPECT_EQ(keep_, 1);
+  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_EQ(Decode("FF 55 00 00 02 09 03 F2"), IPOD_COMM_NO_ANSWER);
+  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+}
+
+TEST_F(SportsDecoding, VersionRequestIsServedAndTheWaitGoesOn) {
+  read_.expected_command = 0x84;
+  EXPECT_EQ(Decode("FF 55 02 09 01 F4"), IPOD_COMM_NO_ANSWER);
+  EXPECT_EQ(keep_, 1);
+  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
+}
+
+TEST_F(SportsDecoding, ServesUnderIdentifiersToo) {
+  TurnOnTransactionIds(0x1234);
+  CIpodCommPeer::IpodTransactionIds(session_)[9] = 0xABCD;
+  read_.expected_command = 0x84;
+  Decode("FF 55 04 09 03 00 07 E9");
+  Decode("FF 55 04 09 01 00 08 EA");
+  EXPECT_THAT(TakeSent(),
+              ElementsAre("FF 55 07 09 04 AB CD 02 00 00 72", "FF 55 06 09 02 12 35 01 01 A6"));
+}
+
+TEST_F(SportsDecoding, ServedRequestThatCannotBeAnsweredLooksTheSame) {
+  session_.Close();
+  read_.expected_command = 0x84;
+  EXPECT_EQ(Decode("FF 55 02 09 03 F2"), IPOD_COMM_NO_ANSWER);
+  EXPECT_EQ(keep_, 1);
+}
+
+TEST_F(SportsDecoding, AwaitedCommandIsAnAnswerNotARequest) {
+  read_.expected_command = 0x01;
+  EXPECT_EQ(Decode("FF 55 02 09 01 F4"), IPOD_COMM_OK);
+  EXPECT_EQ(keep_, 0);
+  EXPECT_THAT(TakeSent(), IsEmpty());
+}
+
+TEST_F(SportsDecoding, NoOtherCommandIsServed) {
+  read_.expected_command = 0x100;
+  for (int command = 0; command < 256; ++command) {
+    if (command == 0x01 || command == 0x03) continue;
+    unsigned char frame[] = {0xFF, 0x55, 0x02, 0x09, static_cast<unsigned char>(command), 0x00};
+    EXPECT_EQ(session_.ProcessLingoSportsReadCommand(frame, sizeof frame, &read_, &keep_),
+              IPOD_COMM_UNEXPECTED);
+  }
+  EXPECT_THAT(TakeSent(), IsEmpty());
+}
+
+}  // namespace
