@@ -2,9 +2,9 @@
 // What every thread carries: a place to block, and whether it is being ended.
 #pragma once
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <cstdint>
 #include <optional>
 
 #include "platform/services.h"
@@ -47,13 +47,16 @@ class ThreadState {
   DWORD requested_exit_code() const { return exit_code_; }
 
  private:
+  bool IsToEnd(std::uint32_t flags) const { return (flags & kEnding) != 0 && locks_held_ == 0; }
+  void Raise(std::uint32_t flag);
+
+  static constexpr std::uint32_t kUnparked = 1;
+  static constexpr std::uint32_t kEnding = 2;
+
   const DWORD id_;
   int locks_held_ = 0;
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool unparked_ = false;
-  bool ending_ = false;
-  DWORD exit_code_ = 0;
+  std::atomic<std::uint32_t> flags_{0};  // the thread blocks on this word
+  std::atomic<DWORD> exit_code_{0};
 };
 
 /// The calling thread's state. Threads that the platform did not start get one at their first call.
