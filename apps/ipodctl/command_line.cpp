@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The command line: its commands, options and help, and the sentences for wrong arguments.
 #include <CLI/CLI.hpp>
+#include <cctype>
 #include <memory>
 
 #include "categories.h"
@@ -74,8 +75,9 @@ void CommandLineParser::AddGlobalOptions() {
   simulated_option_ =
       app_.add_flag("--simulated{nano}", simulated_, "Use a simulated iPod (see below)")
           ->option_text("[=PROFILE]");
-  seed_option_ =
-      app_.add_option("--seed", simulation_.seed, "Its media library, by number")->option_text("N");
+  seed_option_ = app_.add_option("--seed", simulation_.seed, "Its media library, by number")
+                     ->check(CLI::NonNegativeNumber)
+                     ->option_text("N");
   library_option_ =
       app_.add_option("--library", simulation_.library_file, "Its media library, from a JSON file")
           ->option_text("FILE");
@@ -120,8 +122,11 @@ void CommandLineParser::AddLookingCommands() {
                                 "[CATEGORY [NAME...]] [OPTIONS]", kBrowseFooter);
   browse->add_option("PATH", options_.path);
   browse->add_option("--from", options_.from, "First record to list, counted from 0")
+      ->check(CLI::NonNegativeNumber)
       ->option_text("N");
-  browse->add_option("--count", options_.count, "How many records to list")->option_text("N");
+  browse->add_option("--count", options_.count, "How many records to list")
+      ->check(CLI::NonNegativeNumber)
+      ->option_text("N");
   AddHierarchy(browse, &options_);
   browse->add_option("--category", options_.category, "List this category inside the last NAME")
       ->option_text("CATEGORY");
@@ -193,7 +198,8 @@ void CommandLineParser::AddPreferences() {
 
 CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) {
   const auto refuse = [this](std::string sentence) {
-    if (sentence.size() > 1 && sentence[1] != ' ') {
+    const bool starts_with_word = sentence.size() > 1 && std::islower(sentence[1]) != 0;
+    if (starts_with_word) {
       sentence.front() = static_cast<char>(std::tolower(sentence.front()));
     }
     return CommandLine{{}, sentence + "; see " + HelpHint(), kUsage};

@@ -127,7 +127,8 @@ void ShowNowPlaying(Output& output, const NowPlaying& now) {
   }
   std::string state = StateName(now.state);
   state.front() = static_cast<char>(state.front() - 'a' + 'A');
-  output.Line(Padded(state, 7) + "  " + output.Bold(Printable(now.title)) + (now.video ? "  (video)" : ""));
+  output.Line(Padded(state, 7) + "  " + output.Bold(Printable(now.title)) +
+              (now.video ? "  (video)" : ""));
   if (!Origin(now).empty()) output.Line("         " + Origin(now));
   output.Line("         " + Progress(now) + ", track " + std::to_string(*now.index + 1) +
               " of the list");

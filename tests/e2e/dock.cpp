@@ -65,9 +65,13 @@ Dock::Dock(ipodsim::Settings settings) : server_(std::move(settings)) {
   EXPECT_TRUE(server_.Start()) << server_.error();
 }
 
-Ended Dock::Ipodctl(std::vector<std::string> arguments) const {
+Ended Dock::Ipodctl(const std::vector<std::string>& arguments) const {
+  return Start(arguments)->Wait();
+}
+
+std::unique_ptr<Process> Dock::Start(std::vector<std::string> arguments) const {
   arguments.insert(arguments.begin(), {"--port", device()});
-  return ::Ipodctl(arguments);
+  return std::make_unique<Process>(IPODCTL_PROGRAM, arguments);
 }
 
 ipodsim::PlayerState Dock::state() const {

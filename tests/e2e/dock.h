@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -44,7 +45,9 @@ class Dock {
   const ipodsim::PtyServer& server() const { return server_; }
 
   /// Runs ipodctl on this dock.
-  Ended Ipodctl(std::vector<std::string> arguments) const;
+  Ended Ipodctl(const std::vector<std::string>& arguments) const;
+  /// Starts ipodctl on this dock: most of a run is waiting, so that tests run several at once.
+  std::unique_ptr<Process> Start(std::vector<std::string> arguments) const;
 
   ipodsim::PlayerState state() const;
   /// Title of the loaded track; empty when there is none.

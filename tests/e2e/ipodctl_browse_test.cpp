@@ -15,8 +15,10 @@ using ::testing::Not;
 
 namespace {
 
-TEST(IpodctlInfo, TellsWhoIsInTheDock) {
+TEST(IpodctlInfo, TellsPeopleAndMachinesWhoIsInTheDock) {
   const Dock dock;
+  const Dock machines_dock;
+  const auto for_machines = machines_dock.Start({"info", "--json"});
   const Ended ended = dock.Ipodctl({"info"});
   EXPECT_EQ(ended.status, 0) << ended.err;
   EXPECT_THAT(ended.out, HasSubstr("Zoë's iPod on " + dock.device() + "\n"));
@@ -26,13 +28,10 @@ TEST(IpodctlInfo, TellsWhoIsInTheDock) {
   EXPECT_THAT(ended.out, HasSubstr("  Extended Interface  1.14\n"));
   EXPECT_EQ(ended.err, "");
   EXPECT_EQ(dock.mistakes(), "");
-}
 
-TEST(IpodctlInfo, GivesMachinesOneObject) {
-  const Dock dock;
-  const Ended ended = dock.Ipodctl({"info", "--json"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  const json info = json::parse(ended.out);
+  const Ended machines = for_machines->Wait();
+  EXPECT_EQ(machines.status, 0) << machines.err;
+  const json info = json::parse(machines.out);
   EXPECT_EQ(info.at("name"), "Zoë's iPod");
   EXPECT_EQ(info.at("model"), "MB598LL");
   EXPECT_EQ(info.at("model_id"), 0x00140000);
@@ -96,63 +95,60 @@ TEST(IpodctlBrowse, ShowsNamesInEveryScript) {
             json({{{"index", 0}, {"name", "橋"}}, {{"index", 1}, {"name", "歩く 🎧"}}}));
 }
 
-TEST(IpodctlBrowse, ListsARange) {
-  const Dock dock;
-  const Ended ended = dock.Ipodctl({"browse", "tracks", "--from", "5", "--count", "9", "--json"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  const json list = json::parse(ended.out);
+TEST(IpodctlBrowse, ListsARangeAnotherCategoryOrAnotherHierarchy) {
+  const Dock range_dock;
+  const auto range =
+      range_dock.Start({"browse", "tracks", "--from", "5", "--count", "9", "--json"});
+  const Dock category_dock;
+  const auto category =
+      category_dock.Start({"browse", "genres", "Rock", "--category", "tracks", "--json"});
+  const Dock video_dock;
+  const auto video = video_dock.Start({"browse", "tracks", "--hierarchy", "video"});
+
+  const json list = json::parse(range->Wait().out);
   EXPECT_EQ(list.at("total"), 7);
   EXPECT_EQ(list.at("from"), 5);
   ASSERT_EQ(list.at("records").size(), 2U);
   EXPECT_EQ(list.at("records")[0].at("index"), 5);
+  EXPECT_EQ(json::parse(category->Wait().out).at("total"), 4);
+  EXPECT_EQ(video->Wait().out, "tracks (1)\n  0  Moving Pictures\n");
+  EXPECT_EQ(range_dock.mistakes() + category_dock.mistakes() + video_dock.mistakes(), "");
 }
 
-TEST(IpodctlBrowse, ListsAnotherCategoryInsideARecord) {
+TEST(IpodctlBrowse, SaysWhatToDoAboutRecordsThatAreNotThere) {
   const Dock dock;
-  const Ended ended = dock.Ipodctl({"browse", "genres", "Rock", "--category", "tracks", "--json"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  EXPECT_EQ(json::parse(ended.out).at("total"), 4);
-}
-
-TEST(IpodctlBrowse, ListsTheVideoHierarchy) {
-  const Dock dock;
-  const Ended ended = dock.Ipodctl({"browse", "tracks", "--hierarchy", "video"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  EXPECT_EQ(ended.out, "tracks (1)\n  0  Moving Pictures\n");
-}
-
-TEST(IpodctlBrowse, SaysWhatToDoAboutAnUnknownName) {
-  const Dock dock;
+  const Dock number_dock;
+  const auto by_number = number_dock.Start({"browse", "artists", "@3"});
   const Ended ended = dock.Ipodctl({"browse", "artists", "Nobody"});
   EXPECT_EQ(ended.status, 1);
   EXPECT_EQ(ended.out, "");
   EXPECT_EQ(ended.err,
             "ipodctl: there is no artist 'Nobody' here; 'ipodctl browse' lists what there is.\n");
+  const Ended number = by_number->Wait();
+  EXPECT_EQ(number.status, 1);
+  EXPECT_EQ(number.err, "ipodctl: there is no artist @3 here, only 3 records counted from @0.\n");
+  EXPECT_EQ(dock.mistakes() + number_dock.mistakes(), "");
 }
 
-TEST(IpodctlBrowse, NamesTheCandidatesOfAnAmbiguousName) {
+TEST(IpodctlBrowse, TakesAPartOfANameUnlessItIsAmbiguous) {
   const Dock dock;
-  const Ended ended = dock.Ipodctl({"play", "tracks", "Bri"});  // part of 'Bridges' alone
+  const Dock ambiguous_dock;
+  const auto ambiguous = ambiguous_dock.Start({"browse", "artists", "The Hum", "a"});
+  const Ended ended = dock.Ipodctl({"play", "tracks", "Bri"});
   EXPECT_EQ(ended.status, 0) << ended.err;
   EXPECT_EQ(dock.title(), "Bridges");
-  const Ended ambiguous = dock.Ipodctl({"browse", "artists", "The Hum", "a"});
-  EXPECT_EQ(ambiguous.status, 1);
+  const Ended refused = ambiguous->Wait();
+  EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(
-      ambiguous.err,
+      refused.err,
       "ipodctl: 'a' could be any of 2 albums: 'Spans' (@0), 'Water' (@1); name one in full or "
       "by its number.\n");
 }
 
-TEST(IpodctlBrowse, RefusesARecordNumberBeyondTheList) {
-  const Dock dock;
-  const Ended ended = dock.Ipodctl({"browse", "artists", "@3"});
-  EXPECT_EQ(ended.status, 1);
-  EXPECT_EQ(ended.err, "ipodctl: there is no artist @3 here, only 3 records counted from @0.\n");
-  EXPECT_EQ(dock.mistakes(), "");
-}
-
 TEST(IpodctlBrowse, ShowsProgressOnATerminalOnly) {
   const Dock dock;
+  const Dock piped_dock;
+  const auto piped = piped_dock.Start({"browse", "artists"});
   Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "browse", "artists"},
                       Process::ErrorStream::kTerminal);
   const Ended seen = on_terminal.Wait();
@@ -161,9 +157,9 @@ TEST(IpodctlBrowse, ShowsProgressOnATerminalOnly) {
   EXPECT_THAT(seen.err, HasSubstr("█"));
   EXPECT_THAT(seen.err, HasSubstr("3/3"));
   EXPECT_THAT(seen.out, Not(HasSubstr("\r")));
-  const Ended piped = dock.Ipodctl({"browse", "artists"});
-  EXPECT_EQ(piped.err, "");
-  EXPECT_EQ(piped.out, seen.out);
+  const Ended plain = piped->Wait();
+  EXPECT_EQ(plain.err, "");
+  EXPECT_EQ(plain.out, seen.out);
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ TEST(IpodctlUsage, RefusesWrongArguments) {
   ExpectRefused(Ipodctl({"--seed", "4", "info"}), 64, "needs --simulated");
   ExpectRefused(Ipodctl({"--library", "x.json", "info"}), 64, "needs --simulated");
   ExpectRefused(Ipodctl({"--simulated=shuffle", "info"}), 64, "only nano, classic, old, nosports");
-  ExpectRefused(Ipodctl({"--port=", "info"}), 64, "--port");
+  ExpectRefused(Ipodctl({"--port", "", "info"}), 64, "--port");
 }
 
 TEST(IpodctlUsage, HelpsWithEveryCommand) {
@@ -91,13 +91,17 @@ TEST(IpodctlPort, RefusesWhatIsNoSerialLine) {
                 "cannot open /dev/null: it does not work as a serial line");
 }
 
-TEST(IpodctlPort, RefusesADeviceThatIsInUse) {
+TEST(IpodctlPort, RefusesADeviceInUseUntilCtrlCReleasesIt) {
   const Dock dock;
-  Process owner(IPODCTL_PROGRAM, {"--port", dock.device(), "now", "--follow"});
-  ASSERT_TRUE(owner.WaitForOutput("Stopped\n"));
+  const auto owner = dock.Start({"now", "--follow"});
+  ASSERT_TRUE(owner->WaitForOutput("Stopped\n"));
   ExpectRefused(dock.Ipodctl({"info"}), 2, "cannot open " + dock.device() + ": it is in use");
-  owner.Signal(SIGINT);
-  EXPECT_EQ(owner.Wait().status, 0);
+  owner->Signal(SIGINT);
+  const Ended ended = owner->Wait();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.out, "Stopped\n");
+  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(dock.Ipodctl({"now"}).status, 0);
   EXPECT_EQ(dock.mistakes(), "");
 }
 
@@ -119,35 +123,31 @@ TEST(IpodctlLibrary, PutsTheFilesMediaOnTheSimulatedIpod) {
   EXPECT_EQ(json::parse(ended.out).at("total"), 3);
 }
 
-TEST(IpodctlProfiles, AnIpodWithoutTokensIsIdentifiedTheOlderWay) {
-  const Dock dock(SettingsOf(Profile::kClassic));
-  const Ended ended = dock.Ipodctl({"info", "--json"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  EXPECT_EQ(json::parse(ended.out).at("identified_by"), "lingoes");
-  EXPECT_EQ(json::parse(ended.out).at("model"), "MB029LL");
-  EXPECT_EQ(dock.mistakes(), "");
-}
+TEST(IpodctlProfiles, EachIpodIsTakenForWhatItIs) {
+  const Dock classic_dock(SettingsOf(Profile::kClassic));
+  const auto classic = classic_dock.Start({"info", "--json"});
+  Process without_sports(IPODCTL_PROGRAM, {"--simulated=nosports", "info"});
+  Process old(IPODCTL_PROGRAM, {"--simulated=old", "info"});
+  Process old_tour(IPODCTL_PROGRAM, {"tour", "--simulated=old"});
+  Process silent(IPODCTL_PROGRAM, {"--simulated=silent", "info"});
 
-TEST(IpodctlProfiles, AnIpodWithoutSportsSaysSo) {
-  const Ended ended = Ipodctl({"--simulated=nosports", "info"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  EXPECT_THAT(ended.out, HasSubstr("  Workouts            not supported\n"));
-  EXPECT_THAT(ended.out, HasSubstr("  Storage             not supported\n"));
-}
+  const Ended older_way = classic->Wait();
+  EXPECT_EQ(older_way.status, 0) << older_way.err;
+  EXPECT_EQ(json::parse(older_way.out).at("identified_by"), "lingoes");
+  EXPECT_EQ(json::parse(older_way.out).at("model"), "MB029LL");
+  EXPECT_EQ(classic_dock.mistakes(), "");
 
-TEST(IpodctlProfiles, AnOldIpodIsRefused) {
-  ExpectRefused(Ipodctl({"--simulated=old", "info"}), 4, "too old");
-}
+  const Ended no_sports = without_sports.Wait();
+  EXPECT_EQ(no_sports.status, 0) << no_sports.err;
+  EXPECT_THAT(no_sports.out, HasSubstr("  Workouts            not supported\n"));
+  EXPECT_THAT(no_sports.out, HasSubstr("  Storage             not supported\n"));
 
-TEST(IpodctlProfiles, ASilentIpodCountsAsNothingDocked) {
-  ExpectRefused(Ipodctl({"--simulated=silent", "info"}), 3, "no iPod answers on /dev/pts/");
-}
-
-TEST(IpodctlProfiles, ATourOfAnOldIpodFailsAndStillCountsMistakes) {
-  const Ended ended = Ipodctl({"tour", "--simulated=old"});
-  EXPECT_EQ(ended.status, 4);
-  EXPECT_THAT(ended.out, HasSubstr("Protocol mistakes seen by the simulated iPod: 0\n"));
-  EXPECT_THAT(ended.err, HasSubstr("too old"));
+  ExpectRefused(old.Wait(), 4, "too old");
+  const Ended tour = old_tour.Wait();
+  EXPECT_EQ(tour.status, 4);
+  EXPECT_THAT(tour.out, HasSubstr("Protocol mistakes seen by the simulated iPod: 0\n"));
+  EXPECT_THAT(tour.err, HasSubstr("too old"));
+  ExpectRefused(silent.Wait(), 3, "no iPod answers on /dev/pts/");
 }
 
 TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {

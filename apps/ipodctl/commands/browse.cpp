@@ -30,10 +30,9 @@ void ShowOverview(const Context& context, Session& session) {
 }
 
 std::string Heading(const LibraryWalk& walk, const std::vector<std::string>& path) {
-  std::string heading = CategoryByCode(walk.category()).name;
-  heading += " (" + std::to_string(walk.count()) + ")";
-  for (std::size_t i = 1; i < path.size(); ++i) heading = Printable(path[i]) + " > " + heading;
-  return heading;
+  std::string heading;
+  for (std::size_t i = 1; i < path.size(); ++i) heading += Printable(path[i]) + " > ";
+  return heading + CategoryByCode(walk.category()).name + " (" + std::to_string(walk.count()) + ")";
 }
 
 void ShowRecords(const Context& context, Session& session, const LibraryWalk& walk) {
