@@ -29,6 +29,8 @@ class IdentificationSequence {
   tagIPOD_IDENTIFY_RESULT result() const { return result_; }
 
  private:
+  friend struct IdentificationSequencePeer;  // the tests' look inside
+
   /// How a phase ended.
   enum class Outcome {
     kDone,       // as hoped: the sequence goes on with the next phase of its branch
