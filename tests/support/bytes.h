@@ -18,8 +18,8 @@ Bytes Hex(std::string_view text);
 std::string ToHex(const std::uint8_t* bytes, std::size_t count);
 inline std::string ToHex(const Bytes& bytes) { return ToHex(bytes.data(), bytes.size()); }
 
-/// Parts what was sent into frames, each as text. A lone sync byte in front of a frame, as the wake-up
-/// is, stands for itself.
+/// Parts what was sent into frames, each as text. A lone sync byte in front of a frame, as the
+/// wake-up is, stands for itself.
 std::vector<std::string> Frames(const Bytes& sent);
 
 }  // namespace test
