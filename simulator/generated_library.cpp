@@ -181,7 +181,7 @@ class Maker {
       track.length_ms = Length(140, 200);
       track.title = std::to_string(i) + ".";
       const Tongue& tongue = Tongues()[static_cast<std::size_t>(i) * 3 % Tongues().size()];
-      while (track.title.size() < static_cast<std::size_t>(100 * i)) {
+      while (track.title.size() < 100 * static_cast<std::size_t>(i)) {
         track.title += std::string(" ") + Pick(tongue.words);
       }
       library_.tracks.push_back(track);

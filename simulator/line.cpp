@@ -42,8 +42,8 @@ void Line::Send(const Bytes& wire, Microseconds at) {
   Damage(&damaged);
   if (damaged.size() > 1 && dice_->Strikes(Fault::kLateBytes)) {
     Random& random = dice_->Choices(Fault::kLateBytes);
-    const auto cut = static_cast<std::ptrdiff_t>(
-        1 + random.Below(static_cast<std::uint32_t>(damaged.size() - 1)));
+    const std::uint32_t last = static_cast<std::uint32_t>(damaged.size() - 1);
+    const auto cut = 1 + static_cast<std::ptrdiff_t>(random.Below(last));
     Append({damaged.begin(), damaged.begin() + cut}, at);
     const Microseconds pause = (20 + random.Below(1480)) * kMillisecond;
     Append({damaged.begin() + cut, damaged.end()}, std::max(at, busy_until_) + pause);

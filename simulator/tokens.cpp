@@ -38,9 +38,8 @@ std::string InformationProblem(const Token& token) {
     case 0x09:
       return Sized(token, 3);
     case 0x0B:
-      return Sized(token, 5);
     case 0x0C:
-      // Four certification bytes, of which accessories in the field set three.
+      // 0x0C: four certification bytes, of which accessories in the field set three.
       return Sized(token, 5);
     default:
       return "information token of unknown type " + std::to_string(type);

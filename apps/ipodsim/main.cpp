@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int kMistakesMade = 1;
 constexpr int kUsage = 64;         // the command line
+constexpr int kBroken = 70;        // a fault of the program's own, or no memory
 constexpr int kNoInput = 66;       // the library file
 constexpr int kCannotCreate = 73;  // the terminal or the link
 
@@ -47,6 +49,14 @@ std::string FaultList() {
 
 std::string Footer() {
   return "Profiles:\n" + ProfileList() + "\nFaults:\n" + FaultList() +
+         "\nLibrary file, of which only tracks and their titles are required:\n"
+         "  {\"name\": \"My iPod\",\n"
+         "   \"tracks\": [{\"title\": \"Bridges\", \"artist\": \"The Hum\", \"album\": \"Spans\",\n"
+         "               \"genre\": \"Rock\", \"composer\": \"A. Beam\", \"lyrics\": \"...\",\n"
+         "               \"length_ms\": 215000, \"number\": 1, \"kind\": \"music\"}],\n"
+         "   \"playlists\": [{\"name\": \"Runs\", \"tracks\": [0]},\n"
+         "                 {\"name\": \"Folder\", \"playlists\": [...]}]}\n"
+         "  A kind is music, audiobook, podcast or video; tracks count from 0.\n"
          "\nExamples:\n"
          "  ipodsim --link /tmp/ipod\n"
          "  ipodsim --link /tmp/ipod --profile classic --trace\n"
@@ -115,11 +125,14 @@ int Report(const std::vector<ipodsim::Mistake>& mistakes) {
 }
 
 int Serve(const Options& options, ipodsim::Settings settings) {
+  // Whoever reads our output may leave before us; the link must not stay behind.
+  signal(SIGPIPE, SIG_IGN);
   // Blocked here and in the server's thread, which inherits the mask: sigwait gets them.
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGINT);
   sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGHUP);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
   ipodsim::PtyServer server(std::move(settings), options.link);
@@ -130,8 +143,8 @@ int Serve(const Options& options, ipodsim::Settings settings) {
   if (!server.Start()) return Fail(kCannotCreate, server.error());
   std::cout << "serving an iPod (" << options.profile << ") on " << server.device_path()
             << std::endl;
-  int signal = 0;
-  sigwait(&signals, &signal);
+  int received = 0;
+  sigwait(&signals, &received);
   return Report(server.Stop());
 }
 
@@ -159,9 +172,12 @@ int Run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   const int status = Run(argc, argv);
   std::cout.flush();
   std::fflush(stdout);
   return status;
+} catch (const std::exception& problem) {
+  std::fprintf(stderr, "ipodsim: %s\n", problem.what());
+  return kBroken;
 }
