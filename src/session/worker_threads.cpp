@@ -3,6 +3,10 @@
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
 
+namespace {
+constexpr DWORD kLookAgainMs = 1;
+}  // namespace
+
 unsigned long WINAPI CIpodComm::ReadPacketThread(void* object) {
   static_cast<CIpodComm*>(object)->ReadPacketThread();
   return 0;
@@ -36,10 +40,15 @@ void CIpodComm::RunWorker(void (CIpodComm::*turn)()) {
   Sleep(INFINITE);
 }
 
-/// Turns the workers away and wakes those that wait, so that both let go at once.
+/// Turns the workers away and wakes those that wait, so that both let go at once. The packet event
+/// has a name, so its signal may go to another session's thread: it is given until both are out.
 void CIpodComm::LetWorkersGo() {
   lifeline_->Close();
-  EventModify(serial_.packet_event_, EVENT_SET);
-  notification_.Wake();
+  for (;;) {
+    EventModify(serial_.packet_event_, EVENT_SET);
+    notification_.Wake();
+    if (lifeline_->empty()) break;
+    Sleep(kLookAgainMs);
+  }
   lifeline_->End();
 }

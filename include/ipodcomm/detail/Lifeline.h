@@ -33,6 +33,8 @@ class Lifeline {
   bool Enter(unsigned generation);
   void Leave();
   bool gone() const { return gone_; }
+  /// Whether nobody is inside.
+  bool empty() const { return inside_ == 0; }
 
   /// Turns away the threads begun so far; returns when none of them is inside.
   void Dismiss();
