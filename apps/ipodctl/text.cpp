@@ -45,8 +45,10 @@ std::string Folded(std::string text) {
 std::string Utf8(const wchar_t* text) {
   std::string utf8;
   for (; *text != L'\0'; ++text) {
+    // NOLINTBEGIN(bugprone-signed-char-misuse): a wide character is not a byte
     auto point = static_cast<std::uint32_t>(*text);
     const auto next = static_cast<std::uint32_t>(text[1]);
+    // NOLINTEND(bugprone-signed-char-misuse)
     if (IsHighSurrogate(point) && IsLowSurrogate(next)) {
       point = 0x10000 + ((point - 0xD800) << 10) + (next - 0xDC00);
       ++text;

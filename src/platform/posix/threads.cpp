@@ -30,7 +30,7 @@ bool StartDetached(const std::shared_ptr<Thread>& thread, std::size_t stack) {
   pthread_t unused;
   const bool started = pthread_create(&unused, &attributes, RunThread, argument.get()) == 0;
   pthread_attr_destroy(&attributes);
-  if (started) argument.release();  // the thread has taken it over
+  if (started) static_cast<void>(argument.release());  // the thread has taken it over
   return started;
 }
 

@@ -15,7 +15,8 @@ namespace ipodcomm::virtual_platform {
 class Unwatched {
  public:
   Unwatched();
-  ~Unwatched();
+  // Does nothing only where there is no detector.
+  ~Unwatched();  // NOLINT(performance-trivially-destructible)
   Unwatched(const Unwatched&) = delete;
   Unwatched& operator=(const Unwatched&) = delete;
 };

@@ -65,7 +65,7 @@ class Scheduler {
   std::string Describe() const;
 
  private:
-  static void* ThreadMain(void* start);
+  static void* ThreadMain(void* argument);
   bool Begin(Thread& self);
   static DWORD RunRoutine(Thread& self);
   void Finish(Thread& self, DWORD exit_code);

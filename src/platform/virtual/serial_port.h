@@ -19,7 +19,7 @@ class SerialPort : public Object {
   /// Ends what is in progress; the line is free for another port.
   void Close();
 
-  DWORD SetState(const DCB& state);
+  DWORD SetState(const DCB& wanted);
   void SetMask(DWORD events);
   DWORD WaitEvent(DWORD* events);
   DWORD Read(std::uint8_t* buffer, std::size_t count, std::size_t* read);
