@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+// Text from the iPod into the host's buffer: converted from a fixed number of bytes, cut between
+// characters, always terminated, and never a character past the capacity.
+#include "protocol/text.h"
+
+#include <gmock/gmock.h>
+#include <rapidcheck/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/virtual/world.h"
+#include "support/bytes.h"
+
+namespace {
+
+using test::Bytes;
+
+constexpr wchar_t kUntouched = L'\x7E7E';
+
+class Text : public ::testing::Test {
+ protected:
+  /// Converts into a buffer of `capacity` characters and two more that must stay.
+  std::wstring Convert(const Bytes& utf8, std::size_t capacity) {
+    std::vector<wchar_t> buffer(capacity + 2, kUntouched);
+    ipodcomm::TextFromUtf8(utf8.data(), utf8.size(), buffer.data(), capacity);
+    EXPECT_EQ(buffer[capacity], kUntouched);
+    EXPECT_EQ(buffer[capacity + 1], kUntouched);
+    return std::wstring(buffer.data(), capacity);
+  }
+  static Bytes Utf8(std::string_view text, std::size_t size) {
+    Bytes bytes(text.begin(), text.end());
+    bytes.resize(size);
+    return bytes;
+  }
+
+  ipodcomm::virtual_platform::World world_;
+};
+
+TEST_F(Text, KeepsTerminatorsInsideTheSource) {
+  EXPECT_EQ(Convert(test::Hex("41 00 42 00"), 6), std::wstring(L"A\0B\0\0\x7E7E", 6));
+}
+
+TEST_F(Text, IsCutToTheCapacityAtEveryLength) {
+  const std::wstring whole = L"A\u00E9\u20ACZ";
+  const Bytes utf8 = test::Hex("41 C3 A9 E2 82 AC 5A");
+  EXPECT_EQ(Convert(utf8, 1), std::wstring(L"\0", 1));
+  EXPECT_EQ(Convert(utf8, 2), std::wstring(L"A\0", 2));
+  EXPECT_EQ(Convert(utf8, 3), std::wstring(L"A\u00E9\0", 3));
+  EXPECT_EQ(Convert(utf8, 4), std::wstring(L"A\u00E9\u20AC\0", 4));
+  EXPECT_EQ(Convert(utf8, 5), std::wstring(L"A\u00E9\u20ACZ\0", 5));
+  EXPECT_EQ(Convert(utf8, 6), std::wstring(L"A\u00E9\u20ACZ\0\x7E7E", 6));
+}
+
+TEST_F(Text, LeavesABufferOfNoCharactersAlone) {
+  EXPECT_EQ(Convert(test::Hex("41 42"), 0), L"");
+  ipodcomm::TextFromUtf8(test::Hex("41").data(), 1, nullptr, 10);
+}
+
+TEST_F(Text, OfNoBytesIsEmpty) { EXPECT_EQ(Convert({}, 2), std::wstring(L"\0\x7E7E", 2)); }
+
+// The source ends inside a character, after each of its bytes: the rest counts as malformed.
+TEST_F(Text, PartOfACharacterAtTheEndOfTheSourceBecomesAReplacement) {
+  EXPECT_EQ(Convert(test::Hex("41 C3"), 3), std::wstring(L"A\uFFFD\0", 3));
+  EXPECT_EQ(Convert(test::Hex("41 E2"), 3), std::wstring(L"A\uFFFD\0", 3));
+  EXPECT_EQ(Convert(test::Hex("41 E2 82"), 3), std::wstring(L"A\uFFFD\0", 3));
+  EXPECT_EQ(Convert(test::Hex("41 F0 9F 8E"), 3), std::wstring(L"A\uFFFD\0", 3));
+}
+
+TEST_F(Text, MalformedBytesBecomeReplacements) {
+  EXPECT_EQ(Convert(test::Hex("41 FF 42"), 4), std::wstring(L"A\uFFFD\u0042\0", 4));
+}
+
+// A character outside the basic plane is one unit here and a pair on platforms with 16-bit units,
+// where the pair is kept together.
+TEST_F(Text, CharacterOutsideTheBasicPlaneStaysWhole) {
+  const Bytes note = test::Hex("41 F0 9F 8E B5");
+  if constexpr (sizeof(wchar_t) == 2) {
+    EXPECT_EQ(Convert(note, 3), std::wstring(L"A\0\x7E7E", 3));
+  } else {
+    EXPECT_EQ(Convert(note, 3), std::wstring(L"A\U0001F3B5\0", 3));
+  }
+}
+
+TEST_F(Text, FailedConversionLeavesAnEmptyText) {
+  world_.FailOnce("MultiByteToWideChar", 1, 1113);
+  EXPECT_EQ(Convert(test::Hex("41 42"), 2), std::wstring(L"\0\x7E7E", 2));
+}
+
+TEST_F(Text, OfTheLongestSourceIsConvertedWhole) {
+  const Bytes utf8(1024, 'x');
+  const std::wstring text = Convert(utf8, 1025);
+  EXPECT_EQ(text, std::wstring(1024, L'x') + L'\0');
+}
+
+RC_GTEST_FIXTURE_PROP(Text, IsAlwaysTerminatedWithinTheCapacity,
+                      (const Bytes& utf8, std::uint8_t drawn_capacity)) {
+  RC_PRE(utf8.size() <= 1024U);
+  const std::size_t capacity = drawn_capacity + 1U;
+  std::vector<wchar_t> buffer(capacity + 1, kUntouched);
+  ipodcomm::TextFromUtf8(utf8.data(), utf8.size(), buffer.data(), capacity);
+  RC_ASSERT(buffer[capacity] == kUntouched);
+  RC_ASSERT(std::count(buffer.begin(), buffer.end() - 1, L'\0') >= 1);
+}
+
+}  // namespace
