@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: MIT
+// Frames that no honest iPod sends. Every prefix and every single-byte change of a frame, and
+// random bytes, go into every decoder and over the line: nothing is read or written outside
+// (which the sanitizers watch), and the session works afterwards.
+#include <algorithm>
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "support/packets.h"
+#include "support/session_test.h"
+
+// Stands on GoogleTest, which comes with the headers above.
+#include <rapidcheck/gtest.h>
+
+namespace {
+
+using test::Bytes;
+using test::kMillisecond;
+using test::kSecond;
+using test::ScriptedDevice;
+using test::SessionTest;
+using test::World;
+
+using Decoder = tagIPOD_COMM_ERROR (CIpodComm::*)(unsigned char*, unsigned long,
+                                                  tagIPOD_READ_PARAMS*, int*);
+constexpr Decoder kDecoders[] = {
+    &CIpodComm::ProcessLingoGeneralReadCommand, &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
+    &CIpodComm::ProcessLingoExtendedReadCommand, &CIpodComm::ProcessLingoSportsReadCommand,
+    &CIpodComm::ProcessLingoStorageReadCommand};
+
+class HostileFrames : public SessionTest {
+ protected:
+  HostileFrames() { session_.Close(); }
+
+  /// Decodes a copy on the heap that ends with the frame, into a buffer that ends with its size.
+  void DecodeEverywhere(const Bytes& frame, std::int32_t size) {
+    for (const Decoder decode : kDecoders) {
+      for (const std::uint16_t expected : std::initializer_list<std::uint16_t>{0, 2, 8, 0x19}) {
+        for (const int mode : {0, 1}) {
+          CIpodCommPeer::TransactionIdMode(session_) = mode;
+          const auto bytes = std::make_unique<unsigned char[]>(frame.size());
+          std::copy(frame.begin(), frame.end(), bytes.get());
+          const auto buffer = std::make_unique<unsigned char[]>(static_cast<std::size_t>(size));
+          tagIPOD_READ_PARAMS read = {};
+          read.expected_command = expected;
+          read.accept_ack = mode;
+          read.buffer = buffer.get();
+          read.size = size;
+          int keep_reading = 7;
+          // Nothing more comes while a pending ACK waits for it.
+          CIpodCommPeer::Responses(session_).Wake();
+          const auto result = (session_.*decode)(bytes.get(), frame.size(), &read, &keep_reading);
+          ASSERT_TRUE(result == IPOD_COMM_OK || result == IPOD_COMM_NO_ANSWER ||
+                      result == IPOD_COMM_UNEXPECTED);
+          ASSERT_TRUE(keep_reading == 0 || keep_reading == 1);
+          ASSERT_LE(read.stored, static_cast<std::uint32_t>(size));
+          ASSERT_LE(read.size, size);
+          ASSERT_LE(read.stored, frame.size());
+        }
+      }
+    }
+  }
+};
+
+constexpr const char* kFrames[] = {"FF 55 04 00 02 06 08 EC",
+                                   "FF 55 06 00 08 41 42 43 00 2C",
+                                   "FF 55 07 04 00 19 00 00 00 05 D7",
+                                   "FF 55 00 00 04 00 08 41 42 71",
+                                   "FF 55 00 00 07 04 00 19 00 00 00 05 D7",
+                                   "FF 55 02 09 03 F2",
+                                   "FF 55 03 0C 02 01 EE"};
+
+TEST_F(HostileFrames, EveryPrefixIsDecodedWithinItsBytes) {
+  for (const char* text : kFrames) {
+    const Bytes frame = test::Hex(text);
+    for (std::size_t length = 0; length <= frame.size(); ++length) {
+      DecodeEverywhere(Bytes(frame.begin(), frame.begin() + static_cast<std::ptrdiff_t>(length)),
+                       4);
+    }
+  }
+}
+
+TEST_F(HostileFrames, EverySingleByteChangeIsDecodedWithinItsBytes) {
+  for (const char* text : {"FF 55 04 00 08 41 42 71", "FF 55 00 00 05 04 00 19 00 05 D9"}) {
+    const Bytes frame = test::Hex(text);
+    for (std::size_t position = 0; position < frame.size(); ++position) {
+      for (int value = 0; value < 256; ++value) {
+        Bytes changed = frame;
+        changed[position] = static_cast<std::uint8_t>(value);
+        DecodeEverywhere(changed, 300);
+      }
+    }
+  }
+}
+
+/// The assembler queues such a frame when the byte before 55 was not FF the first time.
+TEST_F(HostileFrames, FrameWithoutItsSyncByteIsDecodedOneByteOff) {
+  Bytes frame = test::Hex("55 04 00 08 41 42 71");
+  tagIPOD_READ_PARAMS read = {};
+  unsigned char buffer[8] = {};
+  read.expected_command = 0x71;
+  read.buffer = buffer;
+  read.size = sizeof buffer;
+  // Byte 2 is 00, so it passes for the large form: length 0841, lingo 42, command 71.
+  EXPECT_EQ(session_.ProcessLingoGeneralReadCommand(frame.data(), frame.size(), &read, nullptr),
+            IPOD_COMM_OK);
+  EXPECT_EQ(read.stored, 0U);
+  DecodeEverywhere(frame, 4);
+}
+
+TEST_F(HostileFrames, LengthOfOneTakesTheChecksumForTheCommand) {
+  Bytes frame = test::Hex("FF 55 01 00 FF");
+  tagIPOD_READ_PARAMS read = {};
+  read.expected_command = 0xFF;
+  read.size = 4;
+  EXPECT_EQ(session_.ProcessLingoGeneralReadCommand(frame.data(), frame.size(), &read, nullptr),
+            IPOD_COMM_OK);
+  EXPECT_EQ(read.stored, 0U);
+  EXPECT_EQ(read.size, 0);
+}
+
+TEST_F(HostileFrames, LengthLargerThanTheFrameTakesWhatThereIs) {
+  Bytes frame = test::Hex("FF 55 FF 00 08 41 42 99");
+  tagIPOD_READ_PARAMS read = {};
+  unsigned char buffer[300] = {};
+  read.expected_command = 0x08;
+  read.buffer = buffer;
+  read.size = sizeof buffer;
+  session_.ProcessLingoGeneralReadCommand(frame.data(), frame.size(), &read, nullptr);
+  EXPECT_EQ(test::ToHex(buffer, read.stored), "41 42");
+}
+
+TEST_F(HostileFrames, LengthSmallerThanTheFrameCounts) {
+  Bytes frame = test::Hex("FF 55 03 00 08 41 42 43 99");
+  tagIPOD_READ_PARAMS read = {};
+  unsigned char buffer[8] = {};
+  read.expected_command = 0x08;
+  read.buffer = buffer;
+  read.size = sizeof buffer;
+  session_.ProcessLingoGeneralReadCommand(frame.data(), frame.size(), &read, nullptr);
+  EXPECT_EQ(test::ToHex(buffer, read.stored), "41");
+}
+
+RC_GTEST_FIXTURE_PROP(HostileFrames, RandomFramesAreDecodedWithinTheirBytes, ()) {
+  const auto bytes = *rc::gen::container<Bytes>(rc::gen::arbitrary<std::uint8_t>());
+  const auto size = *rc::gen::inRange(0, 64);
+  DecodeEverywhere(bytes, size);
+  RC_ASSERT(!HasFatalFailure());
+}
+
+// Over the line.
+
+/// A docked session that answers when it is asked for the iPod's name, or not.
+struct Dock {
+  explicit Dock(std::uint64_t seed) : world({seed}) {
+    world.line().Plug(ipod);
+    ipod.Answer(test::Hex("FF 55 02 00 07 F7"), test::Hex("FF 55 04 00 08 41 00 B3"));
+    world.Advance(2 * kSecond);
+    EXPECT_EQ(session.Open(), 0);
+    world.Advance(20 * kMillisecond);
+  }
+  ~Dock() { world.line().Unplug(); }
+
+  bool Works() {
+    wchar_t name[8] = {};
+    return session.Command_RequestIpodName(name, 8) == 1 && std::wstring(name) == L"A";
+  }
+
+  ScriptedDevice ipod;
+  World world;
+  CIpodComm session;
+};
+
+RC_GTEST_PROP(HostileLine, RandomBytesAreSurvived, ()) {
+  const auto bytes = *rc::gen::container<Bytes>(
+      rc::gen::weightedOneOf<std::uint8_t>({{2, rc::gen::arbitrary<std::uint8_t>()},
+                                            {1, rc::gen::just(std::uint8_t{0xFF})},
+                                            {1, rc::gen::just(std::uint8_t{0x55})},
+                                            {1, rc::gen::inRange<std::uint8_t>(0, 13)}}));
+  Dock dock(1);
+  dock.ipod.Send(bytes);
+  dock.world.Advance(static_cast<std::int64_t>(bytes.size()) * 3 * kMillisecond);
+  // A frame may have begun; what completes or breaks it ends before 1,023 bytes.
+  dock.ipod.Send(Bytes(1100, 0x00));
+  dock.world.Advance(1100 * 3 * kMillisecond);
+  dock.session.Open();
+  RC_ASSERT(dock.Works());
+}
+
+/// Frames of random content, valid on the line, so that they reach routing and notifications.
+RC_GTEST_PROP(HostileLine, RandomFramesAreSurvived, ()) {
+  const auto body =
+      *rc::gen::suchThat(rc::gen::container<Bytes>(rc::gen::oneOf(
+                             rc::gen::arbitrary<std::uint8_t>(),
+                             rc::gen::element<std::uint8_t>(0x00, 0x04, 0x09, 0x0C, 0x27, 0x03))),
+                         [](const Bytes& bytes) { return !bytes.empty() && bytes.size() < 256; });
+  Dock dock(2);
+  CIpodCommPeer::TransactionIdMode(dock.session) = *rc::gen::inRange(0, 2);
+  Bytes frame = {0xFF, 0x55, static_cast<std::uint8_t>(body.size())};
+  unsigned sum = static_cast<unsigned>(body.size());
+  for (const std::uint8_t byte : body) sum += byte;
+  frame.insert(frame.end(), body.begin(), body.end());
+  frame.push_back(static_cast<std::uint8_t>(0x100 - sum % 0x100));
+  for (int i = 0; i < 3; ++i) dock.ipod.Send(frame);
+  dock.world.Advance(static_cast<std::int64_t>(frame.size()) * 10 * kMillisecond + kSecond);
+  CIpodCommPeer::TransactionIdMode(dock.session) = 0;
+  RC_ASSERT(dock.session.Open() == 0);
+  RC_ASSERT(dock.Works());
+}
+
+TEST(HostileLine, HugeLargeFramesAreDroppedAndTheNextAnswerIsFound) {
+  for (const char* header : {"FF 55 00 FF FF 00 08", "FF 55 00 04 00 00 08", "FF 55 00 00 00"}) {
+    Dock dock(3);
+    Bytes frame = test::Hex(header);
+    frame.resize(1023, 0x20);
+    dock.ipod.Send(frame);
+    dock.world.Advance(4 * kSecond);
+    EXPECT_TRUE(dock.Works()) << header;
+  }
+}
+
+TEST(HostileLine, BrokenChecksumsAreDroppedAndTheNextAnswerIsFound) {
+  for (int checksum = 0; checksum < 256; checksum += 5) {
+    if (checksum == 0xB4) continue;
+    Dock dock(4);
+    Bytes frame = test::Hex("FF 55 03 00 08 41 00");
+    frame.back() = static_cast<std::uint8_t>(checksum);
+    dock.ipod.Send(frame);
+    dock.world.Advance(100 * kMillisecond);
+    EXPECT_EQ(dock.session.PeekNextReadPacket(), 0xFFFF) << checksum;
+    EXPECT_TRUE(dock.Works()) << checksum;
+  }
+}
+
+TEST(HostileLine, NoiseCostsCommandsAtMostTheirTime) {
+  for (std::uint64_t seed = 1; seed <= 20; ++seed) {
+    Dock dock(seed);
+    dock.world.line().to_host().SetNoise(50'000);
+    dock.world.line().to_device().SetNoise(50'000);
+    for (int i = 0; i < 5; ++i) {
+      const std::int64_t start_us = dock.world.now_us();
+      dock.Works();
+      // Broken frames may start the wait over, once per attempt.
+      EXPECT_LT(dock.world.now_us() - start_us, 10 * kSecond);
+    }
+    dock.world.line().to_host().Clear();
+    dock.world.line().to_device().Clear();
+    dock.world.Advance(100 * kMillisecond);
+    EXPECT_EQ(dock.session.Open(), 0);
+    EXPECT_TRUE(dock.Works()) << seed;
+  }
+}
+
+}  // namespace

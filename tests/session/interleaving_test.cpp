@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+// The host's commands and the notification thread's answers at the same time: under every schedule
+// each frame goes out whole and with an identifier that is nobody else's.
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "support/packets.h"
+#include "support/session_test.h"
+
+namespace {
+
+using test::Bytes;
+using test::kMillisecond;
+using test::kSecond;
+using test::ScriptedDevice;
+using test::World;
+
+/// Sends 15 commands while 15 requests come in; the frames that went out, as text.
+std::vector<std::string> TalkAtTheSameTime(std::uint64_t seed, int mode) {
+  ScriptedDevice ipod;
+  World world({seed});
+  world.line().Plug(ipod);
+  CIpodComm session;
+  world.Advance(2 * kSecond);
+  EXPECT_EQ(session.Open(), 0);
+  CIpodCommPeer::TransactionIdMode(session) = mode;
+  // Ahead of the requests' identifiers, so they do not step it.
+  CIpodCommPeer::OwnTransactionId(session) = 0x4000;
+  world.Advance(50 * kMillisecond);
+  ipod.ClearReceived();
+  for (unsigned char i = 1; i <= 15; ++i) {
+    Bytes request = {0xFF, 0x55, 0x04, 0x09, 0x03, 0x20, i, 0};
+    request.back() = static_cast<std::uint8_t>(0x100 - (0x04 + 0x09 + 0x03 + 0x20 + i));
+    ipod.Send(request);
+  }
+  for (unsigned char i = 1; i <= 15; ++i) {
+    const unsigned char data[] = {i, 0x11, 0x22, 0x33};
+    tagIPOD_WRITE_PARAMS write = {0x0029, 0x04, data, sizeof data};
+    EXPECT_EQ(session.WriteCommand(&write), IPOD_COMM_OK);
+    world.Advance(static_cast<std::int64_t>(seed % 7) * kMillisecond);
+  }
+  world.Advance(2 * kSecond);
+  auto frames = test::Frames(ipod.received());
+  world.line().Unplug();
+  return frames;
+}
+
+TEST(Interleaving, WithoutIdentifiersEveryFrameIsWhole) {
+  for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+    std::map<std::string, int> times;
+    for (const std::string& frame : TalkAtTheSameTime(seed, 0)) ++times[frame];
+    EXPECT_EQ(times["FF 55 05 09 04 02 00 00 EC"], 15) << seed;
+    EXPECT_EQ(times["FF 55 07 04 00 29 01 11 22 33 65"], 1) << seed;
+    EXPECT_EQ(times["FF 55 07 04 00 29 0F 11 22 33 57"], 1) << seed;
+    EXPECT_EQ(times.size(), 16U) << seed;  // 15 different commands and the answer
+  }
+}
+
+int ByteOf(const std::string& frame, std::size_t position) {
+  return std::stoi(frame.substr(position * 3, 2), nullptr, 16);
+}
+
+int SumFromTheLength(const std::string& frame) {
+  int sum = 0;
+  for (std::size_t i = 2; i * 3 < frame.size(); ++i) sum += ByteOf(frame, i);
+  return sum % 256;
+}
+
+TEST(Interleaving, CommandsTakeOwnIdentifiersAndAnswersEchoTheirs) {
+  for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+    const auto frames = TalkAtTheSameTime(seed, 1);
+    EXPECT_EQ(frames.size(), 30U) << seed;
+    std::vector<int> commands;
+    std::vector<int> answers;
+    for (const std::string& frame : frames) {
+      ASSERT_EQ(SumFromTheLength(frame), 0) << frame;
+      if (frame.substr(0, 14) == "FF 55 07 09 04") {
+        ASSERT_EQ(frame.substr(21, 8), "02 00 00") << frame;
+        answers.push_back(ByteOf(frame, 5) * 256 + ByteOf(frame, 6));
+      } else {
+        ASSERT_EQ(frame.substr(0, 17), "FF 55 09 04 00 29") << frame;
+        ASSERT_EQ(frame.substr(27, 8), "11 22 33") << frame;
+        commands.push_back(ByteOf(frame, 6) * 256 + ByteOf(frame, 7));
+      }
+    }
+    EXPECT_EQ(commands.size(), 15U) << seed;
+    // Commands go out in their order, each with an identifier of its own; answers take steps, too.
+    EXPECT_TRUE(std::is_sorted(commands.begin(), commands.end())) << seed;
+    EXPECT_EQ(std::set<int>(commands.begin(), commands.end()).size(), 15U) << seed;
+    for (const int id : commands) EXPECT_TRUE(id >= 0x4000 && id < 0x4000 + 30) << id;
+    // An answer echoes the last request of its lingo, so none is older than the one before.
+    EXPECT_TRUE(std::is_sorted(answers.begin(), answers.end())) << seed;
+    for (const int id : answers) EXPECT_TRUE(id > 0x2000 && id <= 0x200F) << id;
+  }
+}
+
+TEST(Interleaving, OwnIdentifierStepsOncePerFrame) {
+  for (std::uint64_t seed = 1; seed <= 50; ++seed) {
+    ScriptedDevice ipod;
+    World world({seed});
+    world.line().Plug(ipod);
+    CIpodComm session;
+    world.Advance(2 * kSecond);
+    EXPECT_EQ(session.Open(), 0);
+    CIpodCommPeer::TransactionIdMode(session) = 1;
+    for (int i = 0; i < 10; ++i) ipod.Send(test::Hex("FF 55 04 0C 81 FF FF 71"));
+    tagIPOD_WRITE_PARAMS write = {0x07, 0x00, nullptr, 0};
+    for (int i = 0; i < 10; ++i) session.WriteCommand(&write);
+    world.Advance(3 * kSecond);
+    // Ten commands, ten answers, and ten requests that were not behind.
+    EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session), 30) << seed;
+    world.line().Unplug();
+  }
+}
+
+/// A request in the middle of every exchange: the answer is found and the request served.
+TEST(Interleaving, UnaskedRequestsDoNotDisturbExchanges) {
+  for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+    ScriptedDevice ipod;
+    World world({seed});
+    world.line().Plug(ipod);
+    ipod.Answer(test::Hex("FF 55 02 00 07 F7"),
+                test::Hex("FF 55 02 09 03 F2 FF 55 08 04 00 27 07 00 00 00 2A 9C FF 55 05 00 08 41 "
+                          "42 00 70 FF 55 03 00 27 00 D6"),
+                static_cast<std::int64_t>(seed % 20) * kMillisecond);
+    CIpodComm session;
+    world.Advance(2 * kSecond);
+    EXPECT_EQ(session.Open(), 0);
+    world.Advance(50 * kMillisecond);
+    ipod.ClearReceived();
+    wchar_t name[8] = {};
+    EXPECT_EQ(session.Command_RequestIpodName(name, 8), 1) << seed;
+    EXPECT_STREQ(name, L"AB");
+    world.Advance(200 * kMillisecond);
+    EXPECT_THAT(test::Frames(ipod.received()),
+                ::testing::ElementsAre("FF 55 02 00 07 F7", "FF 55 05 09 04 02 00 00 EC",
+                                       "FF 55 07 00 28 00 00 00 00 F3 DE"))
+        << seed;
+    tagIPOD_PLAY_STATUS status = {};
+    session.GetPlayStatus(&status);
+    EXPECT_EQ(status.position, 42U);
+    world.line().Unplug();
+  }
+}
+
+}  // namespace
