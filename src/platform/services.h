@@ -137,7 +137,10 @@ struct DCB {
   std::uint16_t wReserved1;
 };
 
-/// Time-outs of a port, in milliseconds. 0 for both write fields: a write never times out.
+/// Time-outs of a port, in milliseconds. 0 for both write fields: a write never times out. 0 for all
+/// read fields: a read waits for all its bytes. An interval of 0xFFFFFFFF: a read takes what is there
+/// already, at once; with a total multiplier of 0xFFFFFFFF too, it waits the constant for the first
+/// byte.
 struct COMMTIMEOUTS {
   DWORD ReadIntervalTimeout;
   DWORD ReadTotalTimeoutMultiplier;
@@ -168,13 +171,17 @@ BOOL GetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts);
 BOOL SetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts);
 /// Chooses the events of WaitCommEvent. A wait in progress ends with an event mask of 0.
 BOOL SetCommMask(HANDLE port, DWORD events);
-/// Blocks until one of the chosen events, without a limit; the port's closing ends it with failure.
+/// Blocks until one of the chosen events, without a limit; the port's closing and the line's going
+/// away end it with failure. One thread at a time; 87 when no events are chosen. Whether bytes that
+/// came before the wait and are still unread end it differs.
 BOOL WaitCommEvent(HANDLE port, DWORD* events, OVERLAPPED* overlapped);
 /// Reads up to `count` bytes. Blocks at most the total time-out (multiplier x count + constant),
 /// less when the gap between two bytes exceeds the interval. An empty read succeeds with 0 bytes.
-/// Fails on a closed port (6) and on a line that has gone away (another code), at once.
+/// Fails on a closed port (6) and on a line that has gone away (another code), at once. A write of
+/// another thread goes on meanwhile.
 BOOL ReadFile(HANDLE port, void* buffer, DWORD count, DWORD* read, OVERLAPPED* overlapped);
-/// Writes all `count` bytes unless it fails; blocks while the driver has no room for them.
+/// Writes all `count` bytes unless it fails or a write time-out is set and passes; blocks while the
+/// driver has no room for them.
 BOOL WriteFile(HANDLE port, const void* data, DWORD count, DWORD* written, OVERLAPPED* overlapped);
 BOOL PurgeComm(HANDLE port, DWORD flags);
 /// Fills in the port's queues. `errors` and `status` may be null.
@@ -188,22 +195,26 @@ HANDLE CreateThread(SECURITY_ATTRIBUTES* security, std::size_t stack, THREAD_STA
                     void* argument, DWORD flags, DWORD* id);
 /// Ends a thread and returns once it has ended. Elsewhere than on Windows the thread ends at a safe
 /// point only: in a sleep or a wait, holding no lock, or before its first instruction. The library
-/// calls it only when the thread is at such a point or about to reach one.
+/// calls it only when the thread is at such a point or about to reach one. Ending an ended thread
+/// succeeds elsewhere than on Windows, where the result is undefined.
 BOOL TerminateThread(HANDLE thread, DWORD exit_code);
 DWORD GetCurrentThreadId();
 
-/// A recursive lock. Entering blocks until it is free. Leaving a lock that the thread does not hold
-/// does nothing (the library's own lock type never asks that of Windows).
+/// A recursive lock. Entering blocks until it is free. The library's own lock type asks for no more.
+/// Elsewhere than on Windows leaving a lock that the thread does not hold does nothing, a copy as
+/// bytes is the same lock, and a deleted lock neither blocks nor breaks.
 void InitializeCriticalSection(CRITICAL_SECTION* section);
 void EnterCriticalSection(CRITICAL_SECTION* section);
 void LeaveCriticalSection(CRITICAL_SECTION* section);
 void DeleteCriticalSection(CRITICAL_SECTION* section);
 
-/// Creates an event, or opens the one that already has this name. An auto-reset event wakes one
-/// waiter per signal and keeps at most one signal. Null on failure.
+/// Creates an event, or opens the one that already has this name, as it is. Only the process itself
+/// need share it. An auto-reset event wakes one waiter per signal and keeps at most one signal. An
+/// event lives until its last handle is closed; a wait in progress then goes on to its time-out.
+/// Null on failure.
 HANDLE CreateEventW(SECURITY_ATTRIBUTES* security, BOOL manual_reset, BOOL initially_set,
                     const wchar_t* name);
-/// Sets (EVENT_SET) or resets (EVENT_RESET) an event.
+/// Sets (EVENT_SET) or resets (EVENT_RESET) an event. 87 for an unknown action.
 BOOL EventModify(HANDLE event, DWORD action);
 /// Waits for an event to be signalled or a thread to end. WAIT_OBJECT_0, WAIT_TIMEOUT after
 /// `timeout_ms` (INFINITE: never), or WAIT_FAILED at once for a handle that is not open.
@@ -273,8 +284,9 @@ HLOCAL LocalFree(HLOCAL memory);
 /// UTF-8 to wide text. `source_bytes` counts the terminator when it is to be converted; -1 means up
 /// to and with it. Returns the characters written (all of the source, terminators inside it
 /// included), or those needed when `capacity` is 0. Malformed input becomes U+FFFD. Into a short
-/// buffer: fails with 122. One promise beyond Windows (the library does not rely on it there): the
-/// buffer is filled as far as whole characters go and ends with a terminator.
+/// buffer: fails with 122. An exact fit leaves no room for a terminator that is not in the source.
+/// One promise beyond Windows (the library does not rely on it there): a buffer that is too short is
+/// filled as far as whole characters go and ends with a terminator.
 int MultiByteToWideChar(UINT code_page, DWORD flags, const char* source, int source_bytes,
                         wchar_t* destination, int capacity);
 /// Wide text to UTF-8, in the same way; no character is cut in two.
@@ -282,7 +294,8 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const wchar_t* source, int 
                         char* destination, int capacity, const char* default_character,
                         BOOL* used_default);
 /// printf into at most 1024 characters, terminator included. After the Windows rules: `%s` and `%c`
-/// take wide text, `%S` and `%hs` narrow. Returns the characters written without the terminator.
+/// take wide text, `%S` and `%hs` narrow. No floating point: desktop Windows has none here. Returns
+/// the characters written without the terminator.
 int wsprintfW(wchar_t* destination, const wchar_t* format, ...);
 /// Copies and formats into `capacity` characters, always terminated. 0, or 0x8007007A when cut.
 HRESULT StringCchCopyW(wchar_t* destination, std::size_t capacity, const wchar_t* source);
