@@ -137,10 +137,10 @@ struct DCB {
   std::uint16_t wReserved1;
 };
 
-/// Time-outs of a port, in milliseconds. 0 for both write fields: a write never times out. 0 for all
-/// read fields: a read waits for all its bytes. An interval of 0xFFFFFFFF: a read takes what is there
-/// already, at once; with a total multiplier of 0xFFFFFFFF too, it waits the constant for the first
-/// byte.
+/// Time-outs of a port, in milliseconds. 0 for both write fields: a write never times out. 0 for
+/// all read fields: a read waits for all its bytes. An interval of 0xFFFFFFFF: a read takes what is
+/// there already, at once; with a total multiplier of 0xFFFFFFFF too, it waits the constant for the
+/// first byte.
 struct COMMTIMEOUTS {
   DWORD ReadIntervalTimeout;
   DWORD ReadTotalTimeoutMultiplier;
@@ -200,9 +200,9 @@ HANDLE CreateThread(SECURITY_ATTRIBUTES* security, std::size_t stack, THREAD_STA
 BOOL TerminateThread(HANDLE thread, DWORD exit_code);
 DWORD GetCurrentThreadId();
 
-/// A recursive lock. Entering blocks until it is free. The library's own lock type asks for no more.
-/// Elsewhere than on Windows leaving a lock that the thread does not hold does nothing, a copy as
-/// bytes is the same lock, and a deleted lock neither blocks nor breaks.
+/// A recursive lock. Entering blocks until it is free. The library's own lock type asks for no
+/// more. Elsewhere than on Windows leaving a lock that the thread does not hold does nothing, a
+/// copy as bytes is the same lock, and a deleted lock neither blocks nor breaks.
 void InitializeCriticalSection(CRITICAL_SECTION* section);
 void EnterCriticalSection(CRITICAL_SECTION* section);
 void LeaveCriticalSection(CRITICAL_SECTION* section);
@@ -285,8 +285,8 @@ HLOCAL LocalFree(HLOCAL memory);
 /// to and with it. Returns the characters written (all of the source, terminators inside it
 /// included), or those needed when `capacity` is 0. Malformed input becomes U+FFFD. Into a short
 /// buffer: fails with 122. An exact fit leaves no room for a terminator that is not in the source.
-/// One promise beyond Windows (the library does not rely on it there): a buffer that is too short is
-/// filled as far as whole characters go and ends with a terminator.
+/// One promise beyond Windows (the library does not rely on it there): a buffer that is too short
+/// is filled as far as whole characters go and ends with a terminator.
 int MultiByteToWideChar(UINT code_page, DWORD flags, const char* source, int source_bytes,
                         wchar_t* destination, int capacity);
 /// Wide text to UTF-8, in the same way; no character is cut in two.
