@@ -45,7 +45,7 @@ void Follower::Look() {
     last_ = status;
   } else if (++quiet_looks_ >= kQuietLooks) {
     quiet_looks_ = 0;
-    ReadAgain();
+    Ask();
   }
 }
 
@@ -53,17 +53,24 @@ void Follower::TakeChanges(const tagIPOD_PLAY_STATUS& status) {
   const bool moved = status.track_index != last_.track_index || status.state != last_.state ||
                      status.position < last_.position;
   if (moved) {
-    ReadAgain();
+    // Another list may have begun at the same place: the texts are to be read again too.
+    NowPlaying now = ReadNowPlaying(session_);
+    Tell(std::exchange(now_, now));
   } else if (status.position != last_.position) {
     now_.position_ms = std::uint64_t{status.position} * 1000;
     show_("position", now_);
   }
 }
 
-void Follower::ReadAgain() {
+void Follower::Ask() {
   const NowPlaying before = now_;
   Refresh(session_, &now_);
-  if (now_.index != before.index) {
+  Tell(before);
+}
+
+void Follower::Tell(const NowPlaying& before) {
+  const bool other_track = now_.index && (now_.index != before.index || now_.title != before.title);
+  if (other_track) {
     show_("track", now_);
   } else if (now_.state != before.state) {
     show_("state", now_);

@@ -25,7 +25,8 @@ class Follower {
  private:
   void Look();
   void TakeChanges(const tagIPOD_PLAY_STATUS& status);
-  void ReadAgain();
+  void Ask();
+  void Tell(const NowPlaying& before);
 
   Session& session_;
   Show show_;

@@ -35,7 +35,7 @@ int TerminalColumns(std::FILE* stream) {
 
 void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
 
-std::string PortDevice() { return "COM2:"; }
+std::string PortDevice() { return "COM2"; }
 
 bool ChoosePortDevice(const std::string& device) {
   return SameName(device, "COM2") || SameName(device, "COM2:");

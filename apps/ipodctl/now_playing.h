@@ -27,7 +27,7 @@ struct NowPlaying {
 std::string StateName(unsigned char state);
 
 NowPlaying ReadNowPlaying(Session& session);
-/// Reads state, length and position again, the texts only when the track has changed.
+/// Reads state, length and position again, and the texts when the place in the list has changed.
 void Refresh(Session& session, NowPlaying* now);
 /// Waits some seconds for the player to reach `state` (an iPod takes its time to start a track).
 NowPlaying WaitForState(Session& session, unsigned char state);
