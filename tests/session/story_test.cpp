@@ -23,7 +23,7 @@ std::vector<std::string> Mistakes(const ipodsim::SimulatedIpod& ipod) {
   return names;
 }
 
-/// Whether the scheme of the story, from identification on, came to its end.
+/// How far the story came.
 struct Story {
   int identified = 0;
   tagIPOD_IDENTIFY_RESULT how = IPOD_IDENTIFY_RESULT_NONE;
@@ -64,6 +64,7 @@ void ExpectToWork(CIpodComm& session, const std::string& where) {
 class Stories : public ::testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(Stories, IdentifiedBrowsedPlayedAndFollowedWithoutAMistake) {
+  test::TakeTraceLog();
   ipodsim::Settings settings;
   settings.seed = GetParam();
   ipodsim::SimulatedIpod ipod(settings);
@@ -151,6 +152,7 @@ TEST(Story, SilentIpodIsGivenUpAndASoundOneIsIdentifiedAfterwards) {
   EXPECT_EQ(how, IPOD_IDENTIFY_RESULT_NONE);
   world.line().PlugModel(sound);
   ExpectToWork(session, "after silence");
+  test::TakeTraceLog();
 }
 
 }  // namespace
