@@ -57,6 +57,17 @@ TEST(VirtualThreads, PriorityDecidesAtEveryStep) {
   EXPECT_EQ(Interleaving({1, PrioritySchedule({1, 2, 3})}), "aaaaabbbbb");
 }
 
+TEST(VirtualThreads, DrawnPrioritiesKeepAThreadAwayForLong) {
+  std::set<std::string> orders;
+  for (std::uint64_t seed = 0; seed < 50; ++seed) {
+    orders.insert(Interleaving({1, RandomPrioritySchedule(seed, 1000)}));
+  }
+  EXPECT_THAT(orders, testing::Contains("aaaaabbbbb"));
+  EXPECT_THAT(orders, testing::Contains("bbbbbaaaaa"));
+  EXPECT_EQ(Interleaving({1, RandomPrioritySchedule(3, 2)}),
+            Interleaving({1, RandomPrioritySchedule(3, 2)}));
+}
+
 TEST(VirtualThreads, RecordedScheduleIsRepeated) {
   // Thread 1 is the host, which starts the other two; where the recording ends, the last goes on.
   const std::vector<int> decisions = {1, 1, 1, 3, 3, 2, 2, 3};
@@ -316,6 +327,19 @@ TEST(VirtualThreads, BusyLoopIsNoticed) {
         }
       },
       Deadlock);
+}
+
+class WrongSchedule : public Schedule {
+ public:
+  int Choose(std::uint64_t /*step*/, const std::vector<int>& /*ready*/, int /*running*/) override {
+    return 42;
+  }
+};
+
+TEST(VirtualThreadsDeathTest, ScheduleThatChoosesNobodyIsRefused) {
+  World world({1, std::make_unique<WrongSchedule>()});
+  const std::function<void()> body = [] {};
+  EXPECT_DEATH(StartThread(body), "chose thread 42, which cannot run");
 }
 
 TEST(VirtualThreadsDeathTest, SecondWorldIsRefused) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/virtual/service_list.h"
@@ -38,7 +39,9 @@ class Calls {
   Calls Of(const std::string& thread) const;
   Calls To(const std::set<std::string>& services) const;
 
-  const std::vector<Call>& all() const { return calls_; }
+  // By value from a temporary, so that a loop over `world.TakeCalls().all()` is safe.
+  const std::vector<Call>& all() const& { return calls_; }
+  std::vector<Call> all() && { return std::move(calls_); }
   /// "Sleep(20)"
   std::vector<std::string> text() const;
   /// "ReadFile(port1, 1) = 55"

@@ -51,6 +51,24 @@ class Priority : public Schedule {
   const std::vector<int> priorities_;
 };
 
+class RandomPriority : public Schedule {
+ public:
+  RandomPriority(std::uint64_t seed, unsigned period) : seed_(seed), period_(period) {}
+
+  int Choose(std::uint64_t step, const std::vector<int>& ready, int /*running*/) override {
+    const std::uint64_t draw = Draw(seed_, Purpose::kSchedule, step / period_);
+    const auto priority = [&](int thread) {
+      return Draw(draw, Purpose::kPriority, static_cast<std::uint64_t>(thread));
+    };
+    return *std::max_element(ready.begin(), ready.end(),
+                             [&](int one, int other) { return priority(one) < priority(other); });
+  }
+
+ private:
+  const std::uint64_t seed_;
+  const unsigned period_;
+};
+
 class Replay : public Schedule {
  public:
   explicit Replay(std::vector<int> decisions) : decisions_(std::move(decisions)) {}
@@ -74,6 +92,10 @@ std::unique_ptr<Schedule> CooperativeSchedule() { return std::make_unique<Cooper
 
 std::unique_ptr<Schedule> PrioritySchedule(std::vector<int> priorities) {
   return std::make_unique<Priority>(std::move(priorities));
+}
+
+std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned period) {
+  return std::make_unique<RandomPriority>(seed, std::max(period, 1U));
 }
 
 std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions) {

@@ -32,6 +32,11 @@ std::unique_ptr<Schedule> CooperativeSchedule();
 /// order of their numbers.
 std::unique_ptr<Schedule> PrioritySchedule(std::vector<int> priorities);
 
+/// The ready thread with the highest priority runs, always; priorities are drawn anew every
+/// `period` decisions. Keeps a thread away for long stretches, which RandomSchedule hardly ever
+/// does.
+std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned period);
+
 /// Repeats decisions as World::decisions() returned them. A decision that does not fit, or lies
 /// beyond the recording, is taken as CooperativeSchedule takes it.
 std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions);

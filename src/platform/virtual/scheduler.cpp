@@ -75,6 +75,11 @@ Thread& Scheduler::Choose(int running) {
   candidates_.clear();
   for (const Thread* thread : ready_) candidates_.push_back(thread->number);
   const int chosen = schedule_->Choose(decisions_.size(), candidates_, running);
+  if (std::find(candidates_.begin(), candidates_.end(), chosen) == candidates_.end()) {
+    std::fprintf(stderr, "virtual platform: the schedule chose thread %d, which cannot run\n",
+                 chosen);
+    std::abort();
+  }
   decisions_.push_back(chosen);
   return *threads_[static_cast<std::size_t>(chosen) - 1];
 }

@@ -51,9 +51,16 @@ void SerialPort::SetMask(DWORD events) {
 DWORD SerialPort::WaitEvent(DWORD* events) {
   *events = 0;
   if (mask_ == 0 || waiting_) return ERROR_INVALID_PARAMETER;
-  waiting_ = true;
-  const DWORD code = AwaitEvent();
-  waiting_ = false;
+  struct Waiting {
+    explicit Waiting(bool& port_waiting) : waiting(port_waiting) { waiting = true; }
+    ~Waiting() { waiting = false; }
+    bool& waiting;
+  };
+  DWORD code = ERROR_SUCCESS;
+  {
+    const Waiting waiting(waiting_);
+    code = AwaitEvent();
+  }
   if (code == ERROR_SUCCESS) *events = std::exchange(events_, 0);
   return code;
 }

@@ -22,18 +22,25 @@ bool Event::TryTake() {
 
 void Section::Enter(Scheduler& scheduler) {
   Thread* self = Scheduler::Running();
-  ++waiting;
-  while (owner != nullptr && owner != self) {
-    // A wait that ends otherwise belongs to a test that has failed already.
-    if (!scheduler.Block({"EnterCriticalSection", this, kNever, false})) break;
-  }
-  --waiting;
   if (owner != self) {
+    Await(scheduler);
     owner = self;
     depth = 0;
     ++self->sections_held;
   }
   ++depth;
+}
+
+void Section::Await(Scheduler& scheduler) {
+  struct Counted {
+    explicit Counted(int& waiting_count) : count(waiting_count) { ++count; }
+    ~Counted() { --count; }
+    int& count;
+  } const counted(waiting);
+  while (owner != nullptr) {
+    // A wait that ends otherwise belongs to a test that has failed already.
+    if (!scheduler.Block({"EnterCriticalSection", this, kNever, false})) return;
+  }
 }
 
 bool Section::Leave(Scheduler& scheduler) {

@@ -42,6 +42,9 @@ struct Section : Object {
   int waiting = 0;
   bool deleted = false;
   bool gone() const { return deleted && owner == nullptr && waiting == 0; }
+
+ private:
+  void Await(Scheduler& scheduler);
 };
 
 /// The critical sections of a world. A CRITICAL_SECTION holds a number, never an address, so

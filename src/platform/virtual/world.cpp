@@ -28,9 +28,13 @@ std::uint32_t DrawTickCount(std::uint64_t seed) {
   return number % 4 == 3 ? any : static_cast<std::uint32_t>(0) - any % 60'000;
 }
 
-unsigned DrawPace(std::uint64_t seed) {
+std::unique_ptr<Schedule> DrawSchedule(std::uint64_t seed, std::string* description) {
   constexpr unsigned kPaces[] = {1, 2, 4, 16, 64, 1000};
-  return kPaces[Draw(seed, Purpose::kPace, 0) % std::size(kPaces)];
+  const std::uint64_t number = Draw(seed, Purpose::kPace, 0);
+  const unsigned pace = kPaces[number % std::size(kPaces)];
+  const bool priorities = (number >> 32) % 4 == 0;
+  *description = (priorities ? "by priorities, period " : "random, pace ") + std::to_string(pace);
+  return priorities ? RandomPrioritySchedule(seed, pace) : RandomSchedule(seed, pace);
 }
 
 std::unique_ptr<WorldState> MakeState(WorldOptions options) {
@@ -42,11 +46,7 @@ std::unique_ptr<WorldState> MakeState(WorldOptions options) {
   const std::uint32_t tick_count_ms =
       options.tick_count_ms ? *options.tick_count_ms : DrawTickCount(seed);
   std::string schedule_text = "given";
-  if (options.schedule == nullptr) {
-    const unsigned pace = DrawPace(seed);
-    schedule_text = "random, pace " + std::to_string(pace);
-    options.schedule = RandomSchedule(seed, pace);
-  }
+  if (options.schedule == nullptr) options.schedule = DrawSchedule(seed, &schedule_text);
   std::fprintf(stderr, "world: seed %" PRIu64 ", tick count from %" PRIu32 ", schedule %s\n", seed,
                tick_count_ms, schedule_text.c_str());
   auto state = std::make_unique<WorldState>(seed, std::move(options.schedule));
