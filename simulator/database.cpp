@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 
 namespace ipodsim {
 namespace {
@@ -27,15 +26,6 @@ int RankOf(Category category) {
     default:
       return 0;
   }
-}
-
-// The order of names: by their bytes, but with the Latin letters of both cases together.
-std::string SortKey(const std::string& name) {
-  std::string key = name;
-  for (char& letter : key) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return key;
 }
 
 const std::string& FieldOf(const Track& track, Category category) {
@@ -186,7 +176,7 @@ Database::Records Database::ListGroups(Category category) {
 
 Database::Records Database::ListTracks() {
   std::vector<std::size_t> tracks = TracksAbove(RankOf(Category::kTrack));
-  SortTracks(&tracks);
+  SortTracks(*library_, OrderOfTracks(), &tracks);
   Records records;
   for (const std::size_t position : tracks) {
     records.push_back({library_->tracks[position].title, position});
@@ -237,47 +227,16 @@ std::vector<std::size_t> Database::BaseTracks() {
   return tracks;
 }
 
-void Database::SortTracks(std::vector<std::size_t>* tracks) {
+// Selections that have an order of their own keep it.
+Sort Database::OrderOfTracks() const {
   const auto selected = [this](Category category) { return selected_.count(category) != 0; };
-  Sort sort = sort_;
-  if (sort == Sort::kDefault) {
-    if (selected(Category::kPlaylist) || selected(Category::kNestedPlaylist)) {
-      sort = Sort::kPlaylist;
-    } else if (selected(Category::kAlbum) || selected(Category::kArtist) ||
-               selected(Category::kComposer) || selected(Category::kAudiobook) ||
-               selected(Category::kPodcast)) {
-      sort = Sort::kAlbum;
-    } else {
-      sort = Sort::kName;
-    }
+  if (sort_ != Sort::kDefault) return sort_;
+  if (selected(Category::kPlaylist) || selected(Category::kNestedPlaylist)) return Sort::kPlaylist;
+  for (const Category category : {Category::kAlbum, Category::kArtist, Category::kComposer,
+                                  Category::kAudiobook, Category::kPodcast}) {
+    if (selected(category)) return Sort::kAlbum;
   }
-  if (sort == Sort::kPlaylist) return;
-
-  struct Key {
-    std::string first, second;
-    int number;
-    std::string title;
-    std::size_t position;
-    bool operator<(const Key& other) const {
-      return std::tie(first, second, number, title, position) <
-             std::tie(other.first, other.second, other.number, other.title, other.position);
-    }
-  };
-  std::vector<Key> keys;
-  for (const std::size_t position : *tracks) {
-    const Track& track = library_->tracks[position];
-    Key key{{}, {}, 0, SortKey(track.title), position};
-    if (sort == Sort::kGenre) key.first = SortKey(track.genre);
-    if (sort == Sort::kComposer) key.first = SortKey(track.composer);
-    if (sort == Sort::kArtist) key.first = SortKey(track.artist);
-    if (sort == Sort::kArtist || sort == Sort::kAlbum) {
-      key.second = SortKey(track.album);
-      key.number = track.number;
-    }
-    keys.push_back(std::move(key));
-  }
-  std::sort(keys.begin(), keys.end());
-  for (std::size_t i = 0; i < keys.size(); ++i) (*tracks)[i] = keys[i].position;
+  return Sort::kName;
 }
 
 }  // namespace ipodsim

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "library.h"
+#include "track_order.h"
 
 namespace ipodsim {
 
@@ -24,16 +25,6 @@ enum class Category : std::uint8_t {
 };
 
 enum class Hierarchy : std::uint8_t { kAudio = 1, kVideo = 2 };
-
-enum class Sort : std::uint8_t {
-  kGenre = 0,
-  kArtist = 1,
-  kComposer = 2,
-  kAlbum = 3,
-  kName = 4,
-  kPlaylist = 5,
-  kDefault = 0xFF,
-};
 
 // Selections are ranked: playlist, nested playlist, audiobook and podcast come first, then genre,
 // then artist and composer, then album, then track. A category's records are those left by the
@@ -75,7 +66,7 @@ class Database {
   Records ListTracks();
   std::vector<std::size_t> TracksAbove(int rank);
   std::vector<std::size_t> BaseTracks();
-  void SortTracks(std::vector<std::size_t>* tracks);
+  Sort OrderOfTracks() const;
   void ForgetFrom(int rank);
 
   const Library* library_;

@@ -67,6 +67,11 @@ void Identification::Forget() {
   packets_.clear();
 }
 
+bool Identification::Begins(const Request& request) {
+  return request.lingo == kGeneral &&
+         (request.command == 0x01 || request.command == 0x13 || request.command == 0x38);
+}
+
 bool Identification::IsAllowedBefore(const Request& request) {
   if (request.lingo != kGeneral) return false;
   static const std::set<std::uint16_t> kAllowed = {0x01, 0x02, 0x0F, 0x11, 0x13, 0x28,

@@ -26,6 +26,8 @@ class Identification {
   std::uint32_t announced() const { return announced_; }
   const std::vector<Token>& tokens() const { return tokens_; }
 
+  // Whether this is the first word of an identification.
+  static bool Begins(const Request& request);
   // Whether an accessory may send this before it has identified.
   static bool IsAllowedBefore(const Request& request);
 

@@ -1,17 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Serves the playback commands of the Extended Interface and sends play-status notifications.
+// Serves the playback commands of the Extended Interface.
 
 #include "playback.h"
 
-#include <algorithm>
-
 namespace ipodsim {
-namespace {
-
-constexpr std::uint16_t kNotification = 0x0027;
-
-}  // namespace
-
 const Track* TrackOrRefusal(Link* link, const Player& player, const Request& request,
                             std::uint32_t index) {
   const Track* track = player.at(index);
@@ -26,17 +18,17 @@ const Track* TrackOrRefusal(Link* link, const Player& player, const Request& req
   return nullptr;
 }
 
-Playback::Playback(Link* link, Player* player, const Settings& settings)
-    : link_(link), player_(player), settings_(settings), traits_(TraitsOf(settings.profile)) {}
+Playback::Playback(Link* link, Player* player, Notifications* notifications,
+                   const Settings& settings)
+    : link_(link),
+      player_(player),
+      notifications_(notifications),
+      settings_(settings),
+      traits_(TraitsOf(settings.profile)) {}
 
 bool Playback::Handle(const Request& request) {
   if (request.lingo != kExtended) return false;
   return HandleStatus(request) || HandleTexts(request) || HandleModes(request);
-}
-
-void Playback::Forget() {
-  mask_ = 0;
-  next_position_at_.reset();
 }
 
 bool Playback::Control(PlayControl control) {
@@ -232,116 +224,14 @@ void Playback::SetNotifications(const Request& request) {
     link_->Acknowledge(request, AckStatus::kBadParameter);
     return;
   }
-  const std::uint32_t basic = kStoppedBit | kTrackBit | kMillisecondsBit;
-  mask_ = size == 4 ? Get32(request.data, 0) : (request.data[0] != 0 ? basic : 0);
-  next_position_at_.reset();
-  last_told_second_ = -1;
+  const std::uint32_t basic = request.data[0] != 0 ? Notifications::kBasicBits : 0;
+  notifications_->SetMask(size == 4 ? Get32(request.data, 0) : basic);
   link_->Acknowledge(request, AckStatus::kOk);
 }
 
 void Playback::Refuse(const Request& request, MistakeKind kind, const std::string& detail) {
   link_->Report(kind, detail);
   link_->Acknowledge(request, AckStatus::kBadParameter);
-}
-
-// A period of nothing would hold the clock still.
-Microseconds Playback::PositionPeriod() const {
-  return std::max(settings_.position_period, kMillisecond);
-}
-
-bool Playback::TellsPosition() const {
-  const PlayerState state = player_->state();
-  const bool moves = state == PlayerState::kPlaying || state == PlayerState::kFastForward ||
-                     state == PlayerState::kFastRewind;
-  return moves && (mask_ & (kMillisecondsBit | kSecondsBit)) != 0;
-}
-
-// In steps, so that what happens in between is told at its own time and in its own order.
-void Playback::Advance(Microseconds now) {
-  TellEvents();
-  while (true) {
-    if (!TellsPosition()) {
-      next_position_at_.reset();
-    } else if (!next_position_at_) {
-      next_position_at_ = link_->now() + PositionPeriod();
-    }
-    const auto change = player_->NextChange();
-    Microseconds step = now;
-    if (change) step = std::min(step, *change);
-    if (next_position_at_) step = std::min(step, *next_position_at_);
-    link_->SetNow(std::max(step, link_->now()));
-    player_->Advance(step);
-    TellEvents();
-    if (next_position_at_ && *next_position_at_ <= step) {
-      if (TellsPosition()) TellPosition(step);
-      next_position_at_ = step + PositionPeriod();
-    }
-    if (step == now) return;
-  }
-}
-
-std::optional<Microseconds> Playback::NextEvent() const {
-  if (mask_ == 0) return std::nullopt;
-  const auto change = player_->NextChange();
-  if (!change || !next_position_at_) return change ? change : next_position_at_;
-  return std::min(*change, *next_position_at_);
-}
-
-void Playback::TellEvents() {
-  for (const PlayerEvent& event : player_->TakeEvents()) Tell(event);
-}
-
-void Playback::Tell(const PlayerEvent& event) {
-  using Kind = PlayerEvent::Kind;
-  switch (event.kind) {
-    case Kind::kStopped:
-      if ((mask_ & kStoppedBit) != 0) link_->Send(kExtended, kNotification, {0x00}, event.at);
-      TellStatus(0x02, event.at);
-      break;
-    case Kind::kPlaying:
-      TellStatus(0x0A, event.at);
-      break;
-    case Kind::kPaused:
-      TellStatus(0x0B, event.at);
-      break;
-    case Kind::kFastForward:
-      TellStatus(0x05, event.at);
-      break;
-    case Kind::kRewind:
-      TellStatus(0x06, event.at);
-      break;
-    case Kind::kEndedFast:
-      TellStatus(0x07, event.at);
-      break;
-    case Kind::kTrackChanged: {
-      last_told_second_ = -1;
-      if ((mask_ & kTrackBit) == 0) break;
-      Bytes data = {0x01};
-      Put32(data, player_->index());
-      link_->Send(kExtended, kNotification, data, event.at);
-      break;
-    }
-  }
-}
-
-void Playback::TellStatus(std::uint8_t status, Microseconds at) {
-  if ((mask_ & kStatusBit) != 0) link_->Send(kExtended, kNotification, {0x06, status}, at);
-}
-
-void Playback::TellPosition(Microseconds at) {
-  const std::int64_t position_ms = player_->position_ms(at);
-  if ((mask_ & kMillisecondsBit) != 0) {
-    Bytes data = {0x04};
-    Put32(data, static_cast<std::uint32_t>(position_ms));
-    link_->Send(kExtended, kNotification, data, at);
-  }
-  const std::int64_t second = position_ms / 1000;
-  if ((mask_ & kSecondsBit) != 0 && second != last_told_second_) {
-    last_told_second_ = second;
-    Bytes data = {0x07};
-    Put32(data, static_cast<std::uint32_t>(second));
-    link_->Send(kExtended, kNotification, data, at);
-  }
 }
 
 }  // namespace ipodsim

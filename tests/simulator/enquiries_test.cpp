@@ -110,6 +110,16 @@ TEST(Enquiries, MissingAnswerIsNamedOnceTheAccessoryIsHeardAgain) {
   EXPECT_EQ(dock.Mistakes(), "missing answer");
 }
 
+TEST(Enquiries, AccessoryThatIdentifiesAnewOwesNoAnswers) {
+  Dock dock(AskingSettings());
+  dock.Identify();
+  dock.Read();
+  dock.Read(10 * kSecond);
+  dock.Exchange("FF 55 02 00 38 C6");
+  dock.Exchange("FF 55 04 00 11 00 00 EB");
+  EXPECT_EQ(dock.Mistakes(), "");
+}
+
 TEST(Enquiries, UnansweredQuestionIsFollowedByTheNext) {
   Dock dock(AskingSettings());
   dock.Identify();

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// Takes frames apart, checks them and hands each to the subject that serves it.
+
+#include "device.h"
+
+#include <algorithm>
+
+namespace ipodsim {
+namespace {
+
+MistakeKind MistakeOf(FramingProblem problem) {
+  switch (problem) {
+    case FramingProblem::kBadChecksum:
+      return MistakeKind::kBadChecksum;
+    case FramingProblem::kTruncated:
+      return MistakeKind::kTruncatedFrame;
+    case FramingProblem::kStrayBytes:
+      return MistakeKind::kStrayBytes;
+    case FramingProblem::kNoCommand:
+      break;
+  }
+  return MistakeKind::kFrameWithoutCommand;
+}
+
+bool IsEarlier(std::optional<Microseconds> time, std::optional<Microseconds> other) {
+  return time && (!other || *time < *other);
+}
+
+}  // namespace
+
+SimulatedIpod::Device::Device(Settings given)
+    : settings(std::move(given)),
+      traits(TraitsOf(settings.profile)),
+      link(settings),
+      player(&settings.library, settings.seed),
+      enquiries(&link, settings),
+      identification(&link, &enquiries, settings),
+      general(&link, settings),
+      browsing(&link, &player, settings),
+      notifications(&link, &player, settings),
+      playback(&link, &player, &notifications, settings),
+      remotes(&link, &player, &playback) {
+  reader.on_frame = [this](const Frame& frame, const Bytes&) { OnFrame(frame); };
+  reader.on_problem = [this](FramingProblem problem, const std::string& detail) {
+    link.Report(MistakeOf(problem), detail);
+  };
+  DrawUnplug();
+}
+
+void SimulatedIpod::Device::OnFrame(const Frame& frame) {
+  Request request;
+  request.rule = FindCommand(frame.lingo, frame.command);
+  request.lingo = frame.lingo;
+  request.command = frame.command;
+  request.data = frame.data;
+  const bool carries = TakeIdentifier(&request);
+  if (link.trace) {
+    link.Note(TraceLine::Direction::kFromAccessory,
+              Describe(frame, request.identifier.has_value()));
+  }
+  if (!traits.speaks) return;
+  link.BeginRequest();
+  if (request.rule == nullptr) {
+    link.Report(MistakeKind::kUnknownCommand, std::string(LingoName(frame.lingo)) + " " +
+                                                  CommandName(frame.lingo, frame.command));
+    link.Acknowledge(request, AckStatus::kUnknown);
+    return;
+  }
+  if (!CheckSize(request)) return;
+  if (carries && !request.identifier) {
+    link.Report(MistakeKind::kIdentifierMissing,
+                CommandName(frame.lingo, frame.command) + " came without one");
+  }
+  link.CheckIdentifier(request);
+  CheckOrder(request);
+  if (enquiries.Handle(request)) return;
+  // Somebody who introduces himself anew owes no answers from before.
+  if (!Identification::Begins(request)) enquiries.NoticeOtherFrame();
+  if (StrikesFirst(request)) return;
+  Serve(request);
+
+  if (settings.faults.Has(Fault::kUnplug) && --frames_until_unplug_ == 0) {
+    Unplug(link.now() + settings.faults.unplugged_for);
+  }
+}
+
+// Takes the transaction identifier off the data if there is one; says whether there should be.
+bool SimulatedIpod::Device::TakeIdentifier(Request* request) {
+  const CommandRule* rule = request->rule;
+  const std::size_t size = request->data.size();
+  const std::size_t least = rule == nullptr ? 0 : rule->least;
+  // StartIDPS comes before identifiers are agreed on, and yet with one from some accessories.
+  const bool starts = request->lingo == kGeneral && request->command == 0x38;
+  const bool expected =
+      !starts && link.identifiers_on() && (rule == nullptr || rule->CarriesIdentifier());
+  if ((expected || starts) && size >= least + 2) {
+    request->identifier = Get16(request->data, 0);
+    request->data.erase(request->data.begin(), request->data.begin() + 2);
+  }
+  return expected;
+}
+
+bool SimulatedIpod::Device::CheckSize(const Request& request) {
+  const std::size_t size = request.data.size();
+  if (size >= request.rule->least && size <= request.rule->most) return true;
+  link.Report(MistakeKind::kWrongPayloadSize,
+              CommandName(request.lingo, request.command) + " with " + std::to_string(size) +
+                  " bytes instead of " + std::to_string(request.rule->least));
+  if (request.rule->nature == CommandNature::kRequest ||
+      request.rule->nature == CommandNature::kRequestWithout) {
+    link.Acknowledge(request, AckStatus::kBadParameter);
+  }
+  return false;
+}
+
+// Such commands are mistakes and are served all the same, as iPods do.
+void SimulatedIpod::Device::CheckOrder(const Request& request) {
+  if (!identification.identified()) {
+    if (!Identification::IsAllowedBefore(request)) {
+      link.Report(MistakeKind::kCommandBeforeIdentification,
+                  std::string(LingoName(request.lingo)) + " " +
+                      CommandName(request.lingo, request.command));
+    }
+    return;
+  }
+  // Consoles in the field press buttons without announcing the Simple Remote lingo.
+  const bool announced = (identification.announced() & (1u << request.lingo)) != 0;
+  if (!announced && request.lingo != kGeneral && request.lingo != kSimpleRemote) {
+    link.Report(MistakeKind::kLingoNotAnnounced, std::string(LingoName(request.lingo)) + " " +
+                                                     CommandName(request.lingo, request.command));
+  }
+}
+
+// The faults of the iPod itself. True when the command is not to be carried out.
+bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
+  const bool starts = request.lingo == kGeneral && request.command == 0x38;
+  if (starts && traits.takes_tokens && settings.start_idps_needs_identifier &&
+      !request.identifier) {
+    return true;
+  }
+  FaultDice& dice = link.dice();
+  if (dice.Strikes(Fault::kUnaskedRequests)) enquiries.AskOutOfTurn();
+  const bool answered = request.rule->nature == CommandNature::kRequest ||
+                        request.rule->nature == CommandNature::kRequestWithout;
+  if (!answered) return false;
+  if (dice.Strikes(Fault::kPendingAcks)) link.AcknowledgePending(request);
+  if (dice.Strikes(Fault::kRefusedCommands)) {
+    link.Acknowledge(request, AckStatus::kFailed);
+    return true;
+  }
+  return false;
+}
+
+void SimulatedIpod::Device::Serve(const Request& request) {
+  const bool had_tokens = identification.by_tokens();
+  if (identification.Handle(request)) {
+    if (!had_tokens && identification.by_tokens()) general.Apply(identification.tokens());
+    return;
+  }
+  if (general.Handle(request) || browsing.Handle(request) || playback.Handle(request) ||
+      remotes.Handle(request)) {
+    return;
+  }
+  // What remains are the Sports and Storage services, which this iPod does not offer yet.
+  link.Acknowledge(request, AckStatus::kUnknown);
+}
+
+void SimulatedIpod::Device::Advance(Microseconds now) {
+  if (replug_at_ && *replug_at_ <= now) {
+    link.SetNow(*replug_at_);
+    Replug();
+  }
+  for (auto timeout = enquiries.NextTimeout(); timeout && *timeout <= now;
+       timeout = enquiries.NextTimeout()) {
+    notifications.Advance(*timeout);
+    enquiries.Advance(*timeout);
+  }
+  notifications.Advance(now);
+}
+
+std::optional<Microseconds> SimulatedIpod::Device::NextEvent() const {
+  if (!plugged) return replug_at_;
+  std::optional<Microseconds> next = link.NextDue();
+  for (const auto time : {notifications.NextEvent(), enquiries.NextTimeout()}) {
+    if (IsEarlier(time, next)) next = time;
+  }
+  return next;
+}
+
+void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
+  plugged = false;
+  replug_at_ = until;
+  link.Note(TraceLine::Direction::kNote, "unplugged");
+  link.Clear();
+  reader.Reset();
+  enquiries.Forget();
+  identification.Forget();
+  general.Forget();
+  browsing.Forget();
+  notifications.SetMask(0);
+  remotes.Forget();
+  if (player.state() != PlayerState::kStopped) player.Control(PlayControl::kPause, link.now());
+}
+
+void SimulatedIpod::Device::Replug() {
+  plugged = true;
+  replug_at_.reset();
+  link.Note(TraceLine::Direction::kNote, "plugged in");
+  DrawUnplug();
+}
+
+void SimulatedIpod::Device::DrawUnplug() {
+  Random& random = link.dice().Choices(Fault::kUnplug);
+  frames_until_unplug_ = settings.faults.unplug_after.value_or(20 + random.Below(60));
+  frames_until_unplug_ = std::max(frames_until_unplug_, 1u);
+}
+
+}  // namespace ipodsim

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// What a simulated iPod is made of: the link, the subjects that serve commands, and who gets which.
+
+#pragma once
+
+#include "browsing.h"
+#include "enquiries.h"
+#include "frame.h"
+#include "general.h"
+#include "identification.h"
+#include "link.h"
+#include "playback.h"
+#include "remotes.h"
+#include "simulated_ipod.h"
+
+namespace ipodsim {
+
+class SimulatedIpod::Device {
+ public:
+  explicit Device(Settings given);
+
+  void Advance(Microseconds now);
+  std::optional<Microseconds> NextEvent() const;
+  // Out of the dock, until Replug when no time is given.
+  void Unplug(std::optional<Microseconds> until);
+  void Replug();
+
+  const Settings settings;
+  const Traits& traits;
+  Link link;
+  Player player;
+  Enquiries enquiries;
+  Identification identification;
+  General general;
+  Browsing browsing;
+  Notifications notifications;
+  Playback playback;
+  Remotes remotes;
+  FrameReader reader;
+  bool plugged = true;
+
+ private:
+  void OnFrame(const Frame& frame);
+  bool TakeIdentifier(Request* request);
+  bool CheckSize(const Request& request);
+  void CheckOrder(const Request& request);
+  bool StrikesFirst(const Request& request);
+  void Serve(const Request& request);
+  void DrawUnplug();
+
+  std::optional<Microseconds> replug_at_;
+  std::uint32_t frames_until_unplug_ = 0;
+};
+
+}  // namespace ipodsim
