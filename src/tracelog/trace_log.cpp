@@ -8,42 +8,62 @@
 
 #if defined(_WIN32)
 
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
 #include <cwchar>
-
-namespace {
-
-// The C runtime's own wide printf is the rule here.
-void WriteLine(const wchar_t* source, const wchar_t* format, std::va_list arguments) {
-  wchar_t message[1024];
-  const int length = _vsnwprintf(message, 1023, format, arguments);
-  message[length < 0 || length > 1023 ? 1023 : length] = 0;
-  std::fwprintf(stderr, L"%ls: %ls\n", source, message);
-}
-
-}  // namespace
 
 #else
 
 #include "platform/common/utf8.h"
 #include "platform/common/wide_format.h"
 
+#endif
+
 namespace {
 
-void WriteLine(const wchar_t* source, const wchar_t* format, std::va_list arguments) {
-  using ipodcomm::platform::FormatWide;
-  using ipodcomm::platform::WideToUtf8;
-  const std::string line =
-      WideToUtf8(source) + ": " + WideToUtf8(FormatWide(format, arguments)) + "\n";
-  std::fwrite(line.data(), 1, line.size(), stderr);  // whole, so that threads' lines do not mix
+#if defined(_WIN32)
+
+// The system's own wide formatting, not the C++ library's: there `%s` takes wide text.
+std::wstring Format(const wchar_t* format, std::va_list arguments) {
+  std::va_list measured;
+  va_copy(measured, arguments);
+  const int length = _vscwprintf(format, measured);
+  va_end(measured);
+  std::wstring text(length > 0 ? static_cast<std::size_t>(length) : 0, L'\0');
+  if (!text.empty()) _vsnwprintf(text.data(), text.size(), format, arguments);
+  return text;
 }
 
-}  // namespace
+std::string ToUtf8(const std::wstring& text) {
+  const int length = static_cast<int>(text.size());
+  const int bytes =
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(bytes), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), bytes, nullptr, nullptr);
+  return utf8;
+}
+
+#else
+
+std::wstring Format(const wchar_t* format, std::va_list arguments) {
+  return ipodcomm::platform::FormatWide(format, arguments);
+}
+
+std::string ToUtf8(const std::wstring& text) { return ipodcomm::platform::WideToUtf8(text); }
 
 #endif
+
+}  // namespace
 
 void CKORVATrace::LogSoftwareError(const wchar_t* source, const wchar_t* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
-  WriteLine(source != nullptr ? source : L"", format, arguments);
+  const std::wstring message = Format(format, arguments);
   va_end(arguments);
+  const std::string line =
+      ToUtf8(std::wstring(source != nullptr ? source : L"") + L": " + message + L"\n");
+  std::fwrite(line.data(), 1, line.size(), stderr);  // whole, so that threads' lines do not mix
 }

@@ -6,6 +6,10 @@
 
 namespace {
 
+// Codes that the services report without being asked for by name.
+constexpr DWORD kAlreadyExists = 183;
+constexpr DWORD kNoSuchMessage = 317;
+
 struct Message {
   DWORD code;
   const wchar_t* text;
@@ -23,6 +27,7 @@ constexpr Message kMessages[] = {
     {ERROR_GEN_FAILURE, L"A device attached to the system is not functioning.\r\n"},
     {ERROR_INVALID_PARAMETER, L"The parameter is incorrect.\r\n"},
     {ERROR_INSUFFICIENT_BUFFER, L"The data area passed to a system call is too small.\r\n"},
+    {kAlreadyExists, L"Cannot create a file when that file already exists.\r\n"},
     {ERROR_MORE_DATA, L"More data is available.\r\n"},
     {ERROR_NOT_OWNER, L"Attempt to release mutex not owned by caller.\r\n"},
     {ERROR_OPERATION_ABORTED,
@@ -34,8 +39,6 @@ constexpr Message kMessages[] = {
     {ERROR_RESOURCE_TYPE_NOT_FOUND,
      L"The specified resource type cannot be found in the image file.\r\n"},
 };
-
-constexpr DWORD kNoSuchMessage = 317;
 
 }  // namespace
 
