@@ -103,6 +103,7 @@ void IdentificationSequence::AwaitRemoteUiRequest() {
 
 int CIpodComm::Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,
                                             bool (*keep_going)(void* context), void* context) {
+  if (result != nullptr) *result = IPOD_IDENTIFY_RESULT_NONE;  // what the callback finds
   ipodcomm::IdentificationSequence sequence(*this, flag, keep_going, context);
   const int identified = sequence.Run();
   if (result != nullptr) *result = sequence.result();

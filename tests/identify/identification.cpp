@@ -6,7 +6,7 @@ namespace test {
 namespace {
 
 // More commands than any identification sends with an identifier.
-constexpr std::uint16_t kIds = 24;
+constexpr std::uint16_t kIds = 32;
 
 std::string Text(Bytes body) {
   Bytes frame = {0xFF, 0x55, static_cast<std::uint8_t>(body.size())};
@@ -70,6 +70,7 @@ bool Identification::KeepGoing(void* context) {
 
 int Identification::Identify(int flag) {
   steps_ = 0;
+  world_.Record({"Sleep", "WaitForSingleObject", "WriteFile"});
   return session_.Command_IdentifyDeviceLingos(flag, &result_, KeepGoing, this);
 }
 
@@ -162,6 +163,16 @@ void Identification::TakeLingoes() {
 void Identification::DockLingoIpod() {
   Reply(kStart, kStartRefused);
   TakeLingoes();
+}
+
+std::vector<std::string> Identification::TakeHostCalls() {
+  std::vector<std::string> texts = world_.TakeCalls().Of("host").text();
+  for (std::string& text : texts) {
+    const std::size_t first = text.find('(') + 1;
+    const std::size_t second = text.find(", ");
+    if (second != std::string::npos) text.erase(first, second + 2 - first);
+  }
+  return texts;
 }
 
 std::vector<std::string> Identification::TakeSentOf(std::string_view command) {

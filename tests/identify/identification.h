@@ -77,6 +77,9 @@ class Identification : public SessionTest {
   void TakeLingoes();  ///< all that follows on a refused StartIDPS
   void DockLingoIpod();
 
+  /// What the last Identify did on the host's thread: pauses, waits and writes in their order,
+  /// without the handle: "Sleep(100)", "WriteFile(FF)", "WaitForSingleObject(1000)".
+  std::vector<std::string> TakeHostCalls();
   /// Sent frames that carry a given command ("00 0F"), as text.
   std::vector<std::string> TakeSentOf(std::string_view command);
 

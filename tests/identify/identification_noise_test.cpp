@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+// Identification against iPods that answer anything at all: it always ends, its result and outcome
+// agree, and the next iPod is identified as if nothing had been. Answers are drawn at random.
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <array>
+
+#include "identify/identification.h"
+
+namespace {
+
+using ipodcomm::virtual_platform::ScriptedDevice;
+using ipodcomm::virtual_platform::World;
+using test::Bytes;
+using test::Frame;
+
+constexpr std::array<const char*, 9> kRequestsWithoutIds = {"00 38",
+                                                            test::kIdentifyGeneralOnly,
+                                                            test::kIdentifyLingoes,
+                                                            test::kIdentifyLingoesWithSports,
+                                                            "00 0F 00",
+                                                            "00 0F 03",
+                                                            "00 0F 04",
+                                                            "00 0F 09",
+                                                            "00 0F 0C"};
+
+/// A docked session in a world of its own, since a property is tried many times in one test.
+class Dock {
+ public:
+  Dock() {
+    world_.line().Plug(ipod_);
+    session_.emplace();
+    world_.Advance(2 * test::kSecond);
+    session_->Open();
+    session_->SetIDPSEnable(1);
+  }
+  ~Dock() {
+    session_.reset();
+    world_.line().Unplug();
+  }
+
+  void Answer(const std::string& request, const Bytes& reply) {
+    ipod_.Answer(test::Hex(request), reply);
+  }
+  /// @return whether the iPod was identified, and a consistent outcome.
+  bool Identify() {
+    tagIPOD_IDENTIFY_RESULT result = IPOD_IDENTIFY_RESULT_NONE;
+    const int identified = session_->Command_IdentifyDeviceLingos(0, &result, nullptr, nullptr);
+    const bool by_something =
+        result == IPOD_IDENTIFY_RESULT_IDPS || result == IPOD_IDENTIFY_RESULT_LINGOS;
+    RC_ASSERT((identified != 0) == by_something);
+    test::TakeTraceLog();
+    return identified != 0;
+  }
+  /// Another iPod is docked, which is plain and sound.
+  void DockSoundIpod() {
+    world_.line().Unplug();
+    world_.line().Plug(sound_);
+    session_->Close();
+    world_.Advance(2 * test::kSecond);
+    RC_ASSERT(session_->Open() == 0);
+    CIpodCommPeer::TransactionIdMode(*session_) = 0;
+    session_->SetIDPSEnable(0);
+    const auto reply = [this](const char* request, const char* answer) {
+      sound_.Answer(test::Hex(Frame(request)), test::Hex(Frame(answer)));
+    };
+    reply(test::kIdentifyGeneralOnly, test::kIdentified);
+    reply(test::kIdentifyLingoes, test::kIdentified);
+    reply("00 0F 00", "00 10 00 01 02");
+    reply("00 0F 03", "00 10 03 01 01");
+    reply("00 0F 04", "00 10 04 01 08");
+    reply("00 0F 09", "00 10 09 01 00");
+    reply("00 0F 0C", "00 10 0C 01 00");
+    reply("00 4F", "00 51 00 00 00 00 00 00 00 00");
+    reply("00 49 00 00 00 00 00 00 00 00", "00 02 00 49");
+  }
+
+ private:
+  World world_;
+  ScriptedDevice ipod_;
+  ScriptedDevice sound_;
+  std::optional<CIpodComm> session_;
+};
+
+RC_GTEST_PROP(IdentificationNoise, RawBytesAreSurvived, ()) {
+  Dock dock;
+  const std::uint16_t ids = 24;
+  for (const char* request : kRequestsWithoutIds) {
+    dock.Answer(Frame(request), *rc::gen::arbitrary<Bytes>());
+  }
+  for (std::uint16_t id = 0; id < ids; ++id) {
+    dock.Answer(Frame("00 11", id, ""), *rc::gen::arbitrary<Bytes>());
+    dock.Answer(Frame("00 3B", id, "00"), *rc::gen::arbitrary<Bytes>());
+  }
+  dock.Identify();
+  dock.DockSoundIpod();
+  RC_ASSERT(dock.Identify());
+}
+
+/// A frame that is in order but may say anything, most often of the General lingo.
+rc::Gen<Bytes> AnyFrame() {
+  return rc::gen::map(
+      rc::gen::tuple(rc::gen::weightedOneOf<std::uint8_t>(
+                         {{8, rc::gen::just<std::uint8_t>(0)},
+                          {1, rc::gen::element<std::uint8_t>(2, 3, 4, 9, 12, 255)}}),
+                     rc::gen::oneOf(rc::gen::element<std::uint8_t>(0x02, 0x03, 0x10, 0x12, 0x27,
+                                                                   0x3A, 0x3C, 0x4C, 0x51),
+                                    rc::gen::arbitrary<std::uint8_t>()),
+                     rc::gen::arbitrary<Bytes>()),
+      [](const std::tuple<std::uint8_t, std::uint8_t, Bytes>& drawn) {
+        Bytes body = {std::get<0>(drawn), std::get<1>(drawn)};
+        const Bytes& data = std::get<2>(drawn);
+        body.insert(body.end(), data.begin(), data.end());
+        if (body.size() > 255) body.resize(255);
+        return test::Hex(Frame(test::ToHex(body)));
+      });
+}
+
+RC_GTEST_PROP(IdentificationNoise, AnswersThatSayAnythingAreSurvived, ()) {
+  Dock dock;
+  dock.Answer(Frame("00 38"),
+              *rc::gen::oneOf(rc::gen::just(test::Hex(Frame("00 02 00 38"))), AnyFrame()));
+  for (const char* request : kRequestsWithoutIds) dock.Answer(Frame(request), *AnyFrame());
+  for (std::uint16_t id = 0; id < 24; ++id) {
+    dock.Answer(Frame("00 11", id, ""), *AnyFrame());
+    for (const char* lingo : {"00", "09", "04"}) {
+      dock.Answer(Frame("00 4B", id, lingo), *AnyFrame());
+    }
+    for (const char* announcement : {test::kAnnounceWithSports, test::kAnnounceWithoutSports,
+                                     test::kAnnounceGeneralThriceWithoutSports}) {
+      dock.Answer(Frame("00 39", id, announcement), *AnyFrame());
+    }
+    dock.Answer(Frame("00 3B", id, "00"), *AnyFrame());
+    dock.Answer(Frame("00 4F", id, ""), *AnyFrame());
+  }
+  dock.Identify();
+  dock.DockSoundIpod();
+  RC_ASSERT(dock.Identify());
+}
+
+}  // namespace
