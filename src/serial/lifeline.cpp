@@ -15,6 +15,23 @@ constexpr DWORD kLookAgainMs = 1;
 void Lifeline::Begin() {
   begun_generation_ = generation_.load();
   ++inside_;
+  ++begun_;
+}
+
+void Lifeline::Abandon() {
+  --begun_;
+  Leave();
+}
+
+bool Lifeline::Inherit(unsigned* generation) {
+  int begun = begun_;
+  while (begun > 0) {
+    if (!begun_.compare_exchange_weak(begun, begun - 1)) continue;
+    *generation = begun_generation_;
+    return true;
+  }
+  *generation = generation_;
+  return Enter(*generation);
 }
 
 bool Lifeline::Enter() {

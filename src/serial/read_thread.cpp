@@ -19,9 +19,10 @@ constexpr DWORD kExitCode = 1;
 
 unsigned long WINAPI CIpodSerial::PortReadThread(void* object) {
   auto* serial = static_cast<CIpodSerial*>(object);
-  // Begin entered the lifeline for this thread, so the object is still there.
+  // Open entered the lifeline for this thread, so the object is still there.
   const std::shared_ptr<Lifeline> lifeline = serial->lifeline_.shared();
-  const unsigned generation = lifeline->begun_generation();
+  unsigned generation = 0;
+  if (!lifeline->Inherit(&generation)) return kExitCode;
 
   bool reading = serial->BeginReading();
   while (reading) {

@@ -86,6 +86,7 @@ long CIpodSerial::Open(bool start_read_thread) {
   SetCommMask(port_, EV_RXCHAR | EV_RXFLAG);
   PurgeComm(port_, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
   if (start_read_thread && !StartReadThread()) {
+    running_ = 0;
     return FailOpen(L"Error creating port read thread");
   }
   return ERROR_SUCCESS;
@@ -126,7 +127,7 @@ bool CIpodSerial::StartReadThread() {
   lifeline_->Begin();
   const HANDLE thread = CreateThread(nullptr, 0, PortReadThread, this, 0, nullptr);
   if (thread == nullptr) {
-    lifeline_->Leave();
+    lifeline_->Abandon();
     return false;
   }
   read_thread_ = thread;

@@ -24,14 +24,17 @@ void CIpodComm::NotificationThread() { RunWorker(&CIpodComm::HandleNextNotificat
 HANDLE CIpodComm::StartWorker(unsigned long(WINAPI* entry)(void*)) {
   lifeline_->Begin();
   const HANDLE thread = CreateThread(nullptr, 0, entry, this, 0, nullptr);
-  if (thread == nullptr) lifeline_->Leave();
+  if (thread == nullptr) lifeline_->Abandon();
   return thread;
 }
 
 /// Turn after turn while the session lives, and then sleep for good: the workers are never stopped.
-/// Begin entered the lifeline for this thread, so the session is there for the first turn.
+/// The constructor entered the lifeline for this thread, so the session is there for the first
+/// turn.
 void CIpodComm::RunWorker(void (CIpodComm::*turn)()) {
   std::shared_ptr<ipodcomm::Lifeline> lifeline = lifeline_.shared();
+  unsigned generation = 0;
+  if (!lifeline->Inherit(&generation)) return;
   do {
     (this->*turn)();
     lifeline->Leave();

@@ -24,8 +24,11 @@ class Lifeline {
  public:
   /// Enters on behalf of a thread about to be created, which inherits the turn and its Leave.
   void Begin();
-  /// Generation of the thread begun last; the thread asks first thing.
-  unsigned begun_generation() const { return begun_generation_; }
+  /// The thread could not be created.
+  void Abandon();
+  /// A thread's first step: takes over the turn that Begin entered, and tells the generation. A
+  /// thread that the host itself runs has none waiting and enters; false when the object is gone.
+  bool Inherit(unsigned* generation);
 
   /// Begins a turn of work. False, and nothing to leave, once the object is gone.
   bool Enter();
@@ -54,6 +57,7 @@ class Lifeline {
   std::atomic<bool> gone_{false};
   std::atomic<unsigned> generation_{0};
   std::atomic<unsigned> begun_generation_{0};
+  std::atomic<int> begun_{0};  // turns that wait for their threads
 };
 
 /// Keeps an object's threads outside for a scope.
