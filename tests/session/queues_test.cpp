@@ -16,8 +16,8 @@ using test::SessionTest;
 using test::Text;
 using ::testing::ElementsAre;
 
-/// The response queue of an open session. The notification queue has a thread of its own that
-/// takes everything at once, so it is looked at after that thread has ended with the session.
+/// The response queue of an open session, which nobody but the host takes from. The notification
+/// queue has a thread of its own that takes everything at once.
 class ResponseQueue : public SessionTest {
  protected:
   void Append(std::string_view text) { CIpodCommPeer::Responses(session_).Append(Packet(text)); }
@@ -166,9 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                       PeekCase{"HalfAnExtendedCommand", "FF 55 05 04 12", 0x1200}),
     test::RowName());
 
-/// A session that is not open any more; its notification thread waits.
 TEST_F(ResponseQueue, NotificationsAreTakenTheSameWay) {
-  // The waiting thread is served first, so it gets the first packet and the host the second.
   world_.Settle();
   world_.Record(
       {"EnterCriticalSection", "LeaveCriticalSection", "EventModify", "WaitForSingleObject"});
