@@ -244,6 +244,28 @@ TEST(VirtualThreads, WorldsEndUnwindsEveryWait) {
   EXPECT_THAT(unwound, ElementsAre(true, true, true, true, true));
 }
 
+TEST(VirtualThreads, HostGoesOnInTimeAfterAllOthersHaveEnded) {
+  World world;
+  const std::function<void()> body = [] { Sleep(INFINITE); };
+  StartThread(body);
+  Sleep(1);
+  world.EndThreads();
+  Sleep(20);
+  EXPECT_EQ(world.now_us(), 21'000);
+  EXPECT_EQ(StartThread(body), nullptr);
+  EXPECT_EQ(GetLastError(), 8U);
+}
+
+TEST(VirtualThreads, SecondThreadOfARoutineIsNumbered) {
+  World world;
+  const auto routine = [](void* /*argument*/) -> DWORD { return 0; };
+  world.NameRoutine(routine, "worker");
+  world.Record({"CreateThread"});
+  CreateThread(nullptr, 0, routine, nullptr, 0, nullptr);
+  CreateThread(nullptr, 0, routine, nullptr, 0, nullptr);
+  EXPECT_THAT(world.TakeRecord(), ElementsAre("CreateThread(worker)", "CreateThread(worker 2)"));
+}
+
 TEST(VirtualThreads, ThreadThatNeverRanIsGoneWithTheWorld) {
   bool ran = false;
   const std::function<void()> body = [&] { ran = true; };

@@ -41,7 +41,7 @@ bool Scheduler::Block(const Wait& wait) {
   CountStep();
   EndIfAsked(self, wait.safe_point);
   // Destructors that wait while their thread is being ended find that nothing comes any more.
-  if (closing_) return false;
+  if (closing_ && &self != &host()) return false;
   self.wait = wait;
   self.woken = false;
   self.state = ThreadState::kWaiting;

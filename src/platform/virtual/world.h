@@ -60,10 +60,11 @@ class World {
   void SetTickCount(std::uint32_t tick_count_ms);
 
   // Threads. The host is called "host", the others "thread2" and so on in the order of their
-  // creation, unless they are named here in advance.
+  // creation, unless they are named here in advance; a second one of the same routine is "name 2".
   void NameThreads(const std::vector<std::string>& names);
   void NameRoutine(THREAD_START_ROUTINE* routine, const std::string& name);
-  /// Ends all threads but the host now, as the end of the world does. None can be started any more.
+  /// Ends all threads but the host now, as the end of the world does, and orders all they did
+  /// before what follows. None can be started any more.
   void EndThreads();
   /// Threads that have not ended, the host not counted.
   std::vector<std::string> live_threads() const;
