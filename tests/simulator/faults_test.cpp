@@ -289,6 +289,19 @@ TEST(Faults, LineFaultsAreNotHeldAgainstTheAccessory) {
   EXPECT_EQ(dock.Mistakes(), "");
 }
 
+TEST(Latency, NeverLetsOneAnswerOvertakeAnother) {
+  Settings settings = QuietSettings();
+  settings.fixed_latency.reset();
+  Dock dock(settings);
+  dock.Identify();
+  dock.Read(kSecond);
+  for (int i = 0; i < 300; ++i) {
+    dock.Write(kRequest);
+    dock.Write("FF 55 02 00 09 F5");
+    EXPECT_EQ(dock.Read(500 * kMillisecond), std::string(kName) + " FF 55 05 00 0A 01 00 04 EC");
+  }
+}
+
 TEST(Latency, IsEightMillisecondsInTheMiddleAndNeverOver240) {
   Settings settings = QuietSettings();
   settings.fixed_latency.reset();
