@@ -114,7 +114,7 @@ class IPODCOMM_API CIpodSerial {
 
   ipodcomm::Shared<HANDLE> port_ = INVALID_HANDLE_VALUE;
   HANDLE read_thread_ = INVALID_HANDLE_VALUE;
-  HANDLE packet_event_ = INVALID_HANDLE_VALUE;
+  ipodcomm::Shared<HANDLE> packet_event_ = INVALID_HANDLE_VALUE;
   ipodcomm::Shared<std::int32_t> running_ = 0;         // the port is meant to be open
   ipodcomm::Shared<std::int32_t> thread_running_ = 0;  // the read thread is inside its loop
   ipodcomm::FrameAssembler assembler_;                 // used by the read thread only

@@ -46,7 +46,12 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
   running_ = other.running_;
   thread_running_ = other.thread_running_;
   assembler_ = other.assembler_;
-  received_ = other.CopyOfQueue();
+  std::deque<tagSERIAL_PACKET> received = other.CopyOfQueue();
+  {
+    // A session's routing thread may be looking.
+    const LockScope lock(state_lock_);
+    received_.swap(received);
+  }
   staging_ = other.staging_;
   driver_ = other.driver_;
   status_ = other.status_;
