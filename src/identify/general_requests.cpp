@@ -59,7 +59,7 @@ int CIpodComm::Command_GetEventNotification(unsigned char* mask) {
   unsigned char reply[8] = {};
   tagIPOD_READ_PARAMS read = Answer(0x51, reply);
   if (!Exchange(Command(kGeneralLingo, 0x4F), &read) || read.received_command != 0x51) return 0;
-  std::memcpy(mask, reply, sizeof reply);
+  std::memcpy(mask, reply, read.stored);
   return 1;
 }
 

@@ -7,9 +7,6 @@
 namespace {
 
 using test::SessionTest;
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class IncomingIds : public SessionTest {
  protected:

@@ -12,7 +12,6 @@ using test::kSecond;
 using test::SerialTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class Copying : public SerialTest {
  protected:

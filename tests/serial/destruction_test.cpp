@@ -13,7 +13,6 @@ using test::kMillisecond;
 using test::kSecond;
 using test::ScriptedDevice;
 using test::World;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

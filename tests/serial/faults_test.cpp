@@ -15,7 +15,6 @@ using test::kSecond;
 using test::ScriptedDevice;
 using test::World;
 using ::testing::AnyOf;
-using ::testing::Contains;
 using ::testing::IsEmpty;
 
 constexpr DWORD kCode = 31;

@@ -5,7 +5,6 @@
 
 namespace {
 
-using test::kMillisecond;
 using test::kSecond;
 using test::SerialTest;
 using ::testing::ElementsAre;

@@ -7,13 +7,8 @@ namespace {
 using test::kMillisecond;
 using test::kSecond;
 using test::SerialTest;
-using ::testing::AllOf;
-using ::testing::Contains;
-using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class ReadThread : public SerialTest {
  protected:

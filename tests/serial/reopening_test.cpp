@@ -16,7 +16,6 @@ using test::SerialTest;
 using test::World;
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 

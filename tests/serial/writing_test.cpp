@@ -7,7 +7,6 @@ namespace {
 
 using test::kMillisecond;
 using test::SerialTest;
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
