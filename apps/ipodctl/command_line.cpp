@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "categories.h"
+#include "completion.h"
 #include "exit_status.h"
 #include "help_formatter.h"
 #include "help_texts.h"
@@ -49,6 +50,8 @@ class CommandLineParser {
   Options options_;
   SimulationOptions simulation_;
   std::string simulated_;
+  bool completion_ = false;
+  CommandWords words_;  // that each command takes besides its options
   CLI::Option* port_option_ = nullptr;
   CLI::Option* simulated_option_ = nullptr;
   CLI::Option* seed_option_ = nullptr;
@@ -65,6 +68,10 @@ CommandLineParser::CommandLineParser() {
   AddLookingCommands();
   AddPlayingCommands();
   AddSettingCommands();
+  for (const Category& category : AllCategories()) {
+    words_["browse"].push_back(category.name);
+    words_["play"].push_back(category.name);
+  }
 }
 
 void CommandLineParser::AddGlobalOptions() {
@@ -81,6 +88,7 @@ void CommandLineParser::AddGlobalOptions() {
   library_option_ =
       app_.add_option("--library", simulation_.library_file, "Its media library, from a JSON file")
           ->option_text("FILE");
+  app_.add_flag("--completion", completion_, "Print a script that completes commands in bash");
   app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");
   app_.add_flag("-v,--verbose", options_.verbose, "Tell on standard error what goes on");
   app_.add_flag("!--no-idps", options_.idps, "Identify without tokens, as old iPods need");
@@ -151,6 +159,7 @@ void CommandLineParser::AddPlayingCommands() {
              "Examples:\n  ipodctl previous");
   CLI::App* seek =
       AddCommand("seek", "Playing", "Wind forward or back", "forward|back [SECONDS]", kSeekFooter);
+  words_["seek"] = {"forward", "back"};
   seek->add_option_function<std::string>(
           "DIRECTION", [this](const std::string& name) { options_.forward = name == "forward"; })
       ->check(CLI::IsMember({"forward", "back"}))
@@ -168,6 +177,7 @@ void CommandLineParser::AddMode(const char* name, const char* description,
                                 const std::vector<std::string>& modes, const char* footer) {
   CLI::App* command = AddCommand(name, "Settings", description,
                                  "[" + CLI::detail::join(modes, "|") + "] [OPTIONS]", footer);
+  words_[name] = modes;
   command->add_option("MODE", options_.mode)->check(CLI::IsMember(modes));
   command->add_flag("--keep", options_.keep, "Let it hold after undocking");
 }
@@ -176,10 +186,12 @@ void CommandLineParser::AddPreferences() {
   CLI::App* prefs = AddCommand("prefs", "Settings", "Show or set the iPod's preferences",
                                "[get NAME | set NAME VALUE]", kPrefsFooter);
   prefs->require_subcommand(0, 1);
+  words_["prefs"] = {"get", "set"};
   std::string names = "Preferences:\n";
   for (const Preference& preference : AllPreferences()) {
     std::string name = preference.name;
     name.resize(18, ' ');
+    words_["prefs"].push_back(preference.name);
     names += "  " + name + preference.description + ": " + SettingNames(preference) + "\n";
   }
   prefs->footer(names + "\n" + prefs->get_footer());
@@ -207,6 +219,7 @@ CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) 
   try {
     // The parser takes arguments from the back.
     app_.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    if (completion_) return {{}, BashCompletion(app_, words_), kSuccess};
     Complete();
   } catch (const CLI::CallForHelp&) {
     return {{}, app_.help(), kSuccess};

@@ -76,6 +76,21 @@ TEST(IpodctlUsage, TellsItsVersion) {
   EXPECT_EQ(ended.out, "ipodctl " IPODCOMM_VERSION "\n");
 }
 
+TEST(IpodctlUsage, CompletesCommandsInBash) {
+  const auto complete = [](const std::string& words, const std::string& index) {
+    return RunProgram("/bin/bash",
+                      {"-c",
+                       "source <(\"$0\" --completion); COMP_WORDS=(" + words +
+                           "); COMP_CWORD=" + index + "; _ipodctl; echo \"${COMPREPLY[@]}\"",
+                       IPODCTL_PROGRAM})
+        .out;
+  };
+  EXPECT_EQ(complete("ipodctl br", "1"), "browse\n");
+  EXPECT_EQ(complete("ipodctl --json p", "2"), "play pause previous prefs\n");
+  EXPECT_EQ(complete("ipodctl browse a", "2"), "artists albums audiobooks\n");
+  EXPECT_EQ(complete("ipodctl now --fo", "2"), "--follow --for\n");
+}
+
 TEST(IpodctlPort, NamesAMissingDevice) {
   ExpectRefused(Ipodctl({"--port", "/dev/no-such-dock", "info"}), 2,
                 "cannot open /dev/no-such-dock: there is no such device");
@@ -105,22 +120,20 @@ TEST(IpodctlPort, RefusesADeviceInUseUntilCtrlCReleasesIt) {
   EXPECT_EQ(dock.mistakes(), "");
 }
 
-TEST(IpodctlLibrary, RefusesAMissingOrMalformedFile) {
+TEST(IpodctlLibrary, TakesAGoodFileAndRefusesAnyOther) {
   const TemporaryFolder folder;
+  const std::string good = folder.Write("good.json", e2e::kLibrary);
+  Process browser(IPODCTL_PROGRAM,
+                  {"--simulated", "--library", good, "browse", "artists", "--json"});
   ExpectRefused(Ipodctl({"--simulated", "--library", folder.path("none.json"), "info"}), 66,
                 "none.json");
   for (const char* content : {"", "{", "[]", "{\"tracks\": [{}]}", "{\"tracks\": 7}"}) {
     const std::string file = folder.Write("music.json", content);
     ExpectRefused(Ipodctl({"--simulated", "--library", file, "info"}), 66, file);
   }
-}
-
-TEST(IpodctlLibrary, PutsTheFilesMediaOnTheSimulatedIpod) {
-  const TemporaryFolder folder;
-  const std::string file = folder.Write("music.json", e2e::kLibrary);
-  const Ended ended = Ipodctl({"--simulated", "--library", file, "browse", "artists", "--json"});
-  EXPECT_EQ(ended.status, 0) << ended.err;
-  EXPECT_EQ(json::parse(ended.out).at("total"), 3);
+  const Ended browsed = browser.Wait();
+  EXPECT_EQ(browsed.status, 0) << browsed.err;
+  EXPECT_EQ(json::parse(browsed.out).at("total"), 3);
 }
 
 TEST(IpodctlProfiles, EachIpodIsTakenForWhatItIs) {
