@@ -153,6 +153,7 @@ IdentificationSequence::Outcome IdentificationSequence::EndTokens() {
   const unsigned char data[] = {0x00};
   unsigned char reply[1] = {};
   if (!session_.Exchange(Command(kGeneralLingo, 0x3B, data), Answer(0x3C, reply))) {
+    session_.transaction_id_mode_ = 0;  // also when the host stops now
     return KeepGoing() ? Outcome::kFallBack : Outcome::kAbandoned;
   }
   NKDbgPrintfW(L"Time to do IDPS %d\n", static_cast<std::uint32_t>(GetTickCount() - started_ms_));

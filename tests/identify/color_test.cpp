@@ -115,6 +115,13 @@ TEST(OrderNumberTable, Holds215DifferentNumbersOfFiveCharacters) {
   EXPECT_EQ(std::unique(all.begin(), all.end()), all.end());
 }
 
+TEST(Colors, AreNumberedFromZeroToEleven) {
+  const tagIPOD_COLOR colors[] = {IPOD_COLOR_NONE, IPOD_COLOR_1, IPOD_COLOR_2,  IPOD_COLOR_3,
+                                  IPOD_COLOR_4,    IPOD_COLOR_5, IPOD_COLOR_6,  IPOD_COLOR_7,
+                                  IPOD_COLOR_8,    IPOD_COLOR_9, IPOD_COLOR_10, IPOD_COLOR_11};
+  for (int number = 0; number < 12; ++number) EXPECT_EQ(int{colors[number]}, number);
+}
+
 TEST_F(Color, EarlierGroupDecidesWhereverItsNumberStands) {
   for (std::size_t earlier = 0; earlier + 1 < kGroups.size(); ++earlier) {
     for (std::size_t later = earlier + 1; later < kGroups.size(); ++later) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The frames and answers that the identification tests share.
 #include "identify/identification.h"
 
 namespace test {

@@ -27,6 +27,13 @@ TEST_F(Start, TokensAreOffAfterConstruction) {
   EXPECT_EQ(session.SupportsSports(), 0);
 }
 
+TEST(Outcomes, HaveTheirNumbers) {
+  EXPECT_EQ(int{IPOD_IDENTIFY_RESULT_NONE}, 0);
+  EXPECT_EQ(int{IPOD_IDENTIFY_RESULT_TOOOLD}, 1);
+  EXPECT_EQ(int{IPOD_IDENTIFY_RESULT_IDPS}, 2);
+  EXPECT_EQ(int{IPOD_IDENTIFY_RESULT_LINGOS}, 3);
+}
+
 TEST_F(Start, TokenSwitchKeepsAnyValue) {
   session_.SetIDPSEnable(7);
   EXPECT_EQ(session_.GetIDPSEnable(), 7);
@@ -109,6 +116,29 @@ TEST_P(RefusedStart, TurnsTokensOffAndGoesOnWithLingoes) {
 INSTANTIATE_TEST_SUITE_P(WithStatus, RefusedStart,
                          ::testing::Values("01", "02", "03", "04", "05", "06", "0A", "FF"),
                          [](const auto& tested) { return std::string(tested.param); });
+
+TEST_F(Start, PendingStartIsTakenWithTheNextAck) {
+  // Status 06 with 500 ms first, and status 00 after 400 ms.
+  Answer(kStartFrame, "FF 55 08 00 02 06 38 00 00 01 F4 C3");
+  on_step_ = [this](int step) {
+    if (step == 1) ipod_.SendAt(world_.now_us() + 400000, test::Hex("FF 55 04 00 02 00 38 C2"));
+  };
+  DockTokenIpod();
+  EXPECT_EQ(Identify(), 1);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
+  EXPECT_EQ(TakeSentOf("00 38").size(), 1U);
+}
+
+TEST_F(Start, PendingStartIsRefusedWithTheNextAck) {
+  Answer(kStartFrame, "FF 55 08 00 02 06 38 00 00 01 F4 C3");
+  on_step_ = [this](int step) {
+    if (step == 1) ipod_.SendAt(world_.now_us() + 400000, test::Hex("FF 55 04 00 02 04 38 BE"));
+  };
+  DockLingoIpod();
+  EXPECT_EQ(Identify(), 1);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
+  EXPECT_EQ(session_.GetIDPSEnable(), 0);
+}
 
 TEST_F(Start, DisabledTokensAreNotTried) {
   session_.SetIDPSEnable(0);

@@ -40,10 +40,11 @@ class StoppedIdentification : public Identification, public ::testing::WithParam
 
 class StoppedTokens : public StoppedIdentification {};
 
-TEST_P(StoppedTokens, EndAtOnce) {
+TEST_P(StoppedTokens, EndAtOnceWithIdentifiersAsTheyAre) {
   DockTokenIpod();
   TakeLingoes();
   ExpectStopped();
+  EXPECT_EQ(Peer::TransactionIdMode(session_), GetParam().step == 1 ? 0 : 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(At, StoppedTokens,
@@ -60,6 +61,7 @@ TEST_P(StoppedEnd, DoesNotFallBack) {
   DockTokenIpod();
   TakeLingoes();
   ExpectStopped();
+  EXPECT_EQ(Peer::TransactionIdMode(session_), 0) << "the tokens have failed all the same";
 }
 
 INSTANTIATE_TEST_SUITE_P(At, StoppedEnd,
