@@ -32,7 +32,9 @@ struct ReceivedFrame;
 ///
 /// Two worker threads sort what arrives and answer the iPod's own requests. They outlive the
 /// session and let go of it when it is destroyed, which may happen at any moment and takes under
-/// 100 ms. A copy shares its source's handles and starts no thread.
+/// 100 ms. A copy shares its source's handles and starts no thread. Whichever of the two is
+/// destroyed first closes them; the other stays safe to use and to destroy, which may then take a
+/// second.
 class IPODCOMM_API CIpodComm {
  public:
   /// Starts the worker threads, then opens the port once, sends a wake-up byte and closes it again,
