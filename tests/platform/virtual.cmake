@@ -8,4 +8,4 @@ file(GLOB virtual_platform_test_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_D
 add_executable(virtual_platform_tests ${virtual_platform_test_sources}
                                       $<TARGET_OBJECTS:virtual_world_gtest>)
 target_link_libraries(virtual_platform_tests PRIVATE ipodcomm_platform_virtual GTest::gmock_main)
-gtest_discover_tests(virtual_platform_tests DISCOVERY_MODE PRE_TEST)
+gtest_discover_tests(virtual_platform_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120)
