@@ -155,6 +155,15 @@ TEST(HostileVersion, OffsetsFarAwayAreRefused) {
   }
 }
 
+TEST(HostileVersion, WhatStandsBehindTheSectionIsNotInMemory) {
+  Bytes image = PeImage(32, Resource());
+  const auto behind = static_cast<std::uint32_t>(image.size() - kResources);
+  const Bytes resource = Resource();
+  image.insert(image.end(), resource.begin(), resource.end());
+  Put32(image, kDataEntry, kResourceAddress + behind);
+  EXPECT_EQ(FileVersion(image), L"refused");
+}
+
 TEST(HostileVersion, SizesBeyondTheFileAreRefused) {
   for (const std::uint32_t size : {0x00000800U, 0x0000FFFFU, 0x00010000U, 0xFFFFFFFFU}) {
     Bytes image = PeImage(32, Resource());
