@@ -46,7 +46,9 @@ TEST_F(Browsing, ResetFailsAfterThreeAttemptsOfASecondEach) {
   int result = 1;
   const std::int64_t elapsed_us = Elapsed([&] { result = session_.Command_ResetDBSelection(); });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(elapsed_us, 3 * (20 + 1000) * test::kMillisecond);
+  EXPECT_GE(elapsed_us, 3 * (20 + 1000) * test::kMillisecond);
+  // Each write may first wait for the read thread to leave the port, 2 ms at the most.
+  EXPECT_LE(elapsed_us, 3 * (2 + 20 + 1000) * test::kMillisecond);
   EXPECT_THAT(TakeSent(), ElementsAre(kResetFrame, kResetFrame, kResetFrame));
   EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
 }
@@ -88,7 +90,8 @@ TEST_F(Browsing, RecordRequestIsOnlyWrittenAndReturnsTheIdentifierBeforeTheWrite
   const std::int64_t elapsed_us =
       Elapsed([&] { identifier = session_.Command_RetrieveCategorizedDatabaseRecords(100, 2, 5); });
   EXPECT_EQ(identifier, 0x0102U);
-  EXPECT_EQ(elapsed_us, 20 * test::kMillisecond);
+  EXPECT_GE(elapsed_us, 20 * test::kMillisecond);
+  EXPECT_LE(elapsed_us, 22 * test::kMillisecond);  // the read thread may have the port first
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 0E 04 00 1A 01 02 05 00 00 00 64 00 00 00 02 66"));
   EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), 0x0103);
 }

@@ -48,7 +48,8 @@ TEST_P(SimplePlayControl, SendsTheBytesUpToTheFirstThatIsSet) {
   const std::int64_t elapsed_us =
       Elapsed([&] { result = session_.Command_SimplePlayControl(GetParam().mask); });
   EXPECT_EQ(result, IPOD_COMM_OK);
-  EXPECT_EQ(elapsed_us, 20 * test::kMillisecond);
+  EXPECT_GE(elapsed_us, 20 * test::kMillisecond);
+  EXPECT_LE(elapsed_us, 22 * test::kMillisecond);  // the read thread may have the port first
   EXPECT_THAT(TakeSent(), ElementsAre(GetParam().frame));
 }
 
