@@ -149,7 +149,7 @@ TEST(IpodctlBrowse, ShowsProgressOnATerminalOnly) {
   const Dock piped_dock;
   const auto piped = piped_dock.Start({"browse", "artists"});
   Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "browse", "artists"},
-                      Process::ErrorStream::kTerminal);
+                      Process::Setting::kErrorsOnTerminal);
   const Ended seen = on_terminal.Wait();
   EXPECT_EQ(seen.status, 0);
   EXPECT_THAT(seen.err, HasSubstr("\rReading artists  "));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "dock.h"
@@ -104,6 +105,14 @@ TEST(IpodctlPort, RefusesWhatIsNoSerialLine) {
   ExpectRefused(Ipodctl({"--port", folder.path(""), "info"}), 2, "it is not a serial line");
   ExpectRefused(Ipodctl({"--port", "/dev/null", "info"}), 2,
                 "cannot open /dev/null: it does not work as a serial line");
+}
+
+TEST(IpodctlPort, SaysWhatPermissionIsMissing) {
+  const Dock dock;
+  std::filesystem::permissions(dock.device(), std::filesystem::perms::none);
+  Process stranger(IPODCTL_PROGRAM, {"--port", dock.device(), "info"},
+                   Process::Setting::kBoundByFileModes);
+  ExpectRefused(stranger.Wait(), 2, "cannot open " + dock.device() + ": permission denied; join");
 }
 
 TEST(IpodctlPort, RefusesADeviceInUseUntilCtrlCReleasesIt) {

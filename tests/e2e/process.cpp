@@ -3,9 +3,11 @@
 #include "process.h"
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,14 +41,15 @@ Ends MakeTerminal() {
 }  // namespace
 
 Process::Process(const std::string& program, const std::vector<std::string>& arguments,
-                 ErrorStream error_stream) {
+                 Setting setting) {
   const Ends out = MakePipe();
-  const Ends err = error_stream == ErrorStream::kTerminal ? MakeTerminal() : MakePipe();
+  const Ends err = setting == Setting::kErrorsOnTerminal ? MakeTerminal() : MakePipe();
   std::vector<char*> argv = {const_cast<char*>(program.c_str())};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   pid_ = ::fork();
   if (pid_ == 0) {
+    if (setting == Setting::kBoundByFileModes) ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
     const int nothing = ::open("/dev/null", O_RDONLY);
     ::dup2(nothing, STDIN_FILENO);
     ::dup2(out.write, STDOUT_FILENO);

@@ -17,11 +17,15 @@ struct Ended {
 
 class Process {
  public:
-  enum class ErrorStream { kPipe, kTerminal };
+  enum class Setting {
+    kPlain,
+    kErrorsOnTerminal,  // standard error is a terminal
+    kBoundByFileModes,  // also when the tests run as root, whom files' modes do not bind
+  };
 
   /// Starts `program`. Its standard input is empty.
   Process(const std::string& program, const std::vector<std::string>& arguments,
-          ErrorStream error_stream = ErrorStream::kPipe);
+          Setting setting = Setting::kPlain);
   /// Kills what still runs.
   ~Process();
   Process(const Process&) = delete;
