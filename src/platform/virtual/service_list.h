@@ -8,6 +8,7 @@ namespace ipodcomm::virtual_platform {
 
 // GetLastError, SetLastError and GetCurrentThreadId are missing: they concern nobody but the thread
 // itself and cannot fail.
+// clang-format off: one to a line
 #define IPODCOMM_VIRTUAL_SERVICES(X)                                                           \
   X(CreateFileW)                                                                               \
   X(CloseHandle)                                                                               \
@@ -26,6 +27,7 @@ namespace ipodcomm::virtual_platform {
                               X(LocalFree) X(MultiByteToWideChar) X(WideCharToMultiByte)       \
                                   X(wsprintfW) X(StringCchCopyW) X(StringCchPrintfW)           \
                                       X(FormatMessageW) X(NKDbgPrintfW)
+// clang-format on
 
 enum class ServiceId {
 #define IPODCOMM_VIRTUAL_SERVICE(name) k##name,
