@@ -8,25 +8,53 @@ namespace ipodcomm::virtual_platform {
 
 // GetLastError, SetLastError and GetCurrentThreadId are missing: they concern nobody but the thread
 // itself and cannot fail.
-// clang-format off: one to a line
-#define IPODCOMM_VIRTUAL_SERVICES(X)                                                           \
-  X(CreateFileW)                                                                               \
-  X(CloseHandle)                                                                               \
-  X(GetCommState)                                                                              \
-  X(SetCommState)                                                                              \
-  X(GetCommTimeouts)                                                                           \
-  X(SetCommTimeouts)                                                                           \
-  X(SetCommMask)                                                                               \
-  X(WaitCommEvent) X(ReadFile) X(WriteFile) X(PurgeComm) X(ClearCommError) X(ClearCommBreak)   \
-      X(CreateThread) X(TerminateThread) X(InitializeCriticalSection) X(EnterCriticalSection)  \
-          X(LeaveCriticalSection) X(DeleteCriticalSection) X(CreateEventW) X(EventModify)      \
-              X(WaitForSingleObject) X(Sleep) X(GetTickCount) X(ActivateDevice)                \
-                  X(DeactivateDevice) X(RegCreateKeyExW) X(RegQueryValueExW) X(RegSetValueExW) \
-                      X(RegCloseKey) X(GetFileVersionInfoSizeW) X(GetFileVersionInfoW)         \
-                          X(VerQueryValueW) X(VirtualAlloc) X(VirtualFree) X(LocalAlloc)       \
-                              X(LocalFree) X(MultiByteToWideChar) X(WideCharToMultiByte)       \
-                                  X(wsprintfW) X(StringCchCopyW) X(StringCchPrintfW)           \
-                                      X(FormatMessageW) X(NKDbgPrintfW)
+// One to a line, which the formatter would not leave alone.
+// clang-format off
+#define IPODCOMM_VIRTUAL_SERVICES(X) \
+  X(CreateFileW)                     \
+  X(CloseHandle)                     \
+  X(GetCommState)                    \
+  X(SetCommState)                    \
+  X(GetCommTimeouts)                 \
+  X(SetCommTimeouts)                 \
+  X(SetCommMask)                     \
+  X(WaitCommEvent)                   \
+  X(ReadFile)                        \
+  X(WriteFile)                       \
+  X(PurgeComm)                       \
+  X(ClearCommError)                  \
+  X(ClearCommBreak)                  \
+  X(CreateThread)                    \
+  X(TerminateThread)                 \
+  X(InitializeCriticalSection)       \
+  X(EnterCriticalSection)            \
+  X(LeaveCriticalSection)            \
+  X(DeleteCriticalSection)           \
+  X(CreateEventW)                    \
+  X(EventModify)                     \
+  X(WaitForSingleObject)             \
+  X(Sleep)                           \
+  X(GetTickCount)                    \
+  X(ActivateDevice)                  \
+  X(DeactivateDevice)                \
+  X(RegCreateKeyExW)                 \
+  X(RegQueryValueExW)                \
+  X(RegSetValueExW)                  \
+  X(RegCloseKey)                     \
+  X(GetFileVersionInfoSizeW)         \
+  X(GetFileVersionInfoW)             \
+  X(VerQueryValueW)                  \
+  X(VirtualAlloc)                    \
+  X(VirtualFree)                     \
+  X(LocalAlloc)                      \
+  X(LocalFree)                       \
+  X(MultiByteToWideChar)             \
+  X(WideCharToMultiByte)             \
+  X(wsprintfW)                       \
+  X(StringCchCopyW)                  \
+  X(StringCchPrintfW)                \
+  X(FormatMessageW)                  \
+  X(NKDbgPrintfW)
 // clang-format on
 
 enum class ServiceId {
