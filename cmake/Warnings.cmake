@@ -1,7 +1,7 @@
 # Every target of the project is built with these; a warning is an error.
 add_compile_options(-Wall -Wextra -Wconversion -Wshadow -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # GCC 12, optimising, sees overflows in insertions into vectors that cannot overflow. The
-  # sanitizers' builds and later compilers look for real ones.
+  # GCC 12, optimising, sees overflows and overreads in insertions into vectors that have none. The
+  # sanitizers and later compilers look for real ones.
   add_compile_options(-Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
