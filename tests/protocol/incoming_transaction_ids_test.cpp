@@ -11,7 +11,7 @@ using test::SessionTest;
 class IncomingIds : public SessionTest {
  protected:
   int OwnIdentifier() { return CIpodCommPeer::OwnTransactionId(session_); }
-  int Slot(int lingo) { return CIpodCommPeer::IpodTransactionIds(session_)[lingo]; }
+  int Slot(int lingo) { return CIpodCommPeer::IpodTransactionId(session_, lingo); }
 };
 
 // ---- Answers

@@ -134,11 +134,11 @@ TEST_F(ReadThread, LeavesItsLoopWithinAFewMillisecondsAfterClosing) {
 TEST_F(ReadThread, EmptiesTheQueueAtItsEnd) {
   OpenForPackets();
   Arrive("FF 55 02 00 13 EB FF 55 02 00 14 EA");
-  EXPECT_EQ(CIpodSerialPeer::Received(serial_).size(), 2U);
+  EXPECT_EQ(CIpodSerialPeer::CopyOfReceived(serial_).size(), 2U);
   serial_.Close();
-  EXPECT_EQ(CIpodSerialPeer::Received(serial_).size(), 2U);
+  EXPECT_EQ(CIpodSerialPeer::CopyOfReceived(serial_).size(), 2U);
   world_.Advance(60 * kMillisecond);
-  EXPECT_THAT(CIpodSerialPeer::Received(serial_), IsEmpty());
+  EXPECT_THAT(CIpodSerialPeer::CopyOfReceived(serial_), IsEmpty());
   EXPECT_THAT(TakePackets(), IsEmpty());
 }
 

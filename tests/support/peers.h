@@ -15,6 +15,8 @@ struct CIpodSerialPeer {
   static auto& PacketType(CIpodSerial& serial) { return serial.packet_type_; }
   static auto& ReadThread(CIpodSerial& serial) { return serial.read_thread_; }
   static auto& Received(CIpodSerial& serial) { return serial.received_; }
+  /// The queue as it is now, taken while the read thread may be adding to it.
+  static auto CopyOfReceived(const CIpodSerial& serial) { return serial.CopyOfQueue(); }
   static auto& Running(CIpodSerial& serial) { return serial.running_; }
   static auto& Status(CIpodSerial& serial) { return serial.status_; }
   static auto& ThreadRunning(CIpodSerial& serial) { return serial.thread_running_; }
@@ -27,6 +29,11 @@ struct CIpodCommPeer {
   static auto& Identity(CIpodComm& session) { return session.identity_; }
   static auto& IpodTransactionIds(CIpodComm& session) {
     return session.outgoing_.ipod_transaction_ids;
+  }
+  /// One of them, taken while the routing thread may be noting another.
+  static auto IpodTransactionId(CIpodComm& session, int lingo) {
+    const ipodcomm::LockScope lock(session.transmit_lock_);
+    return session.outgoing_.ipod_transaction_ids[lingo];
   }
   static auto& LogLevel(CIpodComm& session) { return session.log_level_; }
   static auto& Notifications(CIpodComm& session) { return session.notification_; }
