@@ -11,6 +11,12 @@
 
 namespace ipodcomm {
 
+/// A preference that identification announces or sets.
+struct PreferenceSetting {
+  unsigned char preference_class;
+  unsigned char setting;
+};
+
 /// Makes the iPod accept the accessory.
 ///
 ///   wake up, StartIDPS (3 attempts) --- taken --> tokens, EndIDPS --- status 0 --> identified

@@ -27,11 +27,7 @@ bool AtLeast(const tagIPOD_VERSION& version, const tagIPOD_VERSION& minimum) {
          (version.major == minimum.major && version.minor >= minimum.minor);
 }
 
-/// A preference set after identification.
-struct PreferenceSetting {
-  unsigned char preference_class;
-  unsigned char setting;
-};
+// Preferences set after identification.
 constexpr PreferenceSetting kPreferences[] = {
     {3, 1}, {1, 0}, {2, 0}, {8, 1}, {9, 0}, {10, 1}, {15, 1}, {0, 1},
 };

@@ -13,11 +13,7 @@ namespace {
 constexpr DWORD kSettlePauseMs = 300;
 constexpr int kMaxPayload = 255;
 
-/// A preference announced with the tokens.
-struct PreferenceSetting {
-  unsigned char preference_class;
-  unsigned char setting;
-};
+// Preferences announced with the tokens.
 constexpr PreferenceSetting kPreferences[] = {
     {0x01, 0x00}, {0x02, 0x00}, {0x03, 0x01}, {0x08, 0x01}, {0x0A, 0x01}, {0x00, 0x01},
 };

@@ -4,11 +4,11 @@
 #include <cstring>
 
 #include "ipodcomm/detail/FrameAssembler.h"
+#include "protocol/frame.h"
 
 namespace ipodcomm {
 
 namespace {
-constexpr std::uint8_t kSyncByte = 0xFF;
 constexpr std::uint8_t kStartByte = 0x55;
 }  // namespace
 
