@@ -247,11 +247,37 @@ class IPODCOMM_API CIpodComm {
   /// Sets a preference until the accessory is detached: `2B cc ss 01`, ACK. Same condition.
   int Command_SetPreference(unsigned char preference_class, unsigned char setting);
 
-  // ---- Answers to the iPod (workout/) ----------------------------------------------------------
+  // ---- Files on the iPod (workout/storage.cpp) -------------------------------------------------
 
+  int Command_StorageGetIpodCaps(__int64* total_space, unsigned long* max_file_size,
+                                 unsigned short* max_write_size, unsigned char* major,
+                                 unsigned char* minor);
+  int Command_GetiPodFreeSpace(__int64* free_space);
+  int Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned long options,
+                                  unsigned char* data, unsigned long length, unsigned char* handle);
+  int Command_WriteiPodFileData(unsigned char handle, unsigned char* data, unsigned long length);
+  int Command_CloseiPodFile(unsigned char handle);
   /// Tells the accessory's storage capabilities: Storage `82`, 22 bytes. Not awaited. The write
   /// offset of the open file starts over.
   int Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor);
+
+  // ---- The user's data (workout/sports.cpp) ----------------------------------------------------
+
+  int Command_SportsGetIpodCaps(unsigned short* caps, unsigned char* extra);
+  int Command_GetUserData(int* flag, unsigned short* weight, unsigned char* value);
+  int Command_SetUserWeight(unsigned short weight);
+
+  // ---- Workout document (workout/workout.cpp) --------------------------------------------------
+
+  int Sports_StartWorkout(const wchar_t* manufacturer_id, const wchar_t* manufacturer_name,
+                          const wchar_t* model, const wchar_t* serial_number,
+                          tagIPOD_EQUIPMENT_TYPE equipment, double weight_kg);
+  int Sports_IntervalWorkout(tagIPOD_INTERVAL_TYPE event, int seconds, double kcal, double distance,
+                             tagIPOD_DISTANCE_TYPE distance_type, double speed,
+                             tagIPOD_SPEED_TYPE speed_type, double incline, int bpm, int level);
+  int Sports_FinishWorkout(int seconds, double kcal, double distance,
+                           tagIPOD_DISTANCE_TYPE distance_type, double speed,
+                           tagIPOD_SPEED_TYPE speed_type, int bpm);
 
  private:
   friend class ipodcomm::IdentificationSequence;
@@ -334,6 +360,9 @@ class IPODCOMM_API CIpodComm {
   void Return_SportsDeviceVersion();
   void Return_SportsDeviceCaps();
   std::string Model() const;
+
+  // Workout (workout/storage.cpp)
+  int WriteStorageFileString(const wchar_t* text);
 
   // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
   unsigned char CategoryOnWire(unsigned char category) const;

@@ -99,3 +99,34 @@ struct tagIPOD_PLAY_STATUS {
   std::uint32_t track_index;  ///< in the now-playing list
   std::uint32_t tick;         ///< GetTickCount of the last notification, in milliseconds
 };
+
+/// What the user trains on.
+enum tagIPOD_EQUIPMENT_TYPE : std::int32_t {
+  IPOD_EQUIPMENT_TYPE_TREADMILL = 0,
+  IPOD_EQUIPMENT_TYPE_ELLIPTICAL = 1,
+  IPOD_EQUIPMENT_TYPE_STEPPER = 2,
+  IPOD_EQUIPMENT_TYPE_BIKE = 3,
+  IPOD_EQUIPMENT_TYPE_OTHER = 4,
+};
+
+/// What a workout's distance is.
+enum tagIPOD_DISTANCE_TYPE : std::int32_t {
+  IPOD_DISTANCE_TYPE_KM = 0,      ///< kilometres
+  IPOD_DISTANCE_TYPE_FLOORS = 1,  ///< floors climbed
+};
+
+/// What a workout's speed is.
+enum tagIPOD_SPEED_TYPE : std::int32_t {
+  IPOD_SPEED_TYPE_PACE = 0,
+  IPOD_SPEED_TYPE_SPM = 1,  ///< steps per minute
+  IPOD_SPEED_TYPE_RPM = 2,  ///< revolutions per minute
+};
+
+/// The event that an interval of the workout records.
+enum tagIPOD_INTERVAL_TYPE : std::int32_t {
+  IPOD_INTERVAL_TYPE_START = 0,
+  IPOD_INTERVAL_TYPE_CONTINUE = 1,
+  IPOD_INTERVAL_TYPE_PAUSE = 2,
+  IPOD_INTERVAL_TYPE_RESUME = 3,
+  IPOD_INTERVAL_TYPE_END = 4,
+};

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
-// The legacy interface, of which the protocol's vocabulary is used by both.
+// The legacy interface: one docked iPod, driven synchronously on the caller's thread. Its constants
+// are the protocol's vocabulary, which both interfaces use.
 #pragma once
 
+#include <cstdint>
+
+#include "ipodcomm/ipodserial.h"
 #include "ipodcomm/platform.h"
 
-/// The protocol's numbers under exported names. What a number means depends on its lingo: command
-/// families overlap, and some names share a value on purpose.
+/// The docked iPod of the legacy interface, and the protocol's numbers under exported names. What a
+/// number means depends on its lingo: command families overlap, and some names share a value on
+/// purpose.
 class IPODCOMM_API ipod {
  public:
   // Frame byte positions and marker values
@@ -417,4 +422,176 @@ class IPODCOMM_API ipod {
   static const unsigned char SIZE_IPODTRACKPOSITION = 0x0A;
   static const unsigned char SIZE_IPODCURRENTPLAYINGTRACKCHAPTERNAME = 0x19;
   static const unsigned char SIZE_IPODPREFERENCES = 0x19;
+
+  ipod();
+  ipod(const ipod& other);
+  ipod& operator=(const ipod& other);
+
+  // ---- Port (legacy/packets.cpp) ---------------------------------------------------------------
+
+  int openport(wchar_t* name, int baud_rate);
+  int openport();
+  int closeport();
+
+  // ---- Packets (legacy/packets.cpp, legacy/extraction.cpp) -------------------------------------
+
+  int sendpacket();
+  int sendpacketextended();
+  int sendpacketextendedlarge(unsigned char* ignored);
+  int extractdatafrompacket(unsigned char expected_command, wchar_t* text, unsigned char capacity,
+                            unsigned char offset, int ignored);
+  int ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t* text,
+                                    unsigned char capacity, unsigned char offset, int ignored);
+  int ExtractDataFromPacketExtendedRaw(unsigned short ignored_command, void* buffer,
+                                       unsigned long count);
+  int VerifyReceivePacketChecksum(unsigned char* frame, unsigned long length);
+  wchar_t* utf8tounicode(wchar_t* text);
+
+  // ---- Commands (legacy/commands.cpp) ----------------------------------------------------------
+
+  int command_identify();
+  int command_requestremoteuimode();
+  int command_enterremoteuimode();
+  int command_exitremoteuimode();
+  int command_requestipodname();
+  int command_requestipodsoftwareversion();
+  int command_requestipodserialnum();
+  int command_requestipodmodelnum();
+  int command_requestlingoprotocolversion(unsigned char ignored_lingo);
+  int command_getipodpreference(unsigned char preference_class);
+  int command_setipodpreference(unsigned char preference_class, unsigned char setting);
+  int command_identifydevicelingos(int option);
+  int command_returnaccessoryinfo(unsigned char type);
+  int command_sportsreturndeviceversion();
+  int command_sportsreturndevicecaps();
+  int command_sportsgetipodcaps();
+  int command_storagegetipodcaps();
+  int command_storageopenipodfeaturefile();
+  int command_storeagewriteipodfiledata(wchar_t* text, unsigned short count);
+  int command_storagecloseipodfile();
+  int command_buttonstatus(unsigned char command, unsigned long buttons);
+  int command_contextbutton(unsigned long buttons);
+  int command_remote_getindexedplayingtrackinfo(unsigned char type, unsigned long track,
+                                                unsigned short chapter);
+  int command_getplaystatus();
+  int command_getcurrentplayingtrackchaptername();
+  int command_getnumbercategorizeddbrecords();
+  int command_retrievecategorizeddbrecords(unsigned long start);
+  int command_resetdbselection();
+  int command_resetdbselectionhierarchy(unsigned char hierarchy);
+  int command_selectdbrecord(unsigned long index);
+  int command_selectsortdbrecord(unsigned long index, unsigned char sort_order);
+  int command_getcurrentplayingtrackindex();
+  int command_getindexedplayingtracktitle(unsigned long track);
+  int command_getindexedplayingtrackinfo(unsigned char type, unsigned long track,
+                                         unsigned short chapter);
+  int command_getmonodisplayimagelimits();
+  int command_getartworkformats();
+  int command_gettrackartworktimes(unsigned long track, unsigned short format_id,
+                                   unsigned short artwork_index, unsigned short count);
+  int command_gettrackartworkdata(unsigned long track, unsigned short format_id,
+                                  unsigned long time_offset);
+  int command_playcontrol(unsigned char code);
+  int command_setdisplayimagefirst(unsigned char pixel_format, unsigned short width,
+                                   unsigned short height, unsigned long count,
+                                   unsigned char* image);
+  int command_setdisplayimagerest(unsigned short descriptor_index, unsigned long count,
+                                  unsigned char* image);
+
+  // ---- Facts as display text (legacy/getters.cpp, legacy/preferences.cpp) ----------------------
+
+  int getipodsoftwareversion(wchar_t* text, unsigned long size);
+  int getipodmodelnum(wchar_t* text);
+  int getipodprotocolversion(wchar_t* text);
+  int getipodlingoversion(wchar_t* text, unsigned char ignored_lingo);
+  int getipodname(wchar_t* text);
+  int getipodserailnum(wchar_t* text);
+  int getipodmodelname(wchar_t* text);
+  int loadipodpreference(unsigned char preference_class, unsigned char* setting);
+  int setipodpreferencevidooutsetting(unsigned char setting);
+  int getipodpreferencevideooutsetting(wchar_t* text);
+  int getipodpreferencescreenconfiguration(wchar_t* text);
+  int getipodpreferencevideosignalformat(wchar_t* text);
+  int getipodpreferencelineoutusage(wchar_t* text);
+  int getipodpreferencevideoutconnection(wchar_t* text);
+  int getipodpreferenceclosedcaptioning(wchar_t* text);
+  int getipodpreferencevideomonitoraspect(wchar_t* text);
+  int getipodpreferencesubtitles(wchar_t* text);
+  int getipodpreferencevideoalternateaudiochannel(wchar_t* text);
+
+  // ---- What is playing (legacy/playing.cpp) ----------------------------------------------------
+
+  int getipodplayerstatenum(unsigned char* state);
+  int GetIpodPlayerStateNumEx(unsigned char* state, unsigned long* length, unsigned long* position);
+  int getipodplayerstate(wchar_t* text);
+  int isplaying();
+  wchar_t* getipodtracklength();
+  wchar_t* getipodtrackposition();
+  int getcurrentplayingtrackindex(unsigned long* index);
+  int getindexedplayingtracktitle(wchar_t* text);
+  int getipodcurrentplayingtrackchaptername(wchar_t* text);
+  int iscurrentvideo(int* flag);
+  int pausestop();
+
+  // ---- Browsing (legacy/browsing.cpp) ----------------------------------------------------------
+
+  unsigned char getcategory();
+  void setcategory(unsigned char category);
+  unsigned char getlastcategory();
+  wchar_t* getlasttry();
+  int loadipodcategorydbrecordcount(unsigned long* count);
+  int selecttop(unsigned char category, unsigned long* count, unsigned char hierarchy);
+  int select(unsigned char category, unsigned short index, unsigned long* count);
+  int getnextcategorizeddbrecord(wchar_t* name, int capacity, unsigned long index);
+  void deleterecords(wchar_t*** names, unsigned long** values);
+
+  // ---- Artwork and display images (legacy/artwork.cpp) -----------------------------------------
+
+  int getmonodisplayimagelimits(unsigned short* width, unsigned short* height,
+                                unsigned char* pixel_format);
+  int setmonoimage();
+  int getartworkformats(unsigned short* format_ids, unsigned char* count);
+  int getindexedplayingtrackartworkcount(unsigned long track, unsigned short* value);
+  int gettrackartworktimes(unsigned long track, unsigned short format_id, unsigned long* time);
+  int getcurrenttrackartworkdata(unsigned short format_id);
+
+  // ---- Workout (legacy/workout.cpp) ------------------------------------------------------------
+
+  int issports(int* supported, unsigned char* extra);
+  int ipodstoragewritestring(int previous_ok, wchar_t* text);
+  int startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_t* ignored,
+                   wchar_t* model, wchar_t* serial_number, wchar_t* gym_name, wchar_t* gym_location,
+                   float weight_kg);
+  int intervalworkout(unsigned char event, unsigned int seconds, unsigned int kcal, float km,
+                      float ignored_speed, unsigned int pace, unsigned int ignored1,
+                      unsigned int ignored2, unsigned int bpm, float incline, unsigned int level);
+  int finishworkout(unsigned int seconds, unsigned int kcal, float km, float ignored_speed,
+                    unsigned int pace, unsigned int ignored1, unsigned int ignored2,
+                    unsigned int bpm);
+
+  // ---- Self-test (legacy/self_test.cpp) --------------------------------------------------------
+
+  int startregressiontest(wchar_t* detail);
+  int nextregressiontest(wchar_t* title, int* result, wchar_t* detail);
+
+ private:
+  friend struct ipodPeer;  // the tests' look inside
+
+  std::uint8_t lingo_ = 0;
+  std::uint8_t command_ = 0;
+  std::uint8_t payload_[256] = {};  // shared by all commands: what one leaves, the next may send
+  std::uint16_t payload_length_ = 0;
+  std::uint16_t extended_command_ = 0;
+  std::uint8_t category_ = 0;
+  std::uint8_t last_category_ = 0;
+  std::uint32_t self_test_step_ = 0;
+  std::int32_t top_selection_result_ = 0;
+  std::uint8_t storage_file_handle_ = 0;
+  std::uint32_t storage_write_offset_ = 0;
+  std::int32_t extended_model_ = 0;
+  std::int32_t name_sort_ = 0;
+  wchar_t track_length_text_[SIZE_IPODTRACKLENGTH] = {};
+  wchar_t track_position_text_[SIZE_IPODTRACKPOSITION] = {};
+  wchar_t status_text_[256] = {};
+  ipodserial serial_;
 };

@@ -105,50 +105,6 @@ void SetLastError(DWORD code);
 #define ONE5STOPBITS 1
 #define TWOSTOPBITS 2
 
-/// Line settings of a port; 28 bytes, as drivers check.
-struct DCB {
-  std::uint32_t DCBlength;
-  std::uint32_t BaudRate;
-  std::uint32_t fBinary : 1;
-  std::uint32_t fParity : 1;
-  std::uint32_t fOutxCtsFlow : 1;
-  std::uint32_t fOutxDsrFlow : 1;
-  std::uint32_t fDtrControl : 2;
-  std::uint32_t fDsrSensitivity : 1;
-  std::uint32_t fTXContinueOnXoff : 1;
-  std::uint32_t fOutX : 1;
-  std::uint32_t fInX : 1;
-  std::uint32_t fErrorChar : 1;
-  std::uint32_t fNull : 1;
-  std::uint32_t fRtsControl : 2;
-  std::uint32_t fAbortOnError : 1;
-  std::uint32_t fDummy2 : 17;
-  std::uint16_t wReserved;
-  std::uint16_t XonLim;
-  std::uint16_t XoffLim;
-  std::uint8_t ByteSize;
-  std::uint8_t Parity;
-  std::uint8_t StopBits;
-  char XonChar;
-  char XoffChar;
-  char ErrorChar;
-  char EofChar;
-  char EvtChar;
-  std::uint16_t wReserved1;
-};
-
-/// Time-outs of a port, in milliseconds. 0 for both write fields: a write never times out. 0 for
-/// all read fields: a read waits for all its bytes. An interval of 0xFFFFFFFF: a read takes what is
-/// there already, at once; with a total multiplier of 0xFFFFFFFF too, it waits the constant for the
-/// first byte.
-struct COMMTIMEOUTS {
-  DWORD ReadIntervalTimeout;
-  DWORD ReadTotalTimeoutMultiplier;
-  DWORD ReadTotalTimeoutConstant;
-  DWORD WriteTotalTimeoutMultiplier;
-  DWORD WriteTotalTimeoutConstant;
-};
-
 /// Driver queues of a port.
 struct COMSTAT {
   DWORD flags;
