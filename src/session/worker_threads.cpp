@@ -53,5 +53,4 @@ void CIpodComm::LetWorkersGo() {
     if (lifeline_->empty()) break;
     Sleep(kLookAgainMs);
   }
-  lifeline_->End();
 }

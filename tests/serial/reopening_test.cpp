@@ -181,4 +181,33 @@ TEST(TwoReadThreads, NeverReadOnePortThroughACopy) {
   }
 }
 
+// The copy's source started the thread, which works on the source.
+TEST(TwoReadThreads, CopyTurnsItsSourcesThreadAwayThoughItCannotBeTerminated) {
+  World world;
+  world.NameRoutine(CIpodSerial::PortReadThread, "read");
+  CIpodSerial source;
+  source.Open(true);
+  CIpodSerial copy = source;
+  world.FailOnce("TerminateThread", 1, 5);
+  EXPECT_EQ(copy.Open(true), 0);
+  world.Advance(100 * kMillisecond);
+  EXPECT_THAT(world.live_threads(), ElementsAre("read 2"));
+}
+
+// Assigning makes the object forget its thread's handle; the thread still works on it.
+TEST(TwoReadThreads, ThreadThatAnAssignmentMadeForgottenIsTurnedAway) {
+  World world;
+  world.NameRoutine(CIpodSerial::PortReadThread, "read");
+  CIpodSerial serial;
+  serial.Open(true);
+  CIpodSerial copy = serial;
+  copy.Close();
+  serial = CIpodSerial();
+  world.Record({"ReadFile"});
+  EXPECT_EQ(serial.Open(true), 0);
+  world.Advance(100 * kMillisecond);
+  EXPECT_THAT(Readers(world), ElementsAre("read 2 port2"));
+  EXPECT_THAT(world.live_threads(), ElementsAre("read 2"));
+}
+
 }  // namespace
