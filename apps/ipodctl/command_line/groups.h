@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// The groups of commands; a file each.
+#pragma once
+
+#include "command_line/parser.h"
+
+namespace ipodctl {
+
+void AddLookingCommands(CommandLineParser& parser);
+void AddPlayingCommands(CommandLineParser& parser);
+void AddSettingCommands(CommandLineParser& parser);
+
+}  // namespace ipodctl

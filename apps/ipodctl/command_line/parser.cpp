@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// The command line: its options for every command, its help, and the sentences for wrong arguments.
+#include "command_line/parser.h"
+
+#include <cctype>
+
+#include "command_line/groups.h"
+#include "exit_status.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr const char* kProgramFooter =
+    "Examples:\n"
+    "  ipodctl tour                                  see it all on a simulated iPod\n"
+    "  ipodctl --port /dev/ttyUSB0 info              what is in the dock\n"
+    "  ipodctl --port /dev/ttyUSB0 browse artists    whose music is on it\n"
+    "  ipodctl --simulated browse genres --json      no hardware, for a script\n"
+    "\n"
+    "The dock:\n"
+    "  --port names it; else the environment variable IPODCOMM_COM2 does, else it is /dev/ttyS1.\n"
+    "  --simulated puts a simulated iPod into this program, on a real pseudo-terminal. It is one "
+    "of\n"
+    "  nano (all services), classic (no token identification), old (too old), nosports, silent.\n"
+    "\n"
+    "Exit status:\n"
+    "  0  done\n"
+    "  1  the iPod refused, or the operation failed\n"
+    "  2  the port cannot be opened\n"
+    "  3  nothing is docked, or the iPod did not accept the accessory\n"
+    "  4  the iPod is too old\n"
+    "  64  wrong arguments        66  a file is missing or malformed\n"
+    "  130  interrupted before the command was done\n"
+    "\n"
+    "Data goes to standard output, everything else to standard error.\n"
+    "'ipodctl COMMAND --help' explains a command and shows examples.";
+
+}  // namespace
+
+CommandLineParser::CommandLineParser() {
+  app_.name("ipodctl");
+  app_.formatter(formatter_);
+  app_.require_subcommand(0, 1);
+  app_.footer(kProgramFooter);
+  formatter_->SetUsage(&app_, "ipodctl [OPTIONS] COMMAND ...");
+  AddGlobalOptions();
+  AddLookingCommands(*this);
+  AddPlayingCommands(*this);
+  AddSettingCommands(*this);
+}
+
+void CommandLineParser::AddGlobalOptions() {
+  app_.set_help_flag("-h,--help", "Show this help, or a command's");
+  app_.set_version_flag("--version", std::string("ipodctl " IPODCTL_VERSION), "Show the version");
+  port_option_ = app_.add_option("--port", options_.port, "The serial line of the dock")
+                     ->option_text("DEVICE");
+  simulated_option_ =
+      app_.add_flag("--simulated{nano}", simulated_, "Use a simulated iPod (see below)")
+          ->option_text("[=PROFILE]");
+  simulation_options_ = {
+      app_.add_option("--seed", simulation_.seed, "Its media library, by number")
+          ->check(CLI::NonNegativeNumber)
+          ->option_text("N"),
+      app_.add_option("--library", simulation_.library_file, "Its media library, from a JSON file")
+          ->option_text("FILE"),
+  };
+  app_.add_flag("--completion", completion_, "Print a script that completes commands in bash");
+  app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");
+  app_.add_flag("-v,--verbose", options_.verbose, "Tell on standard error what goes on");
+  app_.add_flag("!--no-idps", options_.idps, "Identify without tokens, as old iPods need");
+  app_.add_option("--model", options_.model, "Model number to introduce ourselves with")
+      ->option_text("NAME");
+  port_option_->excludes(simulated_option_);
+}
+
+CLI::App* CommandLineParser::AddCommand(const char* name, const char* group,
+                                        const char* description, const std::string& usage,
+                                        const char* footer) {
+  CLI::App* command = app_.add_subcommand(name, description);
+  command->group(group);
+  command->fallthrough();
+  command->set_help_flag("-h,--help", "Show this help");
+  command->footer(std::string(footer) + (*footer == '\0' ? "" : "\n\n") +
+                  "Options for every command are in 'ipodctl --help'.");
+  SetUsage(command, "ipodctl " + std::string(name) + (usage.empty() ? "" : " ") + usage);
+  return command;
+}
+
+void CommandLineParser::SetUsage(const CLI::App* command, std::string usage) {
+  formatter_->SetUsage(command, std::move(usage));
+}
+
+void CommandLineParser::AddWords(const std::string& command,
+                                 const std::vector<std::string>& words) {
+  std::vector<std::string>& all = words_[command];
+  all.insert(all.end(), words.begin(), words.end());
+}
+
+CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) {
+  const auto refuse = [this](std::string sentence) {
+    const bool starts_with_word = sentence.size() > 1 && std::islower(sentence[1]) != 0;
+    if (starts_with_word) {
+      sentence.front() = static_cast<char>(std::tolower(sentence.front()));
+    }
+    return CommandLine{{}, sentence + "; see " + HelpHint(), kUsage};
+  };
+  try {
+    // The parser takes arguments from the back.
+    app_.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    if (completion_) return {{}, BashCompletion(app_, words_), kSuccess};
+    Complete();
+  } catch (const CLI::CallForHelp&) {
+    return {{}, app_.help(), kSuccess};
+  } catch (const CLI::CallForVersion& version) {
+    return {{}, std::string(version.what()) + "\n", kSuccess};
+  } catch (const CLI::ParseError& problem) {
+    return refuse(problem.what());
+  } catch (const UsageProblem& problem) {
+    return refuse(problem.sentence);
+  }
+  return {options_, {}, kSuccess};
+}
+
+std::string CommandLineParser::HelpHint() const {
+  const std::vector<CLI::App*> commands = app_.get_subcommands();
+  const std::string command = commands.empty() ? "" : commands.front()->get_name() + " ";
+  return "'ipodctl " + command + "--help'";
+}
+
+void CommandLineParser::Complete() {
+  const std::vector<CLI::App*> commands = app_.get_subcommands();
+  if (commands.empty()) throw UsageProblem{"no command given"};
+  options_.command = commands.front()->get_name();
+  CompleteSimulation();
+  if (!port_option_->empty() && options_.port.empty()) {
+    throw UsageProblem{"--port needs the name of a device"};
+  }
+  for (const std::function<void()>& check : checks_) check();
+}
+
+void CommandLineParser::CompleteSimulation() {
+  const bool simulated_by_default = options_.command == "tour" && port_option_->empty();
+  if (!simulated_option_->empty() || simulated_by_default) {
+    if (!simulated_option_->empty()) simulation_.profile = simulated_;
+    options_.simulation = simulation_;
+    return;
+  }
+  for (const CLI::Option* option : simulation_options_) {
+    if (option->empty()) continue;
+    throw UsageProblem{option->get_name() + " describes a simulated iPod and needs --simulated"};
+  }
+}
+
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
+  return CommandLineParser().Parse(arguments);
+}
+
+}  // namespace ipodctl

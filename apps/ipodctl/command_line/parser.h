@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// The parser of the command line, to which each group of commands adds its own.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "completion.h"
+#include "help_formatter.h"
+#include "options.h"
+
+namespace ipodctl {
+
+/// A complaint about the arguments that the parser itself does not have.
+struct UsageProblem {
+  std::string sentence;
+};
+
+class CommandLineParser {
+ public:
+  CommandLineParser();
+  CommandLineParser(const CommandLineParser&) = delete;
+  CommandLineParser& operator=(const CommandLineParser&) = delete;
+
+  CommandLine Parse(const std::vector<std::string>& arguments);
+
+  /// Adds a command.
+  /// @param group heading under which the program's help lists it
+  /// @param usage what follows the command's name
+  /// @param footer explanation and examples
+  CLI::App* AddCommand(const char* name, const char* group, const char* description,
+                       const std::string& usage, const char* footer);
+  void SetUsage(const CLI::App* command, std::string usage);
+  /// Words that a command takes besides its options, for completion.
+  void AddWords(const std::string& command, const std::vector<std::string>& words);
+  /// Runs `check` once everything is parsed; it may throw a UsageProblem.
+  void AddCheck(std::function<void()> check) { checks_.push_back(std::move(check)); }
+
+  /// The whole program, for options that every command takes.
+  CLI::App& app() { return app_; }
+  /// What the options set.
+  Options& options() { return options_; }
+
+ private:
+  void AddGlobalOptions();
+  void Complete();
+  void CompleteSimulation();
+  std::string HelpHint() const;
+
+  CLI::App app_{"Drives a docked iPod over a serial line."};
+  std::shared_ptr<HelpFormatter> formatter_ = std::make_shared<HelpFormatter>();
+  Options options_;
+  SimulationOptions simulation_;
+  std::string simulated_;
+  bool completion_ = false;
+  CommandWords words_;
+  std::vector<std::function<void()>> checks_;
+  CLI::Option* port_option_ = nullptr;
+  CLI::Option* simulated_option_ = nullptr;
+  std::vector<const CLI::Option*> simulation_options_;  // that describe the simulated iPod
+};
+
+}  // namespace ipodctl
