@@ -16,6 +16,7 @@ using test::kSecond;
 using test::Packet;
 using test::SessionTest;
 using test::Text;
+using test::World;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -123,20 +124,22 @@ struct IdentifierRow {
   int identifier;
 };
 
-class Identifier : public SessionTest, public ::testing::WithParamInterface<IdentifierRow> {};
+class Identifier : public ::testing::TestWithParam<IdentifierRow> {};
 
 /// The same whether or not identifiers are on.
 TEST_P(Identifier, IsKeptForRequestsOnly) {
   for (const int mode : {0, 1}) {
-    CIpodCommPeer::TransactionIdMode(session_) = mode;
-    CIpodCommPeer::OwnTransactionId(session_) = 0;
-    auto& slots = CIpodCommPeer::IpodTransactionIds(session_);
+    // The host always goes first: the notification thread answers no request before the look.
+    World world({1, ipodcomm::virtual_platform::PrioritySchedule({1})});
+    CIpodComm session;
+    CIpodCommPeer::TransactionIdMode(session) = mode;
+    auto& slots = CIpodCommPeer::IpodTransactionIds(session);
     std::fill(std::begin(slots), std::end(slots), std::uint16_t{0x5A5A});
-    (session_.*CIpodCommPeer::kRoutePacket)(Packet(GetParam().frame));
+    (session.*CIpodCommPeer::kRoutePacket)(Packet(GetParam().frame));
     for (int slot = 0; slot < 13; ++slot) {
       EXPECT_EQ(slots[slot], slot == GetParam().slot ? GetParam().identifier : 0x5A5A) << slot;
     }
-    EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), GetParam().slot >= 0 ? 1 : 0);
+    EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session), GetParam().slot >= 0 ? 1 : 0);
   }
 }
 
