@@ -2,6 +2,7 @@
 // The current interface: one docked iPod, identified, browsed, played and written to.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -249,13 +250,27 @@ class IPODCOMM_API CIpodComm {
 
   // ---- Files on the iPod (workout/storage.cpp) -------------------------------------------------
 
+  /// Reads the iPod's storage capabilities: Storage `01`, answer `02` with 22 bytes. Every output
+  /// is optional.
+  /// @param total_space bytes, exact to 64 KiB only: the two low bytes are not the iPod's
+  /// @param max_file_size bytes. @param max_write_size bytes that one write may carry
   int Command_StorageGetIpodCaps(__int64* total_space, unsigned long* max_file_size,
                                  unsigned short* max_write_size, unsigned char* major,
                                  unsigned char* minor);
+  /// Reads the free space in bytes, exact to 64 KiB only: `10`, answer `11 ssssssssssssssss`.
   int Command_GetiPodFreeSpace(__int64* free_space);
+  /// Opens a feature file and starts the write offset over, whether it can be opened or not:
+  /// `12 ff oooooooo data`, answer `04 handle`. A failure is told to the debug output.
+  /// @param options IPOD_OPENIPODFEATUREFILE_OPTIONMASK_...
+  /// @param data what the iPod appends when the file is closed, `length` bytes
   int Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned long options,
                                   unsigned char* data, unsigned long length, unsigned char* handle);
+  /// Writes `length` bytes at the write offset in one frame: `07 oooooooo hh data`, ACK `00` with
+  /// status 0. The offset moves on by `length` even when the write fails, so a failed write leaves
+  /// a gap. More than 248 bytes (246 with transaction identifiers) fit no frame and are refused
+  /// without being sent.
   int Command_WriteiPodFileData(unsigned char handle, unsigned char* data, unsigned long length);
+  /// Closes a file: `08 hh`, ACK `00` with status 0.
   int Command_CloseiPodFile(unsigned char handle);
   /// Tells the accessory's storage capabilities: Storage `82`, 22 bytes. Not awaited. The write
   /// offset of the open file starts over.
@@ -263,18 +278,55 @@ class IPODCOMM_API CIpodComm {
 
   // ---- The user's data (workout/sports.cpp) ----------------------------------------------------
 
+  /// Reads the iPod's Sports capabilities: Sports `83`, answer `84 mmmm ee`. Both are optional.
+  /// @param caps IPOD_SPORTS_GETIPODCAPS_MASK_...: workouts can be logged, user's data are kept
   int Command_SportsGetIpodCaps(unsigned short* caps, unsigned char* extra);
+  /// Reads the user's data, each as far as it is asked for: `88 tt`, answer `89`. Asks for the
+  /// capabilities first and fails when the iPod keeps no user's data. The first failure ends it;
+  /// what was read before stays.
+  /// @param flag optional; data type 2: 1 when the iPod's value is 2, else 0
+  /// @param weight optional; data type 3, in the iPod's unit
+  /// @param value optional; data type 4
   int Command_GetUserData(int* flag, unsigned short* weight, unsigned char* value);
+  /// Sets the user's weight, in the iPod's unit: `8A 03 wwww`, ACK `80` with status 0. Asks for the
+  /// capabilities first and fails when the iPod keeps no user's data.
   int Command_SetUserWeight(unsigned short weight);
 
   // ---- Workout document (workout/workout.cpp) --------------------------------------------------
+  //
+  // A workout is logged as a "gymData" document: started once, an interval recorded at each of its
+  // events, finished once. Units are the document's: kilograms, kilometres or floors, kilocalories,
+  // seconds, beats per minute; nothing is converted. Fractions are rounded to the digits shown;
+  // pace, spm and rpm are cut to whole numbers, the nearest of 32 bits (0 for no number).
+  //
+  // Every text goes out as it is given, in UTF-8: a host whose names hold `<` or `&` escapes them.
+  // A line or block is one write. One that fits no frame (see Command_WriteiPodFileData) or is
+  // refused is told to the debug output and leaves a gap.
 
+  /// Checks that the iPod can log workouts (Sports and Storage capabilities, 128 bytes a write, 5
+  /// MiB free), opens the document and writes its header, a line at a time. Whether the lines were
+  /// written does not count.
+  /// @param manufacturer_id, manufacturer_name, model, serial_number of the equipment; a line is
+  /// cut to 511 characters
+  /// @return 1 when the document was opened. Missing capabilities and too small a write size are
+  /// told to the debug output.
   int Sports_StartWorkout(const wchar_t* manufacturer_id, const wchar_t* manufacturer_name,
                           const wchar_t* model, const wchar_t* serial_number,
                           tagIPOD_EQUIPMENT_TYPE equipment, double weight_kg);
+  /// Appends an interval, cut to 511 characters. An unknown event is left out. Instead of an
+  /// unknown distance or speed the line before it is written again. Nothing checks that a workout
+  /// was started.
+  /// @param seconds since the start. @param kcal, distance since the start
+  /// @param bpm 0 for none. @param level -1 for none
+  /// @return 1 when it was written.
   int Sports_IntervalWorkout(tagIPOD_INTERVAL_TYPE event, int seconds, double kcal, double distance,
                              tagIPOD_DISTANCE_TYPE distance_type, double speed,
                              tagIPOD_SPEED_TYPE speed_type, double incline, int bpm, int level);
+  /// Appends the summary, cut to 511 characters, and closes the document, to which the iPod adds
+  /// its end. The speed's element follows `distance_type`: pace for kilometres, spm for floors.
+  /// `speed_type` is ignored.
+  /// @param bpm 0 for none
+  /// @return 1 when the document was closed.
   int Sports_FinishWorkout(int seconds, double kcal, double distance,
                            tagIPOD_DISTANCE_TYPE distance_type, double speed,
                            tagIPOD_SPEED_TYPE speed_type, int bpm);
@@ -361,8 +413,13 @@ class IPODCOMM_API CIpodComm {
   void Return_SportsDeviceCaps();
   std::string Model() const;
 
-  // Workout (workout/storage.cpp)
+  // Workout (workout/storage.cpp, workout/sports.cpp, workout/workout.cpp)
+  bool ExchangeFileData(std::uint16_t command, const unsigned char (&head)[5],
+                        const unsigned char* data, unsigned long length, tagIPOD_READ_PARAMS read);
   int WriteStorageFileString(const wchar_t* text);
+  bool KeepsUserData();
+  bool GetUserDataItem(unsigned char type, unsigned char* reply, std::size_t size);
+  bool TakesWorkouts();
 
   // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
   unsigned char CategoryOnWire(unsigned char category) const;
@@ -428,6 +485,7 @@ class IPODCOMM_API CIpodComm {
   Identity identity_ = {};
   Browsing browsing_ = {};
   ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;
+  std::uint8_t open_file_handle_ = 0;  // of the workout; used by the host's thread only
   ipodcomm::PacketQueue response_;
   mutable ipodcomm::Lock transmit_lock_;  // guards outgoing_ and steps own_transaction_id_
   ipodcomm::Shared<HANDLE> identification_event_ = NewEvent();  // the model number was asked for

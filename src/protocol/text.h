@@ -12,4 +12,11 @@ namespace ipodcomm {
 void TextFromUtf8(const unsigned char* source, std::size_t source_bytes, wchar_t* destination,
                   std::size_t capacity);
 
+/// Converts `text` to at most `capacity - 1` bytes of UTF-8 and a terminator. A text that does not
+/// fit is cut between two characters. @return the bytes without the terminator.
+std::size_t Utf8FromText(const wchar_t* text, char* destination, std::size_t capacity);
+
+/// Bytes of `text` up to the last character that is complete.
+std::size_t WholeUtf8(const char* text, std::size_t length);
+
 }  // namespace ipodcomm

@@ -60,6 +60,7 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   identity_ = other.identity_;
   browsing_ = other.browsing_;
   storage_write_offset_ = other.storage_write_offset_;
+  open_file_handle_ = other.open_file_handle_;
   routing_thread_ = other.routing_thread_;
   notification_thread_ = other.notification_thread_;
 }

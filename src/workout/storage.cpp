@@ -1,7 +1,112 @@
 // SPDX-License-Identifier: MIT
-// CIpodComm: what the accessory tells the iPod about its Storage lingo.
+// CIpodComm: files on the iPod, written through its Storage lingo.
+#include <cstring>
+
 #include "ipodcomm/CIpodComm.h"
+#include "platform/services.h"
+#include "protocol/numbers.h"
+#include "protocol/text.h"
 #include "session/exchange.h"
+
+using ipodcomm::Answer;
+using ipodcomm::Command;
+using ipodcomm::kStorageLingo;
+
+namespace {
+
+constexpr std::uint16_t kStorageAck = 0x00;
+
+/// A number of 64 bits, of which the two lowest bytes both repeat byte 3. Prescribed so; it is off
+/// by less than 64 KiB, and hosts in the field depend on it.
+__int64 ReadSpace(const unsigned char* bytes) {
+  const unsigned char low[] = {bytes[4], bytes[5], bytes[3], bytes[3]};
+  return static_cast<__int64>(static_cast<std::uint64_t>(ipodcomm::ReadNumber32(bytes)) << 32 |
+                              ipodcomm::ReadNumber32(low));
+}
+
+/// Zeroed memory of the platform's heap, null when there is none.
+class HeapBlock {
+ public:
+  explicit HeapBlock(std::size_t size)
+      : bytes_(static_cast<unsigned char*>(LocalAlloc(LPTR, size))) {}
+  HeapBlock(const HeapBlock&) = delete;
+  HeapBlock& operator=(const HeapBlock&) = delete;
+  ~HeapBlock() {
+    if (bytes_ != nullptr) LocalFree(bytes_);
+  }
+
+  unsigned char* bytes() const { return bytes_; }
+
+ private:
+  unsigned char* bytes_;
+};
+
+}  // namespace
+
+int CIpodComm::Command_StorageGetIpodCaps(__int64* total_space, unsigned long* max_file_size,
+                                          unsigned short* max_write_size, unsigned char* major,
+                                          unsigned char* minor) {
+  unsigned char reply[22] = {};
+  if (!Exchange(Command(kStorageLingo, 0x01), Answer(0x02, reply))) return 0;
+  if (total_space != nullptr) *total_space = ReadSpace(reply);
+  if (max_file_size != nullptr) *max_file_size = ipodcomm::ReadNumber32(reply + 8);
+  if (max_write_size != nullptr) *max_write_size = ipodcomm::ReadNumber16(reply + 12);
+  if (major != nullptr) *major = reply[20];
+  if (minor != nullptr) *minor = reply[21];
+  return 1;
+}
+
+int CIpodComm::Command_GetiPodFreeSpace(__int64* free_space) {
+  unsigned char reply[8] = {};
+  if (!Exchange(Command(kStorageLingo, 0x10), Answer(0x11, reply))) return 0;
+  *free_space = ReadSpace(reply);
+  return 1;
+}
+
+/// Sends `head` and then the caller's data; true when the exchange succeeded.
+bool CIpodComm::ExchangeFileData(std::uint16_t command, const unsigned char (&head)[5],
+                                 const unsigned char* data, unsigned long length,
+                                 tagIPOD_READ_PARAMS read) {
+  const std::size_t size = sizeof head + length;
+  const HeapBlock payload(size);
+  if (payload.bytes() == nullptr) return false;
+  std::memcpy(payload.bytes(), head, sizeof head);
+  if (length != 0) std::memcpy(payload.bytes() + sizeof head, data, length);
+  return Exchange(Command(kStorageLingo, command, payload.bytes(), size), read);
+}
+
+int CIpodComm::Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned long options,
+                                           unsigned char* data, unsigned long length,
+                                           unsigned char* handle) {
+  storage_write_offset_ = 0;
+  unsigned char head[5] = {feature_type};
+  ipodcomm::WriteNumber32(head + 1, static_cast<std::uint32_t>(options));
+  unsigned char reply[1] = {};
+  if (!ExchangeFileData(0x12, head, data, length, Answer(0x04, reply))) {
+    NKDbgPrintfW(L"Failed to open iPod feature file!\r\n");
+    return 0;
+  }
+  *handle = reply[0];
+  return 1;
+}
+
+/// The offset moves before anything is sent, so a failed write leaves a gap in the file, which
+/// nothing repairs. Prescribed so; hosts and iPods in the field depend on it.
+int CIpodComm::Command_WriteiPodFileData(unsigned char handle, unsigned char* data,
+                                         unsigned long length) {
+  const std::uint32_t offset = storage_write_offset_.fetch_add(static_cast<std::uint32_t>(length));
+  unsigned char head[5] = {};
+  ipodcomm::WriteNumber32(head, offset);
+  head[4] = handle;
+  unsigned char ack[3] = {};
+  return ExchangeFileData(0x07, head, data, length, Answer(kStorageAck, ack)) && ack[0] == 0;
+}
+
+int CIpodComm::Command_CloseiPodFile(unsigned char handle) {
+  const unsigned char data[] = {handle};
+  unsigned char ack[3] = {};
+  return Exchange(Command(kStorageLingo, 0x08, data), Answer(kStorageAck, ack)) && ack[0] == 0;
+}
 
 int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor) {
   storage_write_offset_ = 0;
@@ -9,6 +114,20 @@ int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char mi
   caps[19] = 0xFF;
   caps[20] = major;
   caps[21] = minor;
-  tagIPOD_WRITE_PARAMS write = ipodcomm::Command(ipodcomm::kStorageLingo, 0x82, caps);
+  tagIPOD_WRITE_PARAMS write = Command(kStorageLingo, 0x82, caps);
   return WriteCommand(&write) == IPOD_COMM_OK;
+}
+
+/// Writes a text to the workout's file as at most 512 bytes of UTF-8. A longer one is cut between
+/// two characters, so that what is written next never completes half of one.
+int CIpodComm::WriteStorageFileString(const wchar_t* text) {
+  constexpr std::size_t kTextBytes = 512;
+  char utf8[kTextBytes + 1];
+  const std::size_t length = ipodcomm::Utf8FromText(text, utf8, sizeof utf8);
+  if (Command_WriteiPodFileData(open_file_handle_, reinterpret_cast<unsigned char*>(utf8),
+                                static_cast<unsigned long>(length)) == 0) {
+    NKDbgPrintfW(L"Failed to write xml file data! [%s]\r\n", text);
+    return 0;
+  }
+  return 1;
 }

@@ -37,6 +37,7 @@ struct CIpodCommPeer {
   }
   static auto& LogLevel(CIpodComm& session) { return session.log_level_; }
   static auto& Notifications(CIpodComm& session) { return session.notification_; }
+  static auto& OpenFileHandle(CIpodComm& session) { return session.open_file_handle_; }
   static auto& OwnTransactionId(CIpodComm& session) { return session.own_transaction_id_; }
   static auto& Responses(CIpodComm& session) { return session.response_; }
   static auto& Serial(CIpodComm& session) { return session.serial_; }
@@ -63,4 +64,5 @@ struct CIpodCommPeer {
   static constexpr auto kReturn_SportsDeviceCaps = &CIpodComm::Return_SportsDeviceCaps;
   static constexpr auto kReturn_SportsDeviceVersion = &CIpodComm::Return_SportsDeviceVersion;
   static constexpr auto kRoutePacket = &CIpodComm::RoutePacket;
+  static constexpr auto kWriteStorageFileString = &CIpodComm::WriteStorageFileString;
 };

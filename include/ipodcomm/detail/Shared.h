@@ -24,6 +24,8 @@ class Shared {
 
   operator T() const { return value_.load(); }  // NOLINT(google-explicit-constructor)
   T exchange(T value) { return value_.exchange(value); }
+  /// Adds in one step. @return the value before.
+  T fetch_add(T amount) { return value_.fetch_add(amount); }
 
  private:
   std::atomic<T> value_;
