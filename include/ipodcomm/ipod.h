@@ -557,21 +557,58 @@ class IPODCOMM_API ipod {
 
   // ---- Workout (legacy/workout.cpp) ------------------------------------------------------------
 
+  // A workout is started, gets any number of intervals, and is finished. `getlasttry` tells what
+  // was tried last: the step, the line written, or the status with which the iPod refused it. A
+  // name goes out with the low byte of each of its characters, as it is; the other elements are
+  // numbers.
+
+  /// Asks for the iPod's Sports capabilities: Sports `83`, answer `84 cccc ee`; and, when workouts
+  /// and user data are both among them (values 1 and 2), for its storage: Storage `01`, answer `02
+  /// ...`. Both outputs are optional.
+  /// @param supported 1 when both capabilities are there and the storage was asked for, else 0
+  /// @param extra the answer's byte `ee`
+  /// @return 1 when both are there and both answers came.
   int issports(int* supported, unsigned char* extra);
+  /// Writes one line to the open file: Storage `07 oooooooo hh text`, ACK `00 ss ...`, after
+  /// closing the port and opening the stored one again. Does nothing when `previous_ok` is 0, so
+  /// that calls that hand on each other's result end with the first failure.
+  /// @return 1 when the iPod acknowledged with status 0. More than 245 characters do not fit a
+  /// frame and fail unsent; the length counts in 16 bits.
   int ipodstoragewritestring(int previous_ok, wchar_t* text);
+  /// Closes what may be open, asks whether the iPod takes workouts, opens its gym-equipment file
+  /// (Storage `12`, answer `04 hh`) and writes the header.
+  /// @param equipment IPOD_SPORTS_WORKOUTTYPE_...; any other ends the header before its type
+  /// @return 1 when the whole header was written.
   int startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_t* ignored,
                    wchar_t* model, wchar_t* serial_number, wchar_t* gym_name, wchar_t* gym_location,
                    float weight_kg);
+  /// Writes an interval. All values are already in the units of the document, distance in
+  /// kilometres; integers are written as signed ones.
+  /// @param event IPOD_SPORTS_INTERVAL_TYPE_...; INPROCESS has no element, and any unknown one ends
+  /// the interval before it
+  /// @return 1 when all of it was written.
   int intervalworkout(unsigned char event, unsigned int seconds, unsigned int kcal, float km,
                       float ignored_speed, unsigned int pace, unsigned int ignored1,
                       unsigned int ignored2, unsigned int bpm, float incline, unsigned int level);
+  /// Writes the summary and closes the file (Storage `08 hh`, ACK), also when the summary failed.
+  /// The iPod completes the document.
+  /// @return 1 when the summary was written and the file closed.
   int finishworkout(unsigned int seconds, unsigned int kcal, float km, float ignored_speed,
                     unsigned int pace, unsigned int ignored1, unsigned int ignored2,
                     unsigned int bpm);
 
   // ---- Self-test (legacy/self_test.cpp) --------------------------------------------------------
 
+  // A regression test for a service screen: it is started, and then every call performs a step.
+  // Title and detail are texts to show and hold 256 characters each; any output may be null.
+
+  /// Opens the stored port and starts over with the first step. @return 1 when the port opened.
   int startregressiontest(wchar_t* detail);
+  /// Performs the next step: connection, information, tracks of the first album, play and pause and
+  /// stop, end. `detail` follows what is being done, and names what failed. Blocks for as long as
+  /// the step takes.
+  /// @param result 1 when the step passed; a failed one does not end the sequence
+  /// @return 1 when further steps follow, 0 after the last, which closes the port.
   int nextregressiontest(wchar_t* title, int* result, wchar_t* detail);
 
  private:
