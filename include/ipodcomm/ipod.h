@@ -614,6 +614,13 @@ class IPODCOMM_API ipod {
  private:
   friend struct ipodPeer;  // the tests' look inside
 
+  int ReadGeneralText(int sent, unsigned char reply_command, unsigned char offset, wchar_t* text);
+  wchar_t* ShowPlayTime(wchar_t* text, unsigned char offset);
+  int ResetSelection(unsigned char hierarchy);
+  int SelectRecord(unsigned char category, unsigned short index, unsigned long* count);
+  int EnterWhenAcknowledged(unsigned char category, unsigned long* count);
+  int ReadRecordName(wchar_t* name, int capacity, unsigned long index);
+
   std::uint8_t lingo_ = 0;
   std::uint8_t command_ = 0;
   std::uint8_t payload_[256] = {};  // shared by all commands: what one leaves, the next may send

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+// ipod: artwork requests and the monochrome display image.
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+#include "ipodcomm/ipod.h"
+#include "legacy/reply_text.h"
+#include "platform/services.h"
+
+using ipodcomm::kIgnored;
+using ipodcomm::kReplyCharacters;
+using ipodcomm::ReplyByte;
+using ipodcomm::Store;
+
+namespace {
+
+constexpr std::uint8_t kFill = 0x55;
+
+/// A reply in a buffer filled beforehand, so that a walk over its records sees where it ends.
+struct FilledReply {
+  wchar_t characters[256];
+
+  FilledReply() { std::fill(std::begin(characters), std::end(characters), wchar_t{kFill}); }
+  /// What lies behind the buffer reads as 0.
+  std::uint8_t operator[](std::size_t position) const {
+    return position < std::size(characters) ? ReplyByte(characters[position]) : std::uint8_t{0};
+  }
+  std::uint16_t Number16(std::size_t position) const {
+    return static_cast<std::uint16_t>((*this)[position] << 8 | (*this)[position + 1]);
+  }
+};
+
+/// `id(2) pixel format(1) width(2) height(2)`, repeated.
+void StoreFormatIds(const FilledReply& reply, unsigned short* format_ids) {
+  constexpr std::size_t kRecordBytes = 7;
+  constexpr std::size_t kMaxRecords = 20;
+  constexpr std::size_t kPixelFormatPosition = 2;
+  for (std::size_t record = 0; record < kMaxRecords; ++record) {
+    const std::size_t position = record * kRecordBytes;
+    if (reply[position + kPixelFormatPosition] == kFill) return;
+    Store(format_ids + record, reply.Number16(position));
+  }
+}
+
+/// Prescribed so: the walk starts at the information type, not behind it, so the value stored is
+/// made of the type and half a format identifier; and the end is looked for byte by byte while the
+/// entries are four bytes long. Hosts in the field depend on it.
+void StoreArtworkCount(const FilledReply& reply, unsigned short* value) {
+  constexpr std::size_t kEntryBytes = 4;
+  constexpr std::size_t kMaxEntries = 256;
+  for (std::size_t entry = 0; entry < kMaxEntries && reply[entry] != kFill; ++entry) {
+    const std::size_t position = entry * kEntryBytes;
+    if (reply.Number16(position + 3) == 0) continue;
+    Store(value, reply.Number16(position));
+    return;
+  }
+}
+
+/// One row of the test image on the platform's heap: 00 01 02 03, repeated.
+class TestRow {
+ public:
+  explicit TestRow(std::size_t bytes)
+      : bytes_(static_cast<unsigned char*>(LocalAlloc(LMEM_FIXED, bytes))) {
+    for (std::size_t i = 0; bytes_ != nullptr && i < bytes; ++i) {
+      bytes_[i] = static_cast<unsigned char>(i & 3);
+    }
+  }
+  TestRow(const TestRow&) = delete;
+  TestRow& operator=(const TestRow&) = delete;
+  ~TestRow() { LocalFree(bytes_); }
+  unsigned char* bytes() const { return bytes_; }
+
+ private:
+  unsigned char* const bytes_;
+};
+
+}  // namespace
+
+int ipod::getmonodisplayimagelimits(unsigned short* width, unsigned short* height,
+                                    unsigned char* pixel_format) {
+  if (!command_getmonodisplayimagelimits()) return 0;
+  wchar_t reply[10] = {};
+  const int read = ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNMONODISPLAYIMAGELIMITS, reply,
+                                                 10, 0, kIgnored);
+  // Prescribed so: stored without an answer as well, then as 0; hosts in the field depend on it.
+  Store(width, ipodcomm::ReplyNumber16(reply));
+  Store(height, ipodcomm::ReplyNumber16(reply + 2));
+  Store(pixel_format, ReplyByte(reply[4]));
+  return read;
+}
+
+int ipod::setmonoimage() {
+  unsigned short width = 0;
+  unsigned short height = 0;
+  unsigned char pixel_format = 0;
+  if (!getmonodisplayimagelimits(&width, &height, &pixel_format)) return 0;
+  // One bit per pixel, in words of 32 bits.
+  const unsigned long row_bytes = (width + 31UL) / 32 * 4;
+  const TestRow row(row_bytes);
+  if (row.bytes() == nullptr) return 0;
+  // Prescribed so: the height goes where the width belongs, and the width where the height does.
+  int sent = command_setdisplayimagefirst(pixel_format, height, width, row_bytes, row.bytes());
+  for (unsigned short index = 1; sent && index < height; ++index) {
+    sent = command_setdisplayimagerest(index, row_bytes, row.bytes());
+  }
+  return sent;
+}
+
+int ipod::getartworkformats(unsigned short* format_ids, unsigned char* count) {
+  // Prescribed so: it stays 0; hosts in the field count the identifiers themselves.
+  Store(count, 0);
+  if (!command_getartworkformats()) return 0;
+  FilledReply reply;
+  const int read = ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNARTWORKFORMATS,
+                                                 reply.characters, kReplyCharacters, 0, kIgnored);
+  if (format_ids != nullptr) StoreFormatIds(reply, format_ids);
+  return read;
+}
+
+int ipod::getindexedplayingtrackartworkcount(unsigned long track, unsigned short* value) {
+  if (!command_getindexedplayingtrackinfo(IPOD_PLAYINGTRACKINFO_ARTWORKCOUNT, track, 0)) return 0;
+  FilledReply reply;
+  const int read = ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNINDEXEDPLAYINGTACKINFO,
+                                                 reply.characters, kReplyCharacters, 0, kIgnored);
+  StoreArtworkCount(reply, value);
+  return read;
+}
+
+int ipod::gettrackartworktimes(unsigned long track, unsigned short format_id, unsigned long* time) {
+  if (!command_gettrackartworktimes(track, format_id, 0, 1)) return 0;
+  FilledReply reply;
+  if (!ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNTRACKARTWORKTIMES, reply.characters,
+                                     kReplyCharacters, 0, kIgnored)) {
+    return 0;
+  }
+  // Prescribed so: the lower half is the sum of its two bytes and 256; iPods in the field are asked
+  // for their artwork with the time that this makes.
+  Store(time, (static_cast<std::uint32_t>(reply.Number16(0)) << 16) + reply[2] + reply[3] + 256U);
+  return 1;
+}
+
+int ipod::getcurrenttrackartworkdata(unsigned short format_id) {
+  unsigned long track = 0;
+  if (!getcurrentplayingtrackindex(&track)) return 0;
+  // Prescribed so: what the count stores takes the place of the format identifier, and neither of
+  // the two results matters; hosts and iPods in the field depend on it.
+  getindexedplayingtrackartworkcount(track, &format_id);
+  unsigned long time = 0;
+  gettrackartworktimes(track, format_id, &time);
+  if (!command_gettrackartworkdata(track, format_id, time)) return 0;
+  wchar_t reply[kReplyCharacters] = {};
+  return ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNTRACKARTWORKDATA, reply, kReplyCharacters,
+                                       0, kIgnored);
+}
