@@ -4,9 +4,17 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 
 #include "ipodcomm/ipodserial.h"
 #include "ipodcomm/platform.h"
+
+namespace ipodcomm {
+
+class FrameBytes;
+struct PayloadField;
+
+}  // namespace ipodcomm
 
 /// The docked iPod of the legacy interface, and the protocol's numbers under exported names. What a
 /// number means depends on its lingo: command families overlap, and some names share a value on
@@ -500,59 +508,150 @@ class IPODCOMM_API ipod {
 
   // ---- Facts as display text (legacy/getters.cpp, legacy/preferences.cpp) ----------------------
 
+  // Unless said otherwise an operation of this and the next three sections sends its request and
+  // reads the answer, returns 1 when both succeeded and 0 when not, and takes null for an output
+  // that the host does not want. An answer that does not come costs about three seconds. Texts are
+  // emptied first, or begin as "Unknown", and stay so after a failure; sizes count characters.
+  // Every request overwrites the packet area.
+
+  /// Software version as "2.1.0": `09`, answer `0A major minor patch`, cut to `size` characters.
+  /// @return 1 when the major version is not 0; a version 0.x has its text all the same.
   int getipodsoftwareversion(wchar_t* text, unsigned long size);
+  /// Model identifier as "000b|0004", into at least 10 characters: `0D`, answer `0E iiiiiiii ...`.
   int getipodmodelnum(wchar_t* text);
+  /// Always 0; nothing is sent and the text is not touched.
   int getipodprotocolversion(wchar_t* text);
+  /// Lingo and its version as "0 - 1.9", into at least SIZE_IPODLINGOVERSIONGENERAL characters, 14
+  /// for any answer: `0F 00`, answer `10 lingo major minor`. Always asks for lingo 0.
   int getipodlingoversion(wchar_t* text, unsigned char ignored_lingo);
+  /// The iPod's name, into at least 250 characters: `07`, answer `08 name`. This and the other
+  /// converted texts are read into the host's buffer, with a terminator in its last character, and
+  /// converted from UTF-8 there. One that the iPod sends without its terminator is followed by its
+  /// checksum (Extended Interface only) and by what the buffer held.
   int getipodname(wchar_t* text);
+  /// Serial number, converted, into at least 250 characters: `0B`, answer `0C text`.
   int getipodserailnum(wchar_t* text);
+  /// Model number behind the identifier, converted, into at least 250 characters: `0D`, answer `0E
+  /// iiiiiiii text`.
   int getipodmodelname(wchar_t* text);
+  /// Reads a preference: `29 cc`, answer `2A cc ss`. Only an answer for the class asked counts;
+  /// otherwise `setting` stays as it is. @param preference_class IPOD_PREFERENCE_...
   int loadipodpreference(unsigned char preference_class, unsigned char* setting);
+  /// Chooses the video output, restored when the accessory leaves: `2B 00 ss 01`, ACK `02 status
+  /// 2B`. @return 1 when the status was 0 and also when no ACK came, 0 when the iPod refused.
   int setipodpreferencevidooutsetting(unsigned char setting);
+
+  // A preference's setting as text, into at least SIZE_IPODPREFERENCES characters. One without a
+  // text stays "Unknown". The result is loadipodpreference's.
+
+  /// "Off", "On", "Ask User"
   int getipodpreferencevideooutsetting(wchar_t* text);
+  /// "Fill Entire Screen", "Fit Edge To Screen"
   int getipodpreferencescreenconfiguration(wchar_t* text);
+  /// "NTSC", "PAL"
   int getipodpreferencevideosignalformat(wchar_t* text);
+  /// "Disabled", "Enabled", "Ask User"
   int getipodpreferencelineoutusage(wchar_t* text);
+  /// "No Connection", "Composite", "S-Video", "Component"
   int getipodpreferencevideoutconnection(wchar_t* text);
+  /// "Off", "On"
   int getipodpreferenceclosedcaptioning(wchar_t* text);
+  /// "4 by 3", "16 by 9"
   int getipodpreferencevideomonitoraspect(wchar_t* text);
+  /// "Off", "On"
   int getipodpreferencesubtitles(wchar_t* text);
+  /// "Off", "On"
   int getipodpreferencevideoalternateaudiochannel(wchar_t* text);
 
   // ---- What is playing (legacy/playing.cpp) ----------------------------------------------------
 
+  /// The player's state, IPOD_PLAYERSTATE_..., 255 after a failure: `001C`, answer `001D
+  /// length(4) position(4) state`.
   int getipodplayerstatenum(unsigned char* state);
+  /// The same with the track's length and position in milliseconds, 0 after a failure. Any frame
+  /// with a good checksum is taken for the answer.
   int GetIpodPlayerStateNumEx(unsigned char* state, unsigned long* length, unsigned long* position);
+  /// The state as "Stopped", "Playing", "Paused", "Fast Forward", "Fast Rewind", "Ending Fast
+  /// Forward or Rewind" or "Unknown": into at least 30 characters, more than SIZE_IPODPLAYERSTATE.
   int getipodplayerstate(wchar_t* text);
+  /// 1 when the iPod plays, 0 when not and after a failure.
   int isplaying();
+  /// Both show the same number, the first four bytes of the packet area's payload, once the iPod
+  /// has answered `001C`, and "Unknown" otherwise. GetIpodPlayerStateNumEx tells the true values.
+  /// @return the object's own text, which lives as long as the object.
   wchar_t* getipodtracklength();
   wchar_t* getipodtrackposition();
+  /// Index of the current track in the now-playing list: `001E`, answer `001F index(4)`. It is
+  /// stored as 0 when no answer came to a request that was sent.
   int getcurrentplayingtrackindex(unsigned long* index);
+  /// Title of the current track, converted, into at least 250 characters: its index as above, then
+  /// `0020 track(4)`, answer `0021 title`.
   int getindexedplayingtracktitle(wchar_t* text);
+  /// Name of the current chapter, "Unknown" beforehand, converted, into at least
+  /// SIZE_IPODCURRENTPLAYINGTRACKCHAPTERNAME characters: `0007`, answer `0008 name`.
   int getipodcurrentplayingtrackchaptername(wchar_t* text);
+  /// Whether the current track is a video: its index as above, then Display Remote `12 00 track(4)
+  /// 0000`, answer `13 00 capabilities(4) ...`. @param flag 0x80 when it is, 0 when not
   int iscurrentvideo(int* flag);
+  /// Pauses what plays: the state as above, then play control 1 when it is playing.
+  /// @return 1 also when nothing plays, and then nothing more is sent.
   int pausestop();
 
   // ---- Browsing (legacy/browsing.cpp) ----------------------------------------------------------
 
+  /// The category of the next selection, count and record, IPOD_CATEGORY_...
   unsigned char getcategory();
   void setcategory(unsigned char category);
+  /// The category entered last.
   unsigned char getlastcategory();
+  /// The workout's progress text, 256 characters of the object.
   wchar_t* getlasttry();
+  /// Records of the category: `0018 cc`, answer `0019 count(4)`; 0 after a failure.
   int loadipodcategorydbrecordcount(unsigned long* count);
+  /// Goes to the database's top, `0016` or for a hierarchy `003B hh` (ACK `0001 status ...`), and
+  /// enters a category there when the status is 0. Prints what came of it to the debug output.
+  /// @param count the category's records, 0 after a failure
+  /// @param hierarchy IPOD_RESETDBSELECTIONHIERARCHY_...; any other fails and sends nothing
   int selecttop(unsigned char category, unsigned long* count, unsigned char hierarchy);
+  /// Selects a record of the category entered last, `0017 cc index(4)` or, sorted by name, `0038 cc
+  /// index(4) 04` (ACK), and goes on to `category`. A selected track plays: then the iPod is
+  /// stopped first when `category` is that of tracks, no ACK is awaited, and category and count
+  /// stay. Prints what came of it to the debug output.
+  /// @param count the records of `category`, 0 for a track or after a failure
   int select(unsigned char category, unsigned short index, unsigned long* count);
+  /// Reads a record's name, converted: `001A cc index(4) 00000001`, answer `001B index(4) name`. A
+  /// failure or an empty name is tried once more.
+  /// @param capacity characters of `name`; the name is cut to fit
+  /// @return 1 when the name is not empty.
   int getnextcategorizeddbrecord(wchar_t* name, int capacity, unsigned long index);
+  /// Releases record lists of the platform's heap (LocalAlloc): the elements of `*names`, whose
+  /// first is their number, itself included, then the array, then `*values`. Either may be null or
+  /// point to null. The pointers stay as they are.
   void deleterecords(wchar_t*** names, unsigned long** values);
 
   // ---- Artwork and display images (legacy/artwork.cpp) -----------------------------------------
 
+  /// Pixels of the monochrome display and its pixel format: `0033`, answer `0034 width(2) height(2)
+  /// format`. They are stored as 0 when no answer came to a request that was sent.
   int getmonodisplayimagelimits(unsigned short* width, unsigned short* height,
                                 unsigned char* pixel_format);
+  /// Announces a test image of the display's size, one row to a frame: `0032`. What the frames
+  /// carry is the packet area's old payload. @return the last frame's result.
   int setmonoimage();
+  /// Format identifiers of the artwork: `000E`, answer `000F id(2) pixel format(1) width(2)
+  /// height(2) ...`. @param format_ids room for 20; the rest stays as it is. @param count always 0
   int getartworkformats(unsigned short* format_ids, unsigned char* count);
+  /// Looks for the artwork of a track: `000C 07 track(4) 0000`, answer `000D 07 (id(2)
+  /// count(2))...`.
+  /// @param value two bytes from four-byte steps through the answer, beginning with its 07, where
+  /// the fourth and fifth byte of a step are not both 0; stays as it is when there is no such step
   int getindexedplayingtrackartworkcount(unsigned long track, unsigned short* value);
+  /// Time of a track's first artwork: `001F track(4) id(2) 0000 0001`, answer `002B b0 b1 b2 b3`.
+  /// @param time b0 * 2^24 + b1 * 2^16 + b2 + b3 + 256; stays as it is after a failure
   int gettrackartworktimes(unsigned long track, unsigned short format_id, unsigned long* time);
+  /// Requests the current track's artwork with the value and the time of the two operations above,
+  /// `0010 track(4) id(2) time(4)`, and reads the first answer, `0011 ...`, of which nothing is
+  /// kept. @return 0 when the track is not known, else whether that answer came.
   int getcurrenttrackartworkdata(unsigned short format_id);
 
   // ---- Workout (legacy/workout.cpp) ------------------------------------------------------------
@@ -613,6 +712,14 @@ class IPODCOMM_API ipod {
 
  private:
   friend struct ipodPeer;  // the tests' look inside
+
+  int SendSmall(std::uint8_t lingo, std::uint8_t command,
+                std::initializer_list<ipodcomm::PayloadField> payload);
+  int SendExtended(std::uint16_t command, std::initializer_list<ipodcomm::PayloadField> payload);
+  int SendDisplayImage(unsigned long header_size, unsigned long count);
+  void FillPayload(std::initializer_list<ipodcomm::PayloadField> payload);
+  bool AnswerRequest(const ipodcomm::FrameBytes& frame);
+  void NoteModel();
 
   int ReadGeneralText(int sent, unsigned char reply_command, unsigned char offset, wchar_t* text);
   wchar_t* ShowPlayTime(wchar_t* text, unsigned char offset);

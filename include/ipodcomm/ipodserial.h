@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
 /// Opens a port, writes raw bytes and reads one frame at a time, byte by byte, on the caller's
@@ -29,7 +30,10 @@ class IPODCOMM_API ipodserial {
  private:
   friend struct ipodserialPeer;  // the tests' look inside
 
-  HANDLE port_;
+  bool ConfigureLine();
+  bool ConfigureTimeouts();
+
+  ipodcomm::Shared<HANDLE> port_;  // one thread may close what another reads
   DCB port_state_ = {};
   COMMTIMEOUTS port_timeouts_ = {};
   std::int32_t baud_rate_ = 57600;

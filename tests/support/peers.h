@@ -6,6 +6,8 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/CIpodSerial.h"
+#include "ipodcomm/ipod.h"
+#include "ipodcomm/ipodserial.h"
 
 struct CIpodSerialPeer {
   static auto& Assembler(CIpodSerial& serial) { return serial.assembler_; }
@@ -65,4 +67,36 @@ struct CIpodCommPeer {
   static constexpr auto kReturn_SportsDeviceVersion = &CIpodComm::Return_SportsDeviceVersion;
   static constexpr auto kRoutePacket = &CIpodComm::RoutePacket;
   static constexpr auto kWriteStorageFileString = &CIpodComm::WriteStorageFileString;
+};
+
+struct ipodserialPeer {
+  static auto& BaudRate(ipodserial& serial) { return serial.baud_rate_; }
+  static auto& DataBits(ipodserial& serial) { return serial.data_bits_; }
+  static auto& Parity(ipodserial& serial) { return serial.parity_; }
+  static auto& Port(ipodserial& serial) { return serial.port_; }
+  static auto& PortName(ipodserial& serial) { return serial.port_name_; }
+  static auto& PortState(ipodserial& serial) { return serial.port_state_; }
+  static auto& PortTimeouts(ipodserial& serial) { return serial.port_timeouts_; }
+  static auto& StopBits(ipodserial& serial) { return serial.stop_bits_; }
+  static auto& TimeoutMs(ipodserial& serial) { return serial.timeout_ms_; }
+};
+
+struct ipodPeer {
+  static auto& Category(ipod& legacy) { return legacy.category_; }
+  static auto& Command(ipod& legacy) { return legacy.command_; }
+  static auto& ExtendedCommand(ipod& legacy) { return legacy.extended_command_; }
+  static auto& ExtendedModel(ipod& legacy) { return legacy.extended_model_; }
+  static auto& LastCategory(ipod& legacy) { return legacy.last_category_; }
+  static auto& Lingo(ipod& legacy) { return legacy.lingo_; }
+  static auto& NameSort(ipod& legacy) { return legacy.name_sort_; }
+  static auto& Payload(ipod& legacy) { return legacy.payload_; }
+  static auto& PayloadLength(ipod& legacy) { return legacy.payload_length_; }
+  static auto& SelfTestStep(ipod& legacy) { return legacy.self_test_step_; }
+  static auto& Serial(ipod& legacy) { return legacy.serial_; }
+  static auto& StatusText(ipod& legacy) { return legacy.status_text_; }
+  static auto& StorageFileHandle(ipod& legacy) { return legacy.storage_file_handle_; }
+  static auto& StorageWriteOffset(ipod& legacy) { return legacy.storage_write_offset_; }
+  static auto& TopSelectionResult(ipod& legacy) { return legacy.top_selection_result_; }
+  static auto& TrackLengthText(ipod& legacy) { return legacy.track_length_text_; }
+  static auto& TrackPositionText(ipod& legacy) { return legacy.track_position_text_; }
 };

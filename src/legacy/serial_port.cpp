@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// ipodserial: opening and closing, raw writes, and reading one frame byte by byte.
+#include "ipodcomm/ipodserial.h"
+#include "legacy/frame_hunt.h"
+#include "platform/services.h"
+
+namespace {
+
+constexpr int kMaxEmptyReads = 5;
+constexpr DWORD kErrorTextCapacity = 256;
+
+bool ReadByte(HANDLE port, unsigned char* byte) {
+  DWORD read = 0;
+  return ReadFile(port, byte, 1, &read, nullptr) != FALSE && read == 1;
+}
+
+void ClearFlags(DCB* state) {
+  state->fParity = 0;
+  state->fOutxCtsFlow = 0;
+  state->fOutxDsrFlow = 0;
+  state->fDtrControl = 0;
+  state->fDsrSensitivity = 0;
+  state->fTXContinueOnXoff = 0;
+  state->fOutX = 0;
+  state->fInX = 0;
+  state->fErrorChar = 0;
+  state->fNull = 0;
+  state->fRtsControl = 0;
+  state->fAbortOnError = 0;
+}
+
+void ClearCharacters(DCB* state) {
+  state->XonChar = 0;
+  state->XoffChar = 0;
+  state->ErrorChar = 0;
+  state->EofChar = 0;
+  state->EvtChar = 0;
+}
+
+}  // namespace
+
+ipodserial::ipodserial() : port_(INVALID_HANDLE_VALUE) { wsprintfW(port_name_, L"COM2:"); }
+
+ipodserial::ipodserial(const ipodserial& other) = default;
+
+ipodserial& ipodserial::operator=(const ipodserial& other) = default;
+
+// A port that is open already is forgotten, not closed, and the name is not stored: prescribed so,
+// and hosts in the field depend on it.
+int ipodserial::openport(const wchar_t* name, int baud_rate) {
+  baud_rate_ = baud_rate;
+  port_ = CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (port_ == INVALID_HANDLE_VALUE) return 0;
+  if (!ConfigureLine() || !ConfigureTimeouts()) {
+    closeport();
+    return 0;
+  }
+  PurgeComm(port_, PURGE_TXCLEAR | PURGE_RXCLEAR);
+  return 1;
+}
+
+int ipodserial::openport() { return openport(port_name_, baud_rate_); }
+
+bool ipodserial::ConfigureLine() {
+  GetCommState(port_, &port_state_);
+  ClearFlags(&port_state_);
+  ClearCharacters(&port_state_);
+  port_state_.fBinary = 1;
+  port_state_.fParity = (parity_ & 1) != 0 ? 1 : 0;
+  port_state_.BaudRate = static_cast<std::uint32_t>(baud_rate_);
+  port_state_.ByteSize = static_cast<std::uint8_t>(data_bits_);
+  port_state_.Parity = static_cast<std::uint8_t>(parity_);
+  // The field's code 1 means one and a half stop bits, not one. Prescribed so; docks in the field
+  // depend on it.
+  port_state_.StopBits = static_cast<std::uint8_t>(stop_bits_);
+  SetCommMask(port_, EV_RXCHAR);
+  return SetCommState(port_, &port_state_) != FALSE;
+}
+
+bool ipodserial::ConfigureTimeouts() {
+  GetCommTimeouts(port_, &port_timeouts_);
+  port_timeouts_.ReadIntervalTimeout = timeout_ms_;
+  port_timeouts_.ReadTotalTimeoutMultiplier = timeout_ms_;
+  port_timeouts_.ReadTotalTimeoutConstant = timeout_ms_;
+  port_timeouts_.WriteTotalTimeoutMultiplier = 0;
+  port_timeouts_.WriteTotalTimeoutConstant = 0;
+  return SetCommTimeouts(port_, &port_timeouts_) != FALSE;
+}
+
+int ipodserial::closeport() {
+  if (port_ == INVALID_HANDLE_VALUE) return 1;
+  SetCommMask(port_, 0);
+  PurgeComm(port_, PURGE_TXCLEAR | PURGE_RXCLEAR);
+  CloseHandle(port_);
+  port_ = INVALID_HANDLE_VALUE;
+  return 1;
+}
+
+unsigned long ipodserial::writeport(unsigned char* bytes, int count) {
+  if (port_ == INVALID_HANDLE_VALUE || bytes == nullptr || count < 0) return 0;
+  DWORD written = 0;
+  const bool accepted =
+      WriteFile(port_, bytes, static_cast<DWORD>(count), &written, nullptr) != FALSE;
+  return accepted ? written : 0;
+}
+
+// Empty reads are counted over the whole call, wherever they fall in the frame. Prescribed so;
+// hosts in the field depend on how long a call lasts.
+unsigned long ipodserial::readport(unsigned char* buffer, int size) {
+  if (port_ == INVALID_HANDLE_VALUE || buffer == nullptr) return 0;
+  ipodcomm::FrameHunt hunt;
+  int stored = 0;
+  int empty_reads = 0;
+  while (empty_reads < kMaxEmptyReads && stored < size && !hunt.complete()) {
+    unsigned char byte = 0;
+    if (!ReadByte(port_, &byte)) {
+      Sleep(timeout_ms_);
+      ++empty_reads;
+      continue;
+    }
+    if (hunt.Take(byte)) buffer[stored++] = byte;
+    // Another thread may have closed the port meanwhile.
+    if (port_ == INVALID_HANDLE_VALUE) break;
+  }
+  return static_cast<unsigned long>(stored);
+}
+
+void ipodserial::purgerx() { PurgeComm(port_, PURGE_RXCLEAR); }
+
+void ipodserial::purgetx() { PurgeComm(port_, PURGE_TXCLEAR); }
+
+void ipodserial::Error() {
+  const DWORD code = GetLastError();
+  wchar_t text[kErrorTextCapacity] = {};
+  FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, text, kErrorTextCapacity, nullptr);
+  NKDbgPrintfW(L"Error in Serial Read Number %d, %s\n", code, text);
+}

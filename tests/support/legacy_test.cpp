@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "support/legacy_test.h"
+
+#include <sstream>
+
+namespace test {
+
+LegacyTest::LegacyTest() {
+  EXPECT_EQ(ipod_.openport(), 1);
+  TakeDebugOutput();
+}
+
+LegacyTest::~LegacyTest() { ipod_.closeport(); }
+
+std::string LegacyTest::TakeSentBytes() {
+  // What was written last may still be on the line.
+  world_.Advance(50 * kMillisecond);
+  const std::string sent = ToHex(device_.received());
+  device_.ClearReceived();
+  return sent;
+}
+
+std::string LegacyTest::Payload(std::size_t count) {
+  return ToHex(ipodPeer::Payload(ipod_), count);
+}
+
+void LegacyTest::NumberPayload() {
+  for (int i = 0; i < 256; ++i) ipodPeer::Payload(ipod_)[i] = static_cast<std::uint8_t>(i);
+}
+
+std::string Units(const wchar_t* text, std::size_t count) {
+  std::ostringstream units;
+  units << std::hex << std::uppercase;
+  for (std::size_t i = 0; i < count; ++i) {
+    units << (i == 0 ? "" : " ") << static_cast<unsigned long>(text[i]);
+  }
+  return units.str();
+}
+
+}  // namespace test

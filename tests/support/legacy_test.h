@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The legacy interface on a docked, scripted iPod: the ground of its tests.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "ipodcomm/ipod.h"
+#include "support/session_test.h"
+
+namespace test {
+
+/// An open legacy interface, `ipod_`; the scripted device at the other end is `device_`. TakeSent,
+/// Answer, Elapsed and TakeDebugOutput are the dock's; Arrive is not for it, which reads only when
+/// it is asked to: have the device send instead.
+class LegacyTest : public DockTest {
+ protected:
+  LegacyTest();
+  ~LegacyTest() override;
+
+  /// Has the device send these bytes from now on.
+  void Send(std::string_view bytes) { device_.Send(Hex(bytes)); }
+  /// All bytes sent since the last look, as one text; frames of any kind.
+  std::string TakeSentBytes();
+  /// The payload area's bytes from its front on.
+  std::string Payload(std::size_t count);
+  /// Leaves every byte of the payload area holding its own position, for tests of what a command
+  /// leaves behind.
+  void NumberPayload();
+
+  ScriptedDevice& device_ = DockTest::ipod_;
+  ipod ipod_;
+};
+
+/// Characters as numbers, in hexadecimal: "5A 6F EB 0".
+std::string Units(const wchar_t* text, std::size_t count);
+
+}  // namespace test
