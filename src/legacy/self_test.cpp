@@ -4,25 +4,23 @@
 #include <cwchar>
 
 #include "ipodcomm/ipod.h"
+#include "legacy/reply_text.h"
 #include "platform/services.h"
+
+using ipodcomm::Store;
 
 namespace {
 
 constexpr std::size_t kTextUnits = 256;
 constexpr DWORD kPlaybackStartsMs = 2000;
 
-/// What a step shows: the host's two texts, either of which may be missing.
+/// What a step shows: the host's two texts.
 struct Screen {
   wchar_t* title;
   wchar_t* detail;
 
-  void ShowTitle(const wchar_t* text) const { Show(title, text); }
-  void ShowAction(const wchar_t* text) const { Show(detail, text); }
-
- private:
-  static void Show(wchar_t* place, const wchar_t* text) {
-    if (place != nullptr) StringCchCopyW(place, kTextUnits, text);
-  }
+  void ShowTitle(const wchar_t* text) const { ipodcomm::ShowText(title, text); }
+  void ShowAction(const wchar_t* text) const { ipodcomm::ShowText(detail, text); }
 };
 
 /// @param top_selection the result of entering the video tracks; it does not count for the step
@@ -61,10 +59,8 @@ int GetInformation(ipod& docked, const Screen& screen) {
   if (docked.getipodsoftwareversion(software_version, kTextUnits) == 0) return 0;
   screen.ShowAction(L"Getting Software Version");  // the model number has no text of its own
   if (docked.getipodmodelnum(model_number) == 0) return 0;
-  wchar_t title[kTextUnits];
-  StringCchPrintfW(title, kTextUnits, L"Ipod Information %s %s %s %s %s", name, model_name,
+  StringCchPrintfW(screen.title, kTextUnits, L"Ipod Information %s %s %s %s %s", name, model_name,
                    model_number, serial_number, software_version);
-  screen.ShowTitle(title);
   return 1;
 }
 
@@ -153,30 +149,28 @@ int EndTest(ipod& docked, const Screen& screen) {
 
 int ipod::startregressiontest(wchar_t* detail) {
   self_test_step_ = 0;
-  const Screen screen = {nullptr, detail};
-  screen.ShowAction(L"Regression Test Started, port opened");
+  ipodcomm::ShowText(detail, L"Regression Test Started, port opened");
   return openport();
 }
 
 int ipod::nextregressiontest(wchar_t* title, int* result, wchar_t* detail) {
-  const Screen screen = {title, detail};
-  int unused = 0;
-  if (result == nullptr) result = &unused;
+  ipodcomm::HostText<kTextUnits> title_text(title);
+  const Screen screen = {title_text.get(), detail};
   switch (self_test_step_++) {
     case 0:
-      *result = SetUpConnection(*this, screen, &top_selection_result_);
+      Store(result, SetUpConnection(*this, screen, &top_selection_result_));
       return 1;
     case 1:
-      *result = GetInformation(*this, screen);
+      Store(result, GetInformation(*this, screen));
       return 1;
     case 2:
-      *result = SelectTracks(*this, screen);
+      Store(result, SelectTracks(*this, screen));
       return 1;
     case 3:
-      *result = PlayPauseStop(*this, screen);
+      Store(result, PlayPauseStop(*this, screen));
       return 1;
     default:
-      *result = EndTest(*this, screen);
+      Store(result, EndTest(*this, screen));
       return 0;
   }
 }

@@ -5,7 +5,12 @@
 #include <iterator>
 
 #include "ipodcomm/ipod.h"
+#include "legacy/reply_text.h"
 #include "platform/services.h"
+
+using ipodcomm::kIgnored;
+using ipodcomm::ReplyByte;
+using ipodcomm::Store;
 
 namespace {
 
@@ -52,7 +57,8 @@ constexpr const wchar_t* kEvents[] = {L"start", L"end", L"continue", L"pause", L
 /// Reads the Storage lingo's acknowledgement. False when none comes.
 bool AwaitStorageAck(ipod& reader, wchar_t* status) {
   wchar_t reply[kAckUnits] = {};
-  if (reader.extractdatafrompacket(ipod::IPOD_COMMAND_STORAGE_ACK, reply, kAckUnits, 0, 0) == 0) {
+  if (reader.extractdatafrompacket(ipod::IPOD_COMMAND_STORAGE_ACK, reply, kAckUnits, 0, kIgnored) ==
+      0) {
     return false;
   }
   *status = reply[0];
@@ -66,23 +72,23 @@ int ipod::issports(int* supported, unsigned char* extra) {
       IPOD_SPORTS_GETIPODCAPS_MASK_GYM | IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA;
   constexpr std::size_t kSportsUnits = 5;
   constexpr std::size_t kStorageUnits = 50;
-  if (supported != nullptr) *supported = 0;
-  if (extra != nullptr) *extra = 0;
+  Store(supported, 0);
+  Store(extra, 0);
   wchar_t sports[kSportsUnits] = {};
   if (command_sportsgetipodcaps() == 0 ||
-      extractdatafrompacket(IPOD_COMMAND_SPORTS_RETURNIPODCAPS, sports, kSportsUnits, 0, 0) == 0) {
+      extractdatafrompacket(IPOD_COMMAND_SPORTS_RETURNIPODCAPS, sports, kSportsUnits, 0,
+                            kIgnored) == 0) {
     return 0;
   }
-  if (extra != nullptr) *extra = static_cast<unsigned char>(sports[2]);
-  const int caps = sports[0] << 8 | sports[1];
-  if ((caps & kGymAndUserData) != kGymAndUserData) return 0;
+  Store(extra, ReplyByte(sports[2]));
+  if ((ipodcomm::ReplyNumber16(sports) & kGymAndUserData) != kGymAndUserData) return 0;
 
   wchar_t storage[kStorageUnits] = {};
   if (command_storagegetipodcaps() == 0) return 0;
-  const int told =
-      extractdatafrompacket(IPOD_COMMAND_STORAGE_RETURNIPODCAPS, storage, kStorageUnits, 0, 0);
+  const int told = extractdatafrompacket(IPOD_COMMAND_STORAGE_RETURNIPODCAPS, storage,
+                                         kStorageUnits, 0, kIgnored);
   // Whether or not the answer came. Prescribed so; hosts in the field look at the result as well.
-  if (supported != nullptr) *supported = 1;
+  Store(supported, 1);
   return told;
 }
 
@@ -122,11 +128,11 @@ int ipod::startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_
   storage_file_handle_ = 0;
   wchar_t handle[kHandleUnits] = {};
   if (extractdatafrompacket(IPOD_COMMAND_STORAGE_RETURNIPODFILEHANDLE, handle, kHandleUnits, 0,
-                            0) == 0) {
+                            kIgnored) == 0) {
     return 0;
   }
   Show(status_text_, L"Writing Workout XML File Information");
-  storage_file_handle_ = static_cast<std::uint8_t>(handle[0]);
+  storage_file_handle_ = ReplyByte(handle[0]);
   storage_write_offset_ = 0;
 
   const wchar_t* const type = Name(kEquipment, equipment);
