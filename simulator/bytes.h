@@ -32,6 +32,11 @@ inline void Put32(Bytes& bytes, std::uint32_t value) {
   Put16(bytes, value);
 }
 
+inline void Put64(Bytes& bytes, std::uint64_t value) {
+  Put32(bytes, static_cast<std::uint32_t>(value >> 32));
+  Put32(bytes, static_cast<std::uint32_t>(value));
+}
+
 // Text travels as UTF-8 and ends with a zero byte.
 inline void PutText(Bytes& bytes, std::string_view text) {
   bytes.insert(bytes.end(), text.begin(), text.end());

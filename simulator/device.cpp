@@ -39,7 +39,9 @@ SimulatedIpod::Device::Device(Settings given)
       browsing(&link, &player, settings),
       notifications(&link, &player, settings),
       playback(&link, &player, &notifications, settings),
-      remotes(&link, &player, &playback) {
+      remotes(&link, &player, &playback),
+      sports(&link, settings),
+      storage(&link, settings) {
   reader.on_frame = [this](const Frame& frame, const Bytes&) { OnFrame(frame); };
   reader.on_problem = [this](FramingProblem problem, const std::string& detail) {
     link.Report(MistakeOf(problem), detail);
@@ -148,20 +150,26 @@ bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
     link.Acknowledge(request, AckStatus::kFailed);
     return true;
   }
+  const auto refused = settings.refused.find({request.lingo, request.command});
+  if (refused != settings.refused.end()) {
+    link.Acknowledge(request, refused->second);
+    return true;
+  }
   return false;
 }
 
 void SimulatedIpod::Device::Serve(const Request& request) {
+  enquiries.AskAbout(request);
   const bool had_tokens = identification.by_tokens();
   if (identification.Handle(request)) {
     if (!had_tokens && identification.by_tokens()) general.Apply(identification.tokens());
     return;
   }
   if (general.Handle(request) || browsing.Handle(request) || playback.Handle(request) ||
-      remotes.Handle(request)) {
+      remotes.Handle(request) || sports.Handle(request) || storage.Handle(request)) {
     return;
   }
-  // What remains are the Sports and Storage services, which this iPod does not offer yet.
+  // Lingoes and services that this iPod does not offer.
   link.Acknowledge(request, AckStatus::kUnknown);
 }
 
@@ -199,6 +207,7 @@ void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   browsing.Forget();
   notifications.SetMask(0);
   remotes.Forget();
+  storage.Forget();
   if (player.state() != PlayerState::kStopped) player.Control(PlayControl::kPause, link.now());
 }
 

@@ -12,6 +12,8 @@
 #include "playback.h"
 #include "remotes.h"
 #include "simulated_ipod.h"
+#include "sports.h"
+#include "storage.h"
 
 namespace ipodsim {
 
@@ -36,6 +38,8 @@ class SimulatedIpod::Device {
   Notifications notifications;
   Playback playback;
   Remotes remotes;
+  Sports sports;
+  Storage storage;
   FrameReader reader;
   bool plugged = true;
 

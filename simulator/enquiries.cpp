@@ -65,8 +65,22 @@ void Enquiries::AskOutOfTurn() {
     link_->Send(kGeneral, 0x4A, {0x02, 0x00}, link_->now());
     return;
   }
-  Question question = kQuestions[choice];
-  // Asked before the one that is waited for, which stays the last.
+  AskAside(kQuestions[choice]);
+}
+
+void Enquiries::AskAbout(const Request& request) {
+  if (!settings_.asks_during_session) return;
+  if (request.lingo == kSports && request.command == 0x83) {
+    AskAside({kSports, 0x01, {}, 0x02});
+    AskAside({kSports, 0x03, {}, 0x04});
+  }
+  if (request.lingo == kStorage && request.command == 0x01) {
+    AskAside({kStorage, 0x81, {}, 0x82});
+  }
+}
+
+// Asked before the one that is waited for, which stays the last.
+void Enquiries::AskAside(Question question) {
   std::optional<Question> current;
   if (in_turn_ && !asked_.empty()) {
     current = asked_.back();

@@ -25,6 +25,8 @@ class Enquiries {
   void Forget();
   // One question out of turn.
   void AskOutOfTurn();
+  // What it wants to know about a lingo whose services the accessory is about to use.
+  void AskAbout(const Request& request);
 
   // True when the frame is an answer, right or wrong.
   bool Handle(const Request& request);
@@ -53,6 +55,7 @@ class Enquiries {
   };
 
   void Ask(Question question, Microseconds due);
+  void AskAside(Question question);
   void AskNext();
   bool Answers(const Question& question, const Request& request) const;
   void CheckAnswer(const Question& question, const Request& request);

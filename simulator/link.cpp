@@ -26,6 +26,11 @@ void Link::Acknowledge(const Request& request, AckStatus status) {
   if (command != 0xFFFF) Reply(request, command, std::move(data));
 }
 
+void Link::Refuse(const Request& request, MistakeKind kind, const std::string& detail) {
+  Report(kind, detail);
+  Acknowledge(request, AckStatus::kBadParameter);
+}
+
 void Link::Stream(const Request& request, std::uint16_t command, std::vector<Bytes> answers) {
   Microseconds due = NextReplyTime();
   for (Bytes& answer : answers) {

@@ -37,6 +37,8 @@ class Link {
   // Answers echo the request's identifier when it carried one.
   void Reply(const Request& request, std::uint16_t command, Bytes data);
   void Acknowledge(const Request& request, AckStatus status);
+  // Reports a mistake and acknowledges the request as one with a bad parameter.
+  void Refuse(const Request& request, MistakeKind kind, const std::string& detail);
   // Many answers to one request, one after another.
   void Stream(const Request& request, std::uint16_t command, std::vector<Bytes> answers);
   // First acknowledges the request as pending; its answers then come later.

@@ -49,6 +49,18 @@ const char* MistakeName(MistakeKind kind) {
       return "wrong answer";
     case MistakeKind::kMissingAnswer:
       return "missing answer";
+    case MistakeKind::kServiceNotOffered:
+      return "service not offered";
+    case MistakeKind::kUnknownHandle:
+      return "unknown file handle";
+    case MistakeKind::kGapInFile:
+      return "gap in a file";
+    case MistakeKind::kOverlapInFile:
+      return "overlap in a file";
+    case MistakeKind::kWriteTooLarge:
+      return "write too large";
+    case MistakeKind::kFileTooLarge:
+      return "file too large";
   }
   return "mistake";
 }

@@ -31,6 +31,12 @@ enum class MistakeKind {
   kUnaskedAnswer,
   kWrongAnswer,
   kMissingAnswer,
+  kServiceNotOffered,
+  kUnknownHandle,
+  kGapInFile,
+  kOverlapInFile,
+  kWriteTooLarge,
+  kFileTooLarge,
 };
 
 // Lower-case words, such as "bad checksum".

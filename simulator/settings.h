@@ -3,13 +3,16 @@
 
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "bytes.h"
 #include "faults.h"
 #include "library.h"
 #include "profile.h"
+#include "workout_settings.h"
 
 namespace ipodsim {
 
@@ -19,6 +22,8 @@ struct Settings {
   std::uint64_t seed = 1;
   Library library = Library::Default();
   Faults faults;
+  SportsSettings sports;
+  StorageSettings storage;
 
   // StartIDPS must carry a transaction identifier already; without one it is met with silence.
   bool start_idps_needs_identifier = false;
@@ -34,6 +39,12 @@ struct Settings {
   bool large_frames_only = false;
   // The accessory is asked about itself once it has identified.
   bool asks_accessory = true;
+
+  // It asks about the Sports and the Storage lingo again when the accessory asks for its own
+  // capabilities there, before it answers: version and capabilities, and capabilities.
+  bool asks_during_session = false;
+  // Commands, by lingo and number, that are refused and not carried out, and with which status.
+  std::map<std::pair<std::uint8_t, std::uint16_t>, AckStatus> refused;
 
   // Answers come after 8 ms (median), 15 ms (95 %), 240 ms at the longest, drawn from the seed, or
   // always after this time.

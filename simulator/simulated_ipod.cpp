@@ -71,6 +71,13 @@ std::vector<std::uint8_t> SimulatedIpod::accessory_information(std::uint8_t type
   return found == answers.end() ? std::vector<std::uint8_t>{} : found->second;
 }
 
+const FeatureFiles& SimulatedIpod::feature_files() const { return device_->storage.files(); }
+std::vector<std::string> SimulatedIpod::open_feature_files() const {
+  return device_->storage.open_files();
+}
+std::uint64_t SimulatedIpod::free_space() const { return device_->storage.free_space(); }
+const UserData& SimulatedIpod::user_data() const { return device_->sports.user_data(); }
+
 const Settings& SimulatedIpod::settings() const { return device_->settings; }
 
 }  // namespace ipodsim

@@ -15,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "mistakes.h"
@@ -62,6 +63,11 @@ class SimulatedIpod {
   const std::vector<std::uint8_t>& event_mask() const;
   // What the accessory answered about itself, by information type; empty when it has not.
   std::vector<std::uint8_t> accessory_information(std::uint8_t type) const;
+  // The files that accessories wrote, and which of them are open.
+  const FeatureFiles& feature_files() const;
+  std::vector<std::string> open_feature_files() const;
+  std::uint64_t free_space() const;  // in bytes
+  const UserData& user_data() const;
   const Settings& settings() const;
 
  private:
