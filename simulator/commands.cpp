@@ -14,7 +14,7 @@ namespace {
 using Nature = CommandNature;
 
 constexpr CommandRule kFromAccessory[] = {
-    {kGeneral, 0x01, "Identify", 1, 1, Nature::kQuiet},
+    {kGeneral, 0x01, "Identify", 1, 1, Nature::kQuietWithout},
     {kGeneral, 0x02, "ACK", 2, 2, Nature::kQuiet},
     {kGeneral, 0x03, "RequestRemoteUIMode", 0, 0, Nature::kRequestWithout},
     {kGeneral, 0x05, "EnterRemoteUIMode", 0, 0},
@@ -43,25 +43,32 @@ constexpr CommandRule kFromAccessory[] = {
     {kSimpleRemote, 0x04, "AudioButtonStatus", 1, 4},
     {kDisplayRemote, 0x12, "GetIndexedPlayingTrackInfo", 7, 7},
     {kExtended, 0x0002, "GetCurrentPlayingTrackChapterInfo", 0, 0},
+    {kExtended, 0x0007, "GetCurrentPlayingTrackChapterName", 0, 4},
     {kExtended, 0x0009, "GetAudiobookSpeed", 0, 0},
     {kExtended, 0x000B, "SetAudiobookSpeed", 1, 2},
     {kExtended, 0x000C, "GetIndexedPlayingTrackInfo", 7, 7},
+    {kExtended, 0x000E, "GetArtworkFormats", 0, 0},
+    {kExtended, 0x0010, "GetTrackArtworkData", 10, 10},
     {kExtended, 0x0016, "ResetDBSelection", 0, 0},
     {kExtended, 0x0017, "SelectDBRecord", 5, 5},
     {kExtended, 0x0018, "GetNumberCategorizedDBRecords", 1, 1},
     {kExtended, 0x001A, "RetrieveCategorizedDatabaseRecords", 9, 9},
     {kExtended, 0x001C, "GetPlayStatus", 0, 0},
     {kExtended, 0x001E, "GetCurrentPlayingTrackIndex", 0, 0},
+    {kExtended, 0x001F, "GetTrackArtworkTimes", 10, 10},  // by the Display Remote's number
     {kExtended, 0x0020, "GetIndexedPlayingTrackTitle", 4, 4},
     {kExtended, 0x0022, "GetIndexedPlayingTrackArtistName", 4, 4},
     {kExtended, 0x0024, "GetIndexedPlayingTrackAlbumName", 4, 4},
     {kExtended, 0x0026, "SetPlayStatusChangeNotification", 1, 4},
     {kExtended, 0x0028, "PlayCurrentSelection", 4, 4},
     {kExtended, 0x0029, "PlayControl", 1, 1},
+    {kExtended, 0x002A, "GetTrackArtworkTimes", 10, 10},
     {kExtended, 0x002C, "GetShuffle", 0, 0},
     {kExtended, 0x002E, "SetShuffle", 1, 2},
     {kExtended, 0x002F, "GetRepeat", 0, 0},
     {kExtended, 0x0031, "SetRepeat", 1, 2},
+    {kExtended, 0x0032, "SetDisplayImage", 2, kAnyLength},
+    {kExtended, 0x0033, "GetMonoDisplayImageLimits", 0, 0},
     {kExtended, 0x0035, "GetNumPlayingTracks", 0, 0},
     {kExtended, 0x0037, "SetCurrentPlayingTrack", 4, 4},
     {kExtended, 0x0038, "SelectSortDBRecord", 6, 6},
@@ -107,8 +114,11 @@ constexpr NamedCommand kFromIpod[] = {
     {kDisplayRemote, 0x13, "RetIndexedPlayingTrackInfo"},
     {kExtended, 0x0001, "ACK"},
     {kExtended, 0x0003, "ReturnCurrentPlayingTrackChapterInfo"},
+    {kExtended, 0x0008, "ReturnCurrentPlayingTrackChapterName"},
     {kExtended, 0x000A, "ReturnAudiobookSpeed"},
     {kExtended, 0x000D, "ReturnIndexedPlayingTrackInfo"},
+    {kExtended, 0x000F, "RetArtworkFormats"},
+    {kExtended, 0x0011, "RetTrackArtworkData"},
     {kExtended, 0x0019, "ReturnNumberCategorizedDBRecords"},
     {kExtended, 0x001B, "ReturnCategorizedDatabaseRecord"},
     {kExtended, 0x001D, "ReturnPlayStatus"},
@@ -117,8 +127,10 @@ constexpr NamedCommand kFromIpod[] = {
     {kExtended, 0x0023, "ReturnIndexedPlayingTrackArtistName"},
     {kExtended, 0x0025, "ReturnIndexedPlayingTrackAlbumName"},
     {kExtended, 0x0027, "PlayStatusChangeNotification"},
+    {kExtended, 0x002B, "RetTrackArtworkTimes"},
     {kExtended, 0x002D, "ReturnShuffle"},
     {kExtended, 0x0030, "ReturnRepeat"},
+    {kExtended, 0x0034, "ReturnMonoDisplayImageLimits"},
     {kExtended, 0x0036, "ReturnNumPlayingTracks"},
     {kExtended, 0x0041, "ReturnDBTrackInfo"},
     {kSports, 0x01, "GetDeviceVersion"},
@@ -167,9 +179,11 @@ const char* LingoName(std::uint8_t lingo) {
   }
 }
 
-std::string CommandName(std::uint8_t lingo, std::uint16_t command) {
-  if (const CommandRule* rule = FindCommand(lingo, command)) return rule->name;
-  if (const NamedCommand* named = Find(kFromIpod, lingo, command)) return named->name;
+std::string CommandName(std::uint8_t lingo, std::uint16_t command, Sender sender) {
+  const CommandRule* rule = FindCommand(lingo, command);
+  const NamedCommand* named = Find(kFromIpod, lingo, command);
+  if (rule != nullptr && (named == nullptr || sender == Sender::kAccessory)) return rule->name;
+  if (named != nullptr) return named->name;
   return "command " + Hex(command, lingo == kExtended ? 4 : 2);
 }
 

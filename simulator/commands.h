@@ -33,6 +33,7 @@ enum class CommandNature {
   kRequest,         // answered
   kRequestWithout,  // answered; never carries a transaction identifier
   kQuiet,           // not answered
+  kQuietWithout,    // not answered; never carries a transaction identifier
   kAnswer,          // answers a request of ours under a transaction identifier of its own
   kAnswerEchoing,   // answers a request of ours under that request's identifier
   kAnswerWithout,   // answers a request of ours, never with an identifier
@@ -48,7 +49,8 @@ struct CommandRule {
   CommandNature nature = CommandNature::kRequest;
 
   bool CarriesIdentifier() const {
-    return nature != CommandNature::kRequestWithout && nature != CommandNature::kAnswerWithout;
+    return nature != CommandNature::kRequestWithout && nature != CommandNature::kQuietWithout &&
+           nature != CommandNature::kAnswerWithout;
   }
   bool IsAnswer() const {
     return nature == CommandNature::kAnswer || nature == CommandNature::kAnswerEchoing ||
@@ -60,8 +62,11 @@ struct CommandRule {
 const CommandRule* FindCommand(std::uint8_t lingo, std::uint16_t command);
 
 const char* LingoName(std::uint8_t lingo);
-// The name of a command of either side, or its number.
-std::string CommandName(std::uint8_t lingo, std::uint16_t command);
+enum class Sender { kAccessory, kIpod };
+// The name of a command of either side, or its number. The sender matters where both sides have a
+// command of that number.
+std::string CommandName(std::uint8_t lingo, std::uint16_t command,
+                        Sender sender = Sender::kAccessory);
 // The lingo's acknowledgement from the iPod; 0xFFFF when there is none.
 std::uint16_t AckCommand(std::uint8_t lingo);
 

@@ -40,6 +40,9 @@ SimulatedIpod::Device::Device(Settings given)
       notifications(&link, &player, settings),
       playback(&link, &player, &notifications, settings),
       remotes(&link, &player, &playback),
+      artwork(&link, &player, settings),
+      chapters(&link, &player),
+      display(&link),
       sports(&link, settings),
       storage(&link, settings) {
   reader.on_frame = [this](const Frame& frame, const Bytes&) { OnFrame(frame); };
@@ -166,6 +169,7 @@ void SimulatedIpod::Device::Serve(const Request& request) {
     return;
   }
   if (general.Handle(request) || browsing.Handle(request) || playback.Handle(request) ||
+      artwork.Handle(request) || chapters.Handle(request) || display.Handle(request) ||
       remotes.Handle(request) || sports.Handle(request) || storage.Handle(request)) {
     return;
   }
@@ -207,6 +211,7 @@ void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   browsing.Forget();
   notifications.SetMask(0);
   remotes.Forget();
+  display.Forget();
   storage.Forget();
   if (player.state() != PlayerState::kStopped) player.Control(PlayControl::kPause, link.now());
 }

@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include "artwork.h"
 #include "browsing.h"
+#include "chapters.h"
+#include "display.h"
 #include "enquiries.h"
 #include "frame.h"
 #include "general.h"
@@ -38,6 +41,9 @@ class SimulatedIpod::Device {
   Notifications notifications;
   Playback playback;
   Remotes remotes;
+  Artwork artwork;
+  Chapters chapters;
+  Display display;
   Sports sports;
   Storage storage;
   FrameReader reader;

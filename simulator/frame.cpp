@@ -17,6 +17,12 @@ std::uint8_t SumFrom(const Bytes& wire, std::size_t begin) {
   return static_cast<std::uint8_t>(sum & 0xFF);
 }
 
+// A sender that leaves out the last two bytes lets the receiver take the next frame's first two for
+// them. The rest of that frame is then lost with it.
+bool SwallowedABeginning(const Bytes& wire) {
+  return wire[wire.size() - 2] == kSync && wire[wire.size() - 1] == kStart;
+}
+
 std::size_t ContentStart(const Bytes& wire) { return wire[2] == 0 ? 5 : 3; }
 
 }  // namespace
@@ -114,7 +120,8 @@ void FrameReader::Complete() {
   Frame frame;
   if (SumFrom(wire, 2) != 0) {
     on_problem(FramingProblem::kBadChecksum,
-               "the sum of a frame of " + std::to_string(wire.size()) + " bytes is not 0");
+               "the sum of a frame of " + std::to_string(wire.size()) + " bytes is not 0" +
+                   (SwallowedABeginning(wire) ? "; its last two begin another frame" : ""));
   } else if (!ParseFrame(wire, &frame)) {
     on_problem(FramingProblem::kNoCommand, "a frame too short to hold a command");
   } else {

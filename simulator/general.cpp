@@ -86,7 +86,7 @@ bool General::HandleIdentity(const Request& request) {
       link_->Reply(request, 0x0C, data);
       return true;
     case 0x0D:
-      Put32(data, traits_.model_id);
+      Put32(data, settings_.model_id.value_or(traits_.model_id));
       PutText(data, settings_.model_number.empty() ? traits_.model_number : settings_.model_number);
       link_->Reply(request, 0x0E, data);
       return true;

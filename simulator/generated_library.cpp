@@ -128,6 +128,7 @@ class Maker {
     track.artist = artist;
     track.album = Phrase(tongue, 3);
     track.genre = genre;
+    track.artwork = true;
     const std::uint32_t tracks = 6 + random_.Below(5);
     for (std::uint32_t i = 1; i <= tracks; ++i) {
       track.title = Phrase(tongue, 4);
@@ -147,6 +148,7 @@ class Maker {
     track.artist = Pick(tongue.names);
     track.album = Phrase(tongue, 3) + (is_book ? " (unabridged)" : " FM");
     track.genre = is_book ? "Audiobook" : "Podcast";
+    if (is_book) track.chapters = {"Opening", "Middle", "End"};
     const std::uint32_t parts = 8 + random_.Below(6);
     for (std::uint32_t i = 1; i <= parts; ++i) {
       track.number = static_cast<int>(i);

@@ -62,6 +62,7 @@ bool Identification::Handle(const Request& request) {
 void Identification::Forget() {
   taking_tokens_ = false;
   by_tokens_ = false;
+  began_oldest_way_ = false;
   announced_ = 0;
   tokens_.clear();
   packets_.clear();
@@ -74,14 +75,18 @@ bool Identification::Begins(const Request& request) {
 
 bool Identification::IsAllowedBefore(const Request& request) {
   if (request.lingo != kGeneral) return false;
-  static const std::set<std::uint16_t> kAllowed = {0x01, 0x02, 0x0F, 0x11, 0x13, 0x28,
-                                                   0x38, 0x39, 0x3B, 0x4B, 0x50};
+  // Leaving the remote user interface, too: a console cannot know in what state it left the iPod.
+  static const std::set<std::uint16_t> kAllowed = {0x01, 0x02, 0x03, 0x06, 0x0F, 0x11, 0x13,
+                                                   0x28, 0x38, 0x39, 0x3B, 0x4B, 0x50};
   return kAllowed.count(request.command) != 0;
 }
 
 // Names one lingo and is not answered. Such accessories speak the remote lingoes.
 void Identification::OldestIdentify(const Request& request) {
   Forget();
+  enquiries_->Stop();
+  link_->SetIdentifiers(false);
+  began_oldest_way_ = true;
   announced_ = (1u << kGeneral) | (1u << kSimpleRemote) | (1u << kDisplayRemote) |
                (1u << (request.data[0] & 0x1F));
 }
@@ -97,12 +102,13 @@ void Identification::IdentifyByLingoes(const Request& request) {
     link_->Acknowledge(request, AckStatus::kBadParameter);
     return;
   }
+  const bool asks = !began_oldest_way_ || settings_.asks_oldest_accessories;
   Forget();
   announced_ = mask;
   // From here on frames carry no transaction identifiers, in either direction.
   if (!settings_.keeps_identifiers) link_->SetIdentifiers(false);
   link_->Acknowledge(request, AckStatus::kOk);
-  enquiries_->Start(announced_);
+  if (asks) enquiries_->Start(announced_);
 }
 
 void Identification::StartTokens(const Request& request) {

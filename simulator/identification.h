@@ -47,6 +47,7 @@ class Identification {
   const Traits& traits_;
   bool taking_tokens_ = false;
   bool by_tokens_ = false;
+  bool began_oldest_way_ = false;
   std::uint32_t announced_ = 0;
   std::vector<Token> tokens_;
   std::set<Bytes> packets_;  // seen in this identification; a repeated one replaces nothing

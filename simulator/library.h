@@ -23,6 +23,8 @@ struct Track {
   std::int64_t length_ms = 0;
   int number = 0;  // within its album
   MediaKind kind = MediaKind::kMusic;
+  bool artwork = false;
+  std::vector<std::string> chapters = {};  // their names; all are equally long
 };
 
 struct Playlist {
@@ -48,7 +50,7 @@ struct Library {
 //   {"name": "Zoe's iPod",
 //    "tracks": [{"title": "Bridges", "artist": "The Hum", "album": "Spans", "genre": "Rock",
 //                "composer": "A. Beam", "lyrics": "...", "length_ms": 215000, "number": 1,
-//                "kind": "music"}],
+//                "kind": "music", "artwork": true, "chapters": ["Near", "Far"]}],
 //    "playlists": [{"name": "Runs", "tracks": [0]},
 //                  {"name": "Folder", "playlists": [{"name": "Hills", "tracks": [0]}]}]}
 //

@@ -56,6 +56,14 @@ class Reader {
     return found->get<std::int64_t>();
   }
 
+  bool Flag(const Json& object, const char* key, const std::string& where) {
+    const auto found = object.find(key);
+    if (found == object.end()) return false;
+    if (found->is_boolean()) return found->get<bool>();
+    Fail(where + ": \"" + key + "\" is neither true nor false");
+    return false;
+  }
+
   MediaKind Kind(const Json& object, const std::string& where) {
     const std::string kind = Text(object, "kind", where);
     if (kind.empty() || kind == "music") return MediaKind::kMusic;
@@ -82,6 +90,11 @@ class Reader {
     track.length_ms = Number(object, "length_ms", 1, kLongestTrackMs, kDefaultLengthMs, where);
     track.number = static_cast<int>(Number(object, "number", 0, 9999, 0, where));
     track.kind = Kind(object, where);
+    track.artwork = Flag(object, "artwork", where);
+    for (const Json& name : List(object, "chapters", where)) {
+      if (!name.is_string()) Fail(where + ": a chapter is not a text");
+      track.chapters.push_back(name.is_string() ? name.get<std::string>() : "");
+    }
     return track;
   }
 

@@ -123,7 +123,8 @@ Bytes Link::Transmit(Microseconds now) {
     if (trace) {
       Frame frame;
       ParseFrame(item.wire, &frame);
-      trace({due, TraceLine::Direction::kToAccessory, Describe(frame, item.has_identifier)});
+      trace({due, TraceLine::Direction::kToAccessory,
+             Describe(frame, item.has_identifier, Sender::kIpod)});
     }
     line_.Send(item.wire, due);
   }

@@ -3,6 +3,9 @@
 
 #include "playback.h"
 
+#include "artwork.h"
+#include "track_facts.h"
+
 namespace ipodsim {
 const Track* TrackOrRefusal(Link* link, const Player& player, const Request& request,
                             std::uint32_t index) {
@@ -58,12 +61,6 @@ bool Playback::HandleStatus(const Request& request) {
     case 0x0035:
       Put32(data, player_->size());
       link_->Reply(request, 0x0036, data);
-      return true;
-    case 0x0002:
-      // No track here has chapters: index -1 of 0.
-      Put32(data, Player::kNothing);
-      Put32(data, 0);
-      link_->Reply(request, 0x0003, data);
       return true;
     case 0x0026:
       SetNotifications(request);
@@ -134,11 +131,7 @@ void Playback::ReturnTrackInfo(const Request& request) {
   Bytes data = {type};
   switch (type) {
     case 0:
-      Put32(data, (track->kind == MediaKind::kAudiobook ? 0x01u : 0u) |
-                      (track->lyrics.empty() ? 0u : 0x08u) |
-                      (track->kind == MediaKind::kVideo ? 0x80u : 0u));
-      Put32(data, static_cast<std::uint32_t>(track->length_ms));
-      Put16(data, 0);
+      PutCapabilities(data, *track);
       break;
     case 1:
       PutText(data, track->kind == MediaKind::kPodcast ? track->album : "");
@@ -160,7 +153,7 @@ void Playback::ReturnTrackInfo(const Request& request) {
       PutText(data, track->composer);
       break;
     case 7:
-      Put16(data, 0);
+      PutArtworkCounts(data, *track);
       break;
     default:
       Refuse(request, MistakeKind::kBadParameter, "track information " + std::to_string(type));

@@ -3,6 +3,9 @@
 
 #include "remotes.h"
 
+#include "artwork.h"
+#include "track_facts.h"
+
 namespace ipodsim {
 namespace {
 
@@ -95,12 +98,7 @@ void Remotes::ReturnTrackInfo(const Request& request) {
   Bytes data = {type};
   switch (type) {
     case 0:
-      // Capability bits, length, chapter count.
-      Put32(data, (track->kind == MediaKind::kAudiobook ? 0x01u : 0u) |
-                      (track->lyrics.empty() ? 0u : 0x08u) |
-                      (track->kind == MediaKind::kVideo ? 0x80u : 0u));
-      Put32(data, static_cast<std::uint32_t>(track->length_ms));
-      Put16(data, 0);
+      PutCapabilities(data, *track);
       break;
     case 1:
       Put32(data, 0);
@@ -126,7 +124,7 @@ void Remotes::ReturnTrackInfo(const Request& request) {
       PutText(data, track->lyrics);
       break;
     case 8:
-      Put16(data, 0);
+      PutArtworkCounts(data, *track);
       break;
     default:
       link_->Report(MistakeKind::kBadParameter, "track information " + std::to_string(type));

@@ -39,6 +39,12 @@ struct Settings {
   bool large_frames_only = false;
   // The accessory is asked about itself once it has identified.
   bool asks_accessory = true;
+  // So is one that began with the oldest identification. Such a console hears a question only while
+  // it waits for a frame of another lingo than the Extended Interface; at any other time the
+  // question spoils its exchange.
+  bool asks_oldest_accessories = false;
+  // GetTrackArtworkTimes under the number that it has in the Display Remote lingo is refused.
+  bool refuses_misnumbered_artwork_times = false;
 
   // It asks about the Sports and the Storage lingo again when the accessory asks for its own
   // capabilities there, before it answers: version and capabilities, and capabilities.
@@ -54,7 +60,10 @@ struct Settings {
   Microseconds pending_time = 200 * kMillisecond;     // from a pending answer to the final one
   Microseconds answer_timeout = 3 * kSecond;          // for the accessory to answer a request
 
-  // Instead of the profile's and the library's.
+  // Instead of the profile's and the library's. Accessories tell iPods apart by the upper half of
+  // the model id: some sort by name where it is 0x0010 and take 0x0014 and 0x0017 for iPods that
+  // take workouts.
+  std::optional<std::uint32_t> model_id;
   std::string model_number;
   std::string name;
 };

@@ -65,6 +65,10 @@ const std::vector<std::uint8_t>& SimulatedIpod::event_mask() const {
   return device_->general.events();
 }
 
+const std::vector<std::uint8_t>& SimulatedIpod::display_image() const {
+  return device_->display.image();
+}
+
 std::vector<std::uint8_t> SimulatedIpod::accessory_information(std::uint8_t type) const {
   const auto& answers = device_->enquiries.answers();
   const auto found = answers.find(type);

@@ -61,6 +61,8 @@ class SimulatedIpod {
   std::uint8_t ui_mode() const;
   std::uint32_t notification_mask() const;
   const std::vector<std::uint8_t>& event_mask() const;
+  // The accessory's picture on the display; empty when there is none.
+  const std::vector<std::uint8_t>& display_image() const;
   // What the accessory answered about itself, by information type; empty when it has not.
   std::vector<std::uint8_t> accessory_information(std::uint8_t type) const;
   // The files that accessories wrote, and which of them are open.

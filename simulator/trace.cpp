@@ -6,8 +6,6 @@
 #include <array>
 #include <cstdio>
 
-#include "commands.h"
-
 namespace ipodsim {
 namespace {
 
@@ -57,6 +55,7 @@ std::size_t TextStart(const Frame& frame) {
   }
   if (frame.lingo != kExtended) return 0;
   switch (frame.command) {
+    case 0x0008:
     case 0x0021:
     case 0x0023:
     case 0x0025:
@@ -111,10 +110,10 @@ std::string DescribeAck(const Frame& frame) {
 
 }  // namespace
 
-std::string Describe(const Frame& whole, bool has_identifier) {
+std::string Describe(const Frame& whole, bool has_identifier, Sender sender) {
   Frame frame = whole;
   std::string text =
-      std::string(LingoName(frame.lingo)) + " " + CommandName(frame.lingo, frame.command);
+      std::string(LingoName(frame.lingo)) + " " + CommandName(frame.lingo, frame.command, sender);
   if (has_identifier && frame.data.size() >= 2) {
     text += " id " + Hex(Get16(frame.data, 0), 4);
     frame.data.erase(frame.data.begin(), frame.data.begin() + 2);

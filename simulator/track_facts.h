@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// What both remote lingoes tell about a track, laid out as it travels.
+
+#pragma once
+
+#include "bytes.h"
+#include "library.h"
+
+namespace ipodsim {
+
+// Capability bits (4 bytes), length in milliseconds (4), number of chapters (2).
+void PutCapabilities(Bytes& bytes, const Track& track);
+
+}  // namespace ipodsim
