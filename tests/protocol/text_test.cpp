@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Text from the iPod into the host's buffer: converted from a fixed number of bytes, cut between
-// characters, always terminated, and never a character past the capacity.
+// Text from the iPod into the host's buffer, converted from a fixed number of bytes, and the host's
+// text into UTF-8: cut between characters, always terminated, and never past the capacity.
 #include "protocol/text.h"
 
 #include <gmock/gmock.h>
@@ -101,6 +101,55 @@ RC_GTEST_FIXTURE_PROP(Text, IsAlwaysTerminatedWithinTheCapacity,
   ipodcomm::TextFromUtf8(utf8.data(), utf8.size(), buffer.data(), capacity);
   RC_ASSERT(buffer[capacity] == kUntouched);
   RC_ASSERT(std::count(buffer.begin(), buffer.end() - 1, L'\0') >= 1);
+}
+
+// ---- To UTF-8
+
+/// Converts into a buffer of `capacity` bytes and one more that must stay; what is left in it.
+std::string ToUtf8(const wchar_t* text, std::size_t capacity) {
+  std::string buffer(capacity + 1, '#');
+  const std::size_t length = ipodcomm::Utf8FromText(text, buffer.data(), capacity);
+  EXPECT_EQ(buffer[capacity], '#');
+  EXPECT_EQ(std::string(buffer.c_str()).size(), length);
+  return buffer.c_str();
+}
+
+TEST_F(Text, ToUtf8IsWholeWhereItFits) {
+  EXPECT_EQ(ToUtf8(L"", 4), "");
+  EXPECT_EQ(ToUtf8(L"abc", 4), "abc");
+  EXPECT_EQ(ToUtf8(L"A\u00E9\u20AC\U0001F3B5", 11), "A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5");
+}
+
+TEST_F(Text, ToUtf8IsCutBetweenTwoCharacters) {
+  EXPECT_EQ(ToUtf8(L"abcd", 1), "");
+  EXPECT_EQ(ToUtf8(L"ab\u20AC", 4), "ab");
+  EXPECT_EQ(ToUtf8(L"ab\u20AC", 5), "ab");
+  EXPECT_EQ(ToUtf8(L"ab\u20AC", 6), "ab\xE2\x82\xAC");
+  EXPECT_EQ(ToUtf8(L"\U0001F3B5x", 4), "");
+}
+
+TEST_F(Text, ToUtf8IsEmptyWhenTheConversionFails) {
+  world_.FailOnce("WideCharToMultiByte", 1, 1113);
+  EXPECT_EQ(ToUtf8(L"abc", 8), "");
+}
+
+// Platforms may leave part of a character in a short buffer.
+TEST_F(Text, WholeUtf8LeavesOutAnIncompleteLastCharacter) {
+  const auto whole = [](std::string_view text) {
+    return ipodcomm::WholeUtf8(text.data(), text.size());
+  };
+  EXPECT_EQ(whole(""), 0U);
+  EXPECT_EQ(whole("ab"), 2U);
+  EXPECT_EQ(whole("a\xC3"), 1U);
+  EXPECT_EQ(whole("a\xC3\xA9"), 3U);
+  EXPECT_EQ(whole("a\xE2"), 1U);
+  EXPECT_EQ(whole("a\xE2\x82"), 1U);
+  EXPECT_EQ(whole("a\xE2\x82\xAC"), 4U);
+  EXPECT_EQ(whole("a\xF0"), 1U);
+  EXPECT_EQ(whole("a\xF0\x9F"), 1U);
+  EXPECT_EQ(whole("a\xF0\x9F\x8E"), 1U);
+  EXPECT_EQ(whole("a\xF0\x9F\x8E\xB5"), 5U);
+  EXPECT_EQ(whole("\xA9\xA9\xA9\xA9\xA9"), 5U);
 }
 
 }  // namespace
