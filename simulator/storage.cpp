@@ -172,6 +172,11 @@ void Storage::Close(const Request& request) {
     return;
   }
   const std::uint8_t handle = request.data[0];
+  // No file ever has handle 0. Consoles in the field close it to be sure before they open one.
+  if (handle == 0) {
+    link_->Acknowledge(request, AckStatus::kBadParameter);
+    return;
+  }
   OpenFile* file = FileOf(request, handle);
   if (file == nullptr) return;
   AckStatus status = AckStatus::kOk;

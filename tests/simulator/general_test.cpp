@@ -121,13 +121,5 @@ TEST_F(GeneralLingo, UnknownLingoIsNamedAndNotAnswered) {
   expected_mistakes = "unknown command";
 }
 
-TEST(SportsAndStorage, AreNotServedYet) {
-  Dock dock;
-  dock.Exchange("FF 55 0E 00 13 00 00 12 19 00 00 00 00 00 00 00 00 B4");
-  EXPECT_EQ(dock.Exchange("FF 55 02 09 83 72"), "FF 55 04 09 80 04 83 EC");
-  EXPECT_EQ(dock.Exchange("FF 55 02 0C 01 F1"), "FF 55 04 0C 00 04 01 EB");
-  EXPECT_EQ(dock.Mistakes(), "");
-}
-
 }  // namespace
 }  // namespace ipodsim
