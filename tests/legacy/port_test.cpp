@@ -1,0 +1,407 @@
+// SPDX-License-Identifier: MIT
+// The legacy serial port: opening, closing, raw writes, purging and copies.
+#include <algorithm>
+
+#include "support/packets.h"
+#include "support/session_test.h"
+
+namespace {
+
+using test::DockTest;
+using test::kMillisecond;
+using test::kSecond;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class LegacyPort : public DockTest {
+ protected:
+  LegacyPort() { world_.line("COM3:").Plug(other_device_); }
+  ~LegacyPort() override { world_.line("COM3:").Unplug(); }
+
+  void Open() { EXPECT_EQ(serial_.openport(), 1); }
+  unsigned long Write(ipodserial& serial, const char* text) {
+    test::Bytes bytes = test::Hex(text);
+    return serial.writeport(bytes.data(), static_cast<int>(bytes.size()));
+  }
+  HANDLE Port() { return ipodserialPeer::Port(serial_); }
+
+  test::ScriptedDevice other_device_;
+  ipodserial serial_;
+};
+
+TEST_F(LegacyPort, ConstructionSetsTheDefaultsAndOpensNothing) {
+  world_.Record({"CreateFileW"});
+  ipodserial serial;
+  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_EQ(ipodserialPeer::Port(serial), INVALID_HANDLE_VALUE);
+  EXPECT_EQ(ipodserialPeer::BaudRate(serial), 57600);
+  EXPECT_EQ(ipodserialPeer::DataBits(serial), 8);
+  EXPECT_EQ(ipodserialPeer::StopBits(serial), 1);
+  EXPECT_EQ(ipodserialPeer::Parity(serial), 0);
+  EXPECT_EQ(ipodserialPeer::TimeoutMs(serial), 200U);
+  EXPECT_STREQ(ipodserialPeer::PortName(serial), L"COM2:");
+  EXPECT_EQ(sizeof ipodserialPeer::PortName(serial), 26 * sizeof(wchar_t));
+}
+
+TEST_F(LegacyPort, ConstructionWritesTheNameWithTheSystemsFormatter) {
+  world_.Record();
+  const ipodserial serial;
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("wsprintfW(\"COM2:\")"));
+}
+
+// ---- Opening
+
+TEST_F(LegacyPort, OpeningCallsTheDriverInOrder) {
+  world_.Record();
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.openport(), 1); }), 0);
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("CreateFileW(\"COM2:\")", "GetCommState(port1)", "SetCommMask(port1, 1)",
+                          "SetCommState(port1, 57600 baud, 8 bits, parity 0, stop bits code 1)",
+                          "GetCommTimeouts(port1)", "SetCommTimeouts(port1, 200, 200, 200, 0, 0)",
+                          "PurgeComm(port1, 12)"));
+}
+
+TEST_F(LegacyPort, OpeningTakesNameAndBaudRate) {
+  world_.Record({"CreateFileW", "SetCommState"});
+  EXPECT_EQ(serial_.openport(L"COM3:", 9600), 1);
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("CreateFileW(\"COM3:\")",
+                          "SetCommState(port1, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
+}
+
+TEST_F(LegacyPort, OpeningByNameStoresTheBaudRateAndNotTheName) {
+  EXPECT_EQ(serial_.openport(L"COM3", 9600), 1);
+  EXPECT_EQ(serial_.closeport(), 1);
+  EXPECT_STREQ(ipodserialPeer::PortName(serial_), L"COM2:");
+  world_.Record({"CreateFileW", "SetCommState"});
+  EXPECT_EQ(serial_.openport(), 1);
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("CreateFileW(\"COM2:\")",
+                          "SetCommState(port2, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
+}
+
+TEST_F(LegacyPort, OpeningThatFailsStoresTheBaudRateAllTheSame) {
+  EXPECT_EQ(serial_.openport(L"COM9:", 4800), 0);
+  EXPECT_EQ(ipodserialPeer::BaudRate(serial_), 4800);
+}
+
+// The line's settings are what the port reported, but for these.
+TEST_F(LegacyPort, OpeningClearsAllFlagsAndCharactersAndLeavesTheRest) {
+  DCB& state = ipodserialPeer::PortState(serial_);
+  auto* bytes = reinterpret_cast<unsigned char*>(&state);
+  std::fill(bytes, bytes + sizeof state, static_cast<unsigned char>(0xFF));
+  state.DCBlength = sizeof state;
+  // The port does not report, so that the record stays.
+  world_.FailOnce("GetCommState", 1, 31);
+  Open();
+  // Length; baud rate; flags: binary, and those above the fourteen; reserved and limits; 8 bits,
+  // no parity, code 1; five characters; reserved.
+  EXPECT_EQ(test::ToHex(bytes, sizeof state),
+            "1C 00 00 00 00 E1 00 00 01 80 FF FF FF FF FF FF FF FF 08 00 01 00 00 00 00 00 FF FF");
+}
+
+struct ParityRow {
+  const char* name;
+  int parity;
+  unsigned flag;
+};
+
+class ParityOfAPort : public LegacyPort, public ::testing::WithParamInterface<ParityRow> {};
+
+INSTANTIATE_TEST_SUITE_P(Is, ParityOfAPort,
+                         ::testing::Values(ParityRow{"None", 0, 0}, ParityRow{"Odd", 1, 1},
+                                           ParityRow{"Even", 2, 0}, ParityRow{"Mark", 3, 1}),
+                         test::RowName());
+
+TEST_P(ParityOfAPort, IsCheckedAsItsLowestBitSays) {
+  ipodserialPeer::Parity(serial_) = GetParam().parity;
+  Open();
+  const DCB& state = ipodserialPeer::PortState(serial_);
+  EXPECT_EQ(state.Parity, GetParam().parity);
+  EXPECT_EQ(state.fParity, GetParam().flag);
+}
+
+TEST_F(LegacyPort, OpeningTakesDataBitsStopBitsAndTimeoutFromTheFields) {
+  ipodserialPeer::DataBits(serial_) = 7;
+  ipodserialPeer::StopBits(serial_) = 2;
+  ipodserialPeer::TimeoutMs(serial_) = 350;
+  world_.Record({"SetCommState", "SetCommTimeouts"});
+  Open();
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("SetCommState(port1, 57600 baud, 7 bits, parity 0, stop bits code 2)",
+                          "SetCommTimeouts(port1, 350, 350, 350, 0, 0)"));
+}
+
+TEST_F(LegacyPort, OpeningTurnsWriteTimeoutsOff) {
+  ipodserialPeer::PortTimeouts(serial_) = {1, 2, 3, 4, 5};
+  world_.FailOnce("GetCommTimeouts", 1, 31);
+  world_.Record({"SetCommTimeouts"});
+  Open();
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("SetCommTimeouts(port1, 200, 200, 200, 0, 0)"));
+}
+
+TEST_F(LegacyPort, PortThatDoesNotOpenLeavesNothingToClose) {
+  world_.FailOnce("CreateFileW", 1, 5);
+  world_.Record();
+  EXPECT_EQ(serial_.openport(), 0);
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, PortThatIsGoneDoesNotOpen) {
+  world_.line().Vanish();
+  EXPECT_EQ(serial_.openport(), 0);
+}
+
+TEST_F(LegacyPort, PortWithoutANameDoesNotOpen) {
+  EXPECT_EQ(serial_.openport(nullptr, 57600), 0);
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, SettingsThatAreRefusedCloseThePortAgain) {
+  world_.FailOnce("SetCommState", 1, 87);
+  world_.Record();
+  EXPECT_EQ(serial_.openport(), 0);
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("CreateFileW(\"COM2:\")", "GetCommState(port1)", "SetCommMask(port1, 1)",
+                          "SetCommState(port1, 57600 baud, 8 bits, parity 0, stop bits code 1)",
+                          "SetCommMask(port1, 0)", "PurgeComm(port1, 12)", "CloseHandle(port1)"));
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, TimeoutsThatAreRefusedCloseThePortAgain) {
+  world_.FailOnce("SetCommTimeouts", 1, 87);
+  world_.Record({"SetCommTimeouts", "SetCommMask", "PurgeComm", "CloseHandle"});
+  EXPECT_EQ(serial_.openport(), 0);
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("SetCommMask(port1, 1)", "SetCommTimeouts(port1, 200, 200, 200, 0, 0)",
+                          "SetCommMask(port1, 0)", "PurgeComm(port1, 12)", "CloseHandle(port1)"));
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, FailureOfAnythingElseDoesNotFailTheOpening) {
+  world_.FailOnce("SetCommMask", 1, 31);
+  world_.FailOnce("GetCommTimeouts", 1, 31);
+  world_.FailOnce("PurgeComm", 1, 31);
+  Open();
+}
+
+TEST_F(LegacyPort, FailedOpeningPrintsNothing) {
+  world_.FailOnce("SetCommState", 1, 87);
+  EXPECT_EQ(serial_.openport(), 0);
+  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+}
+
+TEST_F(LegacyPort, SecondOpeningForgetsTheFirstPortWithoutClosingIt) {
+  Open();
+  world_.Record({"CreateFileW", "CloseHandle"});
+  EXPECT_EQ(serial_.openport(L"COM3:", 57600), 1);
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM3:\")"));
+  EXPECT_EQ(serial_.closeport(), 1);
+  EXPECT_THAT(world_.leftovers(), ElementsAre("port1"));
+}
+
+TEST_F(LegacyPort, SecondOpeningOfTheSamePortIsRefusedAndLosesTheHandle) {
+  Open();
+  EXPECT_EQ(serial_.openport(), 0);
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+  EXPECT_THAT(world_.leftovers(), ElementsAre("port1"));
+}
+
+// ---- Closing
+
+TEST_F(LegacyPort, ClosingCallsTheDriverInOrder) {
+  Open();
+  world_.Record();
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.closeport(), 1); }), 0);
+  EXPECT_THAT(world_.TakeRecord(),
+              ElementsAre("SetCommMask(port1, 0)", "PurgeComm(port1, 12)", "CloseHandle(port1)"));
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, ClosingAClosedPortCallsNothing) {
+  world_.Record();
+  EXPECT_EQ(serial_.closeport(), 1);
+  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+}
+
+TEST_F(LegacyPort, ClosingSucceedsWhateverTheDriverSays) {
+  Open();
+  world_.FailOnce("SetCommMask", 1, 31);
+  world_.FailOnce("PurgeComm", 1, 31);
+  world_.FailOnce("CloseHandle", 1, 31);
+  EXPECT_EQ(serial_.closeport(), 1);
+  EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, DestructionLeavesThePortOpen) {
+  {
+    ipodserial serial;
+    EXPECT_EQ(serial.openport(), 1);
+    world_.Record({"CloseHandle"});
+  }
+  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.leftovers(), ElementsAre("port1"));
+}
+
+// ---- Writing
+
+TEST_F(LegacyPort, WritesAllBytesInOneCall) {
+  Open();
+  world_.Record();
+  EXPECT_EQ(Write(serial_, "FF 55 02"), 3U);
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF 55 02)"));
+  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02"));
+}
+
+TEST_F(LegacyPort, ClosedPortRefusesToWrite) {
+  world_.Record();
+  EXPECT_EQ(Write(serial_, "FF"), 0U);
+  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+}
+
+TEST_F(LegacyPort, FailedWriteIsNotTriedAgain) {
+  Open();
+  world_.Record({"WriteFile"});
+  world_.FailOnce("WriteFile", 1, 31);
+  EXPECT_EQ(Write(serial_, "FF 55"), 0U);
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF 55)"));
+}
+
+TEST_F(LegacyPort, PartlyAcceptedWriteTellsHowMuchAndIsNotGoneOnWith) {
+  Open();
+  // A write time-out and a driver's queue of 1024 bytes, of which few leave in the time.
+  COMMTIMEOUTS timeouts = {200, 200, 200, 0, 1};
+  SetCommTimeouts(Port(), &timeouts);
+  world_.Record({"WriteFile"});
+  test::Bytes bytes(1100, 0x41);
+  EXPECT_EQ(serial_.writeport(bytes.data(), 1100), 1029U);
+  EXPECT_EQ(world_.TakeRecord().size(), 1U);
+}
+
+TEST_F(LegacyPort, WriteOfNothingIsOneEmptyWrite) {
+  Open();
+  world_.Record({"WriteFile"});
+  unsigned char byte = 0;
+  EXPECT_EQ(serial_.writeport(&byte, 0), 0U);
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, nothing)"));
+}
+
+TEST_F(LegacyPort, WriteWithoutBytesOrOfANegativeNumberIsRefused) {
+  Open();
+  world_.Record({"WriteFile"});
+  unsigned char byte = 0;
+  EXPECT_EQ(serial_.writeport(nullptr, 3), 0U);
+  EXPECT_EQ(serial_.writeport(&byte, -1), 0U);
+  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+}
+
+// ---- Purging
+
+TEST_F(LegacyPort, PurgesOneDirectionEach) {
+  Open();
+  world_.Record();
+  serial_.purgerx();
+  serial_.purgetx();
+  EXPECT_THAT(world_.TakeRecord(), ElementsAre("PurgeComm(port1, 8)", "PurgeComm(port1, 4)"));
+}
+
+TEST_F(LegacyPort, PurgingAClosedPortIsTriedAndFails) {
+  world_.Record();
+  serial_.purgerx();
+  serial_.purgetx();
+  const auto calls = world_.TakeCalls().all();
+  ASSERT_EQ(calls.size(), 2U);
+  for (const auto& call : calls) {
+    EXPECT_EQ(call.service, "PurgeComm");
+    EXPECT_EQ(call.result, "failed 6");
+  }
+}
+
+// ---- The error report
+
+TEST_F(LegacyPort, ErrorPrintsTheLastCodeAndItsText) {
+  SetLastError(5);
+  serial_.Error();
+  EXPECT_THAT(TakeDebugOutput(),
+              ElementsAre("Error in Serial Read Number 5, Access is denied.\r\n\n"));
+  SetLastError(31);
+  serial_.Error();
+  EXPECT_THAT(TakeDebugOutput(),
+              ElementsAre("Error in Serial Read Number 31, A device attached to the system is not "
+                          "functioning.\r\n\n"));
+}
+
+TEST_F(LegacyPort, ErrorWithoutATextPrintsTheCodeAlone) {
+  SetLastError(54321);
+  serial_.Error();
+  SetLastError(5);
+  world_.FailOnce("FormatMessageW", 1, 8);
+  serial_.Error();
+  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Error in Serial Read Number 54321, \n",
+                                             "Error in Serial Read Number 5, \n"));
+}
+
+// ---- Copies
+
+ipodserial Assigned(const ipodserial& source) {
+  ipodserial copy;
+  copy = source;
+  return copy;
+}
+
+TEST_F(LegacyPort, CopyTakesEveryField) {
+  EXPECT_EQ(serial_.openport(L"COM3:", 9600), 1);
+  ipodserialPeer::DataBits(serial_) = 7;
+  ipodserialPeer::StopBits(serial_) = 2;
+  ipodserialPeer::Parity(serial_) = 1;
+  ipodserialPeer::TimeoutMs(serial_) = 350;
+  wsprintfW(ipodserialPeer::PortName(serial_), L"COM7:");
+  world_.Record();
+  for (ipodserial copy : {ipodserial(serial_), Assigned(serial_)}) {
+    EXPECT_EQ(ipodserialPeer::Port(copy), Port());
+    EXPECT_EQ(ipodserialPeer::BaudRate(copy), 9600);
+    EXPECT_EQ(ipodserialPeer::DataBits(copy), 7);
+    EXPECT_EQ(ipodserialPeer::StopBits(copy), 2);
+    EXPECT_EQ(ipodserialPeer::Parity(copy), 1);
+    EXPECT_EQ(ipodserialPeer::TimeoutMs(copy), 350U);
+    EXPECT_STREQ(ipodserialPeer::PortName(copy), L"COM7:");
+    EXPECT_EQ(ipodserialPeer::PortState(copy).BaudRate, 9600U);
+    EXPECT_EQ(ipodserialPeer::PortTimeouts(copy).ReadIntervalTimeout, 200U);
+  }
+  EXPECT_THAT(world_.TakeCalls().To({"CreateFileW", "CloseHandle"}).text(), IsEmpty());
+}
+
+TEST_F(LegacyPort, CopyWritesThroughTheSharedPort) {
+  Open();
+  ipodserial copy = serial_;
+  EXPECT_EQ(Write(copy, "41"), 1U);
+  EXPECT_EQ(Write(serial_, "42"), 1U);
+  EXPECT_THAT(TakeSent(), ElementsAre("41", "42"));
+}
+
+TEST_F(LegacyPort, CopyOfAClosedSourceFailsWithoutHarm) {
+  Open();
+  ipodserial copy = serial_;
+  serial_.closeport();
+  unsigned char buffer[8] = {};
+  EXPECT_EQ(Write(copy, "41"), 0U);
+  // Every read fails at once and is followed by its pause.
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(copy.readport(buffer, 8), 0U); }), kSecond);
+  copy.purgerx();
+  copy.purgetx();
+  EXPECT_EQ(copy.closeport(), 1);
+  EXPECT_EQ(ipodserialPeer::Port(copy), INVALID_HANDLE_VALUE);
+}
+
+TEST_F(LegacyPort, SourceOfAClosedCopyFailsWithoutHarm) {
+  Open();
+  Assigned(serial_).closeport();
+  EXPECT_EQ(Write(serial_, "41"), 0U);
+  EXPECT_EQ(serial_.closeport(), 1);
+  Open();
+  EXPECT_EQ(Write(serial_, "41"), 1U);
+}
+
+}  // namespace
