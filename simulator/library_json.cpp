@@ -31,13 +31,17 @@ class Reader {
   std::string Text(const Json& object, const char* key, const std::string& where) {
     const auto found = object.find(key);
     if (found == object.end()) return {};
-    if (!found->is_string()) {
-      Fail(where + ": \"" + key + "\" is not a text");
+    return Whole(*found, where + ": \"" + key + "\"");
+  }
+
+  std::string Whole(const Json& value, const std::string& what) {
+    if (!value.is_string()) {
+      Fail(what + " is not a text");
       return {};
     }
-    const auto text = found->get<std::string>();
+    auto text = value.get<std::string>();
     // A zero byte would end the name early on the wire.
-    if (text.find('\0') != std::string::npos) Fail(where + ": \"" + key + "\" holds a zero byte");
+    if (text.find('\0') != std::string::npos) Fail(what + " holds a zero byte");
     return text;
   }
 
@@ -92,8 +96,8 @@ class Reader {
     track.kind = Kind(object, where);
     track.artwork = Flag(object, "artwork", where);
     for (const Json& name : List(object, "chapters", where)) {
-      if (!name.is_string()) Fail(where + ": a chapter is not a text");
-      track.chapters.push_back(name.is_string() ? name.get<std::string>() : "");
+      const std::string number = std::to_string(track.chapters.size() + 1);
+      track.chapters.push_back(Whole(name, where + ": chapter " + number));
     }
     return track;
   }

@@ -4,12 +4,16 @@
 #include <signal.h>
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include "simulator/folder/folder_files.h"
 #include "simulator/pty/pty_server.h"
 
 namespace {
@@ -18,12 +22,14 @@ constexpr int kMistakesMade = 1;
 constexpr int kUsage = 64;         // the command line
 constexpr int kBroken = 70;        // a fault of the program's own, or no memory
 constexpr int kNoInput = 66;       // the library file
-constexpr int kCannotCreate = 73;  // the terminal or the link
+constexpr int kCannotCreate = 73;  // the terminal, the link or the storage folder
 
 struct Options {
   std::string link;
   std::string profile = "nano";
   std::string library;
+  std::string storage;
+  std::string model_id;
   std::vector<std::string> faults;
   std::uint64_t seed = 1;
   bool trace = false;
@@ -53,20 +59,22 @@ std::string Footer() {
          "  {\"name\": \"My iPod\",\n"
          "   \"tracks\": [{\"title\": \"Bridges\", \"artist\": \"The Hum\", \"album\": \"Spans\",\n"
          "               \"genre\": \"Rock\", \"composer\": \"A. Beam\", \"lyrics\": \"...\",\n"
-         "               \"length_ms\": 215000, \"number\": 1, \"kind\": \"music\"}],\n"
+         "               \"length_ms\": 215000, \"number\": 1, \"kind\": \"music\",\n"
+         "               \"artwork\": true, \"chapters\": [\"Near\", \"Far\"]}],\n"
          "   \"playlists\": [{\"name\": \"Runs\", \"tracks\": [0]},\n"
          "                 {\"name\": \"Folder\", \"playlists\": [...]}]}\n"
          "  A kind is music, audiobook, podcast or video; tracks count from 0.\n"
          "\nExamples:\n"
          "  ipodsim --link /tmp/ipod\n"
          "  ipodsim --link /tmp/ipod --profile classic --trace\n"
+         "  ipodsim --link /tmp/ipod --storage workouts\n"
          "  ipodsim --link /tmp/ipod --library music.json --fault flipped-bits --seed 7\n"
          "\nExit status:\n"
          "  0   the accessory made no protocol mistake\n"
          "  1   it made some; they are listed\n"
          "  64  the command line is wrong\n"
          "  66  the library file cannot be read\n"
-         "  73  the terminal or the link cannot be made\n";
+         "  73  the terminal, the link or the storage folder cannot be made\n";
 }
 
 int Fail(int status, const std::string& sentence) {
@@ -84,11 +92,25 @@ void Describe(CLI::App* app, Options* options) {
   app->add_option("--profile", options->profile, "which iPod to be (nano)");
   app->add_option("--library", options->library,
                   "JSON file with the media; made up when not given");
+  app->add_option("--model-id", options->model_id,
+                  "8 hex digits instead of the profile's; consoles tell models apart by them");
+  app->add_option("--storage", options->storage,
+                  "folder for the workouts that are written, gym-0001.xml and so on; forgotten\n"
+                  "when not given");
   app->add_option("--fault", options->faults,
                   "a fault to switch on; repeat for more; help lists them")
       ->allow_extra_args(false);
   app->add_option("--seed", options->seed, "for all that is drawn: media, delays, faults (1)");
   app->add_flag("--trace", options->trace, "every frame as one line on standard error");
+}
+
+// False when the text is no model id.
+bool ParseModelId(const std::string& text, std::optional<std::uint32_t>* id) {
+  if (text.size() != 8) return false;
+  std::uint32_t value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value, 16);
+  *id = value;
+  return result.ec == std::errc{} && result.ptr == text.data() + text.size();
 }
 
 // Fills the settings; a status other than 0 ends the program.
@@ -100,10 +122,18 @@ int Configure(const Options& options, ipodsim::Settings* settings) {
   }
   settings->profile = *profile;
   settings->seed = options.seed;
+  if (!options.model_id.empty() && !ParseModelId(options.model_id, &settings->model_id)) {
+    return Fail(kUsage, "'" + options.model_id + "' is not 8 hex digits");
+  }
   for (const std::string& name : options.faults) {
     if (!settings->faults.Enable(name)) {
       return Fail(kUsage, "there is no fault '" + name + "'; --fault help lists them");
     }
+  }
+  if (!options.storage.empty()) {
+    const ipodsim::FolderResult folder = ipodsim::OpenFeatureFolder(options.storage);
+    if (folder.files == nullptr) return Fail(kCannotCreate, folder.error);
+    settings->storage.files = folder.files;
   }
   if (options.library.empty()) {
     settings->library = ipodsim::Library::Generate(options.seed);

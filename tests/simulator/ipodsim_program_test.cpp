@@ -137,8 +137,8 @@ TEST_F(ProgramTest, HelpShowsProfilesFaultsExamplesAndStatuses) {
   const Outcome outcome = Perform("--help");
   EXPECT_EQ(outcome.status, 0);
   for (const char* piece :
-       {"--link", "--profile", "--library", "--fault", "--seed", "--trace", "nosports",
-        "flipped-bits", "Examples:", "Exit status:", "\"tracks\""}) {
+       {"--link", "--profile", "--library", "--fault", "--seed", "--trace", "--model-id",
+        "nosports", "flipped-bits", "Examples:", "Exit status:", "\"tracks\""}) {
     EXPECT_THAT(outcome.output, HasSubstr(piece));
   }
 }
@@ -224,6 +224,18 @@ TEST_F(ProgramTest, TraceTellsEveryFrame) {
   const Outcome outcome = served.End(SIGINT);
   EXPECT_THAT(outcome.output, HasSubstr("> General StartIDPS\n"));
   EXPECT_THAT(outcome.output, HasSubstr("< General ACK unknown for StartIDPS\n"));
+}
+
+TEST_F(ProgramTest, ModelIdReplacesTheProfiles) {
+  Served served("--link " + link + " --model-id 00100001", link);
+  const char* const model = "FF 55 0E 00 0E 00 10 00 01 4D 42 35 39 38 4C 4C 00 06";
+  EXPECT_EQ(served.Exchange("FF 55 03 00 01 04 F8 FF 55 02 00 0D F1", model), model);
+  EXPECT_EQ(served.End(SIGINT).status, 0);
+  for (const char* wrong : {"0010", "001000010", "0010000g", "0x100001", "-0100001"}) {
+    const Outcome outcome = Perform(std::string("--model-id=") + wrong);
+    EXPECT_EQ(outcome.status, 64) << wrong;
+    EXPECT_EQ(outcome.output, std::string("ipodsim: '") + wrong + "' is not 8 hex digits\n");
+  }
 }
 
 TEST_F(ProgramTest, SeveralFaultsCanBeSwitchedOn) {

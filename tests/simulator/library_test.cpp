@@ -18,8 +18,9 @@ TEST(LibraryJson, FullLibraryIsRead) {
     "name": "Zoë's iPod",
     "tracks": [
       {"title": "Bridges", "artist": "The Hum", "album": "Spans", "genre": "Rock",
-       "composer": "A. Beam", "lyrics": "over", "length_ms": 215000, "number": 3},
-      {"title": "One", "kind": "audiobook"},
+       "composer": "A. Beam", "lyrics": "over", "length_ms": 215000, "number": 3,
+       "artwork": true},
+      {"title": "One", "kind": "audiobook", "chapters": ["Near", "Far"]},
       {"title": "Two", "kind": "podcast"},
       {"title": "Three", "kind": "video"}
     ],
@@ -41,6 +42,10 @@ TEST(LibraryJson, FullLibraryIsRead) {
   EXPECT_EQ(library.tracks[0].length_ms, 215000);
   EXPECT_EQ(library.tracks[0].number, 3);
   EXPECT_EQ(library.tracks[0].kind, MediaKind::kMusic);
+  EXPECT_TRUE(library.tracks[0].artwork);
+  EXPECT_TRUE(library.tracks[0].chapters.empty());
+  EXPECT_FALSE(library.tracks[1].artwork);
+  EXPECT_EQ(library.tracks[1].chapters, (std::vector<std::string>{"Near", "Far"}));
   EXPECT_EQ(library.tracks[1].kind, MediaKind::kAudiobook);
   EXPECT_EQ(library.tracks[1].length_ms, 180000);
   EXPECT_EQ(library.tracks[2].kind, MediaKind::kPodcast);
@@ -85,6 +90,14 @@ INSTANTIATE_TEST_SUITE_P(
                    "library file 'x.json': track 2: \"title\" is not a text"},
         BadLibrary{R"({"tracks": [{"title": "a\u0000b"}]})",
                    "library file 'x.json': track 1: \"title\" holds a zero byte"},
+        BadLibrary{R"({"tracks": [{"title": "a", "artwork": 1}]})",
+                   "library file 'x.json': track 1: \"artwork\" is neither true nor false"},
+        BadLibrary{R"({"tracks": [{"title": "a", "chapters": "b"}]})",
+                   "library file 'x.json': track 1: \"chapters\" is not a list"},
+        BadLibrary{R"({"tracks": [{"title": "a", "chapters": [7]}]})",
+                   "library file 'x.json': track 1: chapter 1 is not a text"},
+        BadLibrary{R"({"tracks": [{"title": "a", "chapters": ["b\u0000c"]}]})",
+                   "library file 'x.json': track 1: chapter 1 holds a zero byte"},
         BadLibrary{R"({"tracks": [{"title": "a", "length_ms": 0}]})",
                    "library file 'x.json': track 1: \"length_ms\" is not a whole number from 1 to "
                    "4294967295"},
@@ -149,6 +162,19 @@ TEST(GeneratedLibrary, HoldsAboutTwoThousandTracksOfEveryKind) {
   EXPECT_GE(library.playlists.size(), 10u);
   EXPECT_TRUE(std::any_of(library.playlists.begin(), library.playlists.end(),
                           [](const Playlist& playlist) { return !playlist.playlists.empty(); }));
+}
+
+TEST(GeneratedLibrary, AlbumsHaveArtworkAndBooksChapters) {
+  const Library library = Library::Generate(1);
+  for (const Track& track : library.tracks) {
+    if (track.kind == MediaKind::kAudiobook) {
+      EXPECT_EQ(track.chapters.size(), 3u);
+    }
+  }
+  EXPECT_TRUE(std::any_of(library.tracks.begin(), library.tracks.end(),
+                          [](const Track& track) { return track.artwork; }));
+  EXPECT_TRUE(std::any_of(library.tracks.begin(), library.tracks.end(),
+                          [](const Track& track) { return !track.artwork; }));
 }
 
 TEST(GeneratedLibrary, NamesComeInSeveralScripts) {

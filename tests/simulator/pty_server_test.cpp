@@ -132,6 +132,46 @@ TEST_F(PtyServerTest, SurvivesAnAccessoryThatClosesAndReopens) {
   EXPECT_TRUE(server.Stop().empty());
 }
 
+// Some consoles close and reopen their port in the middle of everything.
+TEST_F(PtyServerTest, IpodKeepsItsStateWhenTheAccessoryClosesAndReopens) {
+  constexpr char kSelected[] = "FF 55 06 04 00 01 00 00 17 DE";
+  constexpr char kPreferenceSet[] = "FF 55 04 00 02 00 2B CF";
+  PtyServer server(QuietSettings());
+  ASSERT_TRUE(server.Start());
+  {
+    const Accessory accessory(server.device_path());
+    accessory.Write(kIdentify);
+    ASSERT_EQ(accessory.Read(kIdentified), kIdentified);
+  }
+  {
+    const Accessory accessory(server.device_path());
+    accessory.Write("FF 55 05 00 2B 08 02 01 C5");
+    ASSERT_EQ(accessory.Read(kPreferenceSet), kPreferenceSet);
+  }
+  {
+    // The album Hills and its one track.
+    const Accessory accessory(server.device_path());
+    accessory.Write("FF 55 08 04 00 17 03 00 00 00 00 DA");
+    ASSERT_EQ(accessory.Read(kSelected), kSelected);
+  }
+  {
+    const Accessory accessory(server.device_path());
+    accessory.Write("FF 55 08 04 00 17 05 00 00 00 00 D8");
+    ASSERT_EQ(accessory.Read(kSelected), kSelected);
+  }
+  const Accessory accessory(server.device_path());
+  accessory.Write("FF 55 07 04 00 20 00 00 00 00 D5");
+  const char* const title = "FF 55 08 04 00 21 50 65 61 6B 00 52";
+  EXPECT_EQ(accessory.Read(title), title);
+  server.Inspect([](const SimulatedIpod& ipod) {
+    EXPECT_TRUE(ipod.identified());
+    EXPECT_EQ(ipod.player().state(), PlayerState::kPlaying);
+    EXPECT_EQ(ipod.preference(8), 2);
+  });
+  // A command before identification would be one.
+  EXPECT_TRUE(server.Stop().empty());
+}
+
 TEST_F(PtyServerTest, LinkLeadsToTheTerminalAndIsRemoved) {
   PtyServer server(QuietSettings(), link);
   ASSERT_TRUE(server.Start());

@@ -58,6 +58,14 @@ TEST(Describe, PendingAcknowledgementNamesItsTime) {
             "General ACK pending for EnterRemoteUIMode within 300 ms");
 }
 
+TEST(Describe, NumberOfBothSidesIsNamedByItsSender) {
+  EXPECT_EQ(Describe({0x04, 0x001F, {}}, false), "Extended Interface GetTrackArtworkTimes");
+  EXPECT_EQ(Describe({0x04, 0x001F, {}}, false, Sender::kIpod),
+            "Extended Interface ReturnCurrentPlayingTrackIndex");
+  EXPECT_EQ(Describe({0x04, 0x0001, {0x04, 0x00, 0x1F}}, false, Sender::kIpod),
+            "Extended Interface ACK unknown for GetTrackArtworkTimes");
+}
+
 TEST(Describe, UnknownCommandsAreNumbers) {
   EXPECT_EQ(Describe({0x00, 0x77, {}}, false), "General command 0x77");
   EXPECT_EQ(Describe({0x04, 0x0177, {}}, false), "Extended Interface command 0x0177");
