@@ -18,6 +18,8 @@ class Dock {
 
   const std::string& device() const { return device_; }
   bool simulated() const { return simulated_ != nullptr; }
+  /// Of a simulated iPod; see there.
+  std::string NewestFile() const { return simulated_ ? simulated_->NewestFile() : std::string(); }
   /// Takes a simulated iPod out of the dock. @return the protocol mistakes that it saw
   std::vector<std::string> Undock();
 

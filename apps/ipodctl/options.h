@@ -14,6 +14,19 @@ struct SimulationOptions {
   std::string profile = "nano";
   std::uint64_t seed = 1;
   std::string library_file;
+  std::string storage_folder;  // for the files that it is given; empty: in memory
+};
+
+/// A workout to do.
+struct WorkoutOptions {
+  std::string equipment = "treadmill";
+  int duration_s = 600;
+  int interval_s = 5;
+  double speed = 1;       // of the workout's clock, against real time
+  std::string recording;  // a CSV file; empty: generated
+  double weight_kg = 75;
+  std::string manufacturer = "ipodcomm";
+  std::string serial_number = "1";
 };
 
 struct Options {
@@ -48,9 +61,18 @@ struct Options {
   std::string mode;
   bool keep = false;
 
+  // report
+  std::string document;
+  std::string page;  // empty: beside the document
+
   // prefs: an empty value reads
   std::string preference;
   std::string setting;
+
+  WorkoutOptions workout;
+
+  // userdata: nothing to read only
+  std::optional<unsigned> user_weight;
 };
 
 /// What the arguments mean: a command to run, or a text to show and the status to end with.

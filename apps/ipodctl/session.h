@@ -35,10 +35,11 @@ class Session {
   void Require(bool succeeded, const std::string& what);
   /// Throws a CommandFailure when the iPod no longer answers at all.
   void RequireAnswers();
+  /// Whether there is still an iPod.
+  bool Answers();
 
  private:
   void FailIdentification();
-  bool Answers();
 
   const Options& options_;
   const Dock& dock_;

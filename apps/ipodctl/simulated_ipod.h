@@ -21,6 +21,9 @@ class SimulatedIpod {
 
   /// The terminal's other end.
   std::string device() const;
+  /// The newest of the files that it was given: its path, or its name alone when the files are in
+  /// memory. Empty when there is none.
+  std::string NewestFile() const;
   /// Ends it. @return one sentence for each protocol mistake that it saw
   std::vector<std::string> Stop();
 

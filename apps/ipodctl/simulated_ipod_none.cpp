@@ -17,6 +17,8 @@ SimulatedIpod::~SimulatedIpod() = default;
 
 std::string SimulatedIpod::device() const { return {}; }
 
+std::string SimulatedIpod::NewestFile() const { return {}; }
+
 std::vector<std::string> SimulatedIpod::Stop() { return {}; }
 
 }  // namespace ipodctl

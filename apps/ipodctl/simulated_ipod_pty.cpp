@@ -4,6 +4,7 @@
 
 #include "errors.h"
 #include "simulated_ipod.h"
+#include "simulator/folder/folder_files.h"
 #include "simulator/pty/pty_server.h"
 
 namespace ipodctl {
@@ -20,6 +21,14 @@ std::string ProfileNames() {
   return names;
 }
 
+/// None: the simulated iPod keeps its files in memory.
+std::shared_ptr<ipodsim::FeatureFiles> FilesFor(const SimulationOptions& options) {
+  if (options.storage_folder.empty()) return nullptr;
+  ipodsim::FolderResult folder = ipodsim::OpenFeatureFolder(options.storage_folder);
+  if (folder.files == nullptr) throw CommandFailure(kInputFile, folder.error);
+  return folder.files;
+}
+
 ipodsim::Settings SettingsFor(const SimulationOptions& options) {
   ipodsim::Settings settings;
   const auto profile = ipodsim::ProfileByName(options.profile);
@@ -29,6 +38,7 @@ ipodsim::Settings SettingsFor(const SimulationOptions& options) {
   }
   settings.profile = *profile;
   settings.seed = options.seed;
+  settings.storage.files = FilesFor(options);
   if (options.library_file.empty()) {
     settings.library = ipodsim::Library::Generate(options.seed);
     return settings;
@@ -43,11 +53,17 @@ ipodsim::Settings SettingsFor(const SimulationOptions& options) {
 
 class SimulatedIpod::Server : public ipodsim::PtyServer {
  public:
-  using PtyServer::PtyServer;
+  explicit Server(const SimulationOptions& options)
+      : PtyServer(SettingsFor(options)), folder_(options.storage_folder) {}
+
+  const std::string& folder() const { return folder_; }
+
+ private:
+  std::string folder_;
 };
 
 SimulatedIpod::SimulatedIpod(const SimulationOptions& options)
-    : server_(std::make_unique<Server>(SettingsFor(options))) {
+    : server_(std::make_unique<Server>(options)) {
   if (!server_->Start()) {
     throw CommandFailure(kFailed, "cannot dock the simulated iPod: " + server_->error());
   }
@@ -56,6 +72,14 @@ SimulatedIpod::SimulatedIpod(const SimulationOptions& options)
 SimulatedIpod::~SimulatedIpod() = default;
 
 std::string SimulatedIpod::device() const { return server_->device_path(); }
+
+std::string SimulatedIpod::NewestFile() const {
+  std::vector<std::string> names;
+  server_->Inspect(
+      [&names](const ipodsim::SimulatedIpod& ipod) { names = ipod.feature_files().Names(); });
+  if (names.empty()) return {};
+  return server_->folder().empty() ? names.back() : server_->folder() + "/" + names.back();
+}
 
 std::vector<std::string> SimulatedIpod::Stop() {
   std::vector<std::string> sentences;

@@ -33,6 +33,29 @@ void Append(std::uint32_t point, std::string* utf8) {
   }
 }
 
+// The character that starts at `*i`, which is moved behind it. Overlong forms, surrogates and bytes
+// that begin nothing are replaced, a byte at a time.
+std::uint32_t TakePoint(const std::string& utf8, std::size_t* i) {
+  const auto byte = [&utf8](std::size_t at) {
+    return at < utf8.size() ? static_cast<unsigned char>(utf8[at]) : 0U;
+  };
+  const std::uint32_t first = byte((*i)++);
+  if (first < 0x80) return first;
+  const std::size_t following = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
+  constexpr std::uint32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
+  if (first < 0xC2 || first > 0xF4) return kReplacement;
+  std::uint32_t point = first & (0x3FU >> following);
+  for (std::size_t k = 0; k < following; ++k) {
+    if ((byte(*i + k) & 0xC0) != 0x80) return kReplacement;
+    point = point << 6 | (byte(*i + k) & 0x3F);
+  }
+  if (point < kLeast[following] || point > 0x10FFFF || (point >= 0xD800 && point <= 0xDFFF)) {
+    return kReplacement;
+  }
+  *i += following;
+  return point;
+}
+
 std::string Folded(std::string text) {
   for (char& letter : text) {
     if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
@@ -56,6 +79,22 @@ std::string Utf8(const wchar_t* text) {
     Append(point, &utf8);
   }
   return utf8;
+}
+
+std::wstring Wide(const std::string& utf8) {
+  std::wstring wide;
+  std::size_t i = 0;
+  while (i < utf8.size()) {
+    const std::uint32_t point = TakePoint(utf8, &i);
+    // Two units where wide characters have 16 bits.
+    if (sizeof(wchar_t) == 2 && point > 0xFFFF) {
+      wide.push_back(static_cast<wchar_t>(0xD800 + ((point - 0x10000) >> 10)));
+      wide.push_back(static_cast<wchar_t>(0xDC00 + ((point - 0x10000) & 0x3FF)));
+    } else {
+      wide.push_back(static_cast<wchar_t>(point));
+    }
+  }
+  return wide;
 }
 
 std::string Printable(const std::string& utf8) {
@@ -91,6 +130,12 @@ std::string Clock(std::uint64_t seconds) {
   } else {
     std::snprintf(text, sizeof text, "%llu:%02llu:%02llu", minutes / 60, minutes % 60, rest);
   }
+  return text;
+}
+
+std::string Grouped(std::uint64_t number) {
+  std::string text = std::to_string(number);
+  for (std::size_t end = text.size(); end > 3; end -= 3) text.insert(end - 3, ",");
   return text;
 }
 

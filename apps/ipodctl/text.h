@@ -9,6 +9,8 @@ namespace ipodctl {
 
 /// Wide text (UTF-16 or UTF-32, as the platform's wchar_t is) to valid UTF-8.
 std::string Utf8(const wchar_t* text);
+/// UTF-8 to wide text. What is no UTF-8 becomes U+FFFD.
+std::wstring Wide(const std::string& utf8);
 /// UTF-8 with control characters replaced: a name from the iPod must not steer the terminal.
 std::string Printable(const std::string& utf8);
 /// Whether two names are equal but for the case of their Latin letters.
@@ -17,6 +19,8 @@ bool SameName(const std::string& left, const std::string& right);
 bool Contains(const std::string& whole, const std::string& part);
 /// "3:07" or "1:02:03".
 std::string Clock(std::uint64_t seconds);
+/// "1,234,567".
+std::string Grouped(std::uint64_t number);
 /// "1 track", "2 tracks". @param noun singular, with a regular plural
 std::string Counted(unsigned long count, const std::string& noun);
 /// `text` filled up with spaces to `width` bytes (for ASCII).

@@ -26,7 +26,12 @@ void RunNow(const Context& context, Session& session);
 void RunShuffle(const Context& context, Session& session);
 void RunRepeat(const Context& context, Session& session);
 void RunPrefs(const Context& context, Session& session);
+void RunUserdata(const Context& context, Session& session);
 void RunTour(const Context& context);
+void RunWorkout(const Context& context);
+
+/// Needs no iPod. Returns the exit status.
+int RunReport(const Options& options, Output& output);
 
 /// Runs the command that the options name.
 void RunCommand(const Context& context);

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// Writes workouts through the library's three operations.
+#include "workout/writer.h"
+
+#include "errors.h"
+#include "ipodcomm/ipod.h"
+#include "log.h"
+#include "text.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr __int64 kLeastFreeSpace = 5 << 20;  // the library starts no workout with less
+
+std::string Megabytes(__int64 bytes) {
+  const auto tenths = bytes * 10 / (1 << 20);
+  return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " MB";
+}
+
+}  // namespace
+
+WorkoutWriter::WorkoutWriter(Session& session, DebugListener& listener, const Dock& dock)
+    : session_(session), listener_(listener), dock_(dock) {}
+
+void WorkoutWriter::RequireRoom(std::size_t largest_piece, std::size_t file_size) {
+  RequireSports();
+  RequireStorage(largest_piece, file_size);
+  RequireSpace();
+}
+
+void WorkoutWriter::RequireSports() {
+  if (session_.ipod().SupportsSports() == 0) {
+    throw CommandFailure(kFailed,
+                         "this iPod does not take workouts: it has no Sports service; dock one "
+                         "that has");
+  }
+  unsigned short caps = 0;
+  session_.Require(session_.ipod().Command_SportsGetIpodCaps(&caps, nullptr) != 0,
+                   "tell what its Sports service can do");
+  if ((caps & ipod::IPOD_SPORTS_GETIPODCAPS_MASK_GYM) == 0) {
+    throw CommandFailure(kFailed,
+                         "this iPod does not take workouts: its Sports service keeps no log of "
+                         "them");
+  }
+}
+
+void WorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t file_size) {
+  unsigned long max_file_size = 0;
+  unsigned short max_write_size = 0;
+  if (session_.ipod().Command_StorageGetIpodCaps(nullptr, &max_file_size, &max_write_size, nullptr,
+                                                 nullptr) == 0) {
+    session_.RequireAnswers();
+    throw CommandFailure(kFailed,
+                         "this iPod does not take workouts: it has no Storage service to keep "
+                         "files with");
+  }
+  Note("the iPod takes files of " + std::to_string(max_file_size) + " bytes, " +
+       std::to_string(max_write_size) + " at a time");
+  if (max_write_size < largest_piece) {
+    throw CommandFailure(
+        kFailed, "this iPod's Storage service takes only " + std::to_string(max_write_size) +
+                     " bytes at a time, and this workout needs " + std::to_string(largest_piece));
+  }
+  if (max_file_size < file_size) {
+    throw CommandFailure(kFailed, "this iPod keeps files of up to " + Grouped(max_file_size) +
+                                      " bytes, and this workout takes " + Grouped(file_size) +
+                                      "; a longer --interval makes it smaller");
+  }
+}
+
+// An iPod that does not tell its free space may still take a workout.
+void WorkoutWriter::RequireSpace() {
+  __int64 free_space = 0;
+  if (session_.ipod().Command_GetiPodFreeSpace(&free_space) == 0) {
+    session_.RequireAnswers();
+  } else if (free_space < kLeastFreeSpace) {
+    throw CommandFailure(kFailed, "the iPod has only " + Megabytes(free_space) +
+                                      " of free space, and a workout needs " +
+                                      Megabytes(kLeastFreeSpace) +
+                                      "; remove something from it and try again");
+  }
+}
+
+void WorkoutWriter::Start(const DocumentHeader& header) {
+  listener_.TakeFailedFileWrites();
+  if (session_.ipod().Sports_StartWorkout(
+          Wide(header.manufacturer_id).c_str(), Wide(header.manufacturer_name).c_str(),
+          Wide(header.model).c_str(), Wide(header.serial_number).c_str(), header.equipment,
+          header.weight_kg) == 0) {
+    Fail("refused to open a file for the workout");
+  }
+  opened_ = true;
+  const std::size_t failed = listener_.TakeFailedFileWrites();
+  if (failed != 0) Fail("refused " + Counted(failed, "line") + " of the workout's header");
+  header_saved_ = true;
+  bytes_ = SizeOfHeader(header).total;
+}
+
+void WorkoutWriter::Write(const Recording& recording, const Interval& interval) {
+  const Reading& reading = interval.reading;
+  const int written = session_.ipod().Sports_IntervalWorkout(
+      interval.event, reading.seconds, reading.kcal, reading.distance, recording.distance_type,
+      reading.speed, recording.speed_type, reading.incline, reading.bpm, reading.level);
+  if (written == 0) {
+    Fail("refused the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds)));
+  }
+  bytes_ += SizeOfInterval(recording, interval);
+  ++intervals_;
+  last_s_ = reading.seconds;
+}
+
+void WorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
+  listener_.TakeFailedFileWrites();
+  closed_ = session_.ipod().Sports_FinishWorkout(summary.seconds, summary.kcal, summary.distance,
+                                                 recording.distance_type, summary.speed,
+                                                 recording.speed_type, summary.bpm) != 0;
+  summary_saved_ = listener_.TakeFailedFileWrites() == 0;
+  if (!summary_saved_) Fail("refused the workout's summary");
+  bytes_ += SizeOfSummary(recording, summary);
+  if (!closed_) Fail("refused to close the workout's file");
+}
+
+std::string WorkoutWriter::Path() const {
+  const std::string file = dock_.NewestFile();
+  return file.find('/') == std::string::npos ? std::string() : file;
+}
+
+std::string WorkoutWriter::Place() const {
+  if (!dock_.simulated()) return "a new workout file on the iPod";
+  const std::string file = dock_.NewestFile();
+  return Path().empty() ? file + " in the simulated iPod's memory" : file;
+}
+
+/// @param what the iPod did, if it is still there
+void WorkoutWriter::Fail(const std::string& what) {
+  const std::string happened = session_.Answers()
+                                   ? "the iPod " + what
+                                   : "the iPod on " + dock_.device() + " no longer answers";
+  throw CommandFailure(kFailed, happened + "; " + Saved());
+}
+
+std::string WorkoutWriter::Saved() const {
+  if (!opened_) return "nothing was saved";
+  if (!header_saved_) return Place() + " holds no more than the beginning of a header";
+  std::string what = "the header";
+  if (intervals_ != 0) {
+    what += summary_saved_ ? ", " : " and ";
+    what +=
+        Counted(intervals_, "interval") + " up to " + Clock(static_cast<std::uint64_t>(last_s_));
+  }
+  if (summary_saved_) what += " and the summary";
+  std::string lacks;
+  if (!summary_saved_)
+    lacks = closed_ ? ", but not the summary" : ", but not the summary and the end";
+  if (summary_saved_ && !closed_) lacks = ", but perhaps not the end";
+  return Place() + " holds " + what + " (" + Grouped(bytes_) + " bytes)" + lacks;
+}
+
+}  // namespace ipodctl
