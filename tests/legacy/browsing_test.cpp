@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+// Browsing: categories, counts, and entering a category at the top.
+#include "support/legacy_test.h"
+
+namespace {
+
+using test::kMillisecond;
+using test::LegacyTest;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr const char* kReset = "FF 55 03 04 00 16 E3";
+constexpr const char* kResetAck = "FF 55 06 04 00 01 00 00 16 DF";
+constexpr const char* kResetVideo = "FF 55 04 04 00 3B 02 BB";
+constexpr const char* kCountArtists = "FF 55 04 04 00 18 02 DE";
+constexpr const char* kCountAlbums = "FF 55 04 04 00 18 03 DD";
+constexpr const char* kCount258 = "FF 55 07 04 00 19 00 00 01 02 D9";
+constexpr const char* kPurging = "Error reading port, purging rx...\r\n";
+
+constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
+
+class Browsing : public LegacyTest {
+ protected:
+  /// As after entering `category`, with another one chosen since.
+  void Enter(std::uint8_t category) {
+    ipodPeer::LastCategory(ipod_) = category;
+    ipodPeer::Category(ipod_) = 9;
+  }
+  void ExpectCategories(int category, int last) {
+    EXPECT_EQ(ipod_.getcategory(), category);
+    EXPECT_EQ(ipod_.getlastcategory(), last);
+  }
+
+  unsigned long count_ = 7;
+};
+
+TEST_F(Browsing, CategoryIsWhatWasSet) {
+  ipodPeer::LastCategory(ipod_) = 3;
+  ipod_.setcategory(8);
+  ExpectCategories(8, 3);
+}
+
+TEST_F(Browsing, LastTryIsTheObjectsEmptyText) {
+  EXPECT_EQ(ipod_.getlasttry(), ipodPeer::StatusText(ipod_));
+  EXPECT_STREQ(ipod_.getlasttry(), L"");
+}
+
+TEST_F(Browsing, CountIsTheFirstFourReplyBytes) {
+  Answer(kCountArtists, "FF 55 07 04 00 19 FE DC BA 98 B0");
+  ipod_.setcategory(2);
+  EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 1);
+  EXPECT_EQ(count_, 0xFEDCBA98U);
+  EXPECT_THAT(TakeSent(), ElementsAre(kCountArtists));
+}
+
+TEST_F(Browsing, CountIs0Unanswered) {
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 0); }),
+            kSilenceUs);
+  EXPECT_EQ(count_, 0U);
+}
+
+TEST_F(Browsing, CountIs0WhenItCannotBeAskedFor) {
+  world_.FailFrom("WriteFile", 1, 31);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 0); }),
+            5 * kMillisecond);
+  EXPECT_EQ(count_, 0U);
+}
+
+TEST_F(Browsing, CountNeedsNoPlace) {
+  Answer(kCountArtists, kCount258);
+  ipod_.setcategory(2);
+  EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(nullptr), 1);
+}
+
+TEST_F(Browsing, TopIsEnteredByAResetWithoutAHierarchy) {
+  Answer(kReset, kResetAck);
+  Answer(kCountArtists, kCount258);
+  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 1);
+  EXPECT_EQ(count_, 258U);
+  ExpectCategories(2, 2);
+  EXPECT_THAT(TakeSent(), ElementsAre(kReset, kCountArtists));
+  EXPECT_THAT(TakeDebugOutput(),
+              ElementsAre("SelectTop Category 2, Count Returned 258, Result 1\n"));
+}
+
+TEST_F(Browsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
+  Answer("FF 55 04 04 00 3B 01 BC", "FF 55 06 04 00 01 00 00 3B BA");
+  Answer(kCountArtists, kCount258);
+  EXPECT_EQ(ipod_.selecttop(2, &count_, 1), 1);
+  EXPECT_EQ(count_, 258U);
+  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", kCountArtists));
+}
+
+TEST_F(Browsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
+  Answer(kResetVideo, "FF 55 06 04 00 01 00 00 3B BA");
+  Answer(kCountAlbums, kCount258);
+  EXPECT_EQ(ipod_.selecttop(3, &count_, 2), 1);
+  EXPECT_EQ(count_, 258U);
+  EXPECT_THAT(TakeSent(), ElementsAre(kResetVideo, kCountAlbums));
+}
+
+TEST_F(Browsing, TopOfAnotherHierarchySendsNothingAndFails) {
+  Enter(3);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 3), 0); }), 0);
+  EXPECT_EQ(count_, 0U);
+  ExpectCategories(9, 3);
+  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
+}
+
+TEST_F(Browsing, TopOfTheLastHierarchySendsNothingAndFails) {
+  EXPECT_EQ(ipod_.selecttop(2, &count_, 255), 0);
+  EXPECT_THAT(TakeSent(), IsEmpty());
+}
+
+TEST_F(Browsing, RefusedTopFailsAndCategoriesStay) {
+  Enter(3);
+  Answer(kReset, "FF 55 06 04 00 01 04 00 16 DB");
+  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
+  EXPECT_EQ(count_, 0U);
+  ExpectCategories(9, 3);
+  EXPECT_THAT(TakeSent(), ElementsAre(kReset));
+  EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
+}
+
+TEST_F(Browsing, UnansweredTopFailsAndCategoriesStay) {
+  Enter(3);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0); }), kSilenceUs);
+  EXPECT_EQ(count_, 0U);
+  ExpectCategories(9, 3);
+  EXPECT_THAT(TakeDebugOutput(),
+              ElementsAre(kPurging, "SelectTop Category 2, Count Returned 0, Result 0\n"));
+}
+
+TEST_F(Browsing, AckThatTellsNoStatusIsNoSuccess) {
+  Enter(3);
+  // A large frame, whose length byte is 0, so nothing is read of it and the status stays 255. As
+  // much of it as is read passes for a command 1 with a good checksum.
+  std::string ack = "FF 55 00 01 00 01";
+  for (int i = 0; i < 249; ++i) ack += " 00";
+  Answer(kReset, ack + " FE");
+  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
+  ExpectCategories(9, 3);
+  EXPECT_THAT(TakeSent(), ElementsAre(kReset));
+  EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
+}
+
+TEST_F(Browsing, TopThatCannotBeSentFailsAndAwaitsNothing) {
+  world_.FailFrom("WriteFile", 1, 31);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 2), 0); }), 5 * kMillisecond);
+  EXPECT_EQ(count_, 0U);
+}
+
+TEST_F(Browsing, TopIsEnteredEvenWhenItsCountFails) {
+  Answer(kReset, kResetAck);
+  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
+  EXPECT_EQ(count_, 0U);
+  ExpectCategories(2, 2);
+  EXPECT_THAT(TakeDebugOutput(),
+              ElementsAre(kPurging, "SelectTop Category 2, Count Returned 0, Result 0\n"));
+}
+
+TEST_F(Browsing, TopNeedsNoPlaceForItsCount) {
+  Answer(kReset, kResetAck);
+  Answer(kCountArtists, kCount258);
+  EXPECT_EQ(ipod_.selecttop(2, nullptr, 0), 1);
+  EXPECT_THAT(TakeDebugOutput(),
+              ElementsAre("SelectTop Category 2, Count Returned 258, Result 1\n"));
+}
+
+}  // namespace
