@@ -234,26 +234,4 @@ TEST_F(WorkoutEnd, WithoutAStartWritesToNoFile) {
   EXPECT_EQ(answering_.TakeLines(0, 0).size(), 7U);
 }
 
-// ---- Names too long for a line
-
-class LongNames : public WorkoutTest, public ::testing::WithParamInterface<std::size_t> {};
-
-TEST_P(LongNames, EndTheHeaderBeforeThem) {
-  names_.gym_name = std::wstring(GetParam(), L'%');
-  EXPECT_EQ(Start(), 0);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0).size(), 8U);
-  EXPECT_EQ(Status(),
-            ("\t\t<gymName>" + std::string(GetParam(), '%') + "</gymName>\n").substr(0, 255));
-}
-
-// 22 characters are around the name.
-INSTANTIATE_TEST_SUITE_P(Lengths, LongNames,
-                         ::testing::Values(224, 233, 234, 235, 244, 1000, 65536, 70000));
-
-TEST_F(WorkoutLine, HoldsANameOf223Characters) {
-  names_.gym_name = std::wstring(223, L'n');
-  EXPECT_EQ(Start(), 1);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0)[8].size(), 245U);
-}
-
 }  // namespace
