@@ -11,6 +11,7 @@ enum ExitStatus : int {
   kNothingDocked = 3,    // no iPod answered, or it did not accept the accessory
   kIpodTooOld = 4,       // its lingo versions are below what the library needs
   kUsage = 64,           // wrong arguments
+  kDamaged = 65,         // a document ends early or is malformed; what it holds was shown
   kInputFile = 66,       // a named file is missing or malformed
   kInterrupted = 130,    // stopped by Ctrl-C before the command was done
 };

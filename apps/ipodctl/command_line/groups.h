@@ -8,6 +8,7 @@ namespace ipodctl {
 
 void AddLookingCommands(CommandLineParser& parser);
 void AddPlayingCommands(CommandLineParser& parser);
+void AddReportCommand(CommandLineParser& parser);
 void AddSettingCommands(CommandLineParser& parser);
 
 }  // namespace ipodctl

@@ -30,7 +30,9 @@ constexpr const char* kProgramFooter =
     "  2  the port cannot be opened\n"
     "  3  nothing is docked, or the iPod did not accept the accessory\n"
     "  4  the iPod is too old\n"
-    "  64  wrong arguments        66  a file is missing or malformed\n"
+    "  64  wrong arguments\n"
+    "  65  a workout document is damaged; its page shows what it holds\n"
+    "  66  a file is missing or malformed\n"
     "  130  interrupted before the command was done\n"
     "\n"
     "Data goes to standard output, everything else to standard error.\n"
@@ -48,6 +50,7 @@ CommandLineParser::CommandLineParser() {
   AddLookingCommands(*this);
   AddPlayingCommands(*this);
   AddSettingCommands(*this);
+  AddReportCommand(*this);
 }
 
 void CommandLineParser::AddGlobalOptions() {

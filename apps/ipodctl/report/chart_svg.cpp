@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+// Draws the chart.
+#include <algorithm>
+
+#include "report/chart.h"
+#include "report/markup.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr int kLeft = 46;   // of a panel, for the labels of its axis
+constexpr int kRight = 24;  // of a panel, for half a label of the time axis
+constexpr int kTitle = 30;  // above a panel
+constexpr int kFoot = 46;   // below the last panel
+constexpr double kThinnestPause = 2;
+
+std::string Px(double at) { return Short(at, 1); }
+
+class Drawing {
+ public:
+  Drawing(const Chart& chart, const ChartShape& shape) : chart_(chart), shape_(shape) {}
+
+  std::string Render();
+
+ private:
+  double PlotWidth() const { return shape_.width - kLeft - kRight; }
+  double X(double seconds) const { return kLeft + seconds / chart_.end * PlotWidth(); }
+  double Y(const Panel& panel, double top, double value) const;
+  std::string Id(const char* part) const { return std::string("chart-") + shape_.name + part; }
+
+  void Describe();
+  void DrawPanel(const Panel& panel, double top);
+  void DrawPauses(double top);
+  void DrawTicks(const Panel& panel, double top);
+  void DrawCourse(const Panel& panel, double top);
+  void DrawTimeAxis(double top);
+  void Text(const char* kind, double x, double y, const std::string& text);
+  void Line(double x1, double y1, double x2, double y2);
+
+  const Chart& chart_;
+  const ChartShape& shape_;
+  std::string svg_;
+};
+
+double Drawing::Y(const Panel& panel, double top, double value) const {
+  const double share = (value - panel.scale.low) / (panel.scale.high - panel.scale.low);
+  const double height = std::clamp(panel.low_on_top ? 1 - share : share, 0.0, 1.0);
+  return top + (1 - height) * shape_.panel_height;
+}
+
+void Drawing::Text(const char* kind, double x, double y, const std::string& text) {
+  svg_ += std::string("<text class=\"") + kind + "\" x=\"" + Px(x) + "\" y=\"" + Px(y) + "\">" +
+          Escaped(text) + "</text>\n";
+}
+
+void Drawing::Line(double x1, double y1, double x2, double y2) {
+  svg_ += "<line class=\"grid\" x1=\"" + Px(x1) + "\" y1=\"" + Px(y1) + "\" x2=\"" + Px(x2) +
+          "\" y2=\"" + Px(y2) + "\"/>\n";
+}
+
+void Drawing::Describe() {
+  std::string text;
+  for (const Panel& panel : chart_.panels) text += panel.summary + ". ";
+  text += "Time from 0:00 to " + ClockText(chart_.end) + ".";
+  if (!chart_.pauses.empty()) {
+    const Pause& first = chart_.pauses.front();
+    const std::size_t count = chart_.pauses.size();
+    text +=
+        count == 1 ? " Paused from " : " Paused " + std::to_string(count) + " times, first from ";
+    text += ClockText(first.from) + " to " + ClockText(first.to) + ".";
+  }
+  svg_ += "<title id=\"" + Id("-title") + "\">The workout over time</title>\n<desc id=\"" +
+          Id("-desc") + "\">" + Escaped(text) + "</desc>\n";
+}
+
+// Pauses that would touch are drawn as one.
+void Drawing::DrawPauses(double top) {
+  double drawn_to = -1;
+  for (std::size_t i = 0; i < chart_.pauses.size(); ++i) {
+    const double from = X(chart_.pauses[i].from);
+    double to = std::max(X(chart_.pauses[i].to), from + kThinnestPause);
+    if (to <= drawn_to) continue;
+    while (i + 1 < chart_.pauses.size() && X(chart_.pauses[i + 1].from) <= to) {
+      ++i;
+      to = std::max(to, X(chart_.pauses[i].to));
+    }
+    drawn_to = to;
+    svg_ += "<rect class=\"pause\" x=\"" + Px(from) + "\" y=\"" + Px(top) + "\" width=\"" +
+            Px(to - from) + "\" height=\"" + Px(shape_.panel_height) + "\"/>\n";
+  }
+}
+
+void Drawing::DrawTicks(const Panel& panel, double top) {
+  const double bottom = top + shape_.panel_height;
+  for (const double time : TimeTicks(chart_.end, shape_.most_time_ticks)) {
+    Line(X(time), top, X(time), bottom);
+  }
+  for (const double tick : panel.scale.ticks) {
+    const double y = Y(panel, top, tick);
+    Line(kLeft, y, kLeft + PlotWidth(), y);
+    Text("tick value", kLeft - 7, y + 4, panel.clock ? ClockText(tick) : Short(tick, 2));
+  }
+}
+
+void Drawing::DrawCourse(const Panel& panel, double top) {
+  // As many columns as can be told apart, two points to each way of a zigzag.
+  const auto columns = static_cast<std::size_t>(PlotWidth() / 2);
+  const std::vector<Sample> course = Thinned(panel.course, chart_.end, columns);
+  const std::string bottom = Px(top + shape_.panel_height);
+  std::string line;
+  std::string area;
+  for (std::size_t i = 0; i < course.size(); ++i) {
+    const bool first = i == 0 || course[i].starts_anew;
+    const bool last = i + 1 == course.size() || course[i + 1].starts_anew;
+    const std::string x = Px(X(course[i].seconds));
+    const std::string point = x + " " + Px(Y(panel, top, course[i].value));
+    line += (first ? "M" : "L") + point;
+    if (first && last) line += "h0";  // a reading by itself is a dot
+    area += (first ? "M" + x + " " + bottom + "L" : "L") + point;
+    if (last) area += "V" + bottom + "Z";
+  }
+  const std::string kind = panel.name;
+  if (panel.filled) svg_ += "<path class=\"area " + kind + "\" d=\"" + area + "\"/>\n";
+  svg_ += "<path class=\"line " + kind + "\" d=\"" + line + "\"/>\n";
+}
+
+void Drawing::DrawPanel(const Panel& panel, double top) {
+  svg_ += "<text class=\"title\" x=\"0\" y=\"" + Px(top - 11) + "\"><tspan class=\"" + panel.name +
+          "\">" + Escaped(panel.title) + "</tspan> <tspan class=\"unit\">" + Escaped(panel.unit) +
+          "</tspan></text>\n";
+  if (!panel.detail.empty()) Text("detail", shape_.width, top - 11, panel.detail);
+  DrawPauses(top);
+  DrawTicks(panel, top);
+  DrawCourse(panel, top);
+}
+
+void Drawing::DrawTimeAxis(double top) {
+  for (const double time : TimeTicks(chart_.end, shape_.most_time_ticks)) {
+    Text("tick time", X(time), top + 16, ClockText(time));
+  }
+  Text("axis", kLeft, top + 38, chart_.end < 3600 ? "Time, min:s" : "Time, h:min:s");
+  if (chart_.pauses.empty()) return;
+  svg_ += "<rect class=\"pause\" x=\"" + Px(shape_.width - kRight - 66) + "\" y=\"" + Px(top + 28) +
+          "\" width=\"14\" height=\"12\"/>\n";
+  Text("key", shape_.width - kRight - 46, top + 38, "Paused");
+}
+
+std::string Drawing::Render() {
+  const int panel_step = kTitle + shape_.panel_height;
+  const int height = static_cast<int>(chart_.panels.size()) * panel_step + kFoot;
+  svg_ = "<svg class=\"" + std::string(shape_.name) + "\" viewBox=\"0 0 " +
+         std::to_string(shape_.width) + " " + std::to_string(height) +
+         "\" role=\"img\" aria-labelledby=\"" + Id("-title") + " " + Id("-desc") +
+         "\" xmlns=\"http://www.w3.org/2000/svg\">\n";
+  Describe();
+  double top = kTitle;
+  for (const Panel& panel : chart_.panels) {
+    DrawPanel(panel, top);
+    top += panel_step;
+  }
+  DrawTimeAxis(top - kTitle);
+  return svg_ + "</svg>\n";
+}
+
+}  // namespace
+
+std::string RenderChart(const Chart& chart, const ChartShape& shape) {
+  return Drawing(chart, shape).Render();
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// The style sheet of a workout's page.
+#pragma once
+
+namespace ipodctl {
+
+// It stands in a page that is XML too, hence no ampersand and no angle bracket.
+constexpr const char* kPageStyle = R"css(
+:root {
+  color-scheme: light dark;
+  --page: #f3f5f7; --card: #ffffff; --ink: #1a1f26; --soft: #5a6572; --rule: #e1e5ea;
+  --heart: #c62f4b; --speed: #1f62b8; --distance: #1c7c54; --pause: #8a94a3;
+  --note: #fff6e0; --note-rule: #d99a1c;
+}
+@media screen and (prefers-color-scheme: dark) {
+  :root {
+    --page: #101317; --card: #191e24; --ink: #eef1f4; --soft: #a3adb9; --rule: #2d343d;
+    --heart: #ff8296; --speed: #79b2ff; --distance: #5fd3a0; --pause: #8a94a3;
+    --note: #2b2413; --note-rule: #d99a1c;
+  }
+}
+* { box-sizing: border-box; }
+body {
+  margin: 0; background: var(--page); color: var(--ink);
+  font: 16px/1.5 system-ui, -apple-system, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif;
+  -webkit-text-size-adjust: 100%;
+}
+main { max-width: 54rem; margin: 0 auto; padding: 2rem 1rem 3rem; }
+h1 { margin: 0; font-size: 1.9rem; line-height: 1.2; letter-spacing: -0.01em; }
+h2 { margin: 0 0 0.9rem; font-size: 1.05rem; }
+p { margin: 0; }
+.lead { margin-top: 0.25rem; color: var(--soft); }
+section, .note { margin-top: 1.25rem; padding: 1.25rem; border-radius: 12px; }
+section { background: var(--card); border: 1px solid var(--rule); }
+.note { background: var(--note); border-left: 5px solid var(--note-rule); padding: 0.8rem 1.1rem; }
+.note strong { display: block; }
+table { width: 100%; border-collapse: collapse; }
+th, td { padding: 0; text-align: left; font-weight: inherit; overflow-wrap: anywhere; }
+th { color: var(--soft); font-size: 0.9rem; }
+.summary tbody {
+  display: grid; gap: 1.25rem 1rem; grid-template-columns: repeat(auto-fit, minmax(8.2rem, 1fr));
+}
+.summary tr { display: block; }
+.summary th, .summary td { display: block; }
+.summary td { font-variant-numeric: tabular-nums; }
+.summary b { font-size: 1.75rem; line-height: 1.25; letter-spacing: -0.01em; }
+.summary small { display: block; color: var(--soft); font-size: 0.82rem; }
+.unit { color: var(--soft); }
+figure { margin: 0; }
+figcaption { margin-top: 0.6rem; color: var(--soft); font-size: 0.85rem; }
+svg { display: block; width: 100%; height: auto; overflow: visible; }
+svg.narrow { display: none; }
+svg text { fill: var(--soft); font-size: 12px; font-variant-numeric: tabular-nums; }
+svg .title { font-size: 14px; font-weight: 600; }
+svg .title .heart { fill: var(--heart); }
+svg .title .speed { fill: var(--speed); }
+svg .title .distance { fill: var(--distance); }
+svg .title .unit { fill: var(--soft); font-weight: 400; }
+svg .detail, svg .value { text-anchor: end; }
+svg .time { text-anchor: middle; }
+svg .grid { stroke: var(--rule); }
+svg .pause { fill: var(--pause); fill-opacity: 0.28; }
+svg .line {
+  fill: none; stroke-width: 2; stroke-linejoin: round; stroke-linecap: round;
+}
+svg .line.heart { stroke: var(--heart); }
+svg .line.speed { stroke: var(--speed); }
+svg .line.distance { stroke: var(--distance); }
+svg .area { stroke: none; fill: var(--distance); fill-opacity: 0.12; }
+.facts th, .facts td { padding: 0.45rem 0; border-top: 1px solid var(--rule); vertical-align: top; }
+.facts tr:first-child th, .facts tr:first-child td { border-top: 0; }
+.facts th { width: 38%; padding-right: 1rem; font-size: 0.95rem; }
+footer { margin-top: 1.25rem; color: var(--soft); font-size: 0.85rem; overflow-wrap: anywhere; }
+@media screen and (max-width: 38rem) {
+  main { padding: 1.25rem 0.75rem 2rem; }
+  h1 { font-size: 1.6rem; }
+  section, .note { padding: 1rem; }
+  .summary tbody { grid-template-columns: 1fr 1fr; }
+  .summary b { font-size: 1.5rem; }
+  svg.wide { display: none; }
+  svg.narrow { display: block; }
+}
+@media print {
+  @page { margin: 14mm; }
+  :root { color-scheme: light; --page: #ffffff; --soft: #444c56; --rule: #cfd5dc; }
+  body { font-size: 10.5pt; }
+  main { max-width: none; padding: 0; }
+  section { padding: 0; border: 0; border-radius: 0; }
+  section, .note, tr { break-inside: avoid; }
+  h2 { break-after: avoid; }
+  svg .pause { fill-opacity: 0.4; }
+}
+)css";
+
+}  // namespace ipodctl

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// What a workout document amounts to: its totals, pauses and courses over time.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "report/workout_document.h"
+
+namespace ipodctl {
+
+enum class SpeedKind { kNone, kPace, kSpm, kRpm };
+enum class DistanceKind { kNone, kKm, kFloors };
+
+/// A total or an average.
+struct Figure {
+  std::optional<double> value;
+  /// Whether it was computed from the intervals because the document does not state it.
+  bool computed = false;
+};
+
+struct Pause {
+  double from = 0;  // seconds
+  double to = 0;
+};
+
+struct Sample {
+  double seconds = 0;
+  double value = 0;
+  /// Whether readings are missing before this one, so that no line leads here.
+  bool starts_anew = false;
+};
+
+struct WorkoutFigures {
+  Figure seconds;
+  Figure kcal;
+  Figure km;
+  Figure floors;
+  SpeedKind speed_kind = SpeedKind::kNone;
+  Figure speed;  // in the unit of its kind
+  Figure bpm;
+  std::optional<double> highest_bpm;
+  double paused_seconds = 0;
+};
+
+WorkoutFigures FiguresOf(const WorkoutDocument& document);
+
+/// From each pause to what ends it: a resume, the end, or the last interval.
+std::vector<Pause> PausesOf(const WorkoutDocument& document);
+
+/// The reading in the order of time, from the intervals that tell their time.
+std::vector<Sample> CourseOf(const WorkoutDocument& document,
+                             std::optional<double> Readings::*reading);
+
+/// What the intervals measure, by what most of them hold; by the summary where there are none.
+SpeedKind SpeedKindOf(const WorkoutDocument& document);
+DistanceKind DistanceKindOf(const WorkoutDocument& document);
+
+/// The latest time of any interval, in seconds.
+double LastSecond(const WorkoutDocument& document);
+
+}  // namespace ipodctl
