@@ -22,7 +22,7 @@ class FeatureFiles {
   // False when the data could not be kept.
   virtual bool Append(const std::string& name, const Bytes& data) = 0;
 
-  // Oldest first.
+  // Of the files begun since the iPod was made, oldest first.
   virtual std::vector<std::string> Names() const = 0;
   // What the file holds now, open or closed; empty when there is no such file.
   virtual std::string Read(const std::string& name) const = 0;

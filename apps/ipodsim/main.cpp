@@ -28,7 +28,7 @@ struct Options {
   std::string link;
   std::string profile = "nano";
   std::string library;
-  std::string storage;
+  std::optional<std::string> storage;
   std::string model_id;
   std::vector<std::string> faults;
   std::uint64_t seed = 1;
@@ -95,8 +95,7 @@ void Describe(CLI::App* app, Options* options) {
   app->add_option("--model-id", options->model_id,
                   "8 hex digits instead of the profile's; consoles tell models apart by them");
   app->add_option("--storage", options->storage,
-                  "folder for the workouts that are written, gym-0001.xml and so on; forgotten\n"
-                  "when not given");
+                  "folder for the workouts, gym-0001.xml and so on; not kept when not given");
   app->add_option("--fault", options->faults,
                   "a fault to switch on; repeat for more; help lists them")
       ->allow_extra_args(false);
@@ -130,8 +129,8 @@ int Configure(const Options& options, ipodsim::Settings* settings) {
       return Fail(kUsage, "there is no fault '" + name + "'; --fault help lists them");
     }
   }
-  if (!options.storage.empty()) {
-    const ipodsim::FolderResult folder = ipodsim::OpenFeatureFolder(options.storage);
+  if (options.storage) {
+    const ipodsim::FolderResult folder = ipodsim::OpenFeatureFolder(*options.storage);
     if (folder.files == nullptr) return Fail(kCannotCreate, folder.error);
     settings->storage.files = folder.files;
   }

@@ -137,8 +137,8 @@ TEST_F(ProgramTest, HelpShowsProfilesFaultsExamplesAndStatuses) {
   const Outcome outcome = Perform("--help");
   EXPECT_EQ(outcome.status, 0);
   for (const char* piece :
-       {"--link", "--profile", "--library", "--fault", "--seed", "--trace", "--model-id",
-        "nosports", "flipped-bits", "Examples:", "Exit status:", "\"tracks\""}) {
+       {"--link", "--profile", "--library", "--storage", "--fault", "--seed", "--trace",
+        "--model-id", "nosports", "flipped-bits", "Examples:", "Exit status:", "\"tracks\""}) {
     EXPECT_THAT(outcome.output, HasSubstr(piece));
   }
 }
@@ -187,6 +187,47 @@ TEST_F(ProgramTest, LinkThatIsAFileIsLeftAloneAnd73) {
   const Outcome outcome = Perform("--link " + file);
   EXPECT_EQ(outcome.status, 73);
   EXPECT_EQ(outcome.output, "ipodsim: '" + file + "' exists and is not a link; it is left alone\n");
+}
+
+TEST_F(ProgramTest, UnusableStorageFolderIsOneSentenceAnd73) {
+  const std::string file = WriteLibrary("precious");
+  const Outcome outcome = Perform("--storage " + file);
+  EXPECT_EQ(outcome.status, 73);
+  EXPECT_EQ(outcome.output, "ipodsim: cannot store files in '" + file + "': Not a directory\n");
+  const Outcome nameless = Perform("--storage ''");
+  EXPECT_EQ(nameless.status, 73);
+  EXPECT_EQ(nameless.output, "ipodsim: cannot store files in '': No such file or directory\n");
+}
+
+TEST_F(ProgramTest, KeepsWorkoutsInItsStorageFolder) {
+  const std::string storage = folder + "/workouts";
+  Served served("--link " + link + " --storage " + storage, link);
+  const std::string question =
+      "FF 55 04 00 02 00 13 E7"
+      " "
+      "FF 55 03 00 27 00 D6";
+  EXPECT_EQ(served.Exchange("FF 55 0E 00 13 00 00 10 01 00 00 00 00 00 00 00 00 CE", question),
+            question);
+  EXPECT_EQ(served.Exchange("FF 55 07 00 28 00 00 00 00 01 D0", "FF 55 02 0C 81 71"),
+            "FF 55 02 0C 81 71");
+  EXPECT_EQ(
+      served.Exchange(
+          "FF 55 18 0C 82 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 FF 01 02 58"
+          " "
+          "FF 55 0B 0C 12 02 00 00 00 01 3C 2F 78 3E B3",
+          "FF 55 03 0C 04 01 EC"),
+      "FF 55 03 0C 04 01 EC");
+  EXPECT_EQ(served.Exchange("FF 55 0A 0C 07 00 00 00 00 01 61 62 63 BC", "FF 55 04 0C 00 00 07 E9"),
+            "FF 55 04 0C 00 00 07 E9");
+  EXPECT_EQ(served.Exchange("FF 55 03 0C 08 01 E8", "FF 55 04 0C 00 00 08 E8"),
+            "FF 55 04 0C 00 00 08 E8");
+  EXPECT_EQ(served.End(SIGINT).status, 0);
+  std::ifstream file(storage + "/gym-0001.xml");
+  std::string content;
+  std::getline(file, content);
+  EXPECT_EQ(content, "abc</x>");
+  unlink((storage + "/gym-0001.xml").c_str());
+  rmdir(storage.c_str());
 }
 
 TEST_F(ProgramTest, CleanRunEndsWith0AndTakesItsLinkAway) {
