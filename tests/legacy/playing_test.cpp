@@ -2,6 +2,7 @@
 // The player: its state, the track's times, and pausing.
 #include <algorithm>
 #include <iterator>
+#include <ostream>
 
 #include "support/legacy_test.h"
 #include "support/packets.h"
@@ -75,6 +76,7 @@ struct State {
   const wchar_t* text;
   int is_playing;
 };
+void PrintTo(const State& state, std::ostream* out) { *out << state.name; }
 
 class PlayerStates : public Playing, public ::testing::WithParamInterface<State> {};
 

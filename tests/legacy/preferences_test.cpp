@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 /// A preference's setting as the iPod tells it, and its text.
 struct Setting {
-  std::string name;
+  const char* name;
   int (ipod::*getter)(wchar_t*);
   const char* request;
   const char* reply;
