@@ -19,6 +19,10 @@ struct PayloadField;
 /// The docked iPod of the legacy interface, and the protocol's numbers under exported names. What a
 /// number means depends on its lingo: command families overlap, and some names share a value on
 /// purpose.
+///
+/// It has no thread and no queue: an operation sends its request, reads the reply from the port on
+/// the caller's thread, and is done. One thread at a time may use an object. A copy refers to the
+/// same open port, and nothing closes it but closeport.
 class IPODCOMM_API ipod {
  public:
   // Frame byte positions and marker values
@@ -437,72 +441,185 @@ class IPODCOMM_API ipod {
 
   // ---- Port (legacy/packets.cpp) ---------------------------------------------------------------
 
+  /// Opens and configures the port `name` ("COM2:") at `baud_rate`. The baud rate is kept for later
+  /// openings, the name is not. Close an open port first: it would stay open, out of reach.
+  /// @return 1 when the port is open, else 0.
   int openport(wchar_t* name, int baud_rate);
+  /// The same with "COM2:" and the baud rate given last, 57600 at first.
   int openport();
+  /// @return 1, also when no port is open.
   int closeport();
 
   // ---- Packets (legacy/packets.cpp, legacy/extraction.cpp) -------------------------------------
 
+  // The senders send what the packet area holds: a lingo, a command and a payload, which the
+  // commands fill in. The sync byte goes out alone, 5 ms ahead of the rest. They return 1 when the
+  // port accepted every byte, 0 when it did not or when the payload does not fit the frame, and try
+  // nothing twice.
+
+  /// `FF 55 LL lingo cc payload checksum`, with at most 250 bytes of payload.
   int sendpacket();
+  /// `FF 55 LL lingo cc cc payload checksum`, with at most 249.
   int sendpacketextended();
+  /// `FF 55 00 LL LL lingo cc cc payload checksum`, with at most 247, and without its last two
+  /// bytes. The argument is ignored.
   int sendpacketextendedlarge(unsigned char* ignored);
+
+  // The extractors read the reply straight from the port and copy its payload from byte `offset`
+  // on, a byte to a character, undecoded. At most `capacity` characters are copied, then the
+  // buffer's last character, not the one behind the text, becomes a terminator: clear the buffer
+  // first. A capacity of 0 and null for the buffer take the reply and copy nothing.
+
+  /// Reads until a frame with the one-byte command `expected_command` comes, of whatever lingo,
+  /// passes over others, and answers the iPod's own requests for accessory information (lingo 0,
+  /// `27`) and about the Sports lingo (lingo 9, `01` and `03`).
+  /// @return 1, or 0 after a read that brought nothing: about three seconds of silence. The text is
+  /// then untouched.
   int extractdatafrompacket(unsigned char expected_command, wchar_t* text, unsigned char capacity,
                             unsigned char offset, int ignored);
+  /// Reads one frame with a two-byte command, or two when the first is an accepting ACK and no ACK
+  /// is expected. The command counts as its high byte times ten and its low byte, in 8 bits. The
+  /// text is followed by the frame's checksum where there is room.
+  /// @return 1, or 0 for another command, a bad checksum, and fewer than 7 bytes. The last is told
+  /// on the debug output and discards what the port has received.
   int ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t* text,
                                     unsigned char capacity, unsigned char offset, int ignored);
+  /// Reads one frame with a two-byte command, of whatever number, and copies `count` bytes from its
+  /// payload on; those past the frame's end are 0.
+  /// @return 1, or 0 for a bad checksum and fewer than 7 bytes, as above.
   int ExtractDataFromPacketExtendedRaw(unsigned short ignored_command, void* buffer,
                                        unsigned long count);
+  /// @param frame from its sync byte through its checksum, `length` bytes
+  /// @return 1 when the checksum is right, else 0.
   int VerifyReceivePacketChecksum(unsigned char* frame, unsigned long length);
+  /// Decodes text that holds a byte of UTF-8 in each character, in place: at most 512 bytes of it,
+  /// into at most 511 characters and a terminator.
+  /// @return `text`
   wchar_t* utf8tounicode(wchar_t* text);
 
   // ---- Commands (legacy/commands.cpp) ----------------------------------------------------------
 
-  int command_identify();
+  // A command fills in the packet area and sends it. It writes only its own payload; the bytes
+  // behind it keep what the commands before left. Unless said otherwise it returns what its sender
+  // returned and does not wait for the reply. Numbers go out most significant byte first.
+
+  /// `03`, asks whether the iPod is in remote UI mode.
   int command_requestremoteuimode();
+  /// `05`, and waits for the ACK `02`, twice if need be, 20 ms apart; accepted or refused is all
+  /// the same.
+  /// @return 1 when an ACK came.
   int command_enterremoteuimode();
+  /// `06`
   int command_exitremoteuimode();
+  /// `07`
   int command_requestipodname();
+  /// `09`
   int command_requestipodsoftwareversion();
+  /// `0B`
   int command_requestipodserialnum();
+  /// `0D`
   int command_requestipodmodelnum();
+  /// `0F 00`, under the lingo of the command before; always asks for the version of lingo 0.
   int command_requestlingoprotocolversion(unsigned char ignored_lingo);
+  /// `29 class` (IPOD_PREFERENCE_...)
   int command_getipodpreference(unsigned char preference_class);
+  /// `2B class setting 01`: the iPod returns to its own setting when the accessory leaves.
   int command_setipodpreference(unsigned char preference_class, unsigned char setting);
-  int command_identifydevicelingos(int option);
-  int command_returnaccessoryinfo(unsigned char type);
-  int command_sportsreturndeviceversion();
-  int command_sportsreturndevicecaps();
-  int command_sportsgetipodcaps();
-  int command_storagegetipodcaps();
-  int command_storageopenipodfeaturefile();
-  int command_storeagewriteipodfiledata(wchar_t* text, unsigned short count);
-  int command_storagecloseipodfile();
+
+  /// Presses buttons on lingo 2 for 30 ms: `cc mmmmmmmm`, then `cc 00000000`, with the mask's least
+  /// significant byte first.
+  /// @return 1 when both frames were written; without the first there is no second.
   int command_buttonstatus(unsigned char command, unsigned long buttons);
+  /// The same with command `00` and IPOD_BUTTON_CONTEXT_MASK_... .
   int command_contextbutton(unsigned long buttons);
+  /// `12 type iiiiiiii cccc` on lingo 3 (IPOD_REMOTE_INFOTYPE_...)
   int command_remote_getindexedplayingtrackinfo(unsigned char type, unsigned long track,
                                                 unsigned short chapter);
+  /// `83` on lingo 9
+  int command_sportsgetipodcaps();
+  /// `01` on lingo 12
+  int command_storagegetipodcaps();
+
+  // The others go to the Extended Interface, lingo 4.
+
+  /// `001C`. Clears the payload area's first byte.
   int command_getplaystatus();
+  /// `0007`
   int command_getcurrentplayingtrackchaptername();
-  int command_getnumbercategorizeddbrecords();
-  int command_retrievecategorizeddbrecords(unsigned long start);
-  int command_resetdbselection();
-  int command_resetdbselectionhierarchy(unsigned char hierarchy);
-  int command_selectdbrecord(unsigned long index);
-  int command_selectsortdbrecord(unsigned long index, unsigned char sort_order);
+  /// `001E`
   int command_getcurrentplayingtrackindex();
+  /// `0020 iiiiiiii`
   int command_getindexedplayingtracktitle(unsigned long track);
+  /// `000C type iiiiiiii cccc` (IPOD_PLAYINGTRACKINFO_...)
   int command_getindexedplayingtrackinfo(unsigned char type, unsigned long track,
                                          unsigned short chapter);
+  /// `0029 code` (IPOD_PLAYCONTROL_...), and waits for the ACK.
+  /// @return 1 unless the frame was not written or the ACK refuses; a missing ACK is 1.
+  int command_playcontrol(unsigned char code);
+  /// `0018 category`, of the current category
+  int command_getnumbercategorizeddbrecords();
+  /// `001A category iiiiiiii 00000001`: one record of the current category.
+  int command_retrievecategorizeddbrecords(unsigned long start);
+  /// `0016`
+  int command_resetdbselection();
+  /// `003B hierarchy` (IPOD_HIERARCHY_...)
+  int command_resetdbselectionhierarchy(unsigned char hierarchy);
+  /// `0017 category iiiiiiii`, told on the debug output.
+  int command_selectdbrecord(unsigned long index);
+  /// `0038 category iiiiiiii order`, told on the debug output (IPOD_SELECTSORT_...).
+  int command_selectsortdbrecord(unsigned long index, unsigned char sort_order);
+  /// `0033`
   int command_getmonodisplayimagelimits();
+  /// `000E`
   int command_getartworkformats();
+  /// `001F iiiiiiii ffff aaaa nnnn`: the Display Remote's number of this request.
   int command_gettrackartworktimes(unsigned long track, unsigned short format_id,
                                    unsigned short artwork_index, unsigned short count);
+  /// `0010 iiiiiiii ffff tttttttt`
   int command_gettrackartworkdata(unsigned long track, unsigned short format_id,
                                   unsigned long time_offset);
-  int command_playcontrol(unsigned char code);
+
+  // ---- Identification (legacy/identification.cpp) ----------------------------------------------
+
+  /// `01 04`, the older identification.
+  int command_identify();
+  /// Identifies the older way, asks for the model, and announces what the accessory speaks: `13
+  /// llllllll oooooooo 00000000`. Lingoes 0, 2, 3 and 4 always, 9 and 12 for models 0014 and 0017;
+  /// options 4 (some power) when `option` is not 0. Model 0010 turns on sorted selection for good.
+  /// @return whether the last frame was written. An iPod that does not tell its model costs about
+  /// three seconds.
+  int command_identifydevicelingos(int option);
+  /// `28 type ...`, the answer to the iPod's request `27`: the accessory's capabilities, name,
+  /// versions and so on (IPOD_ACCESSORYINFOTYPE_...); the type alone where there is nothing to tell.
+  int command_returnaccessoryinfo(unsigned char type);
+  /// `02 01 00` on lingo 9: version 1.0 of it.
+  int command_sportsreturndeviceversion();
+  /// `04 02 00 00` on lingo 9
+  int command_sportsreturndevicecaps();
+
+  // ---- Feature file (legacy/feature_file.cpp), lingo 12 ----------------------------------------
+
+  /// `12 02 0000000B "</gymData>"`: opens the workout file, to which the iPod is to add its own
+  /// information and a signature.
+  int command_storageopenipodfeaturefile();
+  /// `07 oooooooo handle text`: writes `count` characters, at most 245, each as its low byte. The
+  /// offset of the next write grows by as much, also when the frame is not written; a text that
+  /// does not fit is refused and changes nothing.
+  int command_storeagewriteipodfiledata(wchar_t* text, unsigned short count);
+  /// `08 handle`. Handle and offset are 0 afterwards.
+  int command_storagecloseipodfile();
+
+  // ---- Display images (legacy/display_images.cpp) ----------------------------------------------
+
+  // Neither sends the image or its measures: the frame, `0032` in the large form, has the length
+  // that they would need, carries what the payload area holds, and lacks its last two bytes.
+
+  /// The length of 11 bytes and `count`, which is at most 236.
   int command_setdisplayimagefirst(unsigned char pixel_format, unsigned short width,
                                    unsigned short height, unsigned long count,
                                    unsigned char* image);
+  /// The length of 2 bytes and `count`, which is at most 245. Writes the index into the payload
+  /// area's first two bytes.
   int command_setdisplayimagerest(unsigned short descriptor_index, unsigned long count,
                                   unsigned char* image);
 

@@ -14,17 +14,39 @@
 /// stale handle, whose use fails. Nothing closes the port by itself: the owner does.
 class IPODCOMM_API ipodserial {
  public:
+  /// "COM2:" at 57600 baud, 8 data bits, no parity; opens nothing.
   ipodserial();
   ipodserial(const ipodserial& other);
   ipodserial& operator=(const ipodserial& other);
 
+  /// Opens and configures the port `name`, without flow control of any kind and with the platform's
+  /// code for one and a half stop bits, and discards what it held. The baud rate is kept for later
+  /// openings, the name is not. Close an open port first: it would stay open, out of reach.
+  /// @return 1 when the port is open, else 0; it is closed then.
   int openport(const wchar_t* name, int baud_rate);
+  /// The same with "COM2:" and the baud rate given last.
   int openport();
+  /// @return 1, also when no port is open.
   int closeport();
+
+  /// Writes in one go, and does not go on when the port takes less.
+  /// @return the bytes that the port accepted; 0 when it is closed or the write fails.
   unsigned long writeport(unsigned char* bytes, int count);
+  /// Reads one frame, from its sync byte through its checksum, and leaves what follows it in the
+  /// port. Bytes before it are dropped; its checksum is not judged.
+  /// @param size bytes that `buffer` has room for; a longer frame ends there
+  /// @return the bytes stored: fewer than the frame's after five empty reads of up to 400 ms, each
+  /// followed by a pause of 200 ms, wherever they fall; 0 when the port is closed. When another
+  /// thread closes the port meanwhile, no later than a second after that.
   unsigned long readport(unsigned char* buffer, int size);
+
+  /// Discards what was received and not read.
   void purgerx();
+  /// Discards what was written and not sent.
   void purgetx();
+
+  /// Tells the calling thread's last error code, and the system's text for it, on the debug output.
+  /// The library never calls it; a host may.
   void Error();
 
  private:
