@@ -23,6 +23,8 @@ void SetEnvironment(const char* name, const std::string& value);
 std::string PortDevice();
 /// Makes it stand for `device`. False where the system fixes which device it is.
 bool ChoosePortDevice(const std::string& device);
+/// In place of the system's code where there is none.
+constexpr long kUnknownReason = -1;
 /// Why `device` could not be opened and what to do, given the system's code: the rest of a sentence
 /// that starts with "cannot open DEVICE: ".
 std::string WhyNotOpened(const std::string& device, long code);

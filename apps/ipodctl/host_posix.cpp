@@ -57,6 +57,10 @@ std::string WhyNotOpened(const std::string& device, long code) {
   if (::access(device.c_str(), R_OK | W_OK) != 0) {
     return "permission denied; join the group that owns it (often 'dialout') or run as its owner";
   }
+  if (code == kUnknownReason) {
+    return "it is in use, or does not work as a serial line; close the other program that has it "
+           "open, or name the dock's with --port";
+  }
   constexpr long kAccessDenied = 5;
   if (code == kAccessDenied) return "it is in use; close the other program that has it open";
   return "it does not work as a serial line (code " + std::to_string(code) +

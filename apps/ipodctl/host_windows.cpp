@@ -49,6 +49,9 @@ std::string WhyNotOpened(const std::string& /*device*/, long code) {
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
       return "it is in use; close the other program that has it open";
+    case kUnknownReason:
+      return "there is no such port, or it is in use; close the other program that has it open, or "
+             "give the dock's adapter this name in the Device Manager";
     default:
       return "it does not work as a serial line (code " + std::to_string(code) + ")";
   }

@@ -8,7 +8,6 @@
 
 #include "categories.h"
 #include "errors.h"
-#include "name_list.h"
 #include "progress_bar.h"
 #include "text.h"
 
@@ -47,11 +46,11 @@ struct Candidates {
 
 }  // namespace
 
-LibraryWalk::LibraryWalk(Session& session, unsigned char hierarchy)
-    : session_(session), hierarchy_(hierarchy) {}
+LibraryWalk::LibraryWalk(MediaLibrary& library, unsigned char hierarchy)
+    : library_(library), hierarchy_(hierarchy) {}
 
 void LibraryWalk::EnterTop(unsigned char category) {
-  session_.Require(session_.ipod().SelectTop(category, &count_, hierarchy_) != 0,
+  library_.Require(library_.SelectTop(category, hierarchy_, &count_),
                    std::string("list its ") + CategoryByCode(category).name);
   category_ = category;
 }
@@ -61,16 +60,10 @@ void LibraryWalk::EnterRecord(const std::string& step, unsigned char next) {
 }
 
 void LibraryWalk::EnterRecord(unsigned long index, unsigned char next) {
-  session_.Require(
-      session_.ipod().Select(next, &count_, index) != 0,
+  library_.Require(
+      library_.Select(index, next, &count_),
       std::string("select ") + CategoryByCode(category_).singular + " " + std::to_string(index));
   category_ = next;
-}
-
-void LibraryWalk::ListTracks() {
-  session_.Require(session_.ipod().Command_GetNumberCategorizedDBRecords(kTracks, &count_) != 0,
-                   "count the tracks");
-  category_ = kTracks;
 }
 
 unsigned long LibraryWalk::Find(const std::string& step) {
@@ -90,7 +83,7 @@ unsigned long LibraryWalk::FindByName(const std::string& name) {
   Candidates candidates;
   {
     ProgressBar bar(std::string("Searching ") + category.name, count_);
-    ReadNames(session_, category_, 0, count_, [&](unsigned long index, const std::string& found) {
+    library_.ReadNames(category_, 0, count_, [&](unsigned long index, const std::string& found) {
       bar.Update(index + 1);
       if (found == name) exact = index;
       candidates.Consider(index, found, name);
@@ -113,8 +106,7 @@ unsigned long LibraryWalk::FindByName(const std::string& name) {
 }
 
 void LibraryWalk::PlayTrack(unsigned long index) {
-  session_.Require(session_.ipod().Select(kTracks, index) != 0,
-                   "play track " + std::to_string(index));
+  library_.Require(library_.PlayTrack(index), "play track " + std::to_string(index));
 }
 
 void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
@@ -132,6 +124,24 @@ void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
                                    : CategoryByCode(walk.category()).next;
     walk.EnterRecord(path[i], next);
   }
+}
+
+void PlayPath(LibraryWalk& walk, const std::vector<std::string>& path) {
+  const unsigned char top = CategoryByName(path.front())->code;
+  walk.EnterTop(path.size() == 1 ? kTracks : top);
+  unsigned long track = 0;
+  for (std::size_t i = 1; i < path.size(); ++i) {
+    const bool last = i + 1 == path.size();
+    if (walk.category() != kTracks) {
+      walk.EnterRecord(path[i], last ? kTracks : CategoryByCode(walk.category()).next);
+    } else if (last) {
+      track = walk.Find(path[i]);
+    } else {
+      throw CommandFailure(kUsage, Quoted(path[i]) + " is a track, and nothing can follow it");
+    }
+  }
+  if (walk.count() == 0) throw CommandFailure(kFailed, "there are no tracks to play here");
+  walk.PlayTrack(track);
 }
 
 }  // namespace ipodctl

@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "session.h"
+#include "media_library.h"
 
 namespace ipodctl {
 
 class LibraryWalk {
  public:
   /// @param hierarchy 0 the iPod's own, 1 audio, 2 video
-  LibraryWalk(Session& session, unsigned char hierarchy);
+  LibraryWalk(MediaLibrary& library, unsigned char hierarchy);
 
   /// Starts at the top of a category.
   void EnterTop(unsigned char category);
@@ -20,9 +20,6 @@ class LibraryWalk {
   /// @param step a name, part of one, or "@N"
   void EnterRecord(const std::string& step, unsigned char next);
   void EnterRecord(unsigned long index, unsigned char next);
-
-  /// Lists the tracks inside the record that was entered last.
-  void ListTracks();
 
   /// The record that `step` names in the current list. Throws a CommandFailure when there is none,
   /// or more than one.
@@ -37,7 +34,7 @@ class LibraryWalk {
  private:
   unsigned long FindByName(const std::string& name);
 
-  Session& session_;
+  MediaLibrary& library_;
   unsigned char hierarchy_;
   unsigned char category_ = 0;
   unsigned long count_ = 0;
@@ -47,5 +44,9 @@ class LibraryWalk {
 /// @param last_category lists this category inside the last record; empty for the record's own
 void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
               const std::string& last_category);
+
+/// Plays what a path leads to: a track and the list around it, or all the tracks inside the last
+/// record from the first one on.
+void PlayPath(LibraryWalk& walk, const std::vector<std::string>& path);
 
 }  // namespace ipodctl

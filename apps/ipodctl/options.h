@@ -36,6 +36,7 @@ struct Options {
   std::string port;  // empty: the library's own
   std::optional<SimulationOptions> simulation;
   bool idps = true;
+  bool legacy = false;  // through the legacy interface
   std::string model;
 
   // What is shown.

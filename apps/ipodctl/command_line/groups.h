@@ -6,9 +6,11 @@
 
 namespace ipodctl {
 
+void AddLegacyInterface(CommandLineParser& parser);
 void AddLookingCommands(CommandLineParser& parser);
 void AddPlayingCommands(CommandLineParser& parser);
 void AddReportCommand(CommandLineParser& parser);
 void AddSettingCommands(CommandLineParser& parser);
+void AddWorkoutCommands(CommandLineParser& parser);
 
 }  // namespace ipodctl

@@ -51,6 +51,8 @@ CommandLineParser::CommandLineParser() {
   AddPlayingCommands(*this);
   AddSettingCommands(*this);
   AddReportCommand(*this);
+  AddWorkoutCommands(*this);
+  AddLegacyInterface(*this);
 }
 
 void CommandLineParser::AddGlobalOptions() {
@@ -67,6 +69,8 @@ void CommandLineParser::AddGlobalOptions() {
           ->option_text("N"),
       app_.add_option("--library", simulation_.library_file, "Its media library, from a JSON file")
           ->option_text("FILE"),
+      app_.add_option("--storage", simulation_.storage_folder, "Its files, kept in this folder")
+          ->option_text("DIR"),
   };
   app_.add_flag("--completion", completion_, "Print a script that completes commands in bash");
   app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");

@@ -1,79 +1,14 @@
 // SPDX-License-Identifier: MIT
 // ipodctl browse: lists the media on the iPod.
-#include <algorithm>
-#include <nlohmann/json.hpp>
-
-#include "categories.h"
 #include "commands/commands.h"
-#include "errors.h"
-#include "library_walk.h"
-#include "name_list.h"
-#include "progress_bar.h"
-#include "text.h"
+#include "library_listing.h"
+#include "session_library.h"
 
 namespace ipodctl {
 
-namespace {
-
-using Json = nlohmann::ordered_json;
-
-/// How many records each category has at the top.
-void ShowOverview(const Context& context, Session& session) {
-  Json json;
-  LibraryWalk walk(session, context.options.hierarchy);
-  for (const Category& category : AllCategories()) {
-    walk.EnterTop(category.code);
-    json["categories"][category.name] = walk.count();
-    context.output.Fact(category.name, std::to_string(walk.count()));
-  }
-  context.output.Object(json);
-}
-
-std::string Heading(const LibraryWalk& walk, const std::vector<std::string>& path) {
-  std::string heading;
-  for (std::size_t i = 1; i < path.size(); ++i) heading += Printable(path[i]) + " > ";
-  return heading + CategoryByCode(walk.category()).name + " (" + std::to_string(walk.count()) + ")";
-}
-
-void ShowRecords(const Context& context, Session& session, const LibraryWalk& walk) {
-  const Options& options = context.options;
-  const unsigned long from = std::min(options.from, walk.count());
-  const unsigned long left = walk.count() - from;
-  const unsigned long count = std::min(options.count.value_or(left), left);
-  const std::size_t width = std::to_string(from + count).size();
-
-  Json json = {{"category", CategoryByCode(walk.category()).name},
-               {"path", options.path},
-               {"total", walk.count()},
-               {"from", from},
-               {"records", Json::array()}};
-  context.output.Line(context.output.Bold(Heading(walk, options.path)));
-  ProgressBar bar(std::string("Reading ") + CategoryByCode(walk.category()).name, count);
-  ReadNames(session, walk.category(), from, count,
-            [&](unsigned long index, const std::string& name) {
-              const std::string number = std::to_string(index);
-              json["records"].push_back({{"index", index}, {"name", name}});
-              bar.Hide();
-              context.output.Line("  " + std::string(width - std::min(width, number.size()), ' ') +
-                                  number + "  " + Printable(name));
-              bar.Update(index - from + 1);
-              return true;
-            });
-  bar.Hide();
-  context.output.Object(json);
-}
-
-}  // namespace
-
 void RunBrowse(const Context& context, Session& session) {
-  const Options& options = context.options;
-  if (options.path.empty()) {
-    ShowOverview(context, session);
-    return;
-  }
-  LibraryWalk walk(session, options.hierarchy);
-  WalkPath(walk, options.path, options.category);
-  ShowRecords(context, session, walk);
+  SessionLibrary library(session);
+  ShowLibrary(context.options, context.output, library);
 }
 
 }  // namespace ipodctl

@@ -4,6 +4,7 @@
 
 #include "commands/commands.h"
 #include "errors.h"
+#include "legacy/legacy_commands.h"
 
 namespace ipodctl {
 
@@ -28,13 +29,22 @@ constexpr Command kCommands[] = {
     {"shuffle", RunShuffle, true},
     {"repeat", RunRepeat, true},
     {"prefs", RunPrefs, false},
+    {"userdata", RunUserdata, false},
 };
 
 }  // namespace
 
 void RunCommand(const Context& context) {
+  if (context.options.legacy) {
+    RunLegacyCommand(context);
+    return;
+  }
   if (context.options.command == "tour") {
     RunTour(context);
+    return;
+  }
+  if (context.options.command == "workout") {
+    RunWorkout(context);
     return;
   }
   for (const Command& command : kCommands) {

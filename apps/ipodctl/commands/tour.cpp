@@ -14,6 +14,7 @@
 #include "play_modes.h"
 #include "playback_view.h"
 #include "progress_bar.h"
+#include "session_library.h"
 #include "text.h"
 
 namespace ipodctl {
@@ -66,7 +67,8 @@ void Tour::Run() {
   output_.Object({{"step", "identify"}, {"identified_by", session.IdentifiedBy()}});
   ShowDevice(session);
   session.EnterRemoteUi();
-  LibraryWalk walk(session, context_.options.hierarchy);
+  SessionLibrary library(session);
+  LibraryWalk walk(library, context_.options.hierarchy);
   Browse(session, walk);
   Play(session, walk);
   Control(session);

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// The iPod's database, whichever of the library's interfaces reaches it.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace ipodctl {
+
+class MediaLibrary {
+ public:
+  virtual ~MediaLibrary() = default;
+
+  /// Enters a category at the database's top and counts its records.
+  /// @param hierarchy 0 the iPod's own, 1 audio, 2 video
+  virtual bool SelectTop(unsigned char category, unsigned char hierarchy, unsigned long* count) = 0;
+  /// Selects a record of the category entered last and goes on to `next`.
+  virtual bool Select(unsigned long index, unsigned char next, unsigned long* count) = 0;
+  /// Plays a track of the list of tracks entered last.
+  virtual bool PlayTrack(unsigned long index) = 0;
+
+  /// Reads the names of `count` records from `from` on and hands each out as soon as it is known.
+  /// Throws a CommandFailure when one cannot be read, or when interrupted.
+  /// @param take gets a record's index and name; false ends the reading
+  virtual void ReadNames(unsigned char category, unsigned long from, unsigned long count,
+                         const std::function<bool(unsigned long, const std::string&)>& take) = 0;
+
+  /// Throws a CommandFailure unless `succeeded`.
+  /// @param what the rest of "the iPod refused to ..."
+  virtual void Require(bool succeeded, const std::string& what) = 0;
+};
+
+}  // namespace ipodctl
