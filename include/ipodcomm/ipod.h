@@ -590,7 +590,7 @@ class IPODCOMM_API ipod {
   /// three seconds.
   int command_identifydevicelingos(int option);
   /// `28 type ...`, the answer to the iPod's request `27`: the accessory's capabilities, name,
-  /// versions and so on (IPOD_ACCESSORYINFOTYPE_...); the type alone where there is nothing to tell.
+  /// versions and such (IPOD_ACCESSORYINFOTYPE_...); the type alone where there is nothing to tell.
   int command_returnaccessoryinfo(unsigned char type);
   /// `02 01 00` on lingo 9: version 1.0 of it.
   int command_sportsreturndeviceversion();
