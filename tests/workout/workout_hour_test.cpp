@@ -104,7 +104,7 @@ TEST_F(WorkoutHour, OfAnIntervalASecondLosesDoublesAndPilesUpNothing) {
     if (second == 60) after_a_minute = Holds();
   }
   const Held after_an_hour = Holds();
-  EXPECT_LE(after_an_hour.blocks, after_a_minute.blocks + 16);
+  EXPECT_LE(after_an_hour.blocks, after_a_minute.blocks + 4);
   EXPECT_THAT(after_an_hour.platform, ContainerEq(after_a_minute.platform));
 
   ASSERT_EQ(Finish(At(kSeconds - 1)), 1);
