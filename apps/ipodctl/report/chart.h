@@ -41,8 +41,8 @@ struct ChartShape {
 };
 
 /// For screens and paper; and for phones, whose width would shrink the letters of the other.
-constexpr ChartShape kWideChart = {"wide", 760, 118, 9};
-constexpr ChartShape kNarrowChart = {"narrow", 360, 104, 5};
+constexpr ChartShape kWideChart = {"wide", 760, 132, 9};
+constexpr ChartShape kNarrowChart = {"narrow", 340, 116, 5};
 
 Chart PlanChart(const WorkoutDocument& document, const WorkoutFigures& figures);
 

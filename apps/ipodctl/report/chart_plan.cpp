@@ -9,7 +9,7 @@ namespace ipodctl {
 
 namespace {
 
-constexpr std::size_t kMostTicks = 5;
+constexpr std::size_t kMostTicks = 7;
 
 struct Range {
   double low = 0;

@@ -11,7 +11,8 @@ namespace {
 
 constexpr int kLeft = 46;   // of a panel, for the labels of its axis
 constexpr int kRight = 24;  // of a panel, for half a label of the time axis
-constexpr int kTitle = 30;  // above a panel
+constexpr int kTitle = 26;  // above a panel
+constexpr int kGap = 20;    // between a panel and the next one's title
 constexpr int kFoot = 46;   // below the last panel
 constexpr double kThinnestPause = 2;
 
@@ -147,8 +148,8 @@ void Drawing::DrawTimeAxis(double top) {
 }
 
 std::string Drawing::Render() {
-  const int panel_step = kTitle + shape_.panel_height;
-  const int height = static_cast<int>(chart_.panels.size()) * panel_step + kFoot;
+  const int panel_step = kTitle + shape_.panel_height + kGap;
+  const int height = static_cast<int>(chart_.panels.size()) * panel_step - kGap + kFoot;
   svg_ = "<svg class=\"" + std::string(shape_.name) + "\" viewBox=\"0 0 " +
          std::to_string(shape_.width) + " " + std::to_string(height) +
          "\" role=\"img\" aria-labelledby=\"" + Id("-title") + " " + Id("-desc") +
@@ -159,7 +160,7 @@ std::string Drawing::Render() {
     DrawPanel(panel, top);
     top += panel_step;
   }
-  DrawTimeAxis(top - kTitle);
+  DrawTimeAxis(top - kTitle - kGap);
   return svg_ + "</svg>\n";
 }
 

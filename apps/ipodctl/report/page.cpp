@@ -79,9 +79,10 @@ void Page::AddNotes() {
   };
   if (document_.problem) {
     note("The document " + ProblemText(*document_.problem) + ".",
-         "This page shows what comes before that place.");
-  }
-  if (!document_.summary) {
+         document_.summary ? "This page shows what comes before that place."
+                           : "This page shows what comes before that place; its figures are "
+                             "computed from the intervals.");
+  } else if (!document_.summary) {
     note("The document has no summary.", "The figures are computed from its intervals.");
   }
   if (document_.unusable_values != 0) {
@@ -105,13 +106,13 @@ void Page::AddSpeed() {
   const double speed = *figures_.speed.value;
   switch (figures_.speed_kind) {
     case SpeedKind::kPace:
-      AddFigure("Average pace", figures_.speed, ClockText(speed), "min/km");
+      AddFigure("Pace", figures_.speed, ClockText(speed), "min/km", "average");
       break;
     case SpeedKind::kSpm:
-      AddFigure("Average steps", figures_.speed, Short(speed, 0), "per minute");
+      AddFigure("Steps", figures_.speed, Short(speed, 0), "per minute", "average");
       break;
     case SpeedKind::kRpm:
-      AddFigure("Average revolutions", figures_.speed, Short(speed, 0), "per minute");
+      AddFigure("Revolutions", figures_.speed, Short(speed, 0), "per minute", "average");
       break;
     case SpeedKind::kNone:
       break;
@@ -140,8 +141,9 @@ void Page::AddSummary() {
   AddSpeed();
   if (figures_.bpm.value) {
     const std::string highest =
-        figures_.highest_bpm ? "highest " + Short(*figures_.highest_bpm, 0) : "";
-    AddFigure("Average heart rate", figures_.bpm, Short(*figures_.bpm.value, 0), "bpm", highest);
+        figures_.highest_bpm ? ", highest " + Short(*figures_.highest_bpm, 0) : "";
+    AddFigure("Heart rate", figures_.bpm, Short(*figures_.bpm.value, 0), "bpm",
+              "average" + highest);
   }
   if (html_.size() == head) {
     html_.resize(empty);
@@ -188,12 +190,14 @@ void Page::AddEquipment() {
   std::string rows;
   for (const auto& [label, value] : facts) {
     if (value.empty()) continue;
-    rows +=
-        std::string("<tr><th scope=\"row\">") + label + "</th><td>" + Name(value) + "</td></tr>\n";
+    rows += std::string("<tr role=\"row\"><th role=\"rowheader\" scope=\"row\">") + label +
+            "</th><td role=\"cell\">" + Name(value) + "</td></tr>\n";
   }
   if (rows.empty()) return;
-  html_ += "<section>\n<h2>Equipment, user and iPod</h2>\n<table class=\"facts\"><tbody>\n" + rows +
-           "</tbody></table>\n</section>\n";
+  html_ +=
+      "<section>\n<h2>Equipment, user and iPod</h2>\n"
+      "<table class=\"facts\" role=\"table\"><tbody role=\"rowgroup\">\n" +
+      rows + "</tbody></table>\n</section>\n";
 }
 
 std::string Page::Render(const std::string& source) {

@@ -22,7 +22,7 @@ constexpr const char* kPageStyle = R"css(
 * { box-sizing: border-box; }
 body {
   margin: 0; background: var(--page); color: var(--ink);
-  font: 16px/1.5 system-ui, -apple-system, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif;
+  font: 1rem/1.5 system-ui, -apple-system, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif;
   -webkit-text-size-adjust: 100%;
 }
 main { max-width: 54rem; margin: 0 auto; padding: 2rem 1rem 3rem; }
@@ -61,15 +61,16 @@ svg .time { text-anchor: middle; }
 svg .grid { stroke: var(--rule); }
 svg .pause { fill: var(--pause); fill-opacity: 0.28; }
 svg .line {
-  fill: none; stroke-width: 2; stroke-linejoin: round; stroke-linecap: round;
+  fill: none; stroke-width: 1.75; stroke-linejoin: round; stroke-linecap: round;
 }
 svg .line.heart { stroke: var(--heart); }
 svg .line.speed { stroke: var(--speed); }
 svg .line.distance { stroke: var(--distance); }
 svg .area { stroke: none; fill: var(--distance); fill-opacity: 0.12; }
-.facts th, .facts td { padding: 0.45rem 0; border-top: 1px solid var(--rule); vertical-align: top; }
-.facts tr:first-child th, .facts tr:first-child td { border-top: 0; }
-.facts th { width: 38%; padding-right: 1rem; font-size: 0.95rem; }
+.facts tbody { display: grid; grid-template-columns: 1fr 1fr; column-gap: 2.5rem; }
+.facts tr { display: flex; padding: 0.45rem 0; border-top: 1px solid var(--rule); }
+.facts th { flex: 0 0 42%; padding-right: 1rem; font-size: 0.95rem; }
+.facts td { flex: 1; }
 footer { margin-top: 1.25rem; color: var(--soft); font-size: 0.85rem; overflow-wrap: anywhere; }
 @media screen and (max-width: 38rem) {
   main { padding: 1.25rem 0.75rem 2rem; }
@@ -77,15 +78,19 @@ footer { margin-top: 1.25rem; color: var(--soft); font-size: 0.85rem; overflow-w
   section, .note { padding: 1rem; }
   .summary tbody { grid-template-columns: 1fr 1fr; }
   .summary b { font-size: 1.5rem; }
+  .facts tbody { grid-template-columns: 1fr; }
   svg.wide { display: none; }
   svg.narrow { display: block; }
 }
 @media print {
   @page { margin: 14mm; }
-  :root { color-scheme: light; --page: #ffffff; --soft: #444c56; --rule: #cfd5dc; }
-  body { font-size: 10.5pt; }
+  :root { font-size: 10pt; color-scheme: light; --page: #ffffff; --soft: #444c56; --rule: #cfd5dc; }
   main { max-width: none; padding: 0; }
-  section { padding: 0; border: 0; border-radius: 0; }
+  section { padding: 0; border: 0; border-radius: 0; margin-top: 1.1rem; }
+  h2 { margin-bottom: 0.5rem; }
+  .summary tbody { grid-template-columns: repeat(auto-fit, minmax(6.6rem, 1fr)); }
+  .summary b { font-size: 1.35rem; }
+  .facts tr { padding: 0.2rem 0; }
   section, .note, tr { break-inside: avoid; }
   h2 { break-after: avoid; }
   svg .pause { fill-opacity: 0.4; }
