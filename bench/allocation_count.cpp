@@ -8,9 +8,12 @@
 
 namespace {
 std::atomic<unsigned long> allocations{0};
+std::atomic<unsigned long> releases{0};
 }  // namespace
 
 unsigned long bench::AllocationCount() { return allocations; }
+
+unsigned long bench::LiveBlockCount() { return allocations - releases; }
 
 void* operator new(std::size_t size) {
   ++allocations;
@@ -18,6 +21,9 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept {
+  if (memory != nullptr) ++releases;
+  std::free(memory);
+}
 
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t /*size*/) noexcept { operator delete(memory); }

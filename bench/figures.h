@@ -20,5 +20,7 @@ void MeasureFootprint();
 
 /// Heap allocations of this program so far.
 unsigned long AllocationCount();
+/// Those of them that have not been released.
+unsigned long LiveBlockCount();
 
 }  // namespace bench
