@@ -163,8 +163,7 @@ TEST_F(StoredDocument, CutShortByUnpluggingIsNoXmlAndTheNextOneIsWhole) {
   EXPECT_EQ(Record({}), 0);
   EXPECT_EQ(Finish({}), 0);
   const std::string left = Content("gym-0001.xml");
-  EXPECT_THAT(left, EndsWith("	</interval>
-"));
+  EXPECT_THAT(left, EndsWith("\t</interval>\n"));
   EXPECT_EQ(Check("gym-0001.xml").status, 1);
   ipod_.Replug(world_.now_us());
   EXPECT_NE(session_.Command_IdentifyDeviceLingos(0, nullptr, nullptr, nullptr), 0);
