@@ -54,7 +54,7 @@ bool Browsing::Handle(const Request& request) {
 void Browsing::ResetHierarchy(const Request& request) {
   const std::uint8_t hierarchy = request.data[0];
   if (hierarchy != 1 && hierarchy != 2) {
-    Refuse(request, MistakeKind::kBadParameter, "hierarchy " + std::to_string(hierarchy));
+    link_->Refuse(request, MistakeKind::kBadParameter, "hierarchy " + std::to_string(hierarchy));
     return;
   }
   database_.Reset(static_cast<Hierarchy>(hierarchy));
@@ -112,7 +112,7 @@ void Browsing::Select(const Request& request) {
   if (request.command == 0x0038) {
     const std::uint8_t sort = request.data[5];
     if (sort > 9 && sort != 0xFF) {
-      Refuse(request, MistakeKind::kBadParameter, "sort order " + std::to_string(sort));
+      link_->Refuse(request, MistakeKind::kBadParameter, "sort order " + std::to_string(sort));
       return;
     }
     if (category != Category::kTrack) {
@@ -161,8 +161,8 @@ void Browsing::ReturnTrackInfo(const Request& request) {
   const std::uint32_t asked = Get32(request.data, 4);
   const std::uint32_t total = database_.Count(Category::kTrack);
   if (request.data[8] != kDurationInfo) {
-    Refuse(request, MistakeKind::kBadParameter,
-           "track information mask " + std::to_string(request.data[8]));
+    link_->Refuse(request, MistakeKind::kBadParameter,
+                  "track information mask " + std::to_string(request.data[8]));
     return;
   }
   if (start >= total || asked > total - start) {
@@ -183,19 +183,14 @@ void Browsing::ReturnTrackInfo(const Request& request) {
 
 bool Browsing::CheckCategory(const Request& request) {
   if (Database::IsCategory(request.data[0])) return true;
-  Refuse(request, MistakeKind::kBadParameter, "category " + std::to_string(request.data[0]));
+  link_->Refuse(request, MistakeKind::kBadParameter, "category " + std::to_string(request.data[0]));
   return false;
 }
 
 void Browsing::RefuseIndex(const Request& request, std::uint32_t index, std::uint32_t count) {
-  Refuse(request, MistakeKind::kIndexOutOfRange,
-         CommandName(request.lingo, request.command) + " with index " + std::to_string(index) +
-             " of " + std::to_string(count));
-}
-
-void Browsing::Refuse(const Request& request, MistakeKind kind, const std::string& detail) {
-  link_->Report(kind, detail);
-  link_->Acknowledge(request, AckStatus::kBadParameter);
+  link_->Refuse(request, MistakeKind::kIndexOutOfRange,
+                CommandName(request.lingo, request.command) + " with index " +
+                    std::to_string(index) + " of " + std::to_string(count));
 }
 
 }  // namespace ipodsim

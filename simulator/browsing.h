@@ -26,7 +26,6 @@ class Browsing {
   void Play(const Request& request, std::uint32_t index);
   bool CheckCategory(const Request& request);
   void RefuseIndex(const Request& request, std::uint32_t index, std::uint32_t count);
-  void Refuse(const Request& request, MistakeKind kind, const std::string& detail);
 
   Link* link_;
   Player* player_;

@@ -156,10 +156,10 @@ void General::SetPreference(const Request& request) {
     return;
   }
   if (request.data[1] > range->most || request.data[2] > 1) {
-    link_->Report(MistakeKind::kBadParameter, "preference " + std::to_string(request.data[0]) +
-                                                  " set to " + std::to_string(request.data[1]) +
-                                                  ", restored " + std::to_string(request.data[2]));
-    link_->Acknowledge(request, AckStatus::kBadParameter);
+    link_->Refuse(request, MistakeKind::kBadParameter,
+                  "preference " + std::to_string(request.data[0]) + " set to " +
+                      std::to_string(request.data[1]) + ", restored " +
+                      std::to_string(request.data[2]));
     return;
   }
   preferences_[range->preference_class] = request.data[1];
@@ -183,9 +183,8 @@ bool General::HandleUserInterface(const Request& request) {
       if (!traits_.knows_ui_mode) {
         link_->Acknowledge(request, AckStatus::kUnknown);
       } else if (request.data[0] > 3) {
-        link_->Report(MistakeKind::kBadParameter,
+        link_->Refuse(request, MistakeKind::kBadParameter,
                       "SetUIMode with mode " + std::to_string(request.data[0]));
-        link_->Acknowledge(request, AckStatus::kBadParameter);
       } else {
         SwitchUserInterface(request, request.data[0]);
       }
@@ -210,8 +209,8 @@ bool General::HandleEvents(const Request& request) {
       }
       for (std::size_t i = 0; i < kSupportedEvents.size(); ++i) {
         if ((request.data[i] & ~kSupportedEvents[i]) == 0) continue;
-        link_->Report(MistakeKind::kBadParameter, "SetEventNotification with events not offered");
-        link_->Acknowledge(request, AckStatus::kBadParameter);
+        link_->Refuse(request, MistakeKind::kBadParameter,
+                      "SetEventNotification with events not offered");
         return true;
       }
       events_ = request.data;

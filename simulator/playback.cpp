@@ -67,8 +67,8 @@ bool Playback::HandleStatus(const Request& request) {
       return true;
     case 0x0029:
       if (request.data[0] < 1 || request.data[0] > 11) {
-        Refuse(request, MistakeKind::kBadParameter,
-               "play control " + std::to_string(request.data[0]));
+        link_->Refuse(request, MistakeKind::kBadParameter,
+                      "play control " + std::to_string(request.data[0]));
       } else {
         const bool done = Control(static_cast<PlayControl>(request.data[0]));
         link_->Acknowledge(request, done ? AckStatus::kOk : AckStatus::kFailed);
@@ -143,8 +143,7 @@ void Playback::ReturnTrackInfo(const Request& request) {
       PutText(data, "");
       break;
     case 4:
-      data.insert(data.end(), {0, 0, 0});  // one packet, the only one
-      PutText(data, track->lyrics);
+      PutLyrics(data, *track);
       break;
     case 5:
       PutText(data, track->genre);
@@ -156,7 +155,8 @@ void Playback::ReturnTrackInfo(const Request& request) {
       PutArtworkCounts(data, *track);
       break;
     default:
-      Refuse(request, MistakeKind::kBadParameter, "track information " + std::to_string(type));
+      link_->Refuse(request, MistakeKind::kBadParameter,
+                    "track information " + std::to_string(type));
       return;
   }
   link_->Reply(request, 0x000D, data);
@@ -190,7 +190,8 @@ bool Playback::HandleModes(const Request& request) {
 
 void Playback::SetShuffle(const Request& request) {
   if (request.data[0] > 2) {
-    Refuse(request, MistakeKind::kBadParameter, "shuffle " + std::to_string(request.data[0]));
+    link_->Refuse(request, MistakeKind::kBadParameter,
+                  "shuffle " + std::to_string(request.data[0]));
     return;
   }
   player_->SetShuffle(static_cast<Shuffle>(request.data[0]), link_->now());
@@ -199,7 +200,7 @@ void Playback::SetShuffle(const Request& request) {
 
 void Playback::SetRepeat(const Request& request) {
   if (request.data[0] > 2) {
-    Refuse(request, MistakeKind::kBadParameter, "repeat " + std::to_string(request.data[0]));
+    link_->Refuse(request, MistakeKind::kBadParameter, "repeat " + std::to_string(request.data[0]));
     return;
   }
   player_->SetRepeat(static_cast<Repeat>(request.data[0]));
@@ -209,8 +210,8 @@ void Playback::SetRepeat(const Request& request) {
 void Playback::SetNotifications(const Request& request) {
   const std::size_t size = request.data.size();
   if (size != 1 && size != 4) {
-    Refuse(request, MistakeKind::kWrongPayloadSize,
-           "SetPlayStatusChangeNotification with " + std::to_string(size) + " bytes");
+    link_->Refuse(request, MistakeKind::kWrongPayloadSize,
+                  "SetPlayStatusChangeNotification with " + std::to_string(size) + " bytes");
     return;
   }
   if (size == 4 && !traits_.knows_wide_notification) {
@@ -220,11 +221,6 @@ void Playback::SetNotifications(const Request& request) {
   const std::uint32_t basic = request.data[0] != 0 ? Notifications::kBasicBits : 0;
   notifications_->SetMask(size == 4 ? Get32(request.data, 0) : basic);
   link_->Acknowledge(request, AckStatus::kOk);
-}
-
-void Playback::Refuse(const Request& request, MistakeKind kind, const std::string& detail) {
-  link_->Report(kind, detail);
-  link_->Acknowledge(request, AckStatus::kBadParameter);
 }
 
 }  // namespace ipodsim

@@ -29,7 +29,6 @@ class Playback {
   void SetShuffle(const Request& request);
   void SetRepeat(const Request& request);
   void JumpTo(const Request& request);
-  void Refuse(const Request& request, MistakeKind kind, const std::string& detail);
 
   Link* link_;
   Player* player_;

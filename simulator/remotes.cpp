@@ -120,15 +120,14 @@ void Remotes::ReturnTrackInfo(const Request& request) {
       PutText(data, track->composer);
       break;
     case 7:
-      data.insert(data.end(), {0, 0, 0});  // one packet, the only one
-      PutText(data, track->lyrics);
+      PutLyrics(data, *track);
       break;
     case 8:
       PutArtworkCounts(data, *track);
       break;
     default:
-      link_->Report(MistakeKind::kBadParameter, "track information " + std::to_string(type));
-      link_->Acknowledge(request, AckStatus::kBadParameter);
+      link_->Refuse(request, MistakeKind::kBadParameter,
+                    "track information " + std::to_string(type));
       return;
   }
   link_->Reply(request, 0x13, data);

@@ -47,7 +47,8 @@ struct Settings {
   bool refuses_misnumbered_artwork_times = false;
 
   // It asks about the Sports and the Storage lingo again when the accessory asks for its own
-  // capabilities there, before it answers: version and capabilities, and capabilities.
+  // capabilities there, before it answers: version and capabilities, and capabilities. A console
+  // that counts its answers into its identifiers then no longer knows the one it waits for.
   bool asks_during_session = false;
   // Commands, by lingo and number, that are refused and not carried out, and with which status.
   std::map<std::pair<std::uint8_t, std::uint16_t>, AckStatus> refused;

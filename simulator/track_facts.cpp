@@ -26,4 +26,9 @@ void PutCapabilities(Bytes& bytes, const Track& track) {
   Put16(bytes, static_cast<std::uint32_t>(track.chapters.size()));
 }
 
+void PutLyrics(Bytes& bytes, const Track& track) {
+  bytes.insert(bytes.end(), {0, 0, 0});
+  PutText(bytes, track.lyrics);
+}
+
 }  // namespace ipodsim

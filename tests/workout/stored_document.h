@@ -50,7 +50,8 @@ struct Moment {
 /// A session with a simulated iPod that keeps its workouts in a folder.
 class StoredDocument : public ::testing::Test {
  protected:
-  StoredDocument() : folder_(NewFolder()), ipod_(SettingsFor(folder_)), world_({1}) {
+  explicit StoredDocument(const ipodsim::Settings& settings = {})
+      : folder_(NewFolder()), ipod_(OnFolder(settings, folder_)), world_({1}) {
     world_.line().PlugModel(ipod_);
     world_.Advance(2 * kSecond);
     EXPECT_EQ(session_.Open(), 0);
@@ -136,8 +137,7 @@ class StoredDocument : public ::testing::Test {
     char path[] = "/tmp/stored_document_XXXXXX";
     return mkdtemp(path);
   }
-  static ipodsim::Settings SettingsFor(const std::string& folder) {
-    ipodsim::Settings settings;
+  static ipodsim::Settings OnFolder(ipodsim::Settings settings, const std::string& folder) {
     settings.storage.files = ipodsim::OpenFeatureFolder(folder).files;
     return settings;
   }

@@ -210,4 +210,30 @@ TEST_F(StoredDocument, SchemaNoticesEveryChange) {
   ExpectInvalidWith(name, "\t<signature>", "\t<signature>x");
 }
 
+class QuestionedSession : public StoredDocument {
+ protected:
+  QuestionedSession() : StoredDocument(Asking()) {}
+  static ipodsim::Settings Asking() {
+    ipodsim::Settings settings;
+    settings.profile = ipodsim::Profile::kClassic;
+    settings.asks_during_session = true;
+    return settings;
+  }
+};
+
+// Without transaction identifiers; with them the answer to a question makes the session miss the
+// identifier of what it waits for.
+TEST_F(QuestionedSession, StoresWorkoutsThoughTheIpodAsksInBetween) {
+  for (const char* const name : {"gym-0001.xml", "gym-0002.xml"}) {
+    ASSERT_EQ(Start(IPOD_EQUIPMENT_TYPE_TREADMILL), 1);
+    ASSERT_EQ(Record({}), 1);
+    ASSERT_EQ(Finish({}), 1);
+    ExpectValid(name);
+  }
+  // Long after; what was not answered would be a mistake by now.
+  world_.Advance(5 * kSecond);
+  wchar_t ipod_name[64] = {};
+  EXPECT_EQ(session_.Command_RequestIpodName(ipod_name, 64), 1);
+}
+
 }  // namespace
