@@ -130,7 +130,9 @@ int ipod::ExtractDataFromPacketExtendedRaw(unsigned short /*ignored_command*/, v
   if (buffer == nullptr) return 1;
   const FrameBytes frame = received.frame();
   auto* bytes = static_cast<unsigned char*>(buffer);
-  for (std::uint32_t i = 0; i < count; ++i) bytes[i] = frame[IPOD_PACKET_EXT_DATA_LOC + i];
+  for (unsigned long i = 0; i < count; ++i) {
+    bytes[i] = frame[static_cast<std::uint32_t>(IPOD_PACKET_EXT_DATA_LOC + i)];
+  }
   return 1;
 }
 

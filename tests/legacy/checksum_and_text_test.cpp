@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The checksum of received frames, and the text that replies bring.
+#include <ostream>
 #include <string>
 
 #include "support/legacy_test.h"
@@ -17,6 +18,8 @@ struct ChecksumRow {
   const char* frame;
   int right;
 };
+
+std::ostream& operator<<(std::ostream& out, const ChecksumRow& row) { return out << row.name; }
 
 class LegacyChecksum : public DockTest, public ::testing::WithParamInterface<ChecksumRow> {
  protected:

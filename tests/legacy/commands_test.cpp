@@ -2,6 +2,7 @@
 // The commands of the legacy interface: the whole frame of each, and what it leaves in the payload
 // area for those after it.
 #include <functional>
+#include <ostream>
 
 #include "support/legacy_test.h"
 #include "support/packets.h"
@@ -19,6 +20,8 @@ struct CommandRow {
   const char* frame;
   const char* written;  ///< what the command writes at the payload area's front
 };
+
+std::ostream& operator<<(std::ostream& out, const CommandRow& row) { return out << row.name; }
 
 // The category is 5, and the command before went to lingo 0x63.
 const CommandRow kGeneral[] = {

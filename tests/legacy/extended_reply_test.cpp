@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reading a reply with a two-byte command from the port, as text and raw.
 #include <array>
+#include <ostream>
 
 #include "support/legacy_test.h"
 #include "support/packets.h"
@@ -120,6 +121,8 @@ struct CommandRow {
   const char* frame;
   int taken;
 };
+
+std::ostream& operator<<(std::ostream& out, const CommandRow& row) { return out << row.name; }
 
 class WeighedCommand : public LegacyExtendedReply,
                        public ::testing::WithParamInterface<CommandRow> {};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The three senders of the legacy interface: how the packet area becomes a frame on the wire.
 #include <functional>
+#include <ostream>
 
 #include "support/legacy_test.h"
 #include "support/packets.h"
@@ -141,6 +142,8 @@ struct SenderRow {
   std::function<int(ipod&)> send;
   std::uint16_t too_long;
 };
+
+std::ostream& operator<<(std::ostream& out, const SenderRow& row) { return out << row.name; }
 
 class EveryLegacySender : public LegacySenders, public ::testing::WithParamInterface<SenderRow> {
  protected:
