@@ -2,6 +2,7 @@
 // The legacy interface: --legacy for the commands that it has too, and selftest.
 #include "command_line/groups.h"
 #include "legacy/legacy_commands.h"
+#include "workout/equipment.h"
 
 namespace ipodctl {
 
@@ -17,19 +18,15 @@ constexpr const char* kSelfTestFooter =
     "  ipodctl selftest\n"
     "  ipodctl --simulated selftest --json";
 
-/// What the legacy interface has no notion of, and what it does instead.
-struct Unknown {
-  const char* option;
-  const char* instead;
-};
-constexpr Unknown kUnknown[] = {
-    {"--no-idps", "it never identifies by tokens"},
-    {"--model", "it introduces itself by a name of its own"},
-};
-constexpr const char* kFollow = "it is not told of changes; run 'now' again";
-
 [[noreturn]] void Refuse(const char* option, const char* instead) {
   throw UsageProblem{std::string(option) + " does not go with the legacy interface: " + instead};
+}
+
+// The legacy document is in kilometres, whatever the equipment.
+void CheckWorkout(const Options& options) {
+  if (EquipmentByName(options.workout.equipment)->distance_type == IPOD_DISTANCE_TYPE_KM) return;
+  throw UsageProblem{"the legacy interface writes kilometres, and a " + options.workout.equipment +
+                     " counts floors"};
 }
 
 void CheckLegacy(CommandLineParser& parser) {
@@ -39,10 +36,13 @@ void CheckLegacy(CommandLineParser& parser) {
     throw UsageProblem{"the legacy interface has no '" + options.command + "', only " +
                        LegacyCommandNames()};
   }
-  for (const Unknown& unknown : kUnknown) {
-    if (parser.app().count(unknown.option) != 0) Refuse(unknown.option, unknown.instead);
+  if (!options.idps) Refuse("--no-idps", "it never identifies by tokens");
+  // A workout's document names a model all the same.
+  if (!options.model.empty() && options.command != "workout") {
+    Refuse("--model", "it introduces itself by a name of its own");
   }
-  if (options.follow) Refuse("--follow", kFollow);
+  if (options.follow) Refuse("--follow", "it is not told of changes; run 'now' again");
+  if (options.command == "workout") CheckWorkout(options);
 }
 
 }  // namespace

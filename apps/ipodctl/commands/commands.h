@@ -9,6 +9,8 @@
 
 namespace ipodctl {
 
+class WorkoutLog;
+
 /// What every command works with. The session is identified unless the command does that itself.
 struct Context {
   const Options& options;
@@ -29,6 +31,9 @@ void RunPrefs(const Context& context, Session& session);
 void RunUserdata(const Context& context, Session& session);
 void RunTour(const Context& context);
 void RunWorkout(const Context& context);
+
+/// Logs the options' workout while its clock goes on.
+void LogWorkout(const Context& context, WorkoutLog& log);
 
 /// Needs no iPod. Returns the exit status.
 int RunReport(const Options& options, Output& output);

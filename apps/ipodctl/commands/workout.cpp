@@ -64,7 +64,7 @@ class WorkoutClock {
 
 class Workout {
  public:
-  Workout(const Context& context, Session& session, DebugListener& listener);
+  Workout(const Context& context, WorkoutLog& log);
 
   void Run();
 
@@ -81,27 +81,27 @@ class Workout {
   Recording recording_;
   std::vector<Interval> intervals_;
   DocumentHeader header_;
-  WorkoutWriter writer_;
+  WorkoutLog& log_;
   WorkoutView view_;
   int ended_early_s_ = -1;
 };
 
-Workout::Workout(const Context& context, Session& session, DebugListener& listener)
+Workout::Workout(const Context& context, WorkoutLog& log)
     : context_(context),
       options_(context.options.workout),
       recording_(RecordingFor(options_)),
       intervals_(IntervalsOf(recording_, options_.interval_s)),
       header_(HeaderFor(context.options)),
-      writer_(session, listener, context.dock),
+      log_(log),
       view_(context.output, recording_) {}
 
 void Workout::Run() {
   Prepare();
   Log();
   if (ended_early_s_ < 0) return;
-  throw CommandFailure(kInterrupted,
-                       "interrupted at " + Clock(static_cast<std::uint64_t>(ended_early_s_)) +
-                           "; the workout until then is complete in " + writer_.Place());
+  throw CommandFailure(kInterrupted, "interrupted at " +
+                                         Clock(static_cast<std::uint64_t>(ended_early_s_)) +
+                                         "; the workout until then is complete in " + log_.Place());
 }
 
 void Workout::Prepare() {
@@ -115,7 +115,7 @@ void Workout::Prepare() {
     largest = std::max(largest, size);
     total += size;
   }
-  writer_.RequireRoom(largest, total);
+  log_.RequireRoom(largest, total);
   StopIfInterrupted();
   context_.output.Line("Workout on " + options_.equipment + ", " +
                        Clock(static_cast<std::uint64_t>(last_s)) + ", written to the iPod in " +
@@ -123,12 +123,12 @@ void Workout::Prepare() {
 }
 
 void Workout::Log() {
-  writer_.Start(header_);
+  log_.Start(header_);
   const WorkoutClock clock(options_.speed);
   for (const Interval& interval : intervals_) {
     if (!WaitFor(interval.reading.seconds, clock)) return EndEarly(clock);
-    writer_.Write(recording_, interval);
-    view_.ShowInterval(interval, writer_.bytes());
+    log_.Write(recording_, interval);
+    view_.ShowInterval(interval, log_.bytes());
   }
   Finish(intervals_.back().reading.seconds);
 }
@@ -136,7 +136,7 @@ void Workout::Log() {
 /// False when interrupted.
 bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
   for (unsigned left_ms = clock.MsUntil(seconds); left_ms != 0; left_ms = clock.MsUntil(seconds)) {
-    view_.ShowReading(ReadingAt(recording_, clock.Seconds()), writer_.bytes());
+    view_.ShowReading(ReadingAt(recording_, clock.Seconds()), log_.bytes());
     if (!PauseMs(std::min(left_ms, kLookMs))) return false;
   }
   return !Interrupted();
@@ -145,34 +145,33 @@ bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
 // A log is complete with an end and a summary, however early.
 void Workout::EndEarly(const WorkoutClock& clock) {
   // What is next to be written shows where the log stands when the line is slower than the clock.
-  const std::size_t written = writer_.intervals();
+  const std::size_t written = log_.intervals();
   const int next_s = intervals_[written].reading.seconds;
   ended_early_s_ = std::min(static_cast<int>(clock.Seconds()), next_s);
   Interval end = {IPOD_INTERVAL_TYPE_END, ReadingAt(recording_, ended_early_s_)};
   end.reading.seconds = ended_early_s_;
-  writer_.Write(recording_, end);
-  view_.ShowInterval(end, writer_.bytes());
+  log_.Write(recording_, end);
+  view_.ShowInterval(end, log_.bytes());
   Finish(ended_early_s_);
 }
 
 void Workout::Finish(int seconds) {
   const Summary summary = SummaryAt(recording_, seconds);
-  writer_.Finish(recording_, summary);
+  log_.Finish(recording_, summary);
   view_.Hide();
   ShowSaved(summary);
 }
 
 void Workout::ShowSaved(const Summary& summary) {
-  const std::string path = writer_.Path();
+  const std::string path = log_.Path();
   const bool forgotten = context_.dock.simulated() && path.empty();
-  context_.output.Line("Saved as " + writer_.Place() + ": " +
-                       Counted(writer_.intervals(), "interval") + " and a summary, " +
-                       Grouped(writer_.bytes()) + " bytes");
+  context_.output.Line("Saved as " + log_.Place() + ": " + Counted(log_.intervals(), "interval") +
+                       " and a summary, " + Grouped(log_.bytes()) + " bytes");
   if (forgotten) context_.output.Line("That memory is gone now; --storage DIR keeps files.");
   nlohmann::ordered_json json = {{"event", "saved"},
                                  {"seconds", summary.seconds},
-                                 {"intervals", writer_.intervals()},
-                                 {"bytes", writer_.bytes()},
+                                 {"intervals", log_.intervals()},
+                                 {"bytes", log_.bytes()},
                                  {"kept", !forgotten}};
   json["file"] = path.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(path);
   context_.output.Object(json);
@@ -180,11 +179,14 @@ void Workout::ShowSaved(const Summary& summary) {
 
 }  // namespace
 
+void LogWorkout(const Context& context, WorkoutLog& log) { Workout(context, log).Run(); }
+
 void RunWorkout(const Context& context) {
   DebugListener listener;
   Session session(context.options, context.dock);
   session.Identify();
-  Workout(context, session, listener).Run();
+  WorkoutWriter writer(session, listener, context.dock);
+  LogWorkout(context, writer);
 }
 
 }  // namespace ipodctl

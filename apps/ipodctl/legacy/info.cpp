@@ -4,25 +4,10 @@
 
 #include "legacy/display_text.h"
 #include "legacy/legacy_commands.h"
+#include "legacy/workout_support.h"
 #include "text.h"
 
 namespace ipodctl {
-
-namespace {
-
-/// The legacy interface announces the workout lingoes to these models only; others must not be
-/// asked.
-bool IsWorkoutModel(const std::string& model_number) {
-  return model_number.compare(0, 4, "0014") == 0 || model_number.compare(0, 4, "0017") == 0;
-}
-
-bool SupportsWorkouts(ipod& docked, const std::string& model_number) {
-  int supported = 0;
-  unsigned char extra = 0;
-  return IsWorkoutModel(model_number) && docked.issports(&supported, &extra) != 0 && supported != 0;
-}
-
-}  // namespace
 
 void RunLegacyInfo(const Context& context, LegacySession& session) {
   ipod& docked = session.interface();
@@ -40,7 +25,7 @@ void RunLegacyInfo(const Context& context, LegacySession& session) {
   docked.getipodsoftwareversion(software.buffer(), DisplayText::kCapacity);
   session.Require(!software.text().empty(), "tell its software version");
   session.Require(docked.getipodlingoversion(general.buffer(), 0) != 0, "tell a lingo version");
-  const bool workouts = SupportsWorkouts(docked, number.text());
+  const bool workouts = TakesWorkouts(docked);
 
   Output& output = context.output;
   output.Object({{"device", context.dock.device()},

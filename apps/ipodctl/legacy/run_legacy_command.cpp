@@ -18,9 +18,10 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"info", RunLegacyInfo, false}, {"browse", RunLegacyBrowse, true},
-    {"play", RunLegacyPlay, true},  {"pause", RunLegacyPause, true},
-    {"now", RunLegacyNow, true},    {"prefs", RunLegacyPrefs, false},
+    {"info", RunLegacyInfo, false},       {"browse", RunLegacyBrowse, true},
+    {"play", RunLegacyPlay, true},        {"pause", RunLegacyPause, true},
+    {"now", RunLegacyNow, true},          {"prefs", RunLegacyPrefs, false},
+    {"workout", RunLegacyWorkout, false},
 };
 
 }  // namespace

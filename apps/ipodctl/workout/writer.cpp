@@ -21,7 +21,7 @@ std::string Megabytes(__int64 bytes) {
 }  // namespace
 
 WorkoutWriter::WorkoutWriter(Session& session, DebugListener& listener, const Dock& dock)
-    : session_(session), listener_(listener), dock_(dock) {}
+    : WorkoutLog(dock), session_(session), listener_(listener) {}
 
 void WorkoutWriter::RequireRoom(std::size_t largest_piece, std::size_t file_size) {
   RequireSports();
@@ -90,11 +90,10 @@ void WorkoutWriter::Start(const DocumentHeader& header) {
           header.weight_kg) == 0) {
     Fail("refused to open a file for the workout");
   }
-  opened_ = true;
+  NoteOpened();
   const std::size_t failed = listener_.TakeFailedFileWrites();
   if (failed != 0) Fail("refused " + Counted(failed, "line") + " of the workout's header");
-  header_saved_ = true;
-  bytes_ = SizeOfHeader(header).total;
+  NoteHeader(SizeOfHeader(header).total);
 }
 
 void WorkoutWriter::Write(const Recording& recording, const Interval& interval) {
@@ -105,56 +104,20 @@ void WorkoutWriter::Write(const Recording& recording, const Interval& interval) 
   if (written == 0) {
     Fail("refused the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds)));
   }
-  bytes_ += SizeOfInterval(recording, interval);
-  ++intervals_;
-  last_s_ = reading.seconds;
+  NoteInterval(SizeOfInterval(recording, interval), reading.seconds);
 }
 
 void WorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
   listener_.TakeFailedFileWrites();
-  closed_ = session_.ipod().Sports_FinishWorkout(summary.seconds, summary.kcal, summary.distance,
-                                                 recording.distance_type, summary.speed,
-                                                 recording.speed_type, summary.bpm) != 0;
-  summary_saved_ = listener_.TakeFailedFileWrites() == 0;
-  if (!summary_saved_) Fail("refused the workout's summary");
-  bytes_ += SizeOfSummary(recording, summary);
-  if (!closed_) Fail("refused to close the workout's file");
+  const bool closed = session_.ipod().Sports_FinishWorkout(
+                          summary.seconds, summary.kcal, summary.distance, recording.distance_type,
+                          summary.speed, recording.speed_type, summary.bpm) != 0;
+  if (closed) NoteClosed();
+  if (listener_.TakeFailedFileWrites() != 0) Fail("refused the workout's summary");
+  NoteSummary(SizeOfSummary(recording, summary));
+  if (!closed) Fail("refused to close the workout's file");
 }
 
-std::string WorkoutWriter::Path() const {
-  const std::string file = dock_.NewestFile();
-  return file.find('/') == std::string::npos ? std::string() : file;
-}
-
-std::string WorkoutWriter::Place() const {
-  if (!dock_.simulated()) return "a new workout file on the iPod";
-  const std::string file = dock_.NewestFile();
-  return Path().empty() ? file + " in the simulated iPod's memory" : file;
-}
-
-/// @param what the iPod did, if it is still there
-void WorkoutWriter::Fail(const std::string& what) {
-  const std::string happened = session_.Answers()
-                                   ? "the iPod " + what
-                                   : "the iPod on " + dock_.device() + " no longer answers";
-  throw CommandFailure(kFailed, happened + "; " + Saved());
-}
-
-std::string WorkoutWriter::Saved() const {
-  if (!opened_) return "nothing was saved";
-  if (!header_saved_) return Place() + " holds no more than the beginning of a header";
-  std::string what = "the header";
-  if (intervals_ != 0) {
-    what += summary_saved_ ? ", " : " and ";
-    what +=
-        Counted(intervals_, "interval") + " up to " + Clock(static_cast<std::uint64_t>(last_s_));
-  }
-  if (summary_saved_) what += " and the summary";
-  std::string lacks;
-  if (!summary_saved_)
-    lacks = closed_ ? ", but not the summary" : ", but not the summary and the end";
-  if (summary_saved_ && !closed_) lacks = ", but perhaps not the end";
-  return Place() + " holds " + what + " (" + Grouped(bytes_) + " bytes)" + lacks;
-}
+bool WorkoutWriter::Answers() { return session_.Answers(); }
 
 }  // namespace ipodctl

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// ipodctl --legacy workout: logs a workout on the iPod while it goes on.
+#include "legacy/legacy_commands.h"
+#include "legacy/legacy_workout_log.h"
+
+namespace ipodctl {
+
+void RunLegacyWorkout(const Context& context, LegacySession& session) {
+  LegacyWorkoutLog log(session, context.output, context.dock);
+  LogWorkout(context, log);
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// The log of a workout on the iPod, whichever of the library's interfaces writes it, and what of it
+// is saved at any time.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "dock.h"
+#include "workout/document.h"
+#include "workout/recording.h"
+
+namespace ipodctl {
+
+class WorkoutLog {
+ public:
+  explicit WorkoutLog(const Dock& dock) : dock_(dock) {}
+  virtual ~WorkoutLog() = default;
+  WorkoutLog(const WorkoutLog&) = delete;
+  WorkoutLog& operator=(const WorkoutLog&) = delete;
+
+  /// Throws a CommandFailure unless the iPod takes workouts, and this one: pieces of up to
+  /// `largest_piece` bytes and a file of about `file_size`.
+  virtual void RequireRoom(std::size_t largest_piece, std::size_t file_size) = 0;
+
+  /// Each writes its part of the document, or throws a CommandFailure that says what is saved. Once
+  /// one has failed nothing more may be written: it would stand behind a gap.
+  virtual void Start(const DocumentHeader& header) = 0;
+  virtual void Write(const Recording& recording, const Interval& interval) = 0;
+  virtual void Finish(const Recording& recording, const Summary& summary) = 0;
+
+  /// Acknowledged by the iPod so far.
+  std::size_t bytes() const { return bytes_; }
+  std::size_t intervals() const { return intervals_; }
+  /// Where the workout is, to stand in a sentence.
+  std::string Place() const;
+  /// A path that people can open, else empty.
+  std::string Path() const;
+
+ protected:
+  /// Whether there is still an iPod.
+  virtual bool Answers() = 0;
+
+  void NoteOpened() { opened_ = true; }
+  void NoteHeader(std::size_t bytes);
+  void NoteInterval(std::size_t bytes, int seconds);
+  void NoteSummary(std::size_t bytes);
+  void NoteClosed() { closed_ = true; }
+  /// @param what the iPod did, if it is still there
+  [[noreturn]] void Fail(const std::string& what);
+
+ private:
+  std::string Saved() const;
+
+  const Dock& dock_;
+  std::size_t bytes_ = 0;
+  std::size_t intervals_ = 0;
+  int last_s_ = 0;  // of the last interval
+  bool opened_ = false;
+  bool header_saved_ = false;
+  bool summary_saved_ = false;
+  bool closed_ = false;
+};
+
+}  // namespace ipodctl
