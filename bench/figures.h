@@ -16,6 +16,7 @@ std::string Number(double value, int decimals);
 // The groups of figures, each in its own file.
 void MeasureFrames(int* argc, char** argv);
 void MeasureSession();
+void MeasureLegacy();
 void MeasureFootprint();
 
 /// Heap allocations of this program so far.

@@ -10,6 +10,7 @@ int main(int argc, char** argv) {
               std::thread::hardware_concurrency());
   bench::MeasureFrames(&argc, argv);
   bench::MeasureSession();
+  bench::MeasureLegacy();
   bench::MeasureFootprint();
   return 0;
 }

@@ -3,7 +3,6 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -16,32 +15,19 @@
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/ipod.h"
 #include "simulator/pty/pty_server.h"
+#include "trips.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Clock;
+using bench::Median;
+using bench::MillisecondsSince;
+using bench::PrintTrip;
+using bench::SleepOvershootMs;
+using bench::Trip;
 
 constexpr double kSyncPauseMs = 20;  // after the sync byte of every frame sent
 constexpr double kBytePauseMs = 2;   // after every byte received
-
-double MillisecondsSince(Clock::time_point start) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-/// How much longer the kernel sleeps than it is asked to, on average.
-double SleepOvershootMs(double asked_ms) {
-  constexpr int kSleeps = 200;
-  const Clock::time_point start = Clock::now();
-  for (int i = 0; i < kSleeps; ++i) {
-    std::this_thread::sleep_for(std::chrono::duration<double, std::milli>(asked_ms));
-  }
-  return MillisecondsSince(start) / kSleeps - asked_ms;
-}
 
 double ProcessorSeconds() {
   rusage usage = {};
@@ -57,24 +43,6 @@ double ResidentKilobytes() {
   long resident_pages = 0;
   std::ifstream("/proc/self/statm") >> total_pages >> resident_pages;
   return static_cast<double>(resident_pages * sysconf(_SC_PAGESIZE)) / 1000;
-}
-
-/// What was measured, what the pauses ask for, and what the kernel's sleeps add to them.
-struct Trip {
-  double measured_ms;
-  double floor_ms;
-  double overshoot_ms;
-
-  double ExcessPercent() const { return 100 * (measured_ms - overshoot_ms - floor_ms) / floor_ms; }
-};
-
-void PrintTrip(const std::string& name, const Trip& trip, const std::string& goal) {
-  using bench::Number;
-  bench::PrintFigure(name, Number(trip.measured_ms, 1) + " ms",
-                     "floor: " + Number(trip.floor_ms, 1) + " ms of prescribed pauses");
-  bench::PrintFigure("  the kernel's sleeps overshoot by", Number(trip.overshoot_ms, 1) + " ms",
-                     "");
-  bench::PrintFigure("  above the floor otherwise", Number(trip.ExcessPercent(), 1) + " %", goal);
 }
 
 Trip MeasureRoundTrip(CIpodComm& session) {
