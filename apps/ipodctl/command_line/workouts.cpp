@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The commands for people who work out: workout, userdata.
 #include <charconv>
+#include <cmath>
 
 #include "command_line/groups.h"
 #include "workout/document.h"
@@ -70,6 +71,12 @@ void TakeDuration(const std::string& text, WorkoutOptions* workout) {
   workout->duration_s = *seconds;
 }
 
+// The parser's own ranges take what is no number for a number inside.
+void CheckNumbers(const WorkoutOptions& workout) {
+  if (std::isnan(workout.speed)) throw UsageProblem{"--speed is not a number"};
+  if (std::isnan(workout.weight_kg)) throw UsageProblem{"--weight is not a number"};
+}
+
 void CheckName(const char* option, const std::string& name) {
   constexpr std::size_t kLongest = 200;
   if (EscapedText(name).size() <= kLongest) return;
@@ -111,6 +118,7 @@ void AddWorkout(CommandLineParser& parser) {
       ->option_text("TEXT");
   parser.AddCheck([&parser, command] {
     if (!command->parsed()) return;
+    CheckNumbers(parser.options().workout);
     CheckName("--manufacturer", parser.options().workout.manufacturer);
     CheckName("--serial-number", parser.options().workout.serial_number);
     CheckName("--model", parser.options().model);
