@@ -112,6 +112,9 @@ class HostileReplies : public LegacyTest {
  protected:
   void Try(const std::vector<Tried>& tries) {
     for (const Tried& tried : tries) {
+      // What is left from the one before would be read instead.
+      world_.Advance(200 * test::kMillisecond);
+      ipodPeer::Serial(ipod_).purgerx();
       for (const std::uint8_t command : tried.replies) {
         device_.Send(Frame(command, AnyPayload()));
         if (*rc::gen::inRange(0, 4) == 0) device_.Send(AnyPayload());  // noise
