@@ -167,8 +167,8 @@ int ipod::intervalworkout(unsigned char event, unsigned int seconds, unsigned in
   Show(status_text_, L"Starting Interval Write");
   Lines lines(*this);
   lines.Write(L"\t<interval>\n");
-  if (lines.result() != 0)
-    Show(status_text_, L"Writing Event if Needed");  // a refusal stays readable
+  // Not after a failure, so that a refusal stays readable.
+  if (lines.result() != 0) Show(status_text_, L"Writing Event if Needed");
   if (name != nullptr) {
     lines.Write(L"\t\t<event>%s</event>\n", name);
   } else if (event != IPOD_SPORTS_INTERVAL_TYPE_INPROCESS) {

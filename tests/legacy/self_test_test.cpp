@@ -123,6 +123,7 @@ TEST_F(SelfTest, FourthStepPlaysPausesAndStops) {
 }
 
 TEST_F(SelfTest, LastStepLeavesTheModeAndClosesThePort) {
+  detail_[0] = L'x';
   const Step step = Perform(4);
   EXPECT_EQ(step.more, 0);
   EXPECT_EQ(step.result, 1);
