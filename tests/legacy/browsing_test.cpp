@@ -19,7 +19,7 @@ constexpr const char* kPurging = "Error reading port, purging rx...\r\n";
 
 constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
-class Browsing : public LegacyTest {
+class LegacyBrowsing : public LegacyTest {
  protected:
   /// As after entering `category`, with another one chosen since.
   void Enter(std::uint8_t category) {
@@ -34,18 +34,18 @@ class Browsing : public LegacyTest {
   unsigned long count_ = 7;
 };
 
-TEST_F(Browsing, CategoryIsWhatWasSet) {
+TEST_F(LegacyBrowsing, CategoryIsWhatWasSet) {
   ipodPeer::LastCategory(ipod_) = 3;
   ipod_.setcategory(8);
   ExpectCategories(8, 3);
 }
 
-TEST_F(Browsing, LastTryIsTheObjectsEmptyText) {
+TEST_F(LegacyBrowsing, LastTryIsTheObjectsEmptyText) {
   EXPECT_EQ(ipod_.getlasttry(), ipodPeer::StatusText(ipod_));
   EXPECT_STREQ(ipod_.getlasttry(), L"");
 }
 
-TEST_F(Browsing, CountIsTheFirstFourReplyBytes) {
+TEST_F(LegacyBrowsing, CountIsTheFirstFourReplyBytes) {
   Answer(kCountArtists, "FF 55 07 04 00 19 FE DC BA 98 B0");
   ipod_.setcategory(2);
   EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 1);
@@ -53,26 +53,26 @@ TEST_F(Browsing, CountIsTheFirstFourReplyBytes) {
   EXPECT_THAT(TakeSent(), ElementsAre(kCountArtists));
 }
 
-TEST_F(Browsing, CountIs0Unanswered) {
+TEST_F(LegacyBrowsing, CountIs0Unanswered) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 0); }),
             kSilenceUs);
   EXPECT_EQ(count_, 0U);
 }
 
-TEST_F(Browsing, CountIs0WhenItCannotBeAskedFor) {
+TEST_F(LegacyBrowsing, CountIs0WhenItCannotBeAskedFor) {
   world_.FailFrom("WriteFile", 1, 31);
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 0); }),
             5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
 }
 
-TEST_F(Browsing, CountNeedsNoPlace) {
+TEST_F(LegacyBrowsing, CountNeedsNoPlace) {
   Answer(kCountArtists, kCount258);
   ipod_.setcategory(2);
   EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(nullptr), 1);
 }
 
-TEST_F(Browsing, TopIsEnteredByAResetWithoutAHierarchy) {
+TEST_F(LegacyBrowsing, TopIsEnteredByAResetWithoutAHierarchy) {
   Answer(kReset, kResetAck);
   Answer(kCountArtists, kCount258);
   EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 1);
@@ -83,7 +83,7 @@ TEST_F(Browsing, TopIsEnteredByAResetWithoutAHierarchy) {
               ElementsAre("SelectTop Category 2, Count Returned 258, Result 1\n"));
 }
 
-TEST_F(Browsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
+TEST_F(LegacyBrowsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
   Answer("FF 55 04 04 00 3B 01 BC", "FF 55 06 04 00 01 00 00 3B BA");
   Answer(kCountArtists, kCount258);
   EXPECT_EQ(ipod_.selecttop(2, &count_, 1), 1);
@@ -91,7 +91,7 @@ TEST_F(Browsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", kCountArtists));
 }
 
-TEST_F(Browsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
+TEST_F(LegacyBrowsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
   Answer(kResetVideo, "FF 55 06 04 00 01 00 00 3B BA");
   Answer(kCountAlbums, kCount258);
   EXPECT_EQ(ipod_.selecttop(3, &count_, 2), 1);
@@ -99,7 +99,7 @@ TEST_F(Browsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
   EXPECT_THAT(TakeSent(), ElementsAre(kResetVideo, kCountAlbums));
 }
 
-TEST_F(Browsing, TopOfAnotherHierarchySendsNothingAndFails) {
+TEST_F(LegacyBrowsing, TopOfAnotherHierarchySendsNothingAndFails) {
   Enter(3);
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 3), 0); }), 0);
   EXPECT_EQ(count_, 0U);
@@ -108,12 +108,12 @@ TEST_F(Browsing, TopOfAnotherHierarchySendsNothingAndFails) {
   EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
-TEST_F(Browsing, TopOfTheLastHierarchySendsNothingAndFails) {
+TEST_F(LegacyBrowsing, TopOfTheLastHierarchySendsNothingAndFails) {
   EXPECT_EQ(ipod_.selecttop(2, &count_, 255), 0);
   EXPECT_THAT(TakeSent(), IsEmpty());
 }
 
-TEST_F(Browsing, RefusedTopFailsAndCategoriesStay) {
+TEST_F(LegacyBrowsing, RefusedTopFailsAndCategoriesStay) {
   Enter(3);
   Answer(kReset, "FF 55 06 04 00 01 04 00 16 DB");
   EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
@@ -123,7 +123,7 @@ TEST_F(Browsing, RefusedTopFailsAndCategoriesStay) {
   EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
-TEST_F(Browsing, UnansweredTopFailsAndCategoriesStay) {
+TEST_F(LegacyBrowsing, UnansweredTopFailsAndCategoriesStay) {
   Enter(3);
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0); }), kSilenceUs);
   EXPECT_EQ(count_, 0U);
@@ -132,7 +132,7 @@ TEST_F(Browsing, UnansweredTopFailsAndCategoriesStay) {
               ElementsAre(kPurging, "SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
-TEST_F(Browsing, AckThatTellsNoStatusIsNoSuccess) {
+TEST_F(LegacyBrowsing, AckThatTellsNoStatusIsNoSuccess) {
   Enter(3);
   // A large frame, whose length byte is 0, so nothing is read of it and the status stays 255. As
   // much of it as is read passes for a command 1 with a good checksum.
@@ -145,13 +145,13 @@ TEST_F(Browsing, AckThatTellsNoStatusIsNoSuccess) {
   EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
-TEST_F(Browsing, TopThatCannotBeSentFailsAndAwaitsNothing) {
+TEST_F(LegacyBrowsing, TopThatCannotBeSentFailsAndAwaitsNothing) {
   world_.FailFrom("WriteFile", 1, 31);
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 2), 0); }), 5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
 }
 
-TEST_F(Browsing, TopIsEnteredEvenWhenItsCountFails) {
+TEST_F(LegacyBrowsing, TopIsEnteredEvenWhenItsCountFails) {
   Answer(kReset, kResetAck);
   EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
   EXPECT_EQ(count_, 0U);
@@ -160,7 +160,7 @@ TEST_F(Browsing, TopIsEnteredEvenWhenItsCountFails) {
               ElementsAre(kPurging, "SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
-TEST_F(Browsing, TopNeedsNoPlaceForItsCount) {
+TEST_F(LegacyBrowsing, TopNeedsNoPlaceForItsCount) {
   Answer(kReset, kResetAck);
   Answer(kCountArtists, kCount258);
   EXPECT_EQ(ipod_.selecttop(2, nullptr, 0), 1);
