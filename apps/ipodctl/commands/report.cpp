@@ -59,7 +59,7 @@ std::string Headline(const WorkoutDocument& document, const WorkoutFigures& figu
   if (figures.seconds.value) add(ClockText(*figures.seconds.value));
   if (figures.km.value) add(Fixed(*figures.km.value, 2) + " km");
   if (figures.floors.value) add(Short(*figures.floors.value, 1) + " floors");
-  add(Counted(document.intervals.size(), "interval"));
+  add(Counted(static_cast<unsigned long>(document.intervals.size()), "interval"));
   return text;
 }
 

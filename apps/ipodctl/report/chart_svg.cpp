@@ -15,6 +15,7 @@ constexpr int kTitle = 26;  // above a panel
 constexpr int kGap = 20;    // between a panel and the next one's title
 constexpr int kFoot = 46;   // below the last panel
 constexpr double kThinnestPause = 2;
+constexpr double kThinnestGap = 0.5;  // between two pauses
 
 std::string Px(double at) { return Short(at, 1); }
 
@@ -75,16 +76,16 @@ void Drawing::Describe() {
           Id("-desc") + "\">" + Escaped(text) + "</desc>\n";
 }
 
-// Pauses that would touch are drawn as one.
+// Pauses that would nearly touch are drawn as one.
 void Drawing::DrawPauses(double top) {
   double drawn_to = -1;
   for (std::size_t i = 0; i < chart_.pauses.size(); ++i) {
     const double from = X(chart_.pauses[i].from);
     double to = std::max(X(chart_.pauses[i].to), from + kThinnestPause);
     if (to <= drawn_to) continue;
-    while (i + 1 < chart_.pauses.size() && X(chart_.pauses[i + 1].from) <= to) {
+    while (i + 1 < chart_.pauses.size() && X(chart_.pauses[i + 1].from) <= to + kThinnestGap) {
       ++i;
-      to = std::max(to, X(chart_.pauses[i].to));
+      to = std::max({to, X(chart_.pauses[i].to), X(chart_.pauses[i].from) + kThinnestPause});
     }
     drawn_to = to;
     svg_ += "<rect class=\"pause\" x=\"" + Px(from) + "\" y=\"" + Px(top) + "\" width=\"" +

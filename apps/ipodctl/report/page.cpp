@@ -207,7 +207,7 @@ std::string Page::Render(const std::string& source) {
   AddChart();
   AddEquipment();
   html_ += "<footer>Made by ipodctl from " + Name(source) + ", " +
-           Counted(document_.intervals.size(), "interval") +
+           Counted(static_cast<unsigned long>(document_.intervals.size()), "interval") +
            ".</footer>\n</main>\n</body>\n</html>\n";
   return std::move(html_);
 }

@@ -3,6 +3,7 @@
 #include "report/workout_figures.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace ipodctl {
 
@@ -10,7 +11,7 @@ namespace {
 
 using Reading = std::optional<double> Readings::*;
 
-long Count(const WorkoutDocument& document, Reading reading) {
+std::ptrdiff_t Count(const WorkoutDocument& document, Reading reading) {
   return std::count_if(
       document.intervals.begin(), document.intervals.end(),
       [reading](const Interval& interval) { return (interval.readings.*reading).has_value(); });
@@ -80,9 +81,9 @@ SpeedKind SpeedKindOf(const WorkoutDocument& document) {
                                                  {SpeedKind::kSpm, &Readings::spm},
                                                  {SpeedKind::kRpm, &Readings::rpm}};
   SpeedKind found = SpeedKind::kNone;
-  long most = 0;
+  std::ptrdiff_t most = 0;
   for (const auto& [kind, reading] : kinds) {
-    const long count = Count(document, reading);
+    const std::ptrdiff_t count = Count(document, reading);
     if (count > most) {
       most = count;
       found = kind;
@@ -95,8 +96,8 @@ SpeedKind SpeedKindOf(const WorkoutDocument& document) {
 }
 
 DistanceKind DistanceKindOf(const WorkoutDocument& document) {
-  const long km = Count(document, &Readings::km);
-  const long floors = Count(document, &Readings::floors);
+  const std::ptrdiff_t km = Count(document, &Readings::km);
+  const std::ptrdiff_t floors = Count(document, &Readings::floors);
   if (km == 0 && floors == 0) {
     if (Summarised(document, &Readings::km)) return DistanceKind::kKm;
     return Summarised(document, &Readings::floors) ? DistanceKind::kFloors : DistanceKind::kNone;

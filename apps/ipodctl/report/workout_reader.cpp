@@ -130,7 +130,7 @@ void Reader::OnEntity(void* self, const XML_Char* /*name*/, int /*is_parameter*/
 
 void RequireWorkout(const WorkoutDocument& document, const std::string& path) {
   if (document.is_workout) return;
-  std::string why = "it is empty";
+  std::string why;
   if (document.problem) {
     why = document.problem->cut_short ? "it ends before the first element" : document.problem->what;
     why += " (line " + std::to_string(document.problem->line) + ", column " +
@@ -159,6 +159,9 @@ WorkoutDocument ReadWorkoutDocument(const std::string& path) {
   errno = 0;
   std::ifstream stream(file, std::ios::binary);
   if (!stream) CannotRead(path, errno != 0 ? std::strerror(errno) : "it does not open");
+  if (stream.peek() == std::ifstream::traits_type::eof()) {
+    throw CommandFailure(kInputFile, path + " is not a workout document: it is empty");
+  }
   Reader reader;
   std::string piece(kPiece, '\0');
   bool wanted = true;

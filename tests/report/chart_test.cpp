@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+// Where the chart puts things. Positions are in the units of the picture.
+#include "report/chart.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "documents.h"
+#include "report/workout_reader.h"
+
+using namespace ipodctl;
+using report::Document;
+using report::IntervalAt;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+// A shape of which the plots are 100 wide, from 46 to 146, and 100 high: the first from 26 to 126,
+// the second from 172 to 272, the third from 318 to 418.
+constexpr ChartShape kShape = {"test", 170, 100, 5};
+
+Chart ChartOf(const std::string& text) {
+  const WorkoutDocument document = ParseWorkoutDocument(text);
+  return PlanChart(document, FiguresOf(document));
+}
+
+std::string Drawn(const std::string& text) { return RenderChart(ChartOf(text), kShape); }
+
+std::size_t Occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+TEST(ChartPlan, HasAPanelForEachCourse) {
+  const Chart chart = ChartOf(report::kRun);
+  ASSERT_EQ(chart.panels.size(), 3U);
+  EXPECT_EQ(chart.panels[0].title, "Heart rate");
+  EXPECT_EQ(chart.panels[0].unit, "bpm");
+  EXPECT_EQ(chart.panels[0].detail, "average 131, highest 150");
+  EXPECT_EQ(chart.panels[1].title, "Pace");
+  EXPECT_EQ(chart.panels[1].unit, "min/km");
+  EXPECT_EQ(chart.panels[1].detail, "average 5:05");
+  EXPECT_EQ(chart.panels[2].title, "Distance");
+  EXPECT_EQ(chart.panels[2].unit, "km");
+  EXPECT_EQ(chart.panels[2].detail, "0.61 km in all");
+  EXPECT_EQ(chart.end, 240);
+}
+
+TEST(ChartPlan, LeavesOutWhatWasNotMeasured) {
+  EXPECT_TRUE(ChartOf(Document("")).panels.empty());
+  const Chart chart = ChartOf(Document(IntervalAt(5, "<bpm>100</bpm>")));
+  ASSERT_EQ(chart.panels.size(), 1U);
+  EXPECT_EQ(chart.panels[0].title, "Heart rate");
+}
+
+TEST(ChartPlan, NamesStepsRevolutionsAndFloors) {
+  const Chart stepper = ChartOf(Document(IntervalAt(5, "<floors>2.5</floors><spm>50</spm>")));
+  ASSERT_EQ(stepper.panels.size(), 2U);
+  EXPECT_EQ(stepper.panels[0].title, "Steps");
+  EXPECT_EQ(stepper.panels[0].unit, "per minute");
+  EXPECT_EQ(stepper.panels[1].title, "Climb");
+  EXPECT_EQ(stepper.panels[1].detail, "2.5 floors in all");
+  const Chart bike = ChartOf(Document(IntervalAt(5, "<rpm>50</rpm>")));
+  EXPECT_EQ(bike.panels.at(0).title, "Revolutions");
+}
+
+TEST(ChartPlan, KeepsNearStandstillFromFlatteningThePace) {
+  std::string intervals = IntervalAt(0, "<pace>7200</pace>");
+  for (int second = 1; second < 20; ++second) intervals += IntervalAt(second, "<pace>300</pace>");
+  const Chart chart = ChartOf(Document(intervals));
+  EXPECT_EQ(chart.panels.at(0).scale.low, 300);
+  EXPECT_EQ(chart.panels.at(0).scale.high, 600);
+  EXPECT_TRUE(chart.panels.at(0).cut_off);
+  EXPECT_FALSE(ChartOf(report::kRun).panels.at(1).cut_off);
+}
+
+TEST(ChartPicture, ScalesWithItsPage) {
+  EXPECT_THAT(Drawn(report::kRun), HasSubstr("viewBox=\"0 0 170 464\""));
+  EXPECT_THAT(Drawn(report::kRun), Not(HasSubstr(" height=\"464\"")));
+}
+
+// Heart rate on 100 to 150 in tens, pace on 5:00 to 5:20 in fives, distance on 0 to 0.6 in tenths.
+TEST(ChartPicture, DrawsEachCourseToScale) {
+  const std::string picture = Drawn(report::kRun);
+  EXPECT_THAT(picture, HasSubstr("<path class=\"line heart\" d=\"M71 86L96 26L121 126L146 46\"/>"));
+  EXPECT_THAT(picture, HasSubstr("<path class=\"line speed\" d=\"M71 172L96 272M146 222h0\"/>"));
+  EXPECT_THAT(picture, HasSubstr("<path class=\"line distance\" "
+                                 "d=\"M46 418L71 384.7L96 351.3L121 351.3L146 318\"/>"));
+  EXPECT_THAT(picture, HasSubstr("<path class=\"area distance\" d=\"M46 418L46 418L71 384.7L96 "
+                                 "351.3L121 351.3L146 318V418Z\"/>"));
+}
+
+TEST(ChartPicture, ShadesEveryPauseInEveryPanel) {
+  const std::string picture = Drawn(report::kRun);
+  for (const char* top : {"26", "172", "318"}) {
+    EXPECT_THAT(picture, HasSubstr(std::string("<rect class=\"pause\" x=\"96\" y=\"") + top +
+                                   "\" width=\"25\" height=\"100\"/>"));
+  }
+  EXPECT_EQ(Occurrences(picture, "class=\"pause\""), 4U);  // the fourth is the key's
+  EXPECT_THAT(picture, HasSubstr(">Paused</text>"));
+}
+
+TEST(ChartPicture, HasNoKeyWithoutPauses) {
+  const std::string picture = Drawn(Document(IntervalAt(9, "<km>1</km>")));
+  EXPECT_THAT(picture, Not(HasSubstr("pause")));
+  EXPECT_THAT(picture, Not(HasSubstr("Paused")));
+}
+
+TEST(ChartPicture, ShowsAPauseInWhichTheClockStood) {
+  const std::string picture =
+      Drawn(Document(IntervalAt(50, "<km>1</km>", "pause") + IntervalAt(50, "", "resume") +
+                     IntervalAt(100, "<km>2</km>")));
+  EXPECT_THAT(picture, HasSubstr("<rect class=\"pause\" x=\"96\" y=\"26\" width=\"2\""));
+}
+
+TEST(ChartPicture, DrawsPausesThatTouchAsOne) {
+  std::string intervals;
+  for (int second = 0; second < 1000; second += 2) {
+    intervals += IntervalAt(second, "<km>1</km>", "pause") + IntervalAt(second + 1, "", "resume");
+  }
+  const std::string picture = Drawn(Document(intervals));
+  EXPECT_THAT(picture, HasSubstr("<rect class=\"pause\" x=\"46\" y=\"26\" width=\"1"));
+  EXPECT_EQ(Occurrences(picture, "class=\"pause\""), 2U);
+}
+
+TEST(ChartPicture, LabelsItsAxes) {
+  const std::string picture = Drawn(report::kRun);
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"130\">100</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"30\">150</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"176\">5:00</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"276\">5:20</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"422\">0</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"322\">0.6</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick time\" x=\"46\" y=\"434\">0:00</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick time\" x=\"146\" y=\"434\">4:00</text>"));
+  EXPECT_THAT(picture, HasSubstr(">Time, min:s</text>"));
+  EXPECT_THAT(picture, HasSubstr("<tspan class=\"heart\">Heart rate</tspan> "
+                                 "<tspan class=\"unit\">bpm</tspan>"));
+  EXPECT_THAT(Drawn(Document(IntervalAt(3600, "<km>1</km>"))), HasSubstr(">Time, h:min:s</text>"));
+}
+
+TEST(ChartPicture, TellsThoseWhoDoNotSeeIt) {
+  EXPECT_THAT(Drawn(report::kRun),
+              HasSubstr("role=\"img\" aria-labelledby=\"chart-test-title chart-test-desc\""));
+  EXPECT_THAT(
+      Drawn(report::kRun),
+      HasSubstr(
+          "<title id=\"chart-test-title\">The workout over time</title>\n"
+          "<desc id=\"chart-test-desc\">Heart rate between 100 and 150 bpm. Pace between 5:00 "
+          "and 5:20 min/km. Distance between 0 and 0.6 km. Time from 0:00 to 4:00. Paused "
+          "from 2:00 to 3:00.</desc>"));
+}
+
+TEST(ChartPicture, StaysSmallForAnyWorkout) {
+  std::string intervals;
+  for (int second = 0; second < 20000; ++second) {
+    intervals += IntervalAt(second, "<km>" + std::to_string(second) + "</km><bpm>" +
+                                        std::to_string(90 + second * 37 % 90) + "</bpm><pace>" +
+                                        std::to_string(300 + second * 41 % 90) + "</pace>");
+  }
+  EXPECT_LT(RenderChart(ChartOf(Document(intervals)), kWideChart).size(), 100000U);
+}
+
+TEST(ChartPicture, DrawsTheLargestValues) {
+  const std::string picture = Drawn(Document(
+      IntervalAt(2147483647, "<km>9999999999</km><pace>2147483647</pace><bpm>2147483647</bpm>")));
+  EXPECT_THAT(picture, HasSubstr("<path class=\"line heart\""));
+  EXPECT_THAT(picture, Not(HasSubstr("nan")));
+  EXPECT_THAT(picture, Not(HasSubstr("inf")));
+}
+
+}  // namespace
