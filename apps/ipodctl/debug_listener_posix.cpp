@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -75,9 +76,13 @@ DebugListener::Pipe::~Pipe() {
 
 void DebugListener::Pipe::Listen() {
   char bytes[4096];
-  ssize_t count = 0;
-  while ((count = ::read(read_end_, bytes, sizeof bytes)) > 0) {
-    Hear(bytes, static_cast<std::size_t>(count));
+  while (true) {
+    const ssize_t count = ::read(read_end_, bytes, sizeof bytes);
+    if (count > 0) {
+      Hear(bytes, static_cast<std::size_t>(count));
+    } else if (count == 0 || errno != EINTR) {
+      return;
+    }
   }
 }
 

@@ -61,8 +61,9 @@ TEST(IpodctlUsage, HelpsWithEveryCommand) {
   EXPECT_EQ(help.status, 0);
   EXPECT_THAT(help.out, AllOf(HasSubstr("Usage: ipodctl"), HasSubstr("Exit status:")));
   EXPECT_EQ(help.err, "");
-  for (const char* command : {"info", "tour", "browse", "now", "play", "pause", "stop", "next",
-                              "previous", "seek", "shuffle", "repeat", "prefs"}) {
+  for (const char* command :
+       {"info", "tour", "selftest", "browse", "now", "play", "pause", "stop", "next", "previous",
+        "seek", "shuffle", "repeat", "prefs", "workout", "userdata", "report"}) {
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
     const Ended ended = Ipodctl({command, "--help"});
     EXPECT_EQ(ended.status, 0) << command;

@@ -257,6 +257,30 @@ TEST(IpodctlWorkout, CtrlCEndsTheDocumentInGoodOrder) {
   EXPECT_EQ(dock.mistakes(), "");
 }
 
+TEST(IpodctlWorkout, StartsAndEndsALogThatIsInterruptedInItsHeader) {
+  const Dock dock;
+  const auto workout = dock.Start({"workout", "--duration", "1:00:00"});
+  ASSERT_TRUE(workout->WaitForOutput("written to the iPod"));
+  workout->Signal(SIGINT);
+  const Ended ended = workout->Wait();
+  EXPECT_EQ(ended.status, 130);
+  const std::string file = FileOf(dock);
+  EXPECT_EQ(CountOf("<event>start</event>", file), 1U);
+  EXPECT_EQ(CountOf("<event>end</event>", file), 1U);
+  EXPECT_THAT(file, EndsWith("</gymData>"));
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlWorkout, StartsTheClockAtARecordingsFirstReading) {
+  const TemporaryFolder folder;
+  const Dock dock;
+  const Ended ended = dock.Ipodctl(
+      {"workout", "--from",
+       folder.Write("late.csv", "seconds,km,kcal,pace\n359000,0,0,0\n359001,0,0,0\n")});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(FileOf(dock), HasSubstr("<event>end</event>\n\t\t<sec>359001</sec>"));
+}
+
 TEST(IpodctlWorkout, SaysWhyAnIpodTakesNone) {
   ipodsim::Settings no_log = SettingsOf(Profile::kNano);
   no_log.sports.capabilities = ipodsim::kUserDataCapability;

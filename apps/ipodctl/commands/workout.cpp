@@ -43,11 +43,12 @@ DocumentHeader HeaderFor(const Options& options) {
 /// The workout's own clock. It starts when it is made.
 class WorkoutClock {
  public:
-  explicit WorkoutClock(double speed) : speed_(speed) {}
+  /// @param first_s what it shows first
+  WorkoutClock(int first_s, double speed) : first_s_(first_s), speed_(speed) {}
 
   double Seconds() const {
     const std::chrono::duration<double> real = Now::now() - start_;
-    return real.count() * speed_;
+    return first_s_ + real.count() * speed_;
   }
   /// Real milliseconds until it shows `seconds`; 0 when it has.
   unsigned MsUntil(int seconds) const {
@@ -58,6 +59,7 @@ class WorkoutClock {
  private:
   using Now = std::chrono::steady_clock;
 
+  int first_s_;
   double speed_;
   Now::time_point start_ = Now::now();
 };
@@ -124,9 +126,11 @@ void Workout::Prepare() {
 
 void Workout::Log() {
   log_.Start(header_);
-  const WorkoutClock clock(options_.speed);
+  const WorkoutClock clock(intervals_.front().reading.seconds, options_.speed);
   for (const Interval& interval : intervals_) {
-    if (!WaitFor(interval.reading.seconds, clock)) return EndEarly(clock);
+    // A log that has a header has a start, too.
+    const bool starts = interval.event == IPOD_INTERVAL_TYPE_START;
+    if (!starts && !WaitFor(interval.reading.seconds, clock)) return EndEarly(clock);
     log_.Write(recording_, interval);
     view_.ShowInterval(interval, log_.bytes());
   }
