@@ -49,8 +49,7 @@ void CheckLegacy(CommandLineParser& parser) {
 
 void AddLegacyInterface(CommandLineParser& parser) {
   Options& options = parser.options();
-  parser.app().add_flag("--legacy", options.legacy,
-                        "Use the legacy interface, for " + LegacyCommandNames());
+  parser.app().add_flag("--legacy", options.legacy, "Use the legacy interface (see below)");
   const CLI::App* selftest = parser.AddCommand(
       "selftest", "Looking", "Test what is in the dock, step by step", "", kSelfTestFooter);
   parser.AddCheck([&parser, selftest] {

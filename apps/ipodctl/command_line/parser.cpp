@@ -24,6 +24,11 @@ constexpr const char* kProgramFooter =
     "of\n"
     "  nano (all services), classic (no token identification), old (too old), nosports, silent.\n"
     "\n"
+    "The legacy interface:\n"
+    "  --legacy takes info, browse, play, pause, now, prefs and workout through the library's "
+    "older,\n"
+    "  synchronous interface and shows its display texts as they stand; selftest always does.\n"
+    "\n"
     "Exit status:\n"
     "  0  done\n"
     "  1  the iPod refused, or the operation failed\n"
@@ -50,8 +55,8 @@ CommandLineParser::CommandLineParser() {
   AddLookingCommands(*this);
   AddPlayingCommands(*this);
   AddSettingCommands(*this);
-  AddReportCommand(*this);
   AddWorkoutCommands(*this);
+  AddReportCommand(*this);
   AddLegacyInterface(*this);
 }
 

@@ -86,7 +86,7 @@ void CheckName(const char* option, const std::string& name) {
 
 void AddWorkout(CommandLineParser& parser) {
   WorkoutOptions& workout = parser.options().workout;
-  CLI::App* command = parser.AddCommand("workout", "Working out", "Log a workout on the iPod",
+  CLI::App* command = parser.AddCommand("workout", "Workouts", "Log a workout on the iPod",
                                         "[OPTIONS]", kWorkoutFooter);
   std::vector<std::string> names;
   for (const Equipment& equipment : AllEquipment()) names.emplace_back(equipment.name);
@@ -130,7 +130,7 @@ void AddWorkout(CommandLineParser& parser) {
 void AddWorkoutCommands(CommandLineParser& parser) {
   AddWorkout(parser);
   CLI::App* userdata =
-      parser.AddCommand("userdata", "Working out", "Show or set what the iPod knows about its user",
+      parser.AddCommand("userdata", "Workouts", "Show or set what the iPod knows about its user",
                         "[--weight N]", kUserdataFooter);
   userdata->add_option("--weight", parser.options().user_weight, "The weight to set")
       ->check(CLI::Range(0U, 65535U))
