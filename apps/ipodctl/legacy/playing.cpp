@@ -54,11 +54,12 @@ TrackTexts ReadTrack(LegacySession& session) {
   int video = 0;
   session.Require(docked.getindexedplayingtracktitle(title.buffer()) != 0,
                   "tell what it is playing");
+  // Two texts that are no times: they show what was sent last.
+  const wchar_t* const length = docked.getipodtracklength();
+  const wchar_t* const position = docked.getipodtrackposition();
   // Few tracks have chapters; for the others the text is all there is.
   docked.getipodcurrentplayingtrackchaptername(chapter.buffer());
   session.Require(docked.iscurrentvideo(&video) != 0, "tell whether it is playing a video");
-  const wchar_t* const length = docked.getipodtracklength();
-  const wchar_t* const position = docked.getipodtrackposition();
   return {title.text(), chapter.text(), Utf8(length), Utf8(position), video != 0};
 }
 
@@ -76,7 +77,6 @@ void ShowLegacyPlaying(Output& output, LegacySession& session) {
   json["title"] = track.title;
   json["chapter"] = track.chapter;
   json["video"] = track.video;
-  // These two texts are not times; the true times come with the state.
   json["track_length"] = track.length;
   json["track_position"] = track.position;
   json["length_ms"] = player.length_ms;

@@ -1,0 +1,341 @@
+// SPDX-License-Identifier: MIT
+// ipodctl through the legacy interface: what it looks up, plays, sets and refuses.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <nlohmann/json.hpp>
+
+#include "dock.h"
+
+using e2e::Dock;
+using e2e::SettingsOf;
+using e2e::TemporaryFolder;
+using ipodsim::PlayerState;
+using ipodsim::Profile;
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+// Runs a command through the legacy interface, and runs it well.
+std::string Legacy(const Dock& dock, std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "--legacy");
+  const Ended ended = dock.Ipodctl(arguments);
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(ended.err, "");
+  return ended.out;
+}
+
+// One sentence, and nothing else anywhere.
+void ExpectRefused(const Ended& ended, int status, const std::string& part) {
+  EXPECT_EQ(ended.status, status) << ended.err;
+  EXPECT_EQ(ended.out, "");
+  EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: "), HasSubstr(part), EndsWith(".\n")));
+  EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+}
+
+TEST(IpodctlLegacy, TellsWhatIsInTheDockInItsOwnWords) {
+  const Dock dock;
+  EXPECT_EQ(Legacy(dock, {"info"}), "Zoë's iPod on " + dock.device() +
+                                        "\n"
+                                        "  Model               MB598LL\n"
+                                        "  Model number        0014|0000\n"
+                                        "  Serial number       5U8250SIM01\n"
+                                        "  Software version    1.0.4\n"
+                                        "  Lingo version       0 - 1.9\n"
+                                        "  Workouts            supported\n");
+  const json info = json::parse(Legacy(dock, {"info", "--json"}));
+  EXPECT_EQ(info, (json{{"device", dock.device()},
+                        {"name", "Zoë's iPod"},
+                        {"model", "MB598LL"},
+                        {"model_number", "0014|0000"},
+                        {"serial_number", "5U8250SIM01"},
+                        {"software_version", "1.0.4"},
+                        {"lingo_version", "0 - 1.9"},
+                        {"sports", true}}));
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, AsksAboutWorkoutsOnlyModelsThatTakeThem) {
+  for (const auto& [id, supported] : {std::pair<std::uint32_t, bool>{0x00170001, true},
+                                      {0x00100001, false},
+                                      {0x00130001, false}}) {
+    ipodsim::Settings settings = SettingsOf(Profile::kNano);
+    settings.model_id = id;
+    const Dock dock(settings);
+    const json info = json::parse(Legacy(dock, {"info", "--json"}));
+    EXPECT_EQ(info.at("sports"), supported) << id;
+    EXPECT_EQ(dock.mistakes(), "") << id;
+  }
+}
+
+TEST(IpodctlLegacy, CountsAndListsRecords) {
+  const Dock dock;
+  EXPECT_THAT(Legacy(dock, {"browse"}), AllOf(HasSubstr("  artists             3\n"),
+                                              HasSubstr("  tracks              7\n")));
+  EXPECT_EQ(Legacy(dock, {"browse", "artists", "the hum", "Spans"}),
+            "the hum > Spans > tracks (3)\n"
+            "  0  Bridges\n"
+            "  1  Arches\n"
+            "  2  Piers\n");
+  const json tracks = json::parse(
+      Legacy(dock, {"browse", "artists", "山田", "--category", "tracks", "--from", "1", "--json"}));
+  EXPECT_EQ(tracks.at("total"), 2);
+  EXPECT_EQ(tracks.at("records"), json::parse(R"([{"index": 1, "name": "歩く 🎧"}])"));
+  EXPECT_EQ(json::parse(Legacy(dock, {"browse", "tracks", "--hierarchy", "video", "--json"}))
+                .at("records")
+                .at(0)
+                .at("name"),
+            "Moving Pictures");
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, NameTooLongForItIsLeftOutOfAList) {
+  ipodsim::Settings settings;
+  settings.library = e2e::NumberedTracks(3);
+  settings.library.tracks[1].title = "Track 001" + std::string(300, 'x');
+  const Dock dock(settings);
+  const json list = json::parse(Legacy(dock, {"browse", "tracks", "--json"}));
+  EXPECT_EQ(list.at("records"), json::parse(R"([{"index": 0, "name": "Track 000"},
+                                                {"index": 1, "name": ""},
+                                                {"index": 2, "name": "Track 002"}])"));
+}
+
+TEST(IpodctlLegacy, PlaysPausesAndTellsWhatItPlays) {
+  const Dock dock;
+  EXPECT_THAT(Legacy(dock, {"play", "albums", "Spans", "Arches"}),
+              AllOf(HasSubstr("  State               Playing\n"
+                              "  Title               Arches\n"
+                              "  Chapter             Unknown\n"
+                              "  Video               no\n"),
+                    HasSubstr("  Time                0:0"), EndsWith(" of 3:20\n")));
+  EXPECT_EQ(dock.title(), "Arches");
+  EXPECT_EQ(dock.state(), PlayerState::kPlaying);
+  // The port was closed in between; the iPod went on.
+  const json now = json::parse(Legacy(dock, {"now", "--json"}));
+  EXPECT_EQ(now.at("state"), "Playing");
+  EXPECT_EQ(now.at("title"), "Arches");
+  EXPECT_EQ(now.at("video"), false);
+  EXPECT_EQ(now.at("length_ms"), 200000);
+  EXPECT_GT(now.at("position_ms"), 0);
+  // Both are the beginning of the last payload sent: the index of the track asked about.
+  EXPECT_EQ(now.at("track_length"), "1");
+  EXPECT_EQ(now.at("track_position"), "1");
+  EXPECT_THAT(Legacy(dock, {"pause"}), StartsWith("  State               Paused\n"));
+  EXPECT_EQ(dock.state(), PlayerState::kPaused);
+  // Pausing again leaves it paused.
+  EXPECT_THAT(Legacy(dock, {"pause"}), StartsWith("  State               Paused\n"));
+  EXPECT_THAT(Legacy(dock, {"play"}), StartsWith("  State               Playing\n"));
+  EXPECT_EQ(dock.title(), "Arches");
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, TellsChaptersAndVideos) {
+  ipodsim::Settings settings = SettingsOf(Profile::kNano);
+  for (ipodsim::Track& track : settings.library.tracks) {
+    if (track.kind == ipodsim::MediaKind::kAudiobook) track.chapters = {"Opening", "End"};
+  }
+  const Dock dock(settings);
+  const json book = json::parse(Legacy(dock, {"play", "audiobooks", "@0", "--json"}));
+  EXPECT_EQ(book.at("title"), "Chapter 1");
+  EXPECT_EQ(book.at("chapter"), "Opening");
+  const json video =
+      json::parse(Legacy(dock, {"play", "tracks", "@0", "--hierarchy", "video", "--json"}));
+  EXPECT_EQ(video.at("title"), "Moving Pictures");
+  EXPECT_EQ(video.at("video"), true);
+}
+
+TEST(IpodctlLegacy, NothingPlaysAtFirst) {
+  const Dock dock;
+  EXPECT_EQ(Legacy(dock, {"now"}), "  State               Stopped\n");
+  EXPECT_EQ(Legacy(dock, {"pause", "--json"}), "{\"state\":\"Stopped\"}\n");
+}
+
+TEST(IpodctlLegacy, SortsByNameOnModelsThatWantIt) {
+  ipodsim::Settings settings = SettingsOf(Profile::kNano);
+  settings.model_id = 0x00100001;
+  // Only sorted selections are taken, so one that is not sorted would fail.
+  settings.refuses_select_record = true;
+  const Dock dock(settings);
+  EXPECT_THAT(Legacy(dock, {"browse", "albums", "Spans"}), HasSubstr("  0  Arches\n"
+                                                                     "  1  Bridges\n"
+                                                                     "  2  Piers\n"));
+}
+
+TEST(IpodctlLegacy, ShowsAndSetsPreferences) {
+  const Dock dock;
+  EXPECT_EQ(Legacy(dock, {"prefs"}),
+            "  video-out           Off\n"
+            "  screen              Fill Entire Screen\n"
+            "  signal              NTSC\n"
+            "  line-out            Disabled\n"
+            "  connection          No Connection\n"
+            "  captions            Off\n"
+            "  aspect              4 by 3\n"
+            "  subtitles           Off\n"
+            "  alternate-audio     Off\n"
+            "  pause-on-removal    off\n");
+  EXPECT_EQ(Legacy(dock, {"prefs", "set", "video-out", "ask"}), "video-out: Ask User\n");
+  EXPECT_EQ(Legacy(dock, {"prefs", "set", "connection", "s-video"}), "connection: S-Video\n");
+  EXPECT_EQ(Legacy(dock, {"prefs", "get", "connection", "--json"}),
+            "{\"connection\":\"S-Video\"}\n");
+  EXPECT_EQ(json::parse(Legacy(dock, {"prefs", "--json"})).at("video-out"), "Ask User");
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, PreferenceThatIsRefusedIsOneSentence) {
+  ipodsim::Settings settings = SettingsOf(Profile::kNano);
+  settings.refused[{0x00, 0x2B}] = ipodsim::AckStatus::kFailed;
+  const Dock dock(settings);
+  ExpectRefused(dock.Ipodctl({"--legacy", "prefs", "set", "video-out", "on"}), 1,
+                "the iPod refused to set video-out to on");
+  ExpectRefused(dock.Ipodctl({"--legacy", "prefs", "set", "aspect", "16:9"}), 1,
+                "the iPod refused to set aspect to 16:9");
+}
+
+TEST(IpodctlLegacy, WorkoutIsWrittenInTheOlderForm) {
+  const Dock dock;
+  const std::string out = Legacy(dock, {"workout", "--equipment", "bike", "--duration", "10",
+                                        "--interval", "5", "--speed", "1000"});
+  EXPECT_THAT(out, AllOf(StartsWith("Workout on bike, 0:10, written to the iPod in 3 intervals\n"
+                                    "Start Workout Good\n"
+                                    "Internval Write Good\n"),
+                         HasSubstr("3 intervals and a summary")));
+  std::string document;
+  dock.server().Inspect([&](const ipodsim::SimulatedIpod& ipod) {
+    document = ipod.feature_files().Read("gym-0001.xml");
+  });
+  EXPECT_THAT(document, StartsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                   "\t<gymData>\n"
+                                   "\t<vers>1</vers>\n"
+                                   "\t<equipmentInfo>\n"
+                                   "\t\t<manufacturerID>ipodcomm</manufacturerID>\n"
+                                   "\t\t<type>Bike</type>\n"
+                                   "\t\t<model>ipodctl</model>\n"
+                                   "\t\t<serialNumber>1</serialNumber>\n"
+                                   "\t\t<gymName></gymName>\n"
+                                   "\t\t<gymLocation></gymLocation>\n"
+                                   "\t</equipmentInfo>\n"
+                                   "\t<userInfo>\n"
+                                   "\t\t<kg>75.000000</kg>\n"
+                                   "\t</userInfo>\n"
+                                   "\t<interval>\n"
+                                   "\t\t<event>start</event>\n"
+                                   "\t\t<sec>0</sec>\n"));
+  EXPECT_THAT(document, AllOf(HasSubstr("\t\t<event>end</event>\n\t\t<sec>10</sec>\n"),
+                              EndsWith("</gymData>")));
+  // All that the program claims to have written, and nothing else, stands before the iPod's own.
+  const std::size_t bytes = document.find("\t<iPodInfo>");
+  ASSERT_LT(bytes, 1000u);
+  EXPECT_THAT(out, HasSubstr(", " + std::to_string(bytes) + " bytes\n"));
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, NamesOfAWorkoutKeepTheirAccents) {
+  const Dock dock;
+  Legacy(dock, {"workout", "--duration", "1", "--speed", "1000", "--model", "Größe 9",
+                "--serial-number", "7"});
+  dock.server().Inspect([&](const ipodsim::SimulatedIpod& ipod) {
+    EXPECT_THAT(ipod.feature_files().Read("gym-0001.xml"),
+                HasSubstr("\t\t<model>Größe 9</model>\n\t\t<serialNumber>7</serialNumber>\n"));
+  });
+}
+
+TEST(IpodctlLegacy, RefusedLineEndsAWorkoutAndTellsWhatIsSaved) {
+  ipodsim::Settings settings = SettingsOf(Profile::kNano);
+  // The header has 14 lines; the second line of the first interval fails.
+  settings.storage.failing_writes[16] = ipodsim::AckStatus::kOutOfResources;
+  const Dock dock(settings);
+  const Ended ended = dock.Ipodctl({"--legacy", "workout", "--duration", "1", "--speed", "1000"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_THAT(ended.err,
+              HasSubstr("the iPod refused the interval at 0:00 ('Error in Ack from Storage Write, "
+                        "value is 2, should be 0'); a new workout file on the iPod holds the "
+                        "header ("));
+}
+
+TEST(IpodctlLegacy, IpodWithoutWorkoutsIsOneSentence) {
+  const Dock dock(SettingsOf(Profile::kClassic));
+  ExpectRefused(dock.Ipodctl({"--legacy", "workout"}), 1,
+                "this iPod does not take workouts from the legacy interface");
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, CommandsItDoesNotHaveAreWrongUsage) {
+  for (const char* command :
+       {"stop", "next", "previous", "shuffle", "repeat", "tour", "userdata"}) {
+    ExpectRefused(Ipodctl({"--legacy", command}), 64,
+                  std::string("the legacy interface has no '") + command +
+                      "', only info, browse, play, pause, now, prefs, workout and selftest; see "
+                      "'ipodctl ");
+  }
+  ExpectRefused(Ipodctl({"--legacy", "seek", "forward"}), 64, "has no 'seek'");
+  ExpectRefused(Ipodctl({"--legacy", "now", "--follow"}), 64,
+                "--follow does not go with the legacy interface");
+  ExpectRefused(Ipodctl({"--legacy", "now", "--for", "3"}), 64, "--follow does not go");
+  ExpectRefused(Ipodctl({"--legacy", "info", "--no-idps"}), 64, "--no-idps does not go");
+  ExpectRefused(Ipodctl({"--legacy", "info", "--model", "X"}), 64, "--model does not go");
+  ExpectRefused(Ipodctl({"--legacy", "workout", "--equipment", "stepper"}), 64,
+                "the legacy interface writes kilometres, and a stepper counts floors");
+}
+
+TEST(IpodctlLegacy, PortsThatDoNotOpenAreOneSentence) {
+  ExpectRefused(Ipodctl({"--port", "/dev/no-such-dock", "--legacy", "info"}), 2,
+                "cannot open /dev/no-such-dock: there is no such device");
+  ExpectRefused(Ipodctl({"--port", "/dev/null", "--legacy", "info"}), 2,
+                "cannot open /dev/null: it is in use, or does not work as a serial line");
+  const Dock dock;
+  const auto owner = dock.Start({"now", "--follow"});
+  ASSERT_TRUE(owner->WaitForOutput("Stopped\n"));
+  ExpectRefused(dock.Ipodctl({"--legacy", "info"}), 2,
+                "cannot open " + dock.device() + ": it is in use, or");
+  owner->Signal(SIGINT);
+  EXPECT_EQ(owner->Wait().status, 0);
+}
+
+TEST(IpodctlLegacy, SilentIpodIsOneSentence) {
+  Process silent(IPODCTL_PROGRAM, {"--simulated=silent", "--legacy", "browse"});
+  ExpectRefused(silent.Wait(), 3, "no iPod answers on /dev/pts/");
+}
+
+TEST(IpodctlLegacy, RecordsThatAreNotThereAreOneSentence) {
+  const Dock dock;
+  ExpectRefused(dock.Ipodctl({"--legacy", "play", "artists", "Nobody"}), 1,
+                "there is no artist 'Nobody' here");
+  ExpectRefused(dock.Ipodctl({"--legacy", "browse", "albums", "@9"}), 1,
+                "there is no album @9 here, only 4 records");
+}
+
+TEST(IpodctlLegacy, PulledCableIsOneSentence) {
+  const TemporaryFolder folder;
+  const std::string link = folder.path("dock");
+  Process simulator(IPODSIM_PROGRAM, {"--link", link});
+  ASSERT_TRUE(simulator.WaitForOutput(link));
+  Process browser(IPODCTL_PROGRAM, {"--port", link, "--legacy", "browse", "tracks"});
+  ASSERT_TRUE(browser.WaitForOutput("\n     9  "));
+  simulator.Signal(SIGKILL);
+  const Ended cut = browser.Wait();
+  EXPECT_EQ(cut.status, 1);
+  EXPECT_EQ(cut.err, "ipodctl: the iPod on " + link +
+                         " no longer answers; check that it is docked and the cable is plugged "
+                         "in.\n");
+}
+
+TEST(IpodctlLegacy, InterruptIsToldFromSuccess) {
+  ipodsim::Settings settings;
+  settings.library = e2e::NumberedTracks(900);
+  const Dock dock(settings);
+  const auto browser = dock.Start({"--legacy", "browse", "tracks"});
+  ASSERT_TRUE(browser->WaitForOutput("    0  Track 000\n"));
+  browser->Signal(SIGINT);
+  const Ended ended = browser->Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_EQ(ended.err, "ipodctl: interrupted before it was done.\n");
+}
+
+}  // namespace
