@@ -1,40 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Reading a reply with a two-byte command from the port, as text and raw.
-#include <array>
-#include <ostream>
+// Reading a reply with a two-byte command from the port as text: what lands in the buffer, which
+// reply is taken, and what fails.
+#include "extended_reply.h"
 
-#include "support/legacy_test.h"
-#include "support/packets.h"
+#include <ostream>
 
 namespace {
 
+using test::kAcceptingAck;
+using test::kRefusingAck;
 using test::kSecond;
-using test::LegacyTest;
-using test::Units;
+using test::kStatus;
+using test::kUntouched;
+using test::LegacyExtendedReply;
 using ::testing::Each;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr wchar_t kUntouched = 0x7777;
-constexpr const char* kStatus = "FF 55 07 04 00 1D 41 42 43 44 CE";
-constexpr const char* kAcceptingAck = "FF 55 06 04 00 01 00 00 1C D9";
-constexpr const char* kRefusingAck = "FF 55 06 04 00 01 04 00 1C D5";
-constexpr const char* kReadError = "Error reading port, purging rx...\r\n";
-
-class LegacyExtendedReply : public LegacyTest {
- protected:
-  LegacyExtendedReply() { text_.fill(kUntouched); }
-  int Extract(unsigned short command, unsigned char capacity = 20, unsigned char offset = 0) {
-    return ipod_.ExtractDataFromPacketExtended(command, text_.data(), capacity, offset, 0);
-  }
-  std::string Text(std::size_t count) { return Units(text_.data(), count); }
-  void ExpectReadErrorAndPurge() {
-    EXPECT_THAT(TakeDebugOutput(), ElementsAre(kReadError));
-    EXPECT_THAT(world_.TakeCalls().To({"PurgeComm"}).text(), ElementsAre("PurgeComm(port1, 8)"));
-  }
-
-  std::array<wchar_t, 260> text_ = {};
-};
 
 // ---- What lands in the buffer
 
@@ -258,83 +238,6 @@ TEST_F(LegacyExtendedReply, AckWithABadChecksumIsTheEnd) {
   Send(kStatus);
   EXPECT_EQ(Extract(0x1D), 0);
   EXPECT_EQ(Extract(0x1D), 1);
-}
-
-// ---- Raw
-
-class LegacyRawReply : public LegacyExtendedReply {
- protected:
-  LegacyRawReply() { bytes_.fill(0xA5); }
-  int ExtractRaw(unsigned long count) {
-    return ipod_.ExtractDataFromPacketExtendedRaw(0x1D, bytes_.data(), count);
-  }
-  std::string Bytes(std::size_t count) { return test::ToHex(bytes_.data(), count); }
-
-  std::array<unsigned char, 2048> bytes_ = {};
-};
-
-TEST_F(LegacyRawReply, IsCopiedFromItsPayloadOn) {
-  Send("FF 55 0C 04 00 1D 01 02 03 04 05 06 07 08 09 A6");
-  EXPECT_EQ(ExtractRaw(9), 1);
-  EXPECT_EQ(Bytes(10), "01 02 03 04 05 06 07 08 09 A5");
-}
-
-TEST_F(LegacyRawReply, IsCopiedAsFarAsAskedFor) {
-  Send("FF 55 0C 04 00 1D 01 02 03 04 05 06 07 08 09 A6");
-  EXPECT_EQ(ExtractRaw(2), 1);
-  EXPECT_EQ(Bytes(3), "01 02 A5");
-  Send(kStatus);
-  EXPECT_EQ(ExtractRaw(0), 1);
-  EXPECT_EQ(Bytes(3), "01 02 A5");
-}
-
-TEST_F(LegacyRawReply, IsFollowedByItsChecksumAndZeros) {
-  Send(kStatus);
-  EXPECT_EQ(ExtractRaw(8), 1);
-  EXPECT_EQ(Bytes(9), "41 42 43 44 CE 00 00 00 A5");
-}
-
-TEST_F(LegacyRawReply, AskedForBeyondTheFrameBufferIsZeros) {
-  Send(kStatus);
-  EXPECT_EQ(ExtractRaw(2000), 1);
-  EXPECT_EQ(Bytes(5), "41 42 43 44 CE");
-  EXPECT_EQ(bytes_[249], 0);
-  EXPECT_EQ(bytes_[250], 0);
-  EXPECT_EQ(bytes_[1999], 0);
-  EXPECT_EQ(bytes_[2000], 0xA5);
-}
-
-TEST_F(LegacyRawReply, IsTakenWhateverItsLingoAndCommand) {
-  Send("FF 55 05 09 00 1D 41 42 52");
-  EXPECT_EQ(ExtractRaw(2), 1);
-  EXPECT_EQ(Bytes(2), "41 42");
-  Send(kAcceptingAck);
-  EXPECT_EQ(ipod_.ExtractDataFromPacketExtendedRaw(0xFFFF, bytes_.data(), 3), 1);
-  EXPECT_EQ(Bytes(3), "00 00 1C");
-}
-
-TEST_F(LegacyRawReply, WithoutABufferIsTakenAndCopiedNowhere) {
-  Send(kStatus);
-  EXPECT_EQ(ipod_.ExtractDataFromPacketExtendedRaw(0x1D, nullptr, 9), 1);
-}
-
-TEST_F(LegacyRawReply, WithABadChecksumFailsSilentlyAndCopiesNothing) {
-  world_.Record({"PurgeComm"});
-  Send("FF 55 07 04 00 1D 41 42 43 44 00");
-  EXPECT_EQ(ExtractRaw(4), 0);
-  EXPECT_THAT(bytes_, Each(0xA5));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
-}
-
-TEST_F(LegacyRawReply, OfFewerThanSevenBytesIsToldAndPurged) {
-  world_.Record({"PurgeComm"});
-  Send("FF 55 02 00 02 FC");
-  EXPECT_EQ(ExtractRaw(4), 0);
-  ExpectReadErrorAndPurge();
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ExtractRaw(4), 0); }), 3 * kSecond);
-  ExpectReadErrorAndPurge();
-  EXPECT_THAT(bytes_, Each(0xA5));
 }
 
 }  // namespace
