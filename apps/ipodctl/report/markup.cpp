@@ -95,6 +95,8 @@ std::string Short(double number, int decimals) {
   return text;
 }
 
-std::string ClockText(double seconds) { return Clock(static_cast<std::uint64_t>(seconds + 0.5)); }
+std::string ClockText(double seconds) {
+  return Clock(static_cast<std::uint64_t>(std::llround(seconds)));
+}
 
 }  // namespace ipodctl

@@ -19,7 +19,7 @@ namespace ipodctl {
 
 namespace {
 
-constexpr std::size_t kPiece = 64 * 1024;
+constexpr std::size_t kPiece = 1 << 16;  // bytes
 
 class Reader {
  public:
