@@ -27,6 +27,7 @@ struct Failure {
   const char* answer;
   const char* detail;
 };
+void PrintTo(const Failure& row, std::ostream* out) { *out << row.name; }
 
 class SelfTestFailure : public SelfTestTest, public ::testing::WithParamInterface<Failure> {};
 
@@ -122,6 +123,7 @@ struct Unsent {
   unsigned write;  // two for each request before
   const char* detail;
 };
+void PrintTo(const Unsent& row, std::ostream* out) { *out << row.name; }
 
 class UnsentRequest : public SelfTestTest, public ::testing::WithParamInterface<Unsent> {};
 

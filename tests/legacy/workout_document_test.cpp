@@ -99,6 +99,7 @@ struct Code {
   unsigned char code;
   const char* line;
 };
+void PrintTo(const Code& row, std::ostream* out) { *out << row.name; }
 
 class EquipmentCodes : public WorkoutTest, public ::testing::WithParamInterface<Code> {};
 

@@ -41,6 +41,7 @@ struct Caps {
   const char* reply;
   bool supported;
 };
+void PrintTo(const Caps& row, std::ostream* out) { *out << row.name; }
 
 class SportsCaps : public SportsSupport, public ::testing::WithParamInterface<Caps> {};
 

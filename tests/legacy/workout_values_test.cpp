@@ -32,6 +32,7 @@ struct Number {
   float value;
   const char* text;
 };
+void PrintTo(const Number& row, std::ostream* out) { *out << row.name; }
 
 class FloatValues : public WorkoutTest, public ::testing::WithParamInterface<Number> {};
 
