@@ -55,6 +55,9 @@ TEST(ChartPlan, LeavesOutWhatWasNotMeasured) {
   const Chart chart = ChartOf(Document(IntervalAt(5, "<bpm>100</bpm>")));
   ASSERT_EQ(chart.panels.size(), 1U);
   EXPECT_EQ(chart.panels[0].title, "Heart rate");
+  const std::string timeless = "<interval><bpm>90</bpm><km>1</km><pace>300</pace></interval>";
+  EXPECT_TRUE(ChartOf(Document(timeless)).panels.empty());
+  EXPECT_TRUE(ChartOf(Document("<interval><rpm>90</rpm></interval>")).panels.empty());
 }
 
 TEST(ChartPlan, NamesStepsRevolutionsAndFloors) {

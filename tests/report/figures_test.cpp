@@ -41,10 +41,9 @@ TEST(WorkoutFigures, AreThoseOfTheSummary) {
   ExpectFigure(figures.seconds, 240, false);
   ExpectFigure(figures.kcal, 31.25, false);
   ExpectFigure(figures.km, 0.61, false);
-  ExpectFigure(figures.speed, 305, false);
+  ExpectFigure(figures.pace, 305, false);
   ExpectFigure(figures.bpm, 131, false);
-  EXPECT_FALSE(figures.floors.value);
-  EXPECT_EQ(figures.speed_kind, SpeedKind::kPace);
+  EXPECT_FALSE(figures.floors.value || figures.spm.value || figures.rpm.value);
   EXPECT_EQ(figures.highest_bpm, 150.0);
   EXPECT_EQ(figures.paused_seconds, 60.0);
 }
@@ -55,7 +54,7 @@ TEST(WorkoutFigures, AreComputedWhereThereIsNoSummary) {
   ExpectFigure(figures.seconds, 240, true);
   ExpectFigure(figures.kcal, 31.25, true);
   ExpectFigure(figures.km, 0.6, true);
-  ExpectFigure(figures.speed, 300, true);  // 240 seconds, 60 of them paused, for 0.6 km
+  ExpectFigure(figures.pace, 300, true);   // 240 seconds, 60 of them paused, for 0.6 km
   ExpectFigure(figures.bpm, 127.5, true);  // of 120, 150, 100 and 140
 }
 
@@ -65,36 +64,44 @@ TEST(WorkoutFigures, AreComputedWhereTheSummaryIsSilent) {
                 "<workoutSummary><sec>5</sec></workoutSummary>");
   ExpectFigure(figures.seconds, 5, false);
   ExpectFigure(figures.bpm, 90, true);
-  ExpectFigure(figures.speed, 65, true);
-  EXPECT_EQ(figures.speed_kind, SpeedKind::kRpm);
+  ExpectFigure(figures.rpm, 65, true);
+  EXPECT_FALSE(figures.pace.value);
 }
 
 TEST(WorkoutFigures, OfNothingAreNone) {
   const WorkoutFigures figures = FiguresIn("");
-  for (const Figure& figure :
-       {figures.seconds, figures.kcal, figures.km, figures.floors, figures.speed, figures.bpm}) {
+  for (const Figure& figure : {figures.seconds, figures.kcal, figures.km, figures.floors,
+                               figures.pace, figures.spm, figures.rpm, figures.bpm}) {
     EXPECT_FALSE(figure.value);
     EXPECT_FALSE(figure.computed);
   }
   EXPECT_FALSE(figures.highest_bpm);
 }
 
-TEST(WorkoutFigures, TakeTheSummarysSpeedForWhatTheIntervalsMeasure) {
+TEST(WorkoutFigures, HaveTheSummarysSpeedBesideAnotherOfTheIntervals) {
   const WorkoutFigures bike = FiguresIn(IntervalAt(1, "<km>1</km><rpm>80</rpm>") +
-                                        "<workoutSummary><pace>78</pace></workoutSummary>");
-  EXPECT_EQ(bike.speed_kind, SpeedKind::kRpm);
-  ExpectFigure(bike.speed, 78, false);
-  const WorkoutFigures alone = FiguresIn("<workoutSummary><spm>50</spm></workoutSummary>");
-  EXPECT_EQ(alone.speed_kind, SpeedKind::kSpm);
-  ExpectFigure(alone.speed, 50, false);
+                                        "<workoutSummary><pace>143</pace></workoutSummary>");
+  ExpectFigure(bike.pace, 143, false);
+  ExpectFigure(bike.rpm, 80, true);
 }
 
 TEST(WorkoutFigures, HaveNoPaceWhereNothingMoved) {
-  EXPECT_FALSE(FiguresIn(IntervalAt(60, "<km>0.00</km>")).speed.value);
-  const WorkoutFigures no_distance = FiguresIn(IntervalAt(60, "<pace>300</pace>"));
-  ExpectFigure(no_distance.speed, 300, true);
-  const WorkoutFigures no_time = FiguresIn("<interval><km>1.0</km><pace>310</pace></interval>");
-  ExpectFigure(no_time.speed, 310, true);
+  EXPECT_FALSE(FiguresIn(IntervalAt(60, "<km>0.00</km>")).pace.value);
+  ExpectFigure(FiguresIn(IntervalAt(60, "<pace>300</pace>")).pace, 300, true);
+  ExpectFigure(FiguresIn(IntervalAt(60, "<km>0.00</km><pace>300</pace>")).pace, 300, true);
+  ExpectFigure(FiguresIn("<interval><km>1.0</km><pace>310</pace></interval>").pace, 310, true);
+}
+
+TEST(WorkoutFigures, FindTheKindOfSpeedThatMostIntervalsHave) {
+  const auto kind = [](const std::string& elements) {
+    return SpeedKindOf(ParseWorkoutDocument(Document(elements)));
+  };
+  EXPECT_EQ(kind("<workoutSummary><pace>300</pace></workoutSummary>"), SpeedKind::kNone);
+  EXPECT_EQ(kind(IntervalAt(1, "<pace>300</pace>")), SpeedKind::kPace);
+  EXPECT_EQ(kind(IntervalAt(1, "<spm>50</spm>")), SpeedKind::kSpm);
+  EXPECT_EQ(kind(IntervalAt(1, "<spm>50</spm>") + IntervalAt(2, "<rpm>50</rpm>") +
+                 IntervalAt(3, "<rpm>50</rpm>")),
+            SpeedKind::kRpm);
 }
 
 TEST(WorkoutFigures, FindTheKindOfDistance) {

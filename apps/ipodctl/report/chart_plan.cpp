@@ -64,35 +64,37 @@ void ScalePace(const Range& range, Panel* panel) {
   panel->cut_off = range.high > panel->scale.high;
 }
 
-void AddSpeed(const WorkoutDocument& document, const WorkoutFigures& figures, Chart* chart) {
-  Panel panel = {"speed", "Pace", "min/km", {}, {}, {}, {}};
-  switch (figures.speed_kind) {
-    case SpeedKind::kNone:
-      return;
-    case SpeedKind::kPace:
-      panel.course = CourseOf(document, &Readings::pace);
-      break;
-    case SpeedKind::kSpm:
-      panel.title = "Steps";
-      panel.unit = "per minute";
-      panel.course = CourseOf(document, &Readings::spm);
-      break;
-    case SpeedKind::kRpm:
-      panel.title = "Revolutions";
-      panel.unit = "per minute";
-      panel.course = CourseOf(document, &Readings::rpm);
-      break;
-  }
+void AddPace(const WorkoutDocument& document, const WorkoutFigures& figures, Chart* chart) {
+  Panel panel = {"speed", "Pace", "min/km", {}, {}, CourseOf(document, &Readings::pace), {}};
   if (panel.course.empty()) return;
   const Range range = RangeOf(panel.course);
-  if (figures.speed_kind == SpeedKind::kPace) {
-    ScalePace(range, &panel);
-  } else {
-    panel.scale = NumberScale(range.low, range.high, kMostTicks, 5);
-  }
-  panel.detail = Average(figures.speed, panel.clock);
+  ScalePace(range, &panel);
+  panel.detail = Average(figures.pace, true);
   panel.summary = Between(panel, range);
   chart->panels.push_back(std::move(panel));
+}
+
+void AddRate(const char* title, std::vector<Sample> course, const Figure& average, Chart* chart) {
+  Panel panel = {"speed", title, "per minute", {}, {}, std::move(course), {}};
+  if (panel.course.empty()) return;
+  const Range range = RangeOf(panel.course);
+  panel.scale = NumberScale(range.low, range.high, kMostTicks, 5);
+  panel.detail = Average(average, false);
+  panel.summary = Between(panel, range);
+  chart->panels.push_back(std::move(panel));
+}
+
+void AddSpeed(const WorkoutDocument& document, const WorkoutFigures& figures, Chart* chart) {
+  switch (SpeedKindOf(document)) {
+    case SpeedKind::kPace:
+      return AddPace(document, figures, chart);
+    case SpeedKind::kSpm:
+      return AddRate("Steps", CourseOf(document, &Readings::spm), figures.spm, chart);
+    case SpeedKind::kRpm:
+      return AddRate("Revolutions", CourseOf(document, &Readings::rpm), figures.rpm, chart);
+    case SpeedKind::kNone:
+      return;
+  }
 }
 
 void AddDistance(const WorkoutDocument& document, const WorkoutFigures& figures, Chart* chart) {

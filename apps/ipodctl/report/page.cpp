@@ -27,7 +27,7 @@ class Page {
   void AddSummary();
   void AddFigure(const std::string& label, const Figure& figure, const std::string& value,
                  const std::string& unit, const std::string& more = {});
-  void AddSpeed();
+  void AddSpeeds();
   void AddChart();
   void AddEquipment();
   std::string Title() const;
@@ -101,22 +101,15 @@ void Page::AddFigure(const std::string& label, const Figure& figure, const std::
   html_ += "</td></tr>\n";
 }
 
-void Page::AddSpeed() {
-  if (!figures_.speed.value) return;
-  const double speed = *figures_.speed.value;
-  switch (figures_.speed_kind) {
-    case SpeedKind::kPace:
-      AddFigure("Pace", figures_.speed, ClockText(speed), "min/km", "average");
-      break;
-    case SpeedKind::kSpm:
-      AddFigure("Steps", figures_.speed, Short(speed, 0), "per minute", "average");
-      break;
-    case SpeedKind::kRpm:
-      AddFigure("Revolutions", figures_.speed, Short(speed, 0), "per minute", "average");
-      break;
-    case SpeedKind::kNone:
-      break;
+void Page::AddSpeeds() {
+  if (figures_.pace.value) {
+    AddFigure("Pace", figures_.pace, ClockText(*figures_.pace.value), "min/km", "average");
   }
+  const auto add_rate = [this](const char* label, const Figure& rate) {
+    if (rate.value) AddFigure(label, rate, Short(*rate.value, 0), "per minute", "average");
+  };
+  add_rate("Steps", figures_.spm);
+  add_rate("Revolutions", figures_.rpm);
 }
 
 void Page::AddSummary() {
@@ -138,7 +131,7 @@ void Page::AddSummary() {
   if (figures_.kcal.value) {
     AddFigure("Energy", figures_.kcal, Short(*figures_.kcal.value, 0), "kcal");
   }
-  AddSpeed();
+  AddSpeeds();
   if (figures_.bpm.value) {
     const std::string highest =
         figures_.highest_bpm ? ", highest " + Short(*figures_.highest_bpm, 0) : "";

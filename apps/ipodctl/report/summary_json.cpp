@@ -10,11 +10,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-const char* SpeedName(SpeedKind kind) {
-  if (kind == SpeedKind::kSpm) return "spm";
-  return kind == SpeedKind::kRpm ? "rpm" : "pace";
-}
-
 void AddText(const char* name, const std::string& text, Json* json) {
   if (!text.empty()) (*json)[name] = text;
 }
@@ -52,7 +47,9 @@ Json SummaryJson(const WorkoutDocument& document, const WorkoutFigures& figures)
   add("kcal", figures.kcal);
   add("km", figures.km);
   add("floors", figures.floors);
-  add(SpeedName(figures.speed_kind), figures.speed);
+  add("pace", figures.pace);
+  add("spm", figures.spm);
+  add("rpm", figures.rpm);
   add("bpm", figures.bpm);
   if (figures.highest_bpm) json["highest_bpm"] = *figures.highest_bpm;
   json["paused_seconds"] = figures.paused_seconds;

@@ -49,29 +49,12 @@ Figure StatedOr(const WorkoutDocument& document, Reading reading,
   return {computed, computed.has_value()};
 }
 
-Reading ReadingOf(SpeedKind kind) {
-  if (kind == SpeedKind::kSpm) return &Readings::spm;
-  return kind == SpeedKind::kRpm ? &Readings::rpm : &Readings::pace;
-}
-
-std::optional<double> AverageSpeed(const WorkoutDocument& document, const WorkoutFigures& figures) {
-  if (figures.speed_kind == SpeedKind::kNone) return std::nullopt;
-  const bool moved = figures.km.value && *figures.km.value > 0 && figures.seconds.value;
-  if (figures.speed_kind != SpeedKind::kPace || !moved) {
-    return Mean(document, ReadingOf(figures.speed_kind));
-  }
+/// From the distance, which pauses and uneven intervals do not falsify; else the mean.
+std::optional<double> AveragePace(const WorkoutDocument& document, const WorkoutFigures& figures) {
+  const std::optional<double> mean = Mean(document, &Readings::pace);
+  if (!mean || !figures.seconds.value || !figures.km.value || *figures.km.value <= 0) return mean;
   const double moving = *figures.seconds.value - figures.paused_seconds;
-  return moving > 0 ? std::optional<double>(moving / *figures.km.value) : std::nullopt;
-}
-
-// The summary names its speed by the kind of distance, whatever the console measures: a bike's
-// revolutions stand there as <pace>. So the intervals decide what the number is.
-Figure Speed(const WorkoutDocument& document, const WorkoutFigures& figures) {
-  for (const Reading reading : {&Readings::pace, &Readings::spm, &Readings::rpm}) {
-    if (Summarised(document, reading)) return {*document.summary.*reading, false};
-  }
-  const std::optional<double> average = AverageSpeed(document, figures);
-  return {average, average.has_value()};
+  return moving > 0 ? moving / *figures.km.value : mean;
 }
 
 }  // namespace
@@ -88,9 +71,6 @@ SpeedKind SpeedKindOf(const WorkoutDocument& document) {
       most = count;
       found = kind;
     }
-  }
-  for (const auto& [kind, reading] : kinds) {
-    if (found == SpeedKind::kNone && Summarised(document, reading)) found = kind;
   }
   return found;
 }
@@ -153,9 +133,13 @@ WorkoutFigures FiguresOf(const WorkoutDocument& document) {
   figures.km = total(&Readings::km);
   figures.floors = total(&Readings::floors);
   for (const Pause& pause : PausesOf(document)) figures.paused_seconds += pause.to - pause.from;
-  figures.speed_kind = SpeedKindOf(document);
-  figures.speed = Speed(document, figures);
-  figures.bpm = StatedOr(document, &Readings::bpm, Mean(document, &Readings::bpm));
+  figures.pace = StatedOr(document, &Readings::pace, AveragePace(document, figures));
+  const auto average = [&document](Reading reading) {
+    return StatedOr(document, reading, Mean(document, reading));
+  };
+  figures.spm = average(&Readings::spm);
+  figures.rpm = average(&Readings::rpm);
+  figures.bpm = average(&Readings::bpm);
   figures.highest_bpm = Largest(document, &Readings::bpm);
   return figures;
 }

@@ -36,8 +36,9 @@ struct WorkoutFigures {
   Figure kcal;
   Figure km;
   Figure floors;
-  SpeedKind speed_kind = SpeedKind::kNone;
-  Figure speed;  // in the unit of its kind
+  Figure pace;  // averages, as the one below
+  Figure spm;
+  Figure rpm;
   Figure bpm;
   std::optional<double> highest_bpm;
   double paused_seconds = 0;
@@ -52,7 +53,8 @@ std::vector<Pause> PausesOf(const WorkoutDocument& document);
 std::vector<Sample> CourseOf(const WorkoutDocument& document,
                              std::optional<double> Readings::*reading);
 
-/// What the intervals measure, by what most of them hold; by the summary where there are none.
+/// What most of the intervals measure. The summary may tell another kind of speed: it names its own
+/// by the kind of distance.
 SpeedKind SpeedKindOf(const WorkoutDocument& document);
 DistanceKind DistanceKindOf(const WorkoutDocument& document);
 
