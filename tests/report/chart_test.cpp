@@ -89,7 +89,7 @@ TEST(ChartPicture, ScalesWithItsPage) {
 // Heart rate on 100 to 150 in tens, pace on 5:00 to 5:20 in fives, distance on 0 to 0.6 in tenths.
 TEST(ChartPicture, DrawsEachCourseToScale) {
   const std::string picture = Drawn(report::kRun);
-  EXPECT_THAT(picture, HasSubstr("<path class=\"line heart\" d=\"M71 86L96 26L121 126L146 46\"/>"));
+  EXPECT_THAT(picture, HasSubstr("<path class=\"line heart\" d=\"M71 86L96 26M121 126L146 46\"/>"));
   EXPECT_THAT(picture, HasSubstr("<path class=\"line speed\" d=\"M71 172L96 272M146 222h0\"/>"));
   EXPECT_THAT(picture, HasSubstr("<path class=\"line distance\" "
                                  "d=\"M46 418L71 384.7L96 351.3L121 351.3L146 318\"/>"));

@@ -146,7 +146,8 @@ TEST(Pauses, NeverLastANegativeTime) {
 }
 
 TEST(Course, BreaksWhereReadingsAreMissing) {
-  const std::vector<Sample> course = CourseOf(ParseWorkoutDocument(report::kRun), &Readings::pace);
+  const std::vector<Sample> course =
+      CourseOf(ParseWorkoutDocument(report::kRun), &Readings::pace, AcrossPauses::kGoesOn);
   ASSERT_EQ(course.size(), 3U);
   EXPECT_EQ(course[0].seconds, 60);
   EXPECT_EQ(course[0].value, 300);
@@ -157,11 +158,28 @@ TEST(Course, BreaksWhereReadingsAreMissing) {
   EXPECT_TRUE(course[2].starts_anew);
 }
 
+TEST(Course, BreaksAcrossAPauseOfWhichNothingIsKnown) {
+  const auto starts = [](const std::string& elements, AcrossPauses across) {
+    std::string text;
+    const WorkoutDocument document = ParseWorkoutDocument(Document(elements));
+    for (const Sample& sample : CourseOf(document, &Readings::bpm, across)) {
+      text += sample.starts_anew ? 'M' : 'L';
+    }
+    return text;
+  };
+  const std::string before = IntervalAt(1, "<bpm>9</bpm>") + IntervalAt(2, "<bpm>9</bpm>", "pause");
+  const std::string after = IntervalAt(8, "<bpm>9</bpm>", "resume") + IntervalAt(9, "<bpm>9</bpm>");
+  EXPECT_EQ(starts(before + after, AcrossPauses::kBreaks), "MLML");
+  EXPECT_EQ(starts(before + after, AcrossPauses::kGoesOn), "MLLL");
+  const std::string between = IntervalAt(5, "<bpm>9</bpm>", "continue");
+  EXPECT_EQ(starts(before + between + after, AcrossPauses::kBreaks), "MLLLL");
+}
+
 TEST(Course, RunsInTheOrderOfTime) {
   const WorkoutDocument document = ParseWorkoutDocument(
       Document(IntervalAt(20, "<km>2</km>") + IntervalAt(10, "<km>1</km>") +
                "<interval><km>9</km></interval>" + IntervalAt(30, "<km>3</km>")));
-  const std::vector<Sample> course = CourseOf(document, &Readings::km);
+  const std::vector<Sample> course = CourseOf(document, &Readings::km, AcrossPauses::kGoesOn);
   ASSERT_EQ(course.size(), 3U);
   EXPECT_EQ(course[0].value, 1);
   EXPECT_EQ(course[1].value, 2);

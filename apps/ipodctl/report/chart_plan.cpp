@@ -46,7 +46,9 @@ std::string Average(const Figure& figure, bool clock) {
 }
 
 void AddHeartRate(const WorkoutDocument& document, const WorkoutFigures& figures, Chart* chart) {
-  Panel panel = {"heart", "Heart rate", "bpm", {}, {}, CourseOf(document, &Readings::bpm), {}};
+  Panel panel = {"heart", "Heart rate", "bpm",
+                 {},      {},           CourseOf(document, &Readings::bpm, AcrossPauses::kBreaks),
+                 {}};
   if (panel.course.empty()) return;
   const Range range = RangeOf(panel.course);
   panel.scale = NumberScale(range.low, range.high, kMostTicks, 5);
@@ -65,7 +67,9 @@ void ScalePace(const Range& range, Panel* panel) {
 }
 
 void AddPace(const WorkoutDocument& document, const WorkoutFigures& figures, Chart* chart) {
-  Panel panel = {"speed", "Pace", "min/km", {}, {}, CourseOf(document, &Readings::pace), {}};
+  Panel panel = {"speed", "Pace", "min/km",
+                 {},      {},     CourseOf(document, &Readings::pace, AcrossPauses::kBreaks),
+                 {}};
   if (panel.course.empty()) return;
   const Range range = RangeOf(panel.course);
   ScalePace(range, &panel);
@@ -89,9 +93,11 @@ void AddSpeed(const WorkoutDocument& document, const WorkoutFigures& figures, Ch
     case SpeedKind::kPace:
       return AddPace(document, figures, chart);
     case SpeedKind::kSpm:
-      return AddRate("Steps", CourseOf(document, &Readings::spm), figures.spm, chart);
+      return AddRate("Steps", CourseOf(document, &Readings::spm, AcrossPauses::kBreaks),
+                     figures.spm, chart);
     case SpeedKind::kRpm:
-      return AddRate("Revolutions", CourseOf(document, &Readings::rpm), figures.rpm, chart);
+      return AddRate("Revolutions", CourseOf(document, &Readings::rpm, AcrossPauses::kBreaks),
+                     figures.rpm, chart);
     case SpeedKind::kNone:
       return;
   }
@@ -107,7 +113,8 @@ void AddDistance(const WorkoutDocument& document, const WorkoutFigures& figures,
     panel.unit = "floors";
     panel.decimals = 1;
   }
-  panel.course = CourseOf(document, floors ? &Readings::floors : &Readings::km);
+  panel.course =
+      CourseOf(document, floors ? &Readings::floors : &Readings::km, AcrossPauses::kGoesOn);
   if (panel.course.empty()) return;
   const Range range = RangeOf(panel.course);
   panel.scale = NumberScale(0, range.high, kMostTicks, floors ? 1 : 0.05);

@@ -38,7 +38,7 @@ table { width: 100%; border-collapse: collapse; }
 th, td { padding: 0; text-align: left; font-weight: inherit; overflow-wrap: anywhere; }
 th { color: var(--soft); font-size: 0.9rem; }
 .summary tbody {
-  display: grid; gap: 1.25rem 1rem; grid-template-columns: repeat(auto-fit, minmax(8.2rem, 1fr));
+  display: grid; gap: 1.25rem 1rem; grid-template-columns: repeat(auto-fit, minmax(7.1rem, 1fr));
 }
 .summary tr { display: block; }
 .summary th, .summary td { display: block; }

@@ -103,13 +103,17 @@ std::vector<Pause> PausesOf(const WorkoutDocument& document) {
   return pauses;
 }
 
-std::vector<Sample> CourseOf(const WorkoutDocument& document, Reading reading) {
+std::vector<Sample> CourseOf(const WorkoutDocument& document, Reading reading,
+                             AcrossPauses across) {
   std::vector<Sample> course;
   bool missing = true;
+  bool after_pause = false;
   for (const Interval& interval : document.intervals) {
     const std::optional<double>& seconds = interval.readings.seconds;
     const std::optional<double>& value = interval.readings.*reading;
     if (!seconds) continue;
+    if (after_pause && interval.event == WorkoutEvent::kResume) missing = true;
+    after_pause = across == AcrossPauses::kBreaks && interval.event == WorkoutEvent::kPause;
     if (value) course.push_back({*seconds, *value, missing});
     missing = !value;
   }

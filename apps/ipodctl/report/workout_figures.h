@@ -49,9 +49,15 @@ WorkoutFigures FiguresOf(const WorkoutDocument& document);
 /// From each pause to what ends it: a resume, the end, or the last interval.
 std::vector<Pause> PausesOf(const WorkoutDocument& document);
 
+/// How a course gets from a pause to the resume that follows it without a reading between.
+enum class AcrossPauses {
+  kBreaks,  // nobody knows what the heart did
+  kGoesOn,  // a distance stays what it was
+};
+
 /// The reading in the order of time, from the intervals that tell their time.
 std::vector<Sample> CourseOf(const WorkoutDocument& document,
-                             std::optional<double> Readings::*reading);
+                             std::optional<double> Readings::*reading, AcrossPauses across);
 
 /// What most of the intervals measure. The summary may tell another kind of speed: it names its own
 /// by the kind of distance.
