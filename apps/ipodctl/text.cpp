@@ -139,7 +139,7 @@ std::string Grouped(std::uint64_t number) {
   return text;
 }
 
-std::string Counted(unsigned long count, const std::string& noun) {
+std::string Counted(std::uint64_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 

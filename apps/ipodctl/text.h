@@ -22,7 +22,7 @@ std::string Clock(std::uint64_t seconds);
 /// "1,234,567".
 std::string Grouped(std::uint64_t number);
 /// "1 track", "2 tracks". @param noun singular, with a regular plural
-std::string Counted(unsigned long count, const std::string& noun);
+std::string Counted(std::uint64_t count, const std::string& noun);
 /// `text` filled up with spaces to `width` bytes (for ASCII).
 std::string Padded(std::string text, std::size_t width);
 
