@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // ipod: the regression self-test of a service screen, a step per call. Each action's text is shown
 // before the action, and a step ends at the first action that fails, so the text names it.
-#include <cwchar>
-
 #include "ipodcomm/ipod.h"
 #include "legacy/reply_text.h"
 #include "platform/services.h"
@@ -91,7 +89,7 @@ int PlayTrack(ipod& docked, const Screen& screen, const TrackTexts& texts, unsig
   screen.ShowAction(L"Get Indexed Playing Track Title");
   if (docked.getindexedplayingtracktitle(playing) == 0) return 0;
   screen.ShowAction(texts.compare);
-  return std::wcscmp(playing, name) == 0 ? 1 : 0;
+  return lstrcmpW(playing, name) == 0 ? 1 : 0;
 }
 
 int SelectTracks(ipod& docked, const Screen& screen) {

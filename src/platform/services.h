@@ -256,6 +256,9 @@ int wsprintfW(wchar_t* destination, const wchar_t* format, ...);
 /// Copies and formats into `capacity` characters, always terminated. 0, or 0x8007007A when cut.
 HRESULT StringCchCopyW(wchar_t* destination, std::size_t capacity, const wchar_t* source);
 HRESULT StringCchPrintfW(wchar_t* destination, std::size_t capacity, const wchar_t* format, ...);
+/// Compares two texts, telling capital from small letters. 0 when they are equal; the sign of any
+/// other result is not relied on, for Windows sorts as its user's language does.
+int lstrcmpW(const wchar_t* left, const wchar_t* right);
 /// The system's text for an error code; only FORMAT_MESSAGE_FROM_SYSTEM is asked for. Returns the
 /// characters written without the terminator, 0 for an unknown code.
 DWORD FormatMessageW(DWORD flags, const void* source, DWORD message, DWORD language,

@@ -160,6 +160,14 @@ TEST_F(Text, PrintsAreCutAndTerminated) {
   EXPECT_EQ(buffer[4], L'x');
 }
 
+TEST_F(Text, ComparisonTellsCapitalFromSmallLetters) {
+  EXPECT_EQ(lstrcmpW(L"Track 1", L"Track 1"), 0);
+  EXPECT_NE(lstrcmpW(L"Track 1", L"track 1"), 0);
+  EXPECT_NE(lstrcmpW(L"Track 1", L"Track 10"), 0);
+  EXPECT_NE(lstrcmpW(L"Track 1", L""), 0);
+  EXPECT_EQ(lstrcmpW(L"Zo\u00EB", L"Zo\u00EB"), 0);
+}
+
 TEST_F(Text, TheSystemHasATextForItsCodes) {
   wchar_t buffer[256];
   for (const DWORD code : {2U, 5U, 6U, 31U, 87U, 122U, 995U}) {

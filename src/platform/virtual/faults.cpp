@@ -16,6 +16,7 @@ bool CanFail(ServiceId service) {
     case ServiceId::kDeleteCriticalSection:
     case ServiceId::kSleep:
     case ServiceId::kGetTickCount:
+    case ServiceId::klstrcmpW:
     case ServiceId::kNKDbgPrintfW:
       return false;
     default:

@@ -53,6 +53,7 @@ namespace ipodcomm::virtual_platform {
   X(wsprintfW)                       \
   X(StringCchCopyW)                  \
   X(StringCchPrintfW)                \
+  X(lstrcmpW)                        \
   X(FormatMessageW)                  \
   X(NKDbgPrintfW)
 // clang-format on

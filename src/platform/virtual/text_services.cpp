@@ -99,6 +99,13 @@ HRESULT StringCchPrintfW(wchar_t* destination, std::size_t capacity, const wchar
   return Result(call, CopyCut(destination, capacity, text) < text.size() ? kCut : 0);
 }
 
+int lstrcmpW(const wchar_t* left, const wchar_t* right) {
+  Service call(ServiceId::klstrcmpW, ServiceKind::kAnywhere);
+  call.Arguments([&] { return List({Quoted(left), Quoted(right)}); });
+  const int order = std::wcscmp(left, right);
+  return call.Returns(order, [&] { return std::to_string(order); });
+}
+
 DWORD FormatMessageW(DWORD flags, const void* source, DWORD message, DWORD language,
                      wchar_t* destination, DWORD capacity, std::va_list* arguments) {
   Service call(ServiceId::kFormatMessageW, ServiceKind::kAnywhere);
