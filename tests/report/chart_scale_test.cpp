@@ -98,6 +98,14 @@ TEST(Thinned, KeepsFirstAndLast) {
   EXPECT_EQ(kept.back().seconds, 999);
 }
 
+TEST(Thinned, LosesGapsThinnerThanAColumn) {
+  const std::vector<Sample> kept =
+      Thinned({{0, 5, true}, {1, 9, true}, {2, 1, true}, {3, 4, true}, {90, 7, true}}, 100, 10);
+  ASSERT_EQ(kept.size(), 5U);
+  const bool starts[] = {true, false, false, false, true};
+  for (std::size_t i = 0; i < 5; ++i) EXPECT_EQ(kept[i].starts_anew, starts[i]) << i;
+}
+
 TEST(Thinned, StaysSmallWhereEverySecondReadingIsMissing) {
   std::vector<Sample> course;
   for (int i = 0; i < 100000; ++i) course.push_back({static_cast<double>(i), 1, true});

@@ -138,6 +138,12 @@ TEST(Pauses, AreOnePauseWhenAskedForTwice) {
   EXPECT_EQ(PausesIn(IntervalAt(20, "", "resume")), Pauses());
 }
 
+TEST(Pauses, AreInTheOrderOfTime) {
+  EXPECT_EQ(PausesIn(IntervalAt(50, "", "pause") + IntervalAt(60, "", "resume") +
+                     IntervalAt(10, "", "pause") + IntervalAt(20, "", "resume")),
+            (Pauses{{10, 20}, {50, 60}}));
+}
+
 TEST(Pauses, NeverLastANegativeTime) {
   EXPECT_EQ(PausesIn(IntervalAt(50, "", "pause") + IntervalAt(20, "", "resume")),
             (Pauses{{50, 50}}));

@@ -78,16 +78,13 @@ void Drawing::Describe() {
 
 // Pauses that would nearly touch are drawn as one.
 void Drawing::DrawPauses(double top) {
-  double drawn_to = -1;
   for (std::size_t i = 0; i < chart_.pauses.size(); ++i) {
     const double from = X(chart_.pauses[i].from);
     double to = std::max(X(chart_.pauses[i].to), from + kThinnestPause);
-    if (to <= drawn_to) continue;
     while (i + 1 < chart_.pauses.size() && X(chart_.pauses[i + 1].from) <= to + kThinnestGap) {
       ++i;
       to = std::max({to, X(chart_.pauses[i].to), X(chart_.pauses[i].from) + kThinnestPause});
     }
-    drawn_to = to;
     svg_ += "<rect class=\"pause\" x=\"" + Px(from) + "\" y=\"" + Px(top) + "\" width=\"" +
             Px(to - from) + "\" height=\"" + Px(shape_.panel_height) + "\"/>\n";
   }

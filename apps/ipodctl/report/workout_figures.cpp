@@ -100,6 +100,8 @@ std::vector<Pause> PausesOf(const WorkoutDocument& document) {
       paused = false;
     }
   }
+  std::stable_sort(pauses.begin(), pauses.end(),
+                   [](const Pause& left, const Pause& right) { return left.from < right.from; });
   return pauses;
 }
 

@@ -46,7 +46,7 @@ struct WorkoutFigures {
 
 WorkoutFigures FiguresOf(const WorkoutDocument& document);
 
-/// From each pause to what ends it: a resume, the end, or the last interval.
+/// From each pause to what ends it (a resume, the end, or the last interval), in the order of time.
 std::vector<Pause> PausesOf(const WorkoutDocument& document);
 
 /// How a course gets from a pause to the resume that follows it without a reading between.
