@@ -3,18 +3,24 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <condition_variable>
 #include <csignal>
+#include <cwchar>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "dock.h"
+#include "legacy/live_text.h"
 
 using e2e::Dock;
 using e2e::SettingsOf;
 using e2e::TemporaryFolder;
 using ipodsim::Profile;
 using nlohmann::json;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace {
 
@@ -44,6 +50,40 @@ TEST(IpodctlSelftest, GoodIpodPassesEveryStep) {
             "All 5 steps passed\n");
   EXPECT_EQ(dock.state(), ipodsim::PlayerState::kStopped);
   EXPECT_EQ(dock.mistakes(), "");
+}
+
+// The library writes the text while its call lasts; the tracks' stand for two seconds each.
+TEST(IpodctlSelftest, TerminalShowsEachActionWhileItLasts) {
+  const Dock dock;
+  Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "selftest"},
+                      Process::Setting::kErrorsOnTerminal);
+  const Ended ended = on_terminal.Wait();
+  EXPECT_EQ(ended.status, 0);
+  const std::size_t first = ended.err.find("\rStep 2: Select Track 0 ...");
+  const std::size_t second = ended.err.find("\rStep 2: Select Track 1 ...");
+  EXPECT_NE(first, std::string::npos);
+  EXPECT_NE(second, std::string::npos);
+  EXPECT_LT(first, second);
+  EXPECT_THAT(ended.out, Not(HasSubstr("Select Track 0")));
+}
+
+TEST(LiveText, IsShownOnceForEachChange) {
+  std::mutex lock;
+  std::condition_variable changed;
+  std::vector<std::string> shown;
+  const ipodctl::LiveText text([&](const std::string& now) {
+    const std::lock_guard<std::mutex> guard(lock);
+    shown.push_back(now);
+    changed.notify_one();
+  });
+  const std::vector<const wchar_t*> written = {L"Getting Ipod Name", L"Zo\u00EB"};
+  for (std::size_t i = 0; i < written.size(); ++i) {
+    std::wcscpy(text.buffer(), written[i]);
+    std::unique_lock<std::mutex> guard(lock);
+    changed.wait(guard, [&] { return shown.size() > i; });
+  }
+  EXPECT_EQ(text.text(), "Zoë");
+  EXPECT_THAT(shown, ElementsAre("Getting Ipod Name", "Zoë"));
 }
 
 TEST(IpodctlSelftest, JsonHasAnObjectForEachStepAndOneForAll) {

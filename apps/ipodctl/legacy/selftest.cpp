@@ -6,6 +6,7 @@
 #include "interrupt.h"
 #include "legacy/display_text.h"
 #include "legacy/legacy_commands.h"
+#include "legacy/live_text.h"
 #include "log.h"
 #include "progress_bar.h"
 #include "text.h"
@@ -69,13 +70,12 @@ void SelfTest::Run() {
                                     "'");
 }
 
-// The step writes its texts into our buffers while it runs. To look at them meanwhile from another
-// thread would be a race, so they are shown when it is done.
 Step SelfTest::Perform(int number) {
   StatusLine status;
-  status.Show("Step " + std::to_string(number) + " ...");
+  const LiveText detail([&status, number](const std::string& action) {
+    status.Show("Step " + std::to_string(number) + ": " + Printable(action) + " ...");
+  });
   DisplayText title;
-  DisplayText detail;
   int passed = 0;
   const bool more = ipod_.nextregressiontest(title.buffer(), &passed, detail.buffer()) != 0;
   return {number, title.text(), detail.text(), passed != 0, !more};
