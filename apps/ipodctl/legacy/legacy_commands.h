@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "commands/commands.h"
 #include "legacy/legacy_session.h"
@@ -24,7 +23,7 @@ void RunSelfTest(const Context& context);
 /// Runs the command that the options name.
 void RunLegacyCommand(const Context& context);
 /// Whether a command goes through the legacy interface when asked to.
-bool IsLegacyCommand(const std::string& command);
+bool IsLegacyCommand(const std::string& name);
 /// "info, browse, ... and selftest", for messages and help.
 std::string LegacyCommandNames();
 

@@ -11,6 +11,6 @@ namespace ipodctl {
 void ShowLegacyPlaying(Output& output, LegacySession& session);
 
 /// Waits two seconds at most for the player to reach a state. @return whether it did
-bool AwaitPlayerState(LegacySession& session, unsigned char state);
+bool AwaitPlayerState(LegacySession& session, unsigned char wanted);
 
 }  // namespace ipodctl
