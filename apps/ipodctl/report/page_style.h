@@ -38,14 +38,15 @@ table { width: 100%; border-collapse: collapse; }
 th, td { padding: 0; text-align: left; font-weight: inherit; overflow-wrap: anywhere; }
 th { color: var(--soft); font-size: 0.9rem; }
 .summary tbody {
-  display: grid; gap: 1.25rem 1rem; grid-template-columns: repeat(auto-fit, minmax(7.1rem, 1fr));
+  display: grid; gap: 1.25rem 0.75rem;
+  grid-template-columns: repeat(auto-fit, minmax(7.4rem, 1fr));
 }
 .summary tr { display: block; }
 .summary th, .summary td { display: block; }
 .summary td { font-variant-numeric: tabular-nums; }
-.summary b { font-size: 1.75rem; line-height: 1.25; letter-spacing: -0.01em; }
+.summary b { font-size: 1.55rem; line-height: 1.25; letter-spacing: -0.01em; }
 .summary small { display: block; color: var(--soft); font-size: 0.82rem; }
-.unit { color: var(--soft); }
+.unit { color: var(--soft); font-size: 0.85rem; }
 figure { margin: 0; }
 figcaption { margin-top: 0.6rem; color: var(--soft); font-size: 0.85rem; }
 svg { display: block; width: 100%; height: auto; overflow: visible; }
@@ -55,7 +56,7 @@ svg .title { font-size: 14px; font-weight: 600; }
 svg .title .heart { fill: var(--heart); }
 svg .title .speed { fill: var(--speed); }
 svg .title .distance { fill: var(--distance); }
-svg .title .unit { fill: var(--soft); font-weight: 400; }
+svg .title .unit { fill: var(--soft); font-size: 13px; font-weight: 400; }
 svg .detail, svg .value { text-anchor: end; }
 svg .time { text-anchor: middle; }
 svg .grid { stroke: var(--rule); }
