@@ -57,8 +57,8 @@ int Run(const Options& options) {
   Output output(guard.stream(), options.json);
   CatchInterrupts();
   try {
-    const int status = options.command == "report" ? RunReport(options, output)
-                                                   : RunOnDock(options, output);
+    const int status =
+        options.command == "report" ? RunReport(options, output) : RunOnDock(options, output);
     if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
     return status;
   } catch (const CommandFailure& failure) {

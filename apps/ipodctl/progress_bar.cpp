@@ -35,26 +35,26 @@ std::string RenderBar(const std::string& label, std::uint64_t done, std::uint64_
 }
 
 // Verbose notes are lines on the same terminal; a line that redraws itself would garble them.
-StatusLine::StatusLine() : terminal_(IsTerminal(Messages()) && !Verbose()) {}
+StatusLine::StatusLine() : terminal_(IsTerminal(stderr) && !Verbose()) {}
 
 StatusLine::~StatusLine() { Hide(); }
 
 void StatusLine::Show(const std::string& text) {
   if (!terminal_) return;
-  std::fprintf(Messages(), "\r%s\x1b[K", text.c_str());
-  std::fflush(Messages());
+  std::fprintf(stderr, "\r%s\x1b[K", text.c_str());
+  std::fflush(stderr);
   shown_ = true;
 }
 
 void StatusLine::ShowBar(const std::string& label, std::uint64_t done, std::uint64_t total,
                          const std::string& figures) {
-  if (terminal_) Show(RenderBar(label, done, total, figures, TerminalColumns(Messages())));
+  if (terminal_) Show(RenderBar(label, done, total, figures, TerminalColumns(stderr)));
 }
 
 void StatusLine::Hide() {
   if (!shown_) return;
-  std::fprintf(Messages(), "\r\x1b[K");
-  std::fflush(Messages());
+  std::fprintf(stderr, "\r\x1b[K");
+  std::fflush(stderr);
   shown_ = false;
 }
 

@@ -330,6 +330,9 @@ class IPODCOMM_API CIpodComm {
   int Sports_FinishWorkout(int seconds, double kcal, double distance,
                            tagIPOD_DISTANCE_TYPE distance_type, double speed,
                            tagIPOD_SPEED_TYPE speed_type, int bpm);
+  /// Tells which file the workout was started in and whether anything is missing from it, which the
+  /// results of starting and finishing do not say. Sends nothing. Always 1.
+  int GetWorkoutFile(tagIPOD_WORKOUT_FILE* file);
 
  private:
   friend class ipodcomm::IdentificationSequence;
@@ -485,7 +488,8 @@ class IPODCOMM_API CIpodComm {
   Identity identity_ = {};
   Browsing browsing_ = {};
   ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;
-  std::uint8_t open_file_handle_ = 0;  // of the workout; used by the host's thread only
+  std::uint8_t open_file_handle_ = 0;     // of the workout; used by the host's thread only
+  std::uint32_t failed_text_writes_ = 0;  // since the workout's start; the same
   ipodcomm::PacketQueue response_;
   mutable ipodcomm::Lock transmit_lock_;  // guards outgoing_ and steps own_transaction_id_
   ipodcomm::Shared<HANDLE> identification_event_ = NewEvent();  // the model number was asked for

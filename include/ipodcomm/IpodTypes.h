@@ -122,6 +122,13 @@ enum tagIPOD_SPEED_TYPE : std::int32_t {
   IPOD_SPEED_TYPE_RPM = 2,  ///< revolutions per minute
 };
 
+/// The file that holds the workout, as far as the session knows.
+struct tagIPOD_WORKOUT_FILE {
+  std::uint32_t handle;         ///< the iPod's number for it
+  std::uint32_t write_offset;   ///< where the next write lands, in bytes
+  std::uint32_t failed_writes;  ///< lines and blocks since the start that were not written
+};
+
 /// The event that an interval of the workout records.
 enum tagIPOD_INTERVAL_TYPE : std::int32_t {
   IPOD_INTERVAL_TYPE_START = 0,

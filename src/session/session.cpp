@@ -61,6 +61,7 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   browsing_ = other.browsing_;
   storage_write_offset_ = other.storage_write_offset_;
   open_file_handle_ = other.open_file_handle_;
+  failed_text_writes_ = other.failed_text_writes_;
   routing_thread_ = other.routing_thread_;
   notification_thread_ = other.notification_thread_;
 }

@@ -126,6 +126,7 @@ int CIpodComm::WriteStorageFileString(const wchar_t* text) {
   const std::size_t length = ipodcomm::Utf8FromText(text, utf8, sizeof utf8);
   if (Command_WriteiPodFileData(open_file_handle_, reinterpret_cast<unsigned char*>(utf8),
                                 static_cast<unsigned long>(length)) == 0) {
+    ++failed_text_writes_;
     NKDbgPrintfW(L"Failed to write xml file data! [%s]\r\n", text);
     return 0;
   }

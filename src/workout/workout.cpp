@@ -33,6 +33,7 @@ int CIpodComm::Sports_StartWorkout(const wchar_t* manufacturer_id, const wchar_t
                                    const wchar_t* model, const wchar_t* serial_number,
                                    tagIPOD_EQUIPMENT_TYPE equipment, double weight_kg) {
   if (!TakesWorkouts()) return 0;
+  failed_text_writes_ = 0;
   constexpr unsigned long kOptions = ipod::IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENDDATA |
                                      ipod::IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLIPODINFO |
                                      ipod::IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLSIGNATURE;
@@ -69,4 +70,9 @@ int CIpodComm::Sports_FinishWorkout(int seconds, double kcal, double distance,
       ipodcomm::SummaryBlock({seconds, kcal, distance, distance_type, speed, bpm});
   WriteStorageFileString(block.c_str());
   return Command_CloseiPodFile(open_file_handle_);
+}
+
+int CIpodComm::GetWorkoutFile(tagIPOD_WORKOUT_FILE* file) {
+  *file = {open_file_handle_, storage_write_offset_, failed_text_writes_};
+  return 1;
 }

@@ -144,7 +144,7 @@ TEST(IpodctlWorkout, LogsAGeneratedWorkoutWithNamesEscaped) {
   EXPECT_THAT(ended.out, AllOf(StartsWith("Workout on treadmill, 1:30, written to the iPod in "),
                                HasSubstr("\n     0:36  pause "), HasSubstr("\n     0:46  resume "),
                                HasSubstr("\n     1:30  end "),
-                               HasSubstr("\nSaved as a new workout file on the iPod: ")));
+                               HasSubstr("\nSaved as workout file 1 on the iPod: ")));
 }
 
 TEST(IpodctlWorkout, WritesARecordedWorkoutByteForByte) {
@@ -246,8 +246,8 @@ TEST(IpodctlWorkout, CtrlCEndsTheDocumentInGoodOrder) {
   const Ended ended = workout->Wait();
   EXPECT_EQ(ended.status, 130);
   EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: interrupted at 0:0"),
-                               EndsWith("; the workout until then is complete in a new workout "
-                                        "file on the iPod.\n")));
+                               EndsWith("; the workout until then is complete in workout "
+                                        "file 1 on the iPod.\n")));
   EXPECT_THAT(ended.out, AllOf(HasSubstr("  end "), HasSubstr("\nSaved as ")));
   const std::string file = FileOf(dock);
   EXPECT_EQ(CountOf("<event>end</event>", file), 1U);
@@ -336,14 +336,14 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodRefusesAPart) {
   const auto close = StartShortWorkout(close_dock);
 
   ExpectSentence(header->Wait(), 1,
-                 "the iPod refused 1 line of the workout's header; a new workout file on the iPod "
+                 "the iPod refused 1 line of the workout's header; workout file 1 on the iPod "
                  "holds no more than the beginning of a header");
   EXPECT_EQ(CountOf("<interval>", FileOf(header_dock)), 0U);
 
   const Ended refused = interval->Wait();
   const std::string begun = FileOf(interval_dock);
   ExpectSentence(refused, 1,
-                 "the iPod refused the interval at 0:10; a new workout file on the iPod holds the "
+                 "the iPod refused the interval at 0:10; workout file 1 on the iPod holds the "
                  "header and 2 intervals up to 0:05 (" +
                      std::to_string(begun.size()) + " bytes), but not the summary and the end");
   EXPECT_THAT(begun, AllOf(HasSubstr("<sec>5</sec>"), EndsWith("\t</interval>\n")));
@@ -352,13 +352,13 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodRefusesAPart) {
   const Ended cut = summary->Wait();
   const std::string without_summary = FileOf(summary_dock);
   ExpectSentence(cut, 1,
-                 "the iPod refused the workout's summary; a new workout file on the iPod holds the "
+                 "the iPod refused the workout's summary; workout file 1 on the iPod holds the "
                  "header and 5 intervals up to 0:20 (1,124 bytes), but not the summary");
   EXPECT_THAT(without_summary.substr(0, 1124), EndsWith("\t</interval>\n"));
   EXPECT_THAT(without_summary, AllOf(HasSubstr("<event>end</event>"), EndsWith("</gymData>")));
 
   ExpectSentence(close->Wait(), 1,
-                 "the iPod refused to close the workout's file; a new workout file on the iPod "
+                 "the iPod refused to close the workout's file; workout file 1 on the iPod "
                  "holds the header, 5 intervals up to 0:20 and the summary (1,249 bytes), but "
                  "perhaps not the end");
   EXPECT_EQ(FileOf(close_dock).size(), 1249U);
@@ -380,7 +380,7 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheDiskIsFull) {
   const Ended ended = StartShortWorkout(dock)->Wait();
   const std::string file = FileOf(dock);
   ExpectSentence(ended, 1,
-                 "the iPod refused the interval at 0:15; a new workout file on the iPod holds the "
+                 "the iPod refused the interval at 0:15; workout file 1 on the iPod holds the "
                  "header and 3 intervals up to 0:10 (" +
                      std::to_string(file.size()) + " bytes), but not the summary and the end");
 }
@@ -407,7 +407,7 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodIsPulledOutOrFallsSilent) {
     EXPECT_EQ(ended.status, 1);
     EXPECT_THAT(ended.err,
                 AllOf(StartsWith("ipodctl: the iPod on " + folder.path(name) +
-                                 " no longer answers; a new workout file on the iPod holds the "
+                                 " no longer answers; workout file 1 on the iPod holds the "
                                  "header and "),
                       EndsWith(" bytes), but not the summary and the end.\n")));
     EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1);

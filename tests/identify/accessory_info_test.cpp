@@ -167,8 +167,7 @@ TEST_F(AccessoryInfo, RequestCarriesAnIdentifierAndTheAnswerNone) {
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 00 28 00 00 00 00 F3 DE"));
 }
 
-// ---- What the host sets
-// --------------------------------------------------------------------------
+// ---- What the host sets -------------------------------------------------------------------------
 
 TEST_F(AccessoryInfo, DescriptionIsCopiedWhole) {
   tagIPOD_ACCESSORY_INFO info = {};

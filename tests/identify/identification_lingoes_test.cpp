@@ -37,8 +37,7 @@ class Lingoes : public Identification {
   }
 };
 
-// ---- First announcement
-// --------------------------------------------------------------------------
+// ---- First announcement -------------------------------------------------------------------------
 
 TEST_F(Lingoes, UnansweredFirstAnnouncementEndsTheSequence) {
   EXPECT_EQ(Identify(), 0);
@@ -91,8 +90,7 @@ TEST_F(Lingoes, OtherAccessoryRequestsDoNotEndTheWaits) {
   EXPECT_GT(with_us, without_us - 100 * test::kMillisecond);
 }
 
-// ---- Survey
-// --------------------------------------------------------------------------------------
+// ---- Survey -------------------------------------------------------------------------------------
 
 TEST_F(Lingoes, VersionsAreAskedInOrderAndKept) {
   ExpectIdentified();
@@ -190,8 +188,7 @@ TEST_F(Lingoes, UnansweredVersionLeavesTheRecordOfAnEarlierCall) {
   EXPECT_EQ(TakeDebugOutput()[0], "Lingo Version - General = not supported\r\n");
 }
 
-// ---- Sports
-// --------------------------------------------------------------------------------------
+// ---- Sports -------------------------------------------------------------------------------------
 
 struct Pair {
   std::string name;
@@ -238,8 +235,7 @@ TEST_F(Lingoes, SurveyDoesNotTakeSportsBack) {
   EXPECT_EQ(TakeSentOf("00 13").back(), Frame(test::kIdentifyLingoesWithSports));
 }
 
-// ---- Second announcement
-// -------------------------------------------------------------------------
+// ---- Second announcement ------------------------------------------------------------------------
 
 TEST_F(Lingoes, UnansweredSecondAnnouncementEndsTheSequence) {
   Ignore(test::kIdentifyLingoesWithSports);
@@ -268,8 +264,7 @@ TEST_P(RefusedLingoes, EndTheSequenceAfterTheWait) {
 INSTANTIATE_TEST_SUITE_P(WithStatus, RefusedLingoes, ::testing::Values("01", "02", "04", "FF"),
                          [](const auto& tested) { return std::string(tested.param); });
 
-// ---- Preferences
-// ---------------------------------------------------------------------------------
+// ---- Preferences --------------------------------------------------------------------------------
 
 TEST_F(Lingoes, PreferencesAreSetInOrder) {
   ExpectIdentified();

@@ -28,8 +28,7 @@ class Options : public Identification {
   }
 };
 
-// ---- Maximum payload
-// -----------------------------------------------------------------------------
+// ---- Maximum payload ----------------------------------------------------------------------------
 
 TEST_F(Options, MaximumPayloadIsKept) {
   ReplyWithId("00 11", "00 12 12 34");
@@ -45,8 +44,7 @@ TEST_F(Options, UnansweredMaximumPayloadDoesNotMatter) {
               ElementsAre(Frame("00 11", 0, ""), Frame("00 11", 1, ""), Frame("00 11", 2, "")));
 }
 
-// ---- General lingo
-// -------------------------------------------------------------------------------
+// ---- General lingo ------------------------------------------------------------------------------
 
 struct Flag {
   std::string name;
@@ -83,8 +81,7 @@ TEST_F(Options, UnansweredGeneralOptionsKeepTheFlag) {
   EXPECT_EQ(Peer::Identity(session_).general_option, 1);
 }
 
-// ---- Sports
-// --------------------------------------------------------------------------------------
+// ---- Sports -------------------------------------------------------------------------------------
 
 class SportsOption : public Options, public ::testing::WithParamInterface<Flag> {};
 
@@ -139,8 +136,7 @@ TEST_F(Options, SportsOptionsBehindAnAckMeanNone) {
   EXPECT_EQ(session_.SupportsSports(), 0);
 }
 
-// ---- Extended Interface
-// --------------------------------------------------------------------------
+// ---- Extended Interface -------------------------------------------------------------------------
 
 class ExtendedOption : public Options, public ::testing::WithParamInterface<Flag> {};
 
@@ -194,8 +190,7 @@ TEST_F(Options, EverythingUnansweredStillIdentifies) {
   EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 12, test::kAnnounceGeneralThriceWithoutSports));
 }
 
-// ---- The options word
-// ----------------------------------------------------------------------------
+// ---- The options word ---------------------------------------------------------------------------
 
 struct Power {
   std::string name;

@@ -153,8 +153,7 @@ TEST_F(Start, DisabledTokensAreNotTried) {
   EXPECT_EQ(TakeHostCalls()[0], "Sleep(100)");
 }
 
-// ---- The wake-up byte
-// ----------------------------------------------------------------------------
+// ---- The wake-up byte ---------------------------------------------------------------------------
 
 TEST_F(Start, WakeUpThatCannotBeWrittenEndsTheSequenceAtOnce) {
   DockTokenIpod();
@@ -196,8 +195,7 @@ TEST_F(Start, StartThatCannotBeWrittenIsAnAttempt) {
   EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kNoAck));
 }
 
-// ---- What is cleared
-// -----------------------------------------------------------------------------
+// ---- What is cleared ----------------------------------------------------------------------------
 
 TEST_F(Start, EveryAttemptClearsWhatTheLastIdentificationFound) {
   on_step_ = [this](int) {
@@ -243,8 +241,7 @@ TEST_F(Start, HostVersionIsReadOnceWhateverHappens) {
   EXPECT_EQ(world_.call_count("VerQueryValueW"), 1U);
 }
 
-// ---- Transaction identifiers
-// ---------------------------------------------------------------------
+// ---- Transaction identifiers --------------------------------------------------------------------
 
 TEST_F(Start, AcknowledgedStartTurnsIdentifiersOn) {
   DockTokenIpod();

@@ -100,8 +100,7 @@ TEST_F(TokenIdentification, AnswersContentsDoNotMatter) {
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
 }
 
-// ---- Long model numbers
-// --------------------------------------------------------------------------
+// ---- Long model numbers -------------------------------------------------------------------------
 
 TEST_F(TokenIdentification, ModelNumberOf123FillsTheFrame) {
   session_.SetModel(std::string(123, 'M'));
@@ -178,8 +177,7 @@ TEST_F(TokenIdentification, TokensBeforeALongModelNumberMayBeRefused) {
   EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kRefused));
 }
 
-// ---- EndIDPS
-// -------------------------------------------------------------------------------------
+// ---- EndIDPS ------------------------------------------------------------------------------------
 
 TEST_F(TokenIdentification, UnansweredEndFallsBackWithoutAWord) {
   IgnoreWithId("00 3B 00");
@@ -289,8 +287,7 @@ TEST_F(TokenIdentification, PrintedTimeHoldsThePausesAndTheLine) {
   EXPECT_LE(told_ms, to_end_ms + 60);
 }
 
-// ---- Behind the end
-// ------------------------------------------------------------------------------
+// ---- Behind the end -----------------------------------------------------------------------------
 
 TEST_F(TokenIdentification, WaitsASecondForAGeneral03ThatNeedNotCome) {
   Dock();

@@ -134,8 +134,7 @@ TEST_F(Packing, AnotherTokenIsNotUsedWhileTheFirstFits) {
   EXPECT_EQ(test::ToHex(sent_[0]), "01 " + test::Repeated("BB", 20));
 }
 
-// ---- The real tokens
-// -----------------------------------------------------------------------------
+// ---- The real tokens ----------------------------------------------------------------------------
 
 constexpr const char* kToModel =
     "0A 00 01 00 00 00 00 00 00 00 05 10 00 02 01 4F 72 76 69 61 6E 20 54 6F 75 63 68 00 "

@@ -27,8 +27,7 @@ class Browsing : public SessionTest {
   static constexpr const char* kResetAck = "FF 55 06 04 00 01 00 00 16 DF";
 };
 
-// ---- Resetting
-// -----------------------------------------------------------------------------------
+// ---- Resetting ----------------------------------------------------------------------------------
 
 TEST_F(Browsing, ResetSucceedsOnStatusZero) {
   Answer(kResetFrame, kResetAck);
@@ -65,8 +64,7 @@ TEST_F(Browsing, HierarchyResetFailsSilentlyOnAnotherStatus) {
   EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
 }
 
-// ---- Counting
-// ------------------------------------------------------------------------------------
+// ---- Counting -----------------------------------------------------------------------------------
 
 TEST_F(Browsing, CountIsReadBigEndian) {
   Answer("FF 55 04 04 00 18 05 DB", "FF 55 07 04 00 19 00 00 07 D0 05");
@@ -81,8 +79,7 @@ TEST_F(Browsing, FailedCountLeavesTheOutputUntouched) {
   EXPECT_EQ(count, 77U);
 }
 
-// ---- Records
-// -------------------------------------------------------------------------------------
+// ---- Records ------------------------------------------------------------------------------------
 
 TEST_F(Browsing, RecordRequestIsOnlyWrittenAndReturnsTheIdentifierBeforeTheWrite) {
   TurnOnTransactionIds(0x0102);
@@ -182,8 +179,7 @@ TEST_F(Browsing, FailedSingleRecordDoesNotClearTheBuffer) {
   EXPECT_STREQ(name, L"old");
 }
 
-// ---- Selecting
-// -----------------------------------------------------------------------------------
+// ---- Selecting ----------------------------------------------------------------------------------
 
 TEST_F(Browsing, SelectRecordSucceedsOnStatusZero) {
   Answer("FF 55 08 04 00 17 02 00 00 00 03 D8", "FF 55 06 04 00 01 00 00 17 DE");
@@ -216,8 +212,7 @@ TEST_F(Browsing, RefusedSelectSortRecordIsLogged) {
               ElementsAre("CIpodComm::Command_SelectSortDBRecord: Failed to select! Ack = 0x02"));
 }
 
-// ---- SelectTop
-// -----------------------------------------------------------------------------------
+// ---- SelectTop ----------------------------------------------------------------------------------
 
 TEST_F(Browsing, SelectTopResetsCountsAndMoves) {
   Answer(kResetFrame, kResetAck);
@@ -277,8 +272,7 @@ TEST_F(Browsing, SelectTopStaysWhenTheCountFails) {
   EXPECT_EQ(selection_category(), 5);
 }
 
-// ---- Select, moving
-// ------------------------------------------------------------------------------
+// ---- Select, moving -----------------------------------------------------------------------------
 
 TEST_F(Browsing, SelectMovesIntoTheCategoryAndCountsIt) {
   Enter(2);
@@ -380,8 +374,7 @@ TEST_F(Browsing, SelectIntoTheTracksOfAnAlbumDoesNotStop) {
               ElementsAre("FF 55 08 04 00 17 03 00 00 00 00 DA", "FF 55 04 04 00 18 05 DB"));
 }
 
-// ---- Select, staying
-// -----------------------------------------------------------------------------
+// ---- Select, staying ----------------------------------------------------------------------------
 
 class SelectInPlace : public Browsing {
  protected:

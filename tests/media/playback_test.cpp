@@ -11,8 +11,7 @@ using ::testing::IsEmpty;
 
 class Playback : public SessionTest {};
 
-// ---- Play control
-// --------------------------------------------------------------------------------
+// ---- Play control -------------------------------------------------------------------------------
 
 TEST_F(Playback, PlayControlSucceedsOnStatusZero) {
   Answer("FF 55 04 04 00 29 02 CD", "FF 55 06 04 00 01 00 00 29 CC");
@@ -33,8 +32,7 @@ TEST_F(Playback, UnansweredPlayControlFailsWithoutALog) {
   EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
 }
 
-// ---- Buttons
-// -------------------------------------------------------------------------------------
+// ---- Buttons ------------------------------------------------------------------------------------
 
 struct Buttons {
   unsigned long mask;
@@ -68,8 +66,7 @@ TEST_F(Playback, ButtonsReturnTheMachinerysErrorWhenThePortIsClosed) {
   EXPECT_EQ(session_.Command_SimplePlayControl(1), IPOD_COMM_RETRIES_EXHAUSTED);
 }
 
-// ---- Status
-// --------------------------------------------------------------------------------------
+// ---- Status -------------------------------------------------------------------------------------
 
 TEST_F(Playback, PlayStatusIsReadBigEndian) {
   Answer("FF 55 03 04 00 1C DD", "FF 55 0C 04 00 1D 00 03 A9 80 00 00 13 88 01 0B");
@@ -128,8 +125,7 @@ TEST_F(Playback, FailedTrackTimeLeavesTheOutputUntouched) {
   EXPECT_EQ(seconds, 7U);
 }
 
-// ---- Notifications
-// -------------------------------------------------------------------------------
+// ---- Notifications ------------------------------------------------------------------------------
 
 TEST_F(Playback, NotificationMaskGoesOutAsFourBytes) {
   Answer("FF 55 07 04 00 26 00 00 00 0D C2", "FF 55 06 04 00 01 00 00 26 CF");
@@ -170,8 +166,7 @@ TEST_F(Playback, PlayStatusNotificationDoesNotCompleteAnExchange) {
   EXPECT_EQ(status.position, 10U);
 }
 
-// ---- Shuffle and repeat
-// --------------------------------------------------------------------------
+// ---- Shuffle and repeat -------------------------------------------------------------------------
 
 TEST_F(Playback, ShuffleIsRead) {
   Answer("FF 55 03 04 00 2C CD", "FF 55 04 04 00 2D 02 C9");

@@ -131,6 +131,7 @@ TEST_P(Copies, HoldsWhatTheSourceHeld) {
   CIpodCommPeer::Identity(*source).sports_supported = 1;
   CIpodCommPeer::StorageWriteOffset(*source) = 99;
   CIpodCommPeer::OpenFileHandle(*source) = 42;
+  CIpodCommPeer::FailedTextWrites(*source) = 3;
   source->SetLogLevel(5);
   source->SetIDPSEnable(1);
   CIpodCommPeer::Responses(*source).Append(test::Packet("FF 55 03 00 08 41 B4"));
@@ -144,6 +145,7 @@ TEST_P(Copies, HoldsWhatTheSourceHeld) {
   EXPECT_EQ(copy->SupportsSports(), 1);
   EXPECT_EQ(CIpodCommPeer::StorageWriteOffset(*copy), 99U);
   EXPECT_EQ(CIpodCommPeer::OpenFileHandle(*copy), 42);
+  EXPECT_EQ(CIpodCommPeer::FailedTextWrites(*copy), 3U);
   EXPECT_EQ(CIpodCommPeer::LogLevel(*copy), 5);
   EXPECT_EQ(copy->GetIDPSEnable(), 1);
   tagIPOD_PLAY_STATUS status = {};

@@ -39,6 +39,7 @@ struct CIpodCommPeer {
   }
   static auto& LogLevel(CIpodComm& session) { return session.log_level_; }
   static auto& Notifications(CIpodComm& session) { return session.notification_; }
+  static auto& FailedTextWrites(CIpodComm& session) { return session.failed_text_writes_; }
   static auto& OpenFileHandle(CIpodComm& session) { return session.open_file_handle_; }
   static auto& OwnTransactionId(CIpodComm& session) { return session.own_transaction_id_; }
   static auto& Responses(CIpodComm& session) { return session.response_; }

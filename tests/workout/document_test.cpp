@@ -31,8 +31,7 @@ class Document : public ::testing::Test {
   ipodcomm::virtual_platform::World world_;
 };
 
-// ---- Header
-// --------------------------------------------------------------------------------
+// ---- Header -------------------------------------------------------------------------------------
 
 constexpr WorkoutHeader kHeader = {
     L"ACME", L"Acme Fitness", L"T9", L"SN-0042", IPOD_EQUIPMENT_TYPE_TREADMILL, 70.5};
@@ -125,8 +124,7 @@ TEST_F(Document, WeightHasOneDecimal) {
   EXPECT_EQ(WeightLine(1e308).size(), 309U + 14U);
 }
 
-// ---- Interval
-// ------------------------------------------------------------------------------
+// ---- Interval -----------------------------------------------------------------------------------
 
 constexpr WorkoutInterval kInterval = {
     IPOD_INTERVAL_TYPE_CONTINUE, 60,  12.345, 0.256, IPOD_DISTANCE_TYPE_KM, 390.9,
@@ -247,8 +245,7 @@ TEST_F(Document, UnknownDistanceRepeatsTheEnergy) {
             L"\t</interval>\n");
 }
 
-// ---- Summary
-// -------------------------------------------------------------------------------
+// ---- Summary ------------------------------------------------------------------------------------
 
 constexpr WorkoutSummary kSummary = {1800, 250.128, 5.004, IPOD_DISTANCE_TYPE_KM, 359.9, 131};
 
@@ -283,8 +280,7 @@ TEST_F(Document, SummaryIsRightInEveryCombination) {
   }
 }
 
-// ---- Unusable values
-// -----------------------------------------------------------------------
+// ---- Unusable values ----------------------------------------------------------------------------
 
 std::wstring PaceLine(double speed) {
   WorkoutSummary summary = kSummary;

@@ -34,8 +34,7 @@ class Storage : public SessionTest {
   }
 };
 
-// ---- Capabilities and free space
-// ----------------------------------------------------------------
+// ---- Capabilities and free space ----------------------------------------------------------------
 
 constexpr const char* kAskCaps = "FF 55 02 0C 01 F1";
 constexpr const char* kCaps =
@@ -120,8 +119,7 @@ TEST_F(Storage, UnansweredFreeSpaceFailsAndTellsNothing) {
   EXPECT_THAT(TakeDebugOutput(), IsEmpty());
 }
 
-// ---- Opening
-// ------------------------------------------------------------------------------------
+// ---- Opening ------------------------------------------------------------------------------------
 
 constexpr const char* kOpen = "FF 55 09 0C 12 01 12 34 56 78 61 62 01";
 
@@ -194,8 +192,7 @@ TEST_F(Storage, OpeningWithDataBeyondAFrameIsRefusedUnsent) {
   EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
-// ---- Writing
-// ------------------------------------------------------------------------------------
+// ---- Writing ------------------------------------------------------------------------------------
 
 constexpr const char* kWriteAbc = "FF 55 0A 0C 07 00 00 00 00 2A 61 62 63 93";
 constexpr const char* kWriteDe = "FF 55 09 0C 07 00 00 00 03 2A 64 65 EE";
@@ -304,8 +301,7 @@ TEST_F(Storage, OneFrameWithIdentifierCarries246BytesAtMost) {
   EXPECT_EQ(TakeSent()[0].substr(0, 38), "FF 55 FF 0C 07 12 34 00 00 00 F7 2A 78");
 }
 
-// ---- Closing
-// ------------------------------------------------------------------------------------
+// ---- Closing ------------------------------------------------------------------------------------
 
 constexpr const char* kClose = "FF 55 03 0C 08 2A BF";
 
@@ -336,8 +332,7 @@ TEST_F(Storage, UnansweredClosingFails) {
   EXPECT_THAT(TakeDebugOutput(), IsEmpty());
 }
 
-// ---- Writing text
-// -------------------------------------------------------------------------------
+// ---- Writing text -------------------------------------------------------------------------------
 
 TEST_F(Storage, TextGoesToTheOpenFileAsUtf8AndAsItIs) {
   const char* frame =

@@ -134,8 +134,7 @@ std::string Report(const std::string& text) {
   return "Failed to write xml file data! [" + text + "]\r\n";
 }
 
-// ---- A document
-// ----------------------------------------------------------------------------
+// ---- A document ---------------------------------------------------------------------------------
 
 TEST_F(Workout, IsWrittenFrameByFrame) {
   EXPECT_EQ(Start(), 1);
@@ -217,8 +216,7 @@ TEST_F(Workout, SummaryIgnoresTheSpeedType) {
   }
 }
 
-// ---- The checks before it, in their order
-// ------------------------------------------------
+// ---- The checks before it, in their order -------------------------------------------------------
 
 TEST_F(Workout, WithoutAnswerAboutSportsIsNotStarted) {
   workout_ipod_.Reply("09 83", {kSilence});
@@ -314,8 +312,7 @@ TEST_F(Workout, ChecksAreRepeatedLikeAnyCommand) {
   EXPECT_EQ(Handle(), 0x2A);
 }
 
-// ---- Failures on the way
-// -----------------------------------------------------------------
+// ---- Failures on the way ------------------------------------------------------------------------
 
 TEST_F(Workout, RefusedHeaderLineIsReportedLeavesAGapAndDoesNotCount) {
   workout_ipod_.Reply("0C 07", {kWriteAck, kWriteRefusal, kWriteAck});
@@ -393,6 +390,32 @@ TEST_F(Workout, RefusedSummaryIsReportedAndTheFileClosed) {
   EXPECT_EQ(Finish(), 1);
   EXPECT_THAT(TakeKinds(), ElementsAre("0C 07", "0C 08"));
   EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(kSummaryText)));
+}
+
+// Neither the start's result nor the finish's tells of a missing line.
+TEST_F(Workout, FileTellsItsHandleItsOffsetAndWhatWasNotWritten) {
+  workout_ipod_.Reply("0C 07", {kWriteRefusal, kWriteRefusal, kWriteAck});
+  EXPECT_EQ(Start(), 1);
+  tagIPOD_WORKOUT_FILE file = {};
+  EXPECT_EQ(session_.GetWorkoutFile(&file), 1);
+  EXPECT_EQ(file.handle, 0x2AU);
+  EXPECT_EQ(file.write_offset, 322U);
+  EXPECT_EQ(file.failed_writes, 2U);
+  workout_ipod_.Reply("0C 07", {kWriteRefusal});
+  EXPECT_EQ(Interval(), 0);
+  EXPECT_EQ(Finish(), 1);
+  session_.GetWorkoutFile(&file);
+  EXPECT_EQ(file.failed_writes, 4U);
+}
+
+TEST_F(Workout, NextFileHasNothingMissingYet) {
+  workout_ipod_.Reply("0C 07", {kWriteRefusal});
+  EXPECT_EQ(Start(), 1);
+  workout_ipod_.Reply("0C 07", {kWriteAck});
+  EXPECT_EQ(Start(), 1);
+  tagIPOD_WORKOUT_FILE file = {};
+  session_.GetWorkoutFile(&file);
+  EXPECT_EQ(file.failed_writes, 0U);
 }
 
 TEST_F(Workout, RefusedClosingFailsAndSaysNothing) {

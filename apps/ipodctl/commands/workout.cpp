@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/commands.h"
-#include "debug_listener.h"
 #include "errors.h"
 #include "interrupt.h"
 #include "text.h"
@@ -186,10 +185,9 @@ void Workout::ShowSaved(const Summary& summary) {
 void LogWorkout(const Context& context, WorkoutLog& log) { Workout(context, log).Run(); }
 
 void RunWorkout(const Context& context) {
-  DebugListener listener;
   Session session(context.options, context.dock);
   session.Identify();
-  WorkoutWriter writer(session, listener, context.dock);
+  WorkoutWriter writer(session, context.dock);
   LogWorkout(context, writer);
 }
 

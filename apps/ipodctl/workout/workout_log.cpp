@@ -7,6 +7,11 @@
 
 namespace ipodctl {
 
+void WorkoutLog::NoteOpened(std::optional<unsigned> number) {
+  opened_ = true;
+  number_ = number;
+}
+
 void WorkoutLog::NoteHeader(std::size_t bytes) {
   header_saved_ = true;
   bytes_ += bytes;
@@ -29,7 +34,10 @@ std::string WorkoutLog::Path() const {
 }
 
 std::string WorkoutLog::Place() const {
-  if (!dock_.simulated()) return "a new workout file on the iPod";
+  if (!dock_.simulated()) {
+    return number_ ? "workout file " + std::to_string(*number_) + " on the iPod"
+                   : "a new workout file on the iPod";
+  }
   const std::string file = dock_.NewestFile();
   return Path().empty() ? file + " in the simulated iPod's memory" : file;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "dock.h"
@@ -41,7 +42,8 @@ class WorkoutLog {
   /// Whether there is still an iPod.
   virtual bool Answers() = 0;
 
-  void NoteOpened() { opened_ = true; }
+  /// @param number the iPod's for the file, where it is known
+  void NoteOpened(std::optional<unsigned> number = std::nullopt);
   void NoteHeader(std::size_t bytes);
   void NoteInterval(std::size_t bytes, int seconds);
   void NoteSummary(std::size_t bytes);
@@ -57,6 +59,7 @@ class WorkoutLog {
   std::size_t intervals_ = 0;
   int last_s_ = 0;  // of the last interval
   bool opened_ = false;
+  std::optional<unsigned> number_;
   bool header_saved_ = false;
   bool summary_saved_ = false;
   bool closed_ = false;

@@ -20,8 +20,8 @@ std::string Megabytes(__int64 bytes) {
 
 }  // namespace
 
-WorkoutWriter::WorkoutWriter(Session& session, DebugListener& listener, const Dock& dock)
-    : WorkoutLog(dock), session_(session), listener_(listener) {}
+WorkoutWriter::WorkoutWriter(Session& session, const Dock& dock)
+    : WorkoutLog(dock), session_(session) {}
 
 void WorkoutWriter::RequireRoom(std::size_t largest_piece, std::size_t file_size) {
   RequireSports();
@@ -83,15 +83,14 @@ void WorkoutWriter::RequireSpace() {
 }
 
 void WorkoutWriter::Start(const DocumentHeader& header) {
-  listener_.TakeFailedFileWrites();
   if (session_.ipod().Sports_StartWorkout(
           Wide(header.manufacturer_id).c_str(), Wide(header.manufacturer_name).c_str(),
           Wide(header.model).c_str(), Wide(header.serial_number).c_str(), header.equipment,
           header.weight_kg) == 0) {
     Fail("refused to open a file for the workout");
   }
-  NoteOpened();
-  const std::size_t failed = listener_.TakeFailedFileWrites();
+  NoteOpened(File().handle);
+  const std::size_t failed = File().failed_writes;
   if (failed != 0) Fail("refused " + Counted(failed, "line") + " of the workout's header");
   NoteHeader(SizeOfHeader(header).total);
 }
@@ -108,14 +107,20 @@ void WorkoutWriter::Write(const Recording& recording, const Interval& interval) 
 }
 
 void WorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
-  listener_.TakeFailedFileWrites();
   const bool closed = session_.ipod().Sports_FinishWorkout(
                           summary.seconds, summary.kcal, summary.distance, recording.distance_type,
                           summary.speed, recording.speed_type, summary.bpm) != 0;
   if (closed) NoteClosed();
-  if (listener_.TakeFailedFileWrites() != 0) Fail("refused the workout's summary");
+  // Nothing failed before: the first failure ends a workout.
+  if (File().failed_writes != 0) Fail("refused the workout's summary");
   NoteSummary(SizeOfSummary(recording, summary));
   if (!closed) Fail("refused to close the workout's file");
+}
+
+tagIPOD_WORKOUT_FILE WorkoutWriter::File() {
+  tagIPOD_WORKOUT_FILE file = {};
+  session_.ipod().GetWorkoutFile(&file);
+  return file;
 }
 
 bool WorkoutWriter::Answers() { return session_.Answers(); }

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <string>
 
-#include "debug_listener.h"
 #include "session.h"
 #include "workout/workout_log.h"
 
@@ -13,7 +12,7 @@ namespace ipodctl {
 
 class WorkoutWriter : public WorkoutLog {
  public:
-  WorkoutWriter(Session& session, DebugListener& listener, const Dock& dock);
+  WorkoutWriter(Session& session, const Dock& dock);
 
   void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
   void Start(const DocumentHeader& header) override;
@@ -27,9 +26,9 @@ class WorkoutWriter : public WorkoutLog {
   void RequireSports();
   void RequireStorage(std::size_t largest_piece, std::size_t file_size);
   void RequireSpace();
+  tagIPOD_WORKOUT_FILE File();
 
   Session& session_;
-  DebugListener& listener_;
 };
 
 }  // namespace ipodctl
