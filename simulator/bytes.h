@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -15,6 +17,11 @@ using Microseconds = std::int64_t;
 
 constexpr Microseconds kMillisecond = 1000;
 constexpr Microseconds kSecond = 1000 * kMillisecond;
+
+// Whether the time for something that may never be due has come.
+inline bool HasCome(const std::optional<Microseconds>& due, Microseconds now) {
+  return due.value_or(std::numeric_limits<Microseconds>::max()) <= now;
+}
 
 using Bytes = std::vector<std::uint8_t>;
 

@@ -178,11 +178,11 @@ void SimulatedIpod::Device::Serve(const Request& request) {
 }
 
 void SimulatedIpod::Device::Advance(Microseconds now) {
-  if (replug_at_ && *replug_at_ <= now) {
+  if (HasCome(replug_at_, now)) {
     link.SetNow(*replug_at_);
     Replug();
   }
-  for (auto timeout = enquiries.NextTimeout(); timeout && *timeout <= now;
+  for (auto timeout = enquiries.NextTimeout(); HasCome(timeout, now);
        timeout = enquiries.NextTimeout()) {
     notifications.Advance(*timeout);
     enquiries.Advance(*timeout);

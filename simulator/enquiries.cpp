@@ -197,8 +197,7 @@ void Enquiries::NoticeOtherFrame() {
 }
 
 void Enquiries::Advance(Microseconds now) {
-  const auto timeout = NextTimeout();
-  if (timeout && *timeout <= now) AskNext();
+  if (HasCome(NextTimeout(), now)) AskNext();
 }
 
 std::optional<Microseconds> Enquiries::NextTimeout() const {

@@ -46,7 +46,7 @@ void Notifications::Advance(Microseconds now) {
     link_->SetNow(std::max(step, link_->now()));
     player_->Advance(step);
     TellEvents();
-    if (next_position_at_ && *next_position_at_ <= step) {
+    if (HasCome(next_position_at_, step)) {
       if (TellsPosition()) TellPosition(step);
       next_position_at_ = step + PositionPeriod();
     }

@@ -111,7 +111,7 @@ void Player::ArrangeByAlbum(std::size_t current) {
 }
 
 void Player::Advance(Microseconds now) {
-  for (auto change = NextChange(); change && *change <= now; change = NextChange()) {
+  for (auto change = NextChange(); HasCome(change, now); change = NextChange()) {
     if (state_ == PlayerState::kFastRewind) {
       Anchor(0, *change);
       SetState(PlayerState::kPlaying, PlayerEvent::Kind::kEndedFast, *change);
