@@ -4,24 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "dock.h"
+#include "json_lines.h"
 
 using e2e::Dock;
+using e2e::Objects;
 using ipodsim::PlayerState;
 using nlohmann::json;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
 namespace {
-
-std::vector<json> Objects(const std::string& lines) {
-  std::vector<json> objects;
-  std::istringstream stream(lines);
-  for (std::string line; std::getline(stream, line);) objects.push_back(json::parse(line));
-  return objects;
-}
 
 TEST(IpodctlPlay, PlaysANamedTrackPausesGoesOnAndIsFollowed) {
   const Dock dock;

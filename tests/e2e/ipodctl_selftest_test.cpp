@@ -8,12 +8,13 @@
 #include <cwchar>
 #include <mutex>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "dock.h"
+#include "json_lines.h"
 #include "legacy/live_text.h"
 
 using e2e::Dock;
+using e2e::Objects;
 using e2e::SettingsOf;
 using e2e::TemporaryFolder;
 using ipodsim::Profile;
@@ -23,13 +24,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 namespace {
-
-std::vector<json> Objects(const std::string& lines) {
-  std::vector<json> objects;
-  std::istringstream stream(lines);
-  for (std::string line; std::getline(stream, line);) objects.push_back(json::parse(line));
-  return objects;
-}
 
 TEST(IpodctlSelftest, GoodIpodPassesEveryStep) {
   const Dock dock;

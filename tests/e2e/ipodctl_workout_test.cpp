@@ -7,11 +7,12 @@
 #include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "dock.h"
+#include "json_lines.h"
 
 using e2e::Dock;
+using e2e::Objects;
 using e2e::SettingsOf;
 using e2e::TemporaryFolder;
 using ipodsim::AckStatus;
@@ -56,13 +57,6 @@ constexpr const char* kClimbIntervals =
     "\t\t<bpm>121</bpm>\n\t\t<level>4</level>\n\t</interval>\n"
     "\t<workoutSummary>\n\t\t<sec>30</sec>\n\t\t<kCal>6.00</kCal>\n"
     "\t\t<floors>12.0</floors>\n\t\t<spm>30</spm>\n\t\t<bpm>102</bpm>\n\t</workoutSummary>\n";
-
-std::vector<json> Objects(const std::string& lines) {
-  std::vector<json> objects;
-  std::istringstream stream(lines);
-  for (std::string line; std::getline(stream, line);) objects.push_back(json::parse(line));
-  return objects;
-}
 
 std::string FileOf(const Dock& dock, const std::string& name = "gym-0001.xml") {
   std::string content;
