@@ -425,6 +425,8 @@ TEST(IpodctlWorkout, RefusesABadRecordingBeforeAnythingIsSaved) {
   ExpectSentence(dock.Ipodctl({"workout", "--from", folder.path("none.csv")}), 66,
                  "cannot read " + folder.path("none.csv"));
   EXPECT_EQ(FileOf(dock), "");
+  dock.server().Inspect(
+      [](const ipodsim::SimulatedIpod& ipod) { EXPECT_FALSE(ipod.identified()); });
 }
 
 TEST(IpodctlUserdata, ShowsAndSetsWhatTheIpodKnowsAboutItsUser) {

@@ -6,6 +6,7 @@
 #include "options.h"
 #include "output.h"
 #include "session.h"
+#include "workout/recording.h"
 
 namespace ipodctl {
 
@@ -32,8 +33,10 @@ void RunUserdata(const Context& context, Session& session);
 void RunTour(const Context& context);
 void RunWorkout(const Context& context);
 
-/// Logs the options' workout while its clock goes on.
-void LogWorkout(const Context& context, WorkoutLog& log);
+/// The workout that the options describe. Throws a CommandFailure for an unusable file.
+Recording RecordingFor(const WorkoutOptions& options);
+/// Logs a workout while its clock goes on.
+void LogWorkout(const Context& context, Recording recording, WorkoutLog& log);
 
 /// Needs no iPod. Returns the exit status.
 int RunReport(const Options& options, Output& output);

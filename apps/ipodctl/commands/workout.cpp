@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "commands/commands.h"
 #include "errors.h"
@@ -22,12 +23,6 @@ constexpr const char* kModel = "ipodctl";  // unless told otherwise
 constexpr unsigned kLookMs = 100;
 // What the iPod itself adds to a document: facts about it, a signature, the end.
 constexpr std::size_t kAddedByIpod = 1024;
-
-Recording RecordingFor(const WorkoutOptions& options) {
-  const Equipment equipment = *EquipmentByName(options.equipment);
-  if (!options.recording.empty()) return LoadCsvRecording(options.recording, equipment);
-  return GenerateWorkout(equipment, options.duration_s, options.weight_kg);
-}
 
 DocumentHeader HeaderFor(const Options& options) {
   const WorkoutOptions& workout = options.workout;
@@ -65,7 +60,7 @@ class WorkoutClock {
 
 class Workout {
  public:
-  Workout(const Context& context, WorkoutLog& log);
+  Workout(const Context& context, Recording recording, WorkoutLog& log);
 
   void Run();
 
@@ -87,10 +82,10 @@ class Workout {
   int ended_early_s_ = -1;
 };
 
-Workout::Workout(const Context& context, WorkoutLog& log)
+Workout::Workout(const Context& context, Recording recording, WorkoutLog& log)
     : context_(context),
       options_(context.options.workout),
-      recording_(RecordingFor(options_)),
+      recording_(std::move(recording)),
       intervals_(IntervalsOf(recording_, options_.interval_s)),
       header_(HeaderFor(context.options)),
       log_(log),
@@ -182,13 +177,23 @@ void Workout::ShowSaved(const Summary& summary) {
 
 }  // namespace
 
-void LogWorkout(const Context& context, WorkoutLog& log) { Workout(context, log).Run(); }
+Recording RecordingFor(const WorkoutOptions& options) {
+  const Equipment equipment = *EquipmentByName(options.equipment);
+  if (!options.recording.empty()) return LoadCsvRecording(options.recording, equipment);
+  return GenerateWorkout(equipment, options.duration_s, options.weight_kg);
+}
 
+void LogWorkout(const Context& context, Recording recording, WorkoutLog& log) {
+  Workout(context, std::move(recording), log).Run();
+}
+
+// A file that cannot be read is told before the iPod is bothered.
 void RunWorkout(const Context& context) {
+  Recording recording = RecordingFor(context.options.workout);
   Session session(context.options, context.dock);
   session.Identify();
   WorkoutWriter writer(session, context.dock);
-  LogWorkout(context, writer);
+  LogWorkout(context, std::move(recording), writer);
 }
 
 }  // namespace ipodctl

@@ -7,7 +7,7 @@ namespace ipodctl {
 
 void RunLegacyWorkout(const Context& context, LegacySession& session) {
   LegacyWorkoutLog log(session, context.output, context.dock);
-  LogWorkout(context, log);
+  LogWorkout(context, RecordingFor(context.options.workout), log);
 }
 
 }  // namespace ipodctl

@@ -24,7 +24,7 @@ struct Readings {
   std::optional<double> level;
 };
 
-struct Interval {
+struct DocumentInterval {
   WorkoutEvent event = WorkoutEvent::kNone;
   Readings readings;
 };
@@ -62,7 +62,7 @@ struct WorkoutDocument {
   EquipmentInfo equipment;
   IpodInfo ipod;
   std::optional<double> weight_kg;
-  std::vector<Interval> intervals;
+  std::vector<DocumentInterval> intervals;
   std::optional<Readings> summary;
   /// Set when the document could not be read to its end; all else is what comes before that place.
   std::optional<DocumentProblem> problem;

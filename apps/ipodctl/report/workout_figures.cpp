@@ -12,9 +12,10 @@ namespace {
 using Reading = std::optional<double> Readings::*;
 
 std::ptrdiff_t Count(const WorkoutDocument& document, Reading reading) {
-  return std::count_if(
-      document.intervals.begin(), document.intervals.end(),
-      [reading](const Interval& interval) { return (interval.readings.*reading).has_value(); });
+  return std::count_if(document.intervals.begin(), document.intervals.end(),
+                       [reading](const DocumentInterval& interval) {
+                         return (interval.readings.*reading).has_value();
+                       });
 }
 
 bool Summarised(const WorkoutDocument& document, Reading reading) {
@@ -24,7 +25,7 @@ bool Summarised(const WorkoutDocument& document, Reading reading) {
 /// Times and distances run on from the start, so that the largest is the total.
 std::optional<double> Largest(const WorkoutDocument& document, Reading reading) {
   std::optional<double> largest;
-  for (const Interval& interval : document.intervals) {
+  for (const DocumentInterval& interval : document.intervals) {
     const std::optional<double>& value = interval.readings.*reading;
     if (value && (!largest || *value > *largest)) largest = value;
   }
@@ -34,7 +35,7 @@ std::optional<double> Largest(const WorkoutDocument& document, Reading reading) 
 std::optional<double> Mean(const WorkoutDocument& document, Reading reading) {
   double sum = 0;
   double count = 0;
-  for (const Interval& interval : document.intervals) {
+  for (const DocumentInterval& interval : document.intervals) {
     const std::optional<double>& value = interval.readings.*reading;
     if (!value) continue;
     sum += *value;
@@ -88,7 +89,7 @@ DistanceKind DistanceKindOf(const WorkoutDocument& document) {
 std::vector<Pause> PausesOf(const WorkoutDocument& document) {
   std::vector<Pause> pauses;
   bool paused = false;
-  for (const Interval& interval : document.intervals) {
+  for (const DocumentInterval& interval : document.intervals) {
     if (!interval.readings.seconds) continue;
     const double now = *interval.readings.seconds;
     if (paused) pauses.back().to = std::max(pauses.back().to, now);
@@ -110,7 +111,7 @@ std::vector<Sample> CourseOf(const WorkoutDocument& document, Reading reading,
   std::vector<Sample> course;
   bool missing = true;
   bool after_pause = false;
-  for (const Interval& interval : document.intervals) {
+  for (const DocumentInterval& interval : document.intervals) {
     const std::optional<double>& seconds = interval.readings.seconds;
     const std::optional<double>& value = interval.readings.*reading;
     if (!seconds) continue;
