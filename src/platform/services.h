@@ -151,8 +151,9 @@ HANDLE CreateThread(SECURITY_ATTRIBUTES* security, std::size_t stack, THREAD_STA
                     void* argument, DWORD flags, DWORD* id);
 /// Ends a thread and returns once it has ended. Elsewhere than on Windows the thread ends at a safe
 /// point only: in a sleep or a wait, holding no lock, or before its first instruction. The library
-/// calls it only when the thread is at such a point or about to reach one. Ending an ended thread
-/// succeeds elsewhere than on Windows, where the result is undefined.
+/// calls it only when a thread that has begun is at such a point or about to reach one: on Windows,
+/// one that has not may hold the loader's lock. Ending an ended thread succeeds elsewhere than on
+/// Windows, where the result is undefined.
 BOOL TerminateThread(HANDLE thread, DWORD exit_code);
 DWORD GetCurrentThreadId();
 
