@@ -115,7 +115,7 @@ TEST_F(ArtworkTest, PictureComesInNumberedParts) {
   reader.on_problem = [](FramingProblem, const std::string& detail) { ADD_FAILURE() << detail; };
   for (const std::uint8_t byte : wire) reader.Feed(byte, dock.now);
   ASSERT_EQ(frames.size(), 3u);
-  // Part 0, format, width, height, the whole of it as the picture's part, bytes of a row.
+  // Number 0, then format, width, height, the whole as this part, bytes of a row.
   const Bytes header(frames[0].data.begin(), frames[0].data.begin() + 19);
   EXPECT_EQ(ToHex(header), "00 00 02 00 10 00 10 00 00 00 00 00 10 00 10 00 00 00 20");
   EXPECT_EQ(frames[0].data.size(), 240u);
