@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Browsing: categories, counts, and entering a category at the top.
-#include "support/legacy_test.h"
+#include "legacy/browsing_test.h"
 
 namespace {
 
 using test::kMillisecond;
-using test::LegacyTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -19,20 +18,7 @@ constexpr const char* kPurging = "Error reading port, purging rx...\r\n";
 
 constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
-class LegacyBrowsing : public LegacyTest {
- protected:
-  /// As after entering `category`, with another one chosen since.
-  void Enter(std::uint8_t category) {
-    ipodPeer::LastCategory(ipod_) = category;
-    ipodPeer::Category(ipod_) = 9;
-  }
-  void ExpectCategories(int category, int last) {
-    EXPECT_EQ(ipod_.getcategory(), category);
-    EXPECT_EQ(ipod_.getlastcategory(), last);
-  }
-
-  unsigned long count_ = 7;
-};
+class LegacyBrowsing : public test::LegacyBrowsingTest {};
 
 TEST_F(LegacyBrowsing, CategoryIsWhatWasSet) {
   ipodPeer::LastCategory(ipod_) = 3;

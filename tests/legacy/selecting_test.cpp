@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Selecting records: on the way down, by name, and of a track, which plays it.
-#include "support/legacy_test.h"
+#include "legacy/browsing_test.h"
 
 namespace {
 
 using test::kMillisecond;
-using test::LegacyTest;
 using ::testing::ElementsAre;
 
 constexpr const char* kCountAlbums = "FF 55 04 04 00 18 03 DD";
@@ -16,20 +15,7 @@ constexpr const char* kSelectTrace = "SelectDBRecord, Data 0-4, 2 0 0 1 4\n";
 
 constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
-class Selecting : public LegacyTest {
- protected:
-  /// As after entering `category`, with another one chosen since.
-  void Enter(std::uint8_t category) {
-    ipodPeer::LastCategory(ipod_) = category;
-    ipodPeer::Category(ipod_) = 9;
-  }
-  void ExpectCategories(int category, int last) {
-    EXPECT_EQ(ipod_.getcategory(), category);
-    EXPECT_EQ(ipod_.getlastcategory(), last);
-  }
-
-  unsigned long count_ = 7;
-};
+class Selecting : public test::LegacyBrowsingTest {};
 
 TEST_F(Selecting, RecordIsSelectedInTheCategoryEnteredLast) {
   Enter(2);
