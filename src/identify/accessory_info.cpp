@@ -9,13 +9,12 @@
 #include "identify/file_version.h"
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "session/exchange.h"
 
 using ipodcomm::LockScope;
 
 namespace {
-
-constexpr unsigned char kRetAccessoryInfo = 0x28;
 
 using Answer = std::vector<unsigned char>;
 
@@ -62,8 +61,8 @@ void CIpodComm::Return_AccessoryInfo(unsigned char* request, unsigned long lengt
   const ipodcomm::HostVersion version = ipodcomm::ReadHostVersion();
   const Answer answer = AnswerFor(type, version, Model());
   if (answer.empty()) return;
-  tagIPOD_WRITE_PARAMS write =
-      ipodcomm::Command(ipodcomm::kGeneralLingo, kRetAccessoryInfo, answer.data(), answer.size());
+  tagIPOD_WRITE_PARAMS write = ipodcomm::Command(
+      ipodcomm::kGeneralLingo, ipodcomm::general::kRetAccessoryInfo, answer.data(), answer.size());
   WriteCommand(&write);
   if (type == ipodcomm::kInfoModelNumber) EventModify(identification_event_, EVENT_SET);
 }

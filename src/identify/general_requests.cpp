@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "ipodcomm/CIpodComm.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "protocol/text.h"
 #include "session/exchange.h"
@@ -10,6 +11,7 @@
 using ipodcomm::Answer;
 using ipodcomm::Command;
 using ipodcomm::kGeneralLingo;
+namespace general = ipodcomm::general;
 
 namespace {
 
@@ -19,18 +21,20 @@ constexpr std::size_t kTextBytes = 256;
 }  // namespace
 
 int CIpodComm::Command_RequestRemoteUIMode() {
-  return ExchangeForGeneralAck(Command(kGeneralLingo, 0x03));
+  return ExchangeForGeneralAck(Command(kGeneralLingo, general::kRequestRemoteUiMode));
 }
 
 int CIpodComm::Command_EnterRemoteUIMode() {
   const unsigned char mode[] = {0x01};
-  if (ExchangeForGeneralAck(Command(kGeneralLingo, 0x37, mode))) return 1;
-  return ExchangeForGeneralAck(Command(kGeneralLingo, 0x05));
+  if (ExchangeForGeneralAck(Command(kGeneralLingo, general::kSetUiMode, mode))) return 1;
+  return ExchangeForGeneralAck(Command(kGeneralLingo, general::kEnterRemoteUiMode));
 }
 
 int CIpodComm::Command_RequestIpodName(wchar_t* name, unsigned long capacity) {
   unsigned char reply[kTextBytes] = {};
-  if (!Exchange(Command(kGeneralLingo, 0x07), Answer(0x08, reply))) return 0;
+  if (!Exchange(Command(kGeneralLingo, general::kRequestIpodName),
+                Answer(general::kReturnIpodName, reply)))
+    return 0;
   ipodcomm::TextFromUtf8(reply, kTextBytes, name, capacity);
   return 1;
 }
@@ -41,7 +45,9 @@ int CIpodComm::Command_RequestIpodModelNum(unsigned long* model_id, wchar_t* tex
   // The text is converted from 256 bytes behind the identifier, so four spare bytes follow the
   // reply.
   unsigned char reply[kTextPosition + kTextBytes] = {};
-  if (!Exchange(Command(kGeneralLingo, 0x0D), Answer(0x0E, reply, kTextBytes))) return 0;
+  if (!Exchange(Command(kGeneralLingo, general::kRequestIpodModelNumber),
+                Answer(general::kReturnIpodModelNumber, reply, kTextBytes)))
+    return 0;
   if (model_id != nullptr) *model_id = ipodcomm::ReadNumber32(reply);
   ipodcomm::TextFromUtf8(reply + kTextPosition, kTextBytes, text, capacity);
   return 1;
@@ -50,15 +56,17 @@ int CIpodComm::Command_RequestIpodModelNum(unsigned long* model_id, wchar_t* tex
 /// The sense of the result is the reverse of every other operation's. Prescribed so.
 int CIpodComm::Command_SetEventNotification(unsigned char* mask) {
   unsigned char reply[2] = {};
-  const bool exchanged =
-      Exchange(Command(kGeneralLingo, 0x49, mask, 8), Answer(ipodcomm::kGeneralAck, reply));
+  const bool exchanged = Exchange(Command(kGeneralLingo, general::kSetEventNotification, mask, 8),
+                                  Answer(general::kAck, reply));
   return !exchanged && reply[0] == 0;
 }
 
 int CIpodComm::Command_GetEventNotification(unsigned char* mask) {
   unsigned char reply[8] = {};
-  tagIPOD_READ_PARAMS read = Answer(0x51, reply);
-  if (!Exchange(Command(kGeneralLingo, 0x4F), &read) || read.received_command != 0x51) return 0;
+  tagIPOD_READ_PARAMS read = Answer(general::kRetSupportedEventNotification, reply);
+  if (!Exchange(Command(kGeneralLingo, general::kGetSupportedEventNotification), &read) ||
+      read.received_command != general::kRetSupportedEventNotification)
+    return 0;
   std::memcpy(mask, reply, read.stored);
   return 1;
 }
@@ -67,8 +75,10 @@ int CIpodComm::Command_RequestLingoProtocolVersion(unsigned char lingo, unsigned
                                                    unsigned char* minor) {
   const unsigned char data[] = {lingo};
   unsigned char reply[3] = {};
-  tagIPOD_READ_PARAMS read = Answer(0x10, reply);
-  if (!Exchange(Command(kGeneralLingo, 0x0F, data), &read) || read.ack_received != 0) return 0;
+  tagIPOD_READ_PARAMS read = Answer(general::kReturnLingoProtocolVersion, reply);
+  if (!Exchange(Command(kGeneralLingo, general::kRequestLingoProtocolVersion, data), &read) ||
+      read.ack_received != 0)
+    return 0;
   const tagIPOD_VERSION version = {reply[1], reply[2]};
   if (tagIPOD_VERSION* known = LingoVersion(lingo)) *known = version;
   if (major != nullptr) *major = version.major;
@@ -101,7 +111,9 @@ tagIPOD_VERSION* CIpodComm::LingoVersion(unsigned char lingo) {
 
 int CIpodComm::Command_RequestMaxPayloadSize() {
   unsigned char reply[2] = {};
-  if (!Exchange(Command(kGeneralLingo, 0x11), Answer(0x12, reply))) return 0;
+  if (!Exchange(Command(kGeneralLingo, general::kRequestMaxPayloadSize),
+                Answer(general::kReturnMaxPayloadSize, reply)))
+    return 0;
   identity_.max_payload_size = ipodcomm::ReadNumber16(reply);
   return 1;
 }
@@ -112,14 +124,14 @@ int CIpodComm::Command_CancelCommand(unsigned short transaction_id) {
   constexpr int kLooks = 10;
   constexpr unsigned short kNothing = 0xFFFF;
   own_transaction_id_ = transaction_id;
-  tagIPOD_WRITE_PARAMS write = Command(kGeneralLingo, 0x50);
+  tagIPOD_WRITE_PARAMS write = Command(kGeneralLingo, general::kCancelCommand);
   if (WriteCommand(&write) != IPOD_COMM_OK) return 1;
   for (int look = 0; look < kLooks; ++look) {
     const unsigned short command = PeekNextReadPacket();
     if (command == kNothing) break;
     tagSERIAL_PACKET dropped = {};
     GetNextReadPacket(&dropped);
-    if (command == ipodcomm::kGeneralAck) break;
+    if (command == general::kAck) break;
   }
   return 1;
 }

@@ -4,6 +4,7 @@
 
 #include "ipodcomm/TraceLog.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "session/exchange.h"
 
 namespace ipodcomm {
@@ -51,9 +52,10 @@ IdentificationSequence::Outcome IdentificationSequence::WakeUp() {
     if (!BeginAttempt(attempt) || !KeepGoing()) return Outcome::kAbandoned;
     if (session_.identity_.idps_enabled == 0) return Outcome::kFallBack;
     unsigned char ack[2] = {};
-    tagIPOD_READ_PARAMS read = Answer(kGeneralAck, ack);
+    tagIPOD_READ_PARAMS read = Answer(general::kAck, ack);
     read.retries = 1;  // the loop is the retry
-    if (session_.Exchange(Command(kGeneralLingo, 0x38), &read)) return TakeStartStatus(ack[0]);
+    if (session_.Exchange(Command(kGeneralLingo, general::kStartIdps), &read))
+      return TakeStartStatus(ack[0]);
     CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Did not receive ack of start IDPS message");
     session_.transaction_id_mode_ = 0;
   }
@@ -95,7 +97,7 @@ void IdentificationSequence::AdjustEventNotifications() {
 /// does not matter.
 void IdentificationSequence::AwaitRemoteUiRequest() {
   unsigned char reply[2] = {};
-  tagIPOD_READ_PARAMS read = Answer(0x03, reply);
+  tagIPOD_READ_PARAMS read = Answer(general::kRequestRemoteUiMode, reply);
   session_.ReadCommand(&read);
 }
 

@@ -4,6 +4,7 @@
 
 #include "identify/identification_sequence.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "serial/event_wait.h"
 #include "session/exchange.h"
@@ -73,7 +74,8 @@ bool IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsigned char* 
   std::memcpy(data + 4, announcement_.options, 4);
   std::memcpy(data + 8, announcement_.device_id, 4);
   unsigned char ack[2] = {};
-  if (!session_.Exchange(Command(kGeneralLingo, 0x13, data), Answer(kGeneralAck, ack))) {
+  if (!session_.Exchange(Command(kGeneralLingo, general::kIdentifyDeviceLingoes, data),
+                         Answer(general::kAck, ack))) {
     return false;
   }
   if (status != nullptr) *status = ack[0];

@@ -4,6 +4,7 @@
 #include "identify/identification_sequence.h"
 #include "ipodcomm/TraceLog.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "session/exchange.h"
 
 namespace ipodcomm {
@@ -66,8 +67,9 @@ IdentificationSequence::Outcome IdentificationSequence::SurveyOptions() {
 IdentificationSequence::LingoOptions IdentificationSequence::RequestOptions(std::uint8_t lingo) {
   const unsigned char data[] = {lingo};
   LingoOptions options = {};
-  tagIPOD_READ_PARAMS read = Answer(0x4C, options.reply);
-  options.exchanged = session_.Exchange(Command(kGeneralLingo, 0x4B, data), &read);
+  tagIPOD_READ_PARAMS read = Answer(general::kRetIpodOptionsForLingo, options.reply);
+  options.exchanged =
+      session_.Exchange(Command(kGeneralLingo, general::kGetIpodOptionsForLingo, data), &read);
   options.refused = read.ack_received != 0;
   return options;
 }
@@ -148,7 +150,8 @@ bool IdentificationSequence::Added(TokenPacket::Result result) {
 IdentificationSequence::Outcome IdentificationSequence::EndTokens() {
   const unsigned char data[] = {0x00};
   unsigned char reply[1] = {};
-  if (!session_.Exchange(Command(kGeneralLingo, 0x3B, data), Answer(0x3C, reply))) {
+  if (!session_.Exchange(Command(kGeneralLingo, general::kEndIdps, data),
+                         Answer(general::kIdpsStatus, reply))) {
     session_.transaction_id_mode_ = 0;  // also when the host stops now
     return KeepGoing() ? Outcome::kFallBack : Outcome::kAbandoned;
   }

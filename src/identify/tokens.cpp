@@ -11,6 +11,7 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/TraceLog.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "session/exchange.h"
 
@@ -177,11 +178,13 @@ unsigned long CIpodComm::AddAudioSampleToken(unsigned char* destination, unsigne
 /// Sends one packet of tokens: `39 count tokens...`, answered by `3A`.
 bool CIpodComm::Command_SetFIDTokenValue(unsigned char* payload, unsigned long length) {
   unsigned char reply[64] = {};
-  tagIPOD_READ_PARAMS read = ipodcomm::Answer(0x3A, reply);
-  if (Exchange(ipodcomm::Command(ipodcomm::kGeneralLingo, 0x39, payload, length), &read)) {
+  tagIPOD_READ_PARAMS read = ipodcomm::Answer(ipodcomm::general::kRetFidTokenValueAcks, reply);
+  if (Exchange(ipodcomm::Command(ipodcomm::kGeneralLingo, ipodcomm::general::kSetFidTokenValues,
+                                 payload, length),
+               &read)) {
     return true;
   }
-  if (read.received_command == ipodcomm::kGeneralAck) {
+  if (read.received_command == ipodcomm::general::kAck) {
     CKORVATrace::LogSoftwareError(L"CIpodComm::Command_SetFIDTokenValue",
                                   L"Set FID Token Failed = %2x\r\n", reply[8]);
   }

@@ -5,6 +5,7 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/ipod.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "protocol/text.h"
 #include "session/exchange.h"
@@ -12,10 +13,10 @@
 using ipodcomm::Answer;
 using ipodcomm::Command;
 using ipodcomm::kExtendedLingo;
+namespace extended = ipodcomm::extended;
 
 namespace {
 
-constexpr std::uint16_t kReturnRecord = 0x001B;
 constexpr std::size_t kRecordBytes = 1024;
 constexpr std::size_t kNamePosition = 4;
 constexpr unsigned char kCurrentCategory = 255;
@@ -25,7 +26,9 @@ constexpr unsigned char kCurrentCategory = 255;
 struct RecordReply {
   unsigned char bytes[kNamePosition + kRecordBytes] = {};
 
-  tagIPOD_READ_PARAMS Awaited() { return Answer(kReturnRecord, bytes, kRecordBytes); }
+  tagIPOD_READ_PARAMS Awaited() {
+    return Answer(extended::kReturnCategorizedDatabaseRecord, bytes, kRecordBytes);
+  }
   void CopyName(wchar_t* name, unsigned long chars) const {
     ipodcomm::TextFromUtf8(bytes + kNamePosition, kRecordBytes, name, chars);
   }
@@ -46,19 +49,24 @@ struct RecordRequest {
 
 int CIpodComm::Command_ResetDBSelection() {
   unsigned char status = 0;
-  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x0016), &status) && status == 0;
+  return ExchangeForExtendedAck(Command(kExtendedLingo, extended::kResetDbSelection), &status) &&
+         status == 0;
 }
 
 int CIpodComm::Command_ResetDBSelectionHeirarchy(unsigned char hierarchy) {
   const unsigned char data[] = {hierarchy};
   unsigned char status = 0;
-  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x003B, data), &status) && status == 0;
+  return ExchangeForExtendedAck(Command(kExtendedLingo, extended::kResetDbSelectionHierarchy, data),
+                                &status) &&
+         status == 0;
 }
 
 int CIpodComm::Command_GetNumberCategorizedDBRecords(unsigned char category, unsigned long* count) {
   const unsigned char data[] = {category};
   unsigned char reply[4] = {};
-  if (!Exchange(Command(kExtendedLingo, 0x0018, data), Answer(0x0019, reply))) return 0;
+  if (!Exchange(Command(kExtendedLingo, extended::kGetNumberCategorizedDbRecords, data),
+                Answer(extended::kReturnNumberCategorizedDbRecords, reply)))
+    return 0;
   *count = ipodcomm::ReadNumber32(reply);
   return 1;
 }
@@ -71,7 +79,8 @@ unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned lon
                                                                     unsigned long count,
                                                                     unsigned char category) {
   const RecordRequest request(CategoryOnWire(category), start, count);
-  tagIPOD_WRITE_PARAMS write = Command(kExtendedLingo, 0x001A, request.bytes);
+  tagIPOD_WRITE_PARAMS write =
+      Command(kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords, request.bytes);
   const std::uint16_t transaction_id = own_transaction_id_;
   return WriteCommand(&write) == IPOD_COMM_OK ? transaction_id : 0UL;
 }
@@ -90,7 +99,10 @@ int CIpodComm::Command_RetrieveCategorizedDatabaseRecord(wchar_t* name, unsigned
                                                          unsigned char category) {
   const RecordRequest request(CategoryOnWire(category), index, 1);
   RecordReply reply;
-  if (!Exchange(Command(kExtendedLingo, 0x001A, request.bytes), reply.Awaited())) return 0;
+  if (!Exchange(
+          Command(kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords, request.bytes),
+          reply.Awaited()))
+    return 0;
   reply.CopyName(name, chars);
   return 1;
 }
@@ -98,7 +110,7 @@ int CIpodComm::Command_RetrieveCategorizedDatabaseRecord(wchar_t* name, unsigned
 int CIpodComm::Command_SelectDBRecord(unsigned char category, unsigned long index) {
   unsigned char data[5] = {category};
   ipodcomm::WriteNumber32(data + 1, static_cast<std::uint32_t>(index));
-  return ExchangeForLoggedAck(Command(kExtendedLingo, 0x0017, data),
+  return ExchangeForLoggedAck(Command(kExtendedLingo, extended::kSelectDbRecord, data),
                               L"CIpodComm::Command_SelectDBRecord",
                               L"Failed to select! Ack = 0x%02X");
 }
@@ -108,7 +120,7 @@ int CIpodComm::Command_SelectSortDBRecord(unsigned char category, unsigned long 
   unsigned char data[6] = {category};
   ipodcomm::WriteNumber32(data + 1, static_cast<std::uint32_t>(index));
   data[5] = sort;
-  return ExchangeForLoggedAck(Command(kExtendedLingo, 0x0038, data),
+  return ExchangeForLoggedAck(Command(kExtendedLingo, extended::kSelectSortDbRecord, data),
                               L"CIpodComm::Command_SelectSortDBRecord",
                               L"Failed to select! Ack = 0x%02X");
 }

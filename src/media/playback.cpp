@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: controlling playback, and what is playing.
 #include "ipodcomm/CIpodComm.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "protocol/text.h"
 #include "session/exchange.h"
@@ -8,6 +9,7 @@
 using ipodcomm::Answer;
 using ipodcomm::Command;
 using ipodcomm::kExtendedLingo;
+namespace extended = ipodcomm::extended;
 
 namespace {
 
@@ -27,7 +29,7 @@ std::size_t ButtonBytes(const unsigned char (&mask)[4]) {
 
 int CIpodComm::Command_PlayControl(unsigned char code) {
   const unsigned char data[] = {code};
-  return ExchangeForLoggedAck(Command(kExtendedLingo, 0x0029, data),
+  return ExchangeForLoggedAck(Command(kExtendedLingo, extended::kPlayControl, data),
                               L"CIpodComm::Command_PlayControl",
                               L"Failed to control! Ack = 0x%02X");
 }
@@ -38,15 +40,18 @@ tagIPOD_COMM_ERROR CIpodComm::Command_SimplePlayControl(unsigned long buttons) {
       static_cast<unsigned char>(buttons >> 16), static_cast<unsigned char>(buttons >> 24)};
   unsigned char ack[3] = {};
   tagIPOD_WRITE_PARAMS write =
-      Command(ipodcomm::kSimpleRemoteLingo, 0x0000, mask, ButtonBytes(mask));
-  tagIPOD_READ_PARAMS read = Answer(ipodcomm::kExtendedAck, ack);
+      Command(ipodcomm::kSimpleRemoteLingo, ipodcomm::simple_remote::kContextButtonStatus, mask,
+              ButtonBytes(mask));
+  tagIPOD_READ_PARAMS read = Answer(extended::kAck, ack);
   return WriteReadCommand(&write, &read);
 }
 
 int CIpodComm::Command_GetPlayStatus(unsigned char* state, unsigned long* length,
                                      unsigned long* position) {
   unsigned char reply[9] = {};
-  if (!Exchange(Command(kExtendedLingo, 0x001C), Answer(0x001D, reply))) return 0;
+  if (!Exchange(Command(kExtendedLingo, extended::kGetPlayStatus),
+                Answer(extended::kReturnPlayStatus, reply)))
+    return 0;
   *length = ipodcomm::ReadNumber32(reply);
   *position = ipodcomm::ReadNumber32(reply + 4);
   *state = reply[8];
@@ -55,7 +60,9 @@ int CIpodComm::Command_GetPlayStatus(unsigned char* state, unsigned long* length
 
 int CIpodComm::Command_GetCurrentPlayingTrackIndex(unsigned long* index) {
   unsigned char reply[4] = {};
-  if (!Exchange(Command(kExtendedLingo, 0x001E), Answer(0x001F, reply))) return 0;
+  if (!Exchange(Command(kExtendedLingo, extended::kGetCurrentPlayingTrackIndex),
+                Answer(extended::kReturnCurrentPlayingTrackIndex, reply)))
+    return 0;
   *index = ipodcomm::ReadNumber32(reply);
   return 1;
 }
@@ -69,7 +76,9 @@ int CIpodComm::Command_RetrieveDBTrackTime(unsigned long track, unsigned long* s
   ipodcomm::WriteNumber32(data + 4, kOneTrack);
   data[8] = kTrackTime;
   unsigned char reply[20] = {};
-  if (!Exchange(Command(kExtendedLingo, 0x0040, data), Answer(0x0041, reply))) return 0;
+  if (!Exchange(Command(kExtendedLingo, extended::kRetrieveDbTrackInfo, data),
+                Answer(extended::kReturnDbTrackInfo, reply)))
+    return 0;
   *seconds = ipodcomm::ReadNumber32(reply + 5) / 1000;
   return 1;
 }
@@ -78,17 +87,23 @@ int CIpodComm::SetNotification(unsigned long mask) {
   unsigned char bits[4] = {};
   ipodcomm::WriteNumber32(bits, static_cast<std::uint32_t>(mask));
   unsigned char status = 0;
-  if (ExchangeForExtendedAck(Command(kExtendedLingo, 0x0026, bits), &status) && status == 0) {
+  if (ExchangeForExtendedAck(
+          Command(kExtendedLingo, extended::kSetPlayStatusChangeNotification, bits), &status) &&
+      status == 0) {
     return 1;
   }
   const unsigned char all_or_none[] = {static_cast<unsigned char>(mask != 0 ? 1 : 0)};
-  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x0026, all_or_none), &status) &&
+  return ExchangeForExtendedAck(
+             Command(kExtendedLingo, extended::kSetPlayStatusChangeNotification, all_or_none),
+             &status) &&
          status == 0;
 }
 
 int CIpodComm::Command_GetShuffle(unsigned long* mode) {
   unsigned char reply[1] = {};
-  if (!Exchange(Command(kExtendedLingo, 0x002C), Answer(0x002D, reply))) return 0;
+  if (!Exchange(Command(kExtendedLingo, extended::kGetShuffle),
+                Answer(extended::kReturnShuffle, reply)))
+    return 0;
   if (mode != nullptr) *mode = reply[0];
   return 1;
 }
@@ -98,12 +113,12 @@ int CIpodComm::Command_GetShuffle(unsigned long* mode) {
 int CIpodComm::Command_SetShuffle(unsigned long mode, int keep) {
   const unsigned char data[] = {static_cast<unsigned char>(mode),
                                 static_cast<unsigned char>(keep == 0 ? 1 : 0)};
-  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x002E, data), nullptr);
+  return ExchangeForExtendedAck(Command(kExtendedLingo, extended::kSetShuffle, data), nullptr);
 }
 
 int CIpodComm::Command_SetRepeat(unsigned char mode, int restore) {
   const unsigned char data[] = {mode, static_cast<unsigned char>(restore != 0 ? 1 : 0)};
-  return ExchangeForExtendedAck(Command(kExtendedLingo, 0x0031, data), nullptr);
+  return ExchangeForExtendedAck(Command(kExtendedLingo, extended::kSetRepeat, data), nullptr);
 }
 
 int CIpodComm::GetPlayInfo(unsigned long* index, int* flag, wchar_t* title,

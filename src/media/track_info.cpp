@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: information about the tracks of the now-playing list.
 #include "ipodcomm/CIpodComm.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "session/exchange.h"
 
 using ipodcomm::Answer;
 using ipodcomm::Command;
+namespace display_remote = ipodcomm::display_remote;
+namespace extended = ipodcomm::extended;
 
 int CIpodComm::Command_GetIndexedPlayingTrackInfo(unsigned char type, unsigned long track,
                                                   unsigned short chapter, unsigned char* buffer,
@@ -13,7 +16,9 @@ int CIpodComm::Command_GetIndexedPlayingTrackInfo(unsigned char type, unsigned l
   unsigned char data[7] = {type};
   ipodcomm::WriteNumber32(data + 1, static_cast<std::uint32_t>(track));
   ipodcomm::WriteNumber16(data + 5, chapter);
-  return Exchange(Command(ipodcomm::kDisplayRemoteLingo, 0x12, data), Answer(0x13, buffer, size));
+  return Exchange(
+      Command(ipodcomm::kDisplayRemoteLingo, display_remote::kGetIndexedPlayingTrackInfo, data),
+      Answer(display_remote::kReturnIndexedPlayingTrackInfo, buffer, size));
 }
 
 /// `command` asks for a text, which the command after it returns. It is copied as it comes: a text
@@ -28,15 +33,15 @@ int CIpodComm::GetTrackText(std::uint16_t command, unsigned long track, unsigned
 
 int CIpodComm::Command_GetIndexedPlayingTrackTitle(unsigned long track, unsigned char* buffer,
                                                    unsigned long size) {
-  return GetTrackText(0x0020, track, buffer, size);
+  return GetTrackText(extended::kGetIndexedPlayingTrackTitle, track, buffer, size);
 }
 
 int CIpodComm::Command_GetIndexedPlayingTrackArtistName(unsigned long track, unsigned char* buffer,
                                                         unsigned long size) {
-  return GetTrackText(0x0022, track, buffer, size);
+  return GetTrackText(extended::kGetIndexedPlayingTrackArtistName, track, buffer, size);
 }
 
 int CIpodComm::Command_GetIndexedPlayingTrackAlbumName(unsigned long track, unsigned char* buffer,
                                                        unsigned long size) {
-  return GetTrackText(0x0024, track, buffer, size);
+  return GetTrackText(extended::kGetIndexedPlayingTrackAlbumName, track, buffer, size);
 }

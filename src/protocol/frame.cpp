@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "protocol/commands.h"
+
 namespace ipodcomm {
 
 namespace {

@@ -17,13 +17,6 @@ namespace ipodcomm {
 
 constexpr std::uint8_t kSyncByte = 0xFF;
 
-constexpr std::uint8_t kGeneralLingo = 0x00;
-constexpr std::uint8_t kSimpleRemoteLingo = 0x02;
-constexpr std::uint8_t kDisplayRemoteLingo = 0x03;
-constexpr std::uint8_t kExtendedLingo = 0x04;
-constexpr std::uint8_t kSportsLingo = 0x09;
-constexpr std::uint8_t kStorageLingo = 0x0C;
-
 /// Bytes of a received frame. What lies past its end reads as 0, so nothing that an iPod sends
 /// makes anybody read outside.
 class FrameBytes {

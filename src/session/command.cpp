@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: waiting for answers, and retrying.
 #include "ipodcomm/CIpodComm.h"
+#include "protocol/commands.h"
 #include "protocol/frame.h"
 
 tagIPOD_COMM_ERROR CIpodComm::ReadCommand(tagIPOD_READ_PARAMS* read) {

@@ -5,6 +5,7 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "protocol/frame.h"
 #include "protocol/numbers.h"
 
@@ -13,7 +14,7 @@ using ipodcomm::ReceivedFrame;
 
 namespace {
 
-constexpr std::uint16_t kAck = 0x02;
+using ipodcomm::general::kAck;  // and the number that the other decoders accept
 constexpr std::uint8_t kCommandPending = 0x06;
 
 void SetKeepReading(int* keep_reading, bool keep) {
@@ -107,10 +108,10 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoSportsReadCommand(unsigned char* frame
   if (taken) return IPOD_COMM_OK;
   // Requests of the iPod that come while an answer is awaited are served at once.
   switch (read->received_command) {
-    case 0x03:
+    case ipodcomm::sports::kGetDeviceCaps:
       Return_SportsDeviceCaps();
       return IPOD_COMM_NO_ANSWER;
-    case 0x01:
+    case ipodcomm::sports::kGetDeviceVersion:
       Return_SportsDeviceVersion();
       return IPOD_COMM_NO_ANSWER;
     default:

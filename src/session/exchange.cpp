@@ -16,7 +16,7 @@ bool CIpodComm::Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS read) {
 /// Sends a General command that is answered by an ACK (status, command); true on status 0 for it.
 bool CIpodComm::ExchangeForGeneralAck(tagIPOD_WRITE_PARAMS write) {
   unsigned char ack[2] = {};
-  return Exchange(write, ipodcomm::Answer(ipodcomm::kGeneralAck, ack)) && ack[0] == 0 &&
+  return Exchange(write, ipodcomm::Answer(ipodcomm::general::kAck, ack)) && ack[0] == 0 &&
          ack[1] == write.command;
 }
 
@@ -24,7 +24,7 @@ bool CIpodComm::ExchangeForGeneralAck(tagIPOD_WRITE_PARAMS write) {
 /// command), whose status may be asked for; true when the exchange succeeded.
 bool CIpodComm::ExchangeForExtendedAck(tagIPOD_WRITE_PARAMS write, unsigned char* status) {
   unsigned char ack[3] = {};
-  if (!Exchange(write, ipodcomm::Answer(ipodcomm::kExtendedAck, ack))) return false;
+  if (!Exchange(write, ipodcomm::Answer(ipodcomm::extended::kAck, ack))) return false;
   if (status != nullptr) *status = ack[0];
   return true;
 }

@@ -6,15 +6,12 @@
 #include <cstdint>
 
 #include "ipodcomm/IpodTypes.h"
-#include "protocol/frame.h"
+#include "protocol/commands.h"
 
 namespace ipodcomm {
 
 /// Attempts of an ordinary command.
 constexpr std::int32_t kAttempts = 3;
-
-constexpr std::uint16_t kGeneralAck = 0x02;
-constexpr std::uint16_t kExtendedAck = 0x0001;
 
 /// A command without data.
 inline tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command) {

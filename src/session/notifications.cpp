@@ -3,6 +3,7 @@
 // requests.
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "protocol/frame.h"
 
 using ipodcomm::FrameBytes;
@@ -33,13 +34,13 @@ void CIpodComm::HandleNextNotification() {
 void CIpodComm::HandleNotification(tagSERIAL_PACKET& packet) {
   ReceivedFrame frame = ipodcomm::ParseNotification(FrameBytes(packet));
   if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
-  if (Is(frame, ipodcomm::kExtendedLingo, 0x0027)) {
+  if (Is(frame, ipodcomm::kExtendedLingo, ipodcomm::extended::kPlayStatusChangeNotification)) {
     TakePlayStatus(frame);
-  } else if (Is(frame, ipodcomm::kGeneralLingo, 0x27)) {
+  } else if (Is(frame, ipodcomm::kGeneralLingo, ipodcomm::general::kGetAccessoryInfo)) {
     Return_AccessoryInfo(packet.data + frame.data_position, frame.data_length);
-  } else if (Is(frame, ipodcomm::kStorageLingo, 0x81)) {
+  } else if (Is(frame, ipodcomm::kStorageLingo, ipodcomm::storage::kGetAccessoryCaps)) {
     Command_ST_RetAccessoryCaps(kStorageMajor, kStorageMinor);
-  } else if (Is(frame, ipodcomm::kSportsLingo, 0x03)) {
+  } else if (Is(frame, ipodcomm::kSportsLingo, ipodcomm::sports::kGetDeviceCaps)) {
     Return_SportsDeviceCaps();
   }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: the packet-routing thread, which parts answers from what the iPod sends unasked.
 #include "ipodcomm/CIpodComm.h"
+#include "protocol/commands.h"
 #include "protocol/frame.h"
 
 using ipodcomm::FrameBytes;
@@ -19,12 +20,12 @@ struct Route {
 };
 
 constexpr Route kNotificationRoutes[] = {
-    {ipodcomm::kExtendedLingo, 0x0027, false},  // PlayStatusChangeNotification
-    {ipodcomm::kGeneralLingo, 0x23, false},     // NotifyiPodStateChange
-    {ipodcomm::kGeneralLingo, 0x27, true},      // GetAccessoryInfo
-    {ipodcomm::kStorageLingo, 0x81, true},      // GetAccessoryCaps
-    {ipodcomm::kGeneralLingo, 0x4A, true},      // iPodNotification
-    {ipodcomm::kSportsLingo, 0x03, true},       // GetDeviceCaps
+    {ipodcomm::kExtendedLingo, ipodcomm::extended::kPlayStatusChangeNotification, false},
+    {ipodcomm::kGeneralLingo, ipodcomm::general::kNotifyIpodStateChange, false},
+    {ipodcomm::kGeneralLingo, ipodcomm::general::kGetAccessoryInfo, true},
+    {ipodcomm::kStorageLingo, ipodcomm::storage::kGetAccessoryCaps, true},
+    {ipodcomm::kGeneralLingo, ipodcomm::general::kIpodNotification, true},
+    {ipodcomm::kSportsLingo, ipodcomm::sports::kGetDeviceCaps, true},
 };
 
 const Route* FindNotificationRoute(const ReceivedFrame& frame) {

@@ -4,6 +4,7 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "protocol/frame.h"
 #include "protocol/numbers.h"
 
@@ -13,9 +14,9 @@ namespace {
 
 /// Answers of the accessory, which echo the identifier of the iPod's request.
 bool AnswersRequest(std::uint8_t lingo, std::uint16_t command) {
-  return (lingo == ipodcomm::kGeneralLingo && command == 0x28) ||  // RetAccessoryInfo
-         (lingo == ipodcomm::kSportsLingo && command == 0x04) ||   // RetDeviceCaps
-         (lingo == ipodcomm::kStorageLingo && command == 0x82);    // RetAccessoryCaps
+  return (lingo == ipodcomm::kGeneralLingo && command == ipodcomm::general::kRetAccessoryInfo) ||
+         (lingo == ipodcomm::kSportsLingo && command == ipodcomm::sports::kRetDeviceCaps) ||
+         (lingo == ipodcomm::kStorageLingo && command == ipodcomm::storage::kRetAccessoryCaps);
 }
 
 }  // namespace
@@ -24,9 +25,9 @@ bool AnswersRequest(std::uint8_t lingo, std::uint16_t command) {
 bool CIpodComm::CarriesTransactionId(std::uint8_t lingo, std::uint16_t command) const {
   if (transaction_id_mode_ == 0) return false;
   if (lingo != ipodcomm::kGeneralLingo) return true;
-  const bool never = command == 0x13 ||  // IdentifyDeviceLingoes
-                     command == 0x28 ||  // RetAccessoryInfo
-                     command == 0x03;    // RequestRemoteUIMode
+  const bool never = command == ipodcomm::general::kIdentifyDeviceLingoes ||
+                     command == ipodcomm::general::kRetAccessoryInfo ||
+                     command == ipodcomm::general::kRequestRemoteUiMode;
   return !never;
 }
 

@@ -2,12 +2,14 @@
 // CIpodComm: what accessory and iPod tell each other about their Sports lingo, and the user's data.
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/ipod.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "session/exchange.h"
 
 using ipodcomm::Answer;
 using ipodcomm::Command;
 using ipodcomm::kSportsLingo;
+namespace sports = ipodcomm::sports;
 
 namespace {
 
@@ -16,8 +18,6 @@ constexpr unsigned char kFlag = 2;
 constexpr unsigned char kWeight = 3;
 constexpr unsigned char kValue = 4;
 
-constexpr std::uint16_t kSportsAck = 0x80;
-
 }  // namespace
 
 int CIpodComm::SupportsSports() { return identity_.sports_supported; }
@@ -25,20 +25,21 @@ int CIpodComm::SupportsSports() { return identity_.sports_supported; }
 /// Answers `01` with version 1.01: `02 01 01`.
 void CIpodComm::Return_SportsDeviceVersion() {
   const unsigned char version[] = {0x01, 0x01};
-  tagIPOD_WRITE_PARAMS write = Command(kSportsLingo, 0x02, version);
+  tagIPOD_WRITE_PARAMS write = Command(kSportsLingo, sports::kRetDeviceVersion, version);
   WriteCommand(&write);
 }
 
 /// Answers `03` with the device's capabilities: `04 02 00 00`.
 void CIpodComm::Return_SportsDeviceCaps() {
   const unsigned char caps[] = {0x02, 0x00, 0x00};
-  tagIPOD_WRITE_PARAMS write = Command(kSportsLingo, 0x04, caps);
+  tagIPOD_WRITE_PARAMS write = Command(kSportsLingo, sports::kRetDeviceCaps, caps);
   WriteCommand(&write);
 }
 
 int CIpodComm::Command_SportsGetIpodCaps(unsigned short* caps, unsigned char* extra) {
   unsigned char reply[3] = {};
-  if (!Exchange(Command(kSportsLingo, 0x83), Answer(0x84, reply))) return 0;
+  if (!Exchange(Command(kSportsLingo, sports::kGetIpodCaps), Answer(sports::kRetIpodCaps, reply)))
+    return 0;
   if (caps != nullptr) *caps = ipodcomm::ReadNumber16(reply);
   if (extra != nullptr) *extra = reply[2];
   return 1;
@@ -52,7 +53,8 @@ bool CIpodComm::KeepsUserData() {
 
 bool CIpodComm::GetUserDataItem(unsigned char type, unsigned char* reply, std::size_t size) {
   const unsigned char data[] = {type};
-  return Exchange(Command(kSportsLingo, 0x88, data), Answer(0x89, reply, size));
+  return Exchange(Command(kSportsLingo, sports::kGetUserData, data),
+                  Answer(sports::kRetUserData, reply, size));
 }
 
 /// Every item lies behind its data type, which the iPod repeats.
@@ -79,5 +81,6 @@ int CIpodComm::Command_SetUserWeight(unsigned short weight) {
   unsigned char data[3] = {kWeight};
   ipodcomm::WriteNumber16(data + 1, weight);
   unsigned char ack[2] = {};
-  return Exchange(Command(kSportsLingo, 0x8A, data), Answer(kSportsAck, ack)) && ack[0] == 0;
+  return Exchange(Command(kSportsLingo, sports::kSetUserData, data), Answer(sports::kAck, ack)) &&
+         ack[0] == 0;
 }

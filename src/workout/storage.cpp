@@ -4,6 +4,7 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
+#include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "protocol/text.h"
 #include "session/exchange.h"
@@ -11,10 +12,9 @@
 using ipodcomm::Answer;
 using ipodcomm::Command;
 using ipodcomm::kStorageLingo;
+namespace storage = ipodcomm::storage;
 
 namespace {
-
-constexpr std::uint16_t kStorageAck = 0x00;
 
 /// A number of 64 bits, of which the two lowest bytes both repeat byte 3. Prescribed so; it is off
 /// by less than 64 KiB, and hosts in the field depend on it.
@@ -47,7 +47,9 @@ int CIpodComm::Command_StorageGetIpodCaps(__int64* total_space, unsigned long* m
                                           unsigned short* max_write_size, unsigned char* major,
                                           unsigned char* minor) {
   unsigned char reply[22] = {};
-  if (!Exchange(Command(kStorageLingo, 0x01), Answer(0x02, reply))) return 0;
+  if (!Exchange(Command(kStorageLingo, storage::kGetIpodCaps),
+                Answer(storage::kRetIpodCaps, reply)))
+    return 0;
   if (total_space != nullptr) *total_space = ReadSpace(reply);
   if (max_file_size != nullptr) *max_file_size = ipodcomm::ReadNumber32(reply + 8);
   if (max_write_size != nullptr) *max_write_size = ipodcomm::ReadNumber16(reply + 12);
@@ -58,7 +60,9 @@ int CIpodComm::Command_StorageGetIpodCaps(__int64* total_space, unsigned long* m
 
 int CIpodComm::Command_GetiPodFreeSpace(__int64* free_space) {
   unsigned char reply[8] = {};
-  if (!Exchange(Command(kStorageLingo, 0x10), Answer(0x11, reply))) return 0;
+  if (!Exchange(Command(kStorageLingo, storage::kGetIpodFreeSpace),
+                Answer(storage::kRetIpodFreeSpace, reply)))
+    return 0;
   *free_space = ReadSpace(reply);
   return 1;
 }
@@ -82,7 +86,8 @@ int CIpodComm::Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned 
   unsigned char head[5] = {feature_type};
   ipodcomm::WriteNumber32(head + 1, static_cast<std::uint32_t>(options));
   unsigned char reply[1] = {};
-  if (!ExchangeFileData(0x12, head, data, length, Answer(0x04, reply))) {
+  if (!ExchangeFileData(storage::kOpenIpodFeatureFile, head, data, length,
+                        Answer(storage::kRetIpodFileHandle, reply))) {
     NKDbgPrintfW(L"Failed to open iPod feature file!\r\n");
     return 0;
   }
@@ -99,13 +104,17 @@ int CIpodComm::Command_WriteiPodFileData(unsigned char handle, unsigned char* da
   ipodcomm::WriteNumber32(head, offset);
   head[4] = handle;
   unsigned char ack[3] = {};
-  return ExchangeFileData(0x07, head, data, length, Answer(kStorageAck, ack)) && ack[0] == 0;
+  return ExchangeFileData(storage::kWriteIpodFileData, head, data, length,
+                          Answer(storage::kAck, ack)) &&
+         ack[0] == 0;
 }
 
 int CIpodComm::Command_CloseiPodFile(unsigned char handle) {
   const unsigned char data[] = {handle};
   unsigned char ack[3] = {};
-  return Exchange(Command(kStorageLingo, 0x08, data), Answer(kStorageAck, ack)) && ack[0] == 0;
+  return Exchange(Command(kStorageLingo, storage::kCloseIpodFile, data),
+                  Answer(storage::kAck, ack)) &&
+         ack[0] == 0;
 }
 
 int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor) {
@@ -114,7 +123,7 @@ int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char mi
   caps[19] = 0xFF;
   caps[20] = major;
   caps[21] = minor;
-  tagIPOD_WRITE_PARAMS write = Command(kStorageLingo, 0x82, caps);
+  tagIPOD_WRITE_PARAMS write = Command(kStorageLingo, storage::kRetAccessoryCaps, caps);
   return WriteCommand(&write) == IPOD_COMM_OK;
 }
 
