@@ -33,8 +33,8 @@ SimulatedIpod::Device::Device(Settings given)
       traits(TraitsOf(settings.profile)),
       link(settings),
       player(&settings.library, settings.seed),
-      enquiries(&link, settings),
-      identification(&link, &enquiries, settings),
+      questions(&link, settings),
+      identification(&link, &questions, settings),
       general(&link, settings),
       browsing(&link, &player, settings),
       notifications(&link, &player, settings),
@@ -78,9 +78,9 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
   }
   link.CheckIdentifier(request);
   CheckOrder(request);
-  if (enquiries.Handle(request)) return;
+  if (questions.Handle(request)) return;
   // Somebody who introduces himself anew owes no answers from before.
-  if (!Identification::Begins(request)) enquiries.NoticeOtherFrame();
+  if (!Identification::Begins(request)) questions.NoticeOtherFrame();
   if (StrikesFirst(request)) return;
   Serve(request);
 
@@ -144,7 +144,7 @@ bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
     return true;
   }
   FaultDice& dice = link.dice();
-  if (dice.Strikes(Fault::kUnaskedRequests)) enquiries.AskOutOfTurn();
+  if (dice.Strikes(Fault::kUnaskedRequests)) questions.AskOutOfTurn();
   const bool answered = request.rule->nature == CommandNature::kRequest ||
                         request.rule->nature == CommandNature::kRequestWithout;
   if (!answered) return false;
@@ -162,7 +162,7 @@ bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
 }
 
 void SimulatedIpod::Device::Serve(const Request& request) {
-  enquiries.AskAbout(request);
+  questions.AskAbout(request);
   const bool had_tokens = identification.by_tokens();
   if (identification.Handle(request)) {
     if (!had_tokens && identification.by_tokens()) general.Apply(identification.tokens());
@@ -182,10 +182,10 @@ void SimulatedIpod::Device::Advance(Microseconds now) {
     link.SetNow(*replug_at_);
     Replug();
   }
-  for (auto timeout = enquiries.NextTimeout(); HasCome(timeout, now);
-       timeout = enquiries.NextTimeout()) {
+  for (auto timeout = questions.NextTimeout(); HasCome(timeout, now);
+       timeout = questions.NextTimeout()) {
     notifications.Advance(*timeout);
-    enquiries.Advance(*timeout);
+    questions.Advance(*timeout);
   }
   notifications.Advance(now);
 }
@@ -193,7 +193,7 @@ void SimulatedIpod::Device::Advance(Microseconds now) {
 std::optional<Microseconds> SimulatedIpod::Device::NextEvent() const {
   if (!plugged) return replug_at_;
   std::optional<Microseconds> next = link.NextDue();
-  for (const auto time : {notifications.NextEvent(), enquiries.NextTimeout()}) {
+  for (const auto time : {notifications.NextEvent(), questions.NextTimeout()}) {
     if (IsEarlier(time, next)) next = time;
   }
   return next;
@@ -205,7 +205,7 @@ void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   link.Note(TraceLine::Direction::kNote, "unplugged");
   link.Clear();
   reader.Reset();
-  enquiries.Forget();
+  questions.Forget();
   identification.Forget();
   general.Forget();
   browsing.Forget();

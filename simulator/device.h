@@ -3,20 +3,20 @@
 
 #pragma once
 
-#include "artwork.h"
-#include "browsing.h"
-#include "chapters.h"
-#include "display.h"
-#include "enquiries.h"
-#include "frame.h"
-#include "general.h"
-#include "identification.h"
-#include "link.h"
-#include "playback.h"
-#include "remotes.h"
 #include "simulated_ipod.h"
-#include "sports.h"
-#include "storage.h"
+#include "simulator/lingoes/artwork.h"
+#include "simulator/lingoes/browsing.h"
+#include "simulator/lingoes/chapters.h"
+#include "simulator/lingoes/display.h"
+#include "simulator/lingoes/general.h"
+#include "simulator/lingoes/identification.h"
+#include "simulator/lingoes/playback.h"
+#include "simulator/lingoes/questions.h"
+#include "simulator/lingoes/remotes.h"
+#include "simulator/lingoes/sports.h"
+#include "simulator/lingoes/storage.h"
+#include "simulator/wire/frame.h"
+#include "simulator/wire/link.h"
 
 namespace ipodsim {
 
@@ -34,7 +34,7 @@ class SimulatedIpod::Device {
   const Traits& traits;
   Link link;
   Player player;
-  Enquiries enquiries;
+  Questions questions;
   Identification identification;
   General general;
   Browsing browsing;

@@ -70,7 +70,7 @@ const std::vector<std::uint8_t>& SimulatedIpod::display_image() const {
 }
 
 std::vector<std::uint8_t> SimulatedIpod::accessory_information(std::uint8_t type) const {
-  const auto& answers = device_->enquiries.answers();
+  const auto& answers = device_->questions.answers();
   const auto found = answers.find(type);
   return found == answers.end() ? std::vector<std::uint8_t>{} : found->second;
 }

@@ -18,10 +18,11 @@
 #include <string>
 #include <vector>
 
-#include "mistakes.h"
-#include "player.h"
-#include "settings.h"
-#include "trace.h"
+#include "simulator/files/feature_files.h"
+#include "simulator/player/player.h"
+#include "simulator/settings/settings.h"
+#include "simulator/wire/mistakes.h"
+#include "simulator/wire/trace.h"
 
 namespace ipodsim {
 

@@ -4,7 +4,7 @@
 
 #include "errors.h"
 #include "simulated_ipod.h"
-#include "simulator/folder/folder_files.h"
+#include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
 
 namespace ipodctl {

@@ -13,7 +13,7 @@
 #include <system_error>
 #include <vector>
 
-#include "simulator/folder/folder_files.h"
+#include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
 
 namespace {

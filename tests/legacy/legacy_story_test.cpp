@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/feature_files.h"
+#include "simulator/files/feature_files.h"
 #include "simulator/simulated_ipod.h"
 #include "support/session_test.h"
 

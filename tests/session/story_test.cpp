@@ -5,7 +5,7 @@
 #include <array>
 #include <string>
 
-#include "simulator/faults.h"
+#include "simulator/settings/ipod_faults.h"
 #include "simulator/simulated_ipod.h"
 #include "support/packets.h"
 #include "support/session_test.h"

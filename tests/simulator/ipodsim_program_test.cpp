@@ -17,7 +17,7 @@
 #include <fstream>
 #include <thread>
 
-#include "dock.h"
+#include "tests/simulator/ipod_under_test.h"
 
 namespace ipodsim {
 namespace {

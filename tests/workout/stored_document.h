@@ -13,7 +13,7 @@
 #include <iterator>
 #include <string>
 
-#include "simulator/folder/folder_files.h"
+#include "simulator/files/folder_files.h"
 #include "simulator/simulated_ipod.h"
 #include "support/session_test.h"
 

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// Asks the accessory about itself and checks what it answers.
+
+#include "questions.h"
+
+#include <algorithm>
+
+namespace ipodsim {
+namespace {
+
+constexpr std::uint8_t kCapabilities = 0;
+// The information that is asked for when the accessory says that it has it.
+constexpr std::uint8_t kWanted[] = {1, 4, 5, 6, 7, 8, 9};
+
+bool IsText(std::uint8_t type) { return type == 1 || type == 6 || type == 7 || type == 8; }
+
+std::size_t SizeOf(std::uint8_t type) {
+  switch (type) {
+    case kCapabilities:
+      return 4;
+    case 9:
+      return 2;
+    default:
+      return 3;
+  }
+}
+
+}  // namespace
+
+void Questions::Start(std::uint32_t announced_lingoes) {
+  Stop();
+  answers_.clear();
+  if (!settings_.asks_accessory) return;
+  waiting_.push_back({kGeneral, 0x27, {kCapabilities}, 0x28});
+  if ((announced_lingoes & (1u << kSports)) != 0) waiting_.push_back({kSports, 0x03, {}, 0x04});
+  if ((announced_lingoes & (1u << kStorage)) != 0) waiting_.push_back({kStorage, 0x81, {}, 0x82});
+  AskNext();
+}
+
+void Questions::Stop() {
+  waiting_.clear();
+  for (Question& question : asked_) question.forgiven = true;
+  in_turn_ = false;
+}
+
+void Questions::Forget() {
+  waiting_.clear();
+  asked_.clear();
+  answers_.clear();
+  expected_.clear();
+  in_turn_ = false;
+}
+
+void Questions::AskOutOfTurn() {
+  static const Question kQuestions[] = {
+      {kGeneral, 0x27, {kCapabilities}, 0x28},
+      {kGeneral, 0x27, {1}, 0x28},
+      {kSports, 0x03, {}, 0x04},
+      {kStorage, 0x81, {}, 0x82},
+  };
+  Random& random = link_->dice().Choices(Fault::kUnaskedRequests);
+  const std::uint32_t choice = random.Below(5);
+  if (choice == 4) {
+    // A notification that nobody answers.
+    link_->Send(kGeneral, 0x4A, {0x02, 0x00}, link_->now());
+    return;
+  }
+  AskAside(kQuestions[choice]);
+}
+
+void Questions::AskAbout(const Request& request) {
+  if (!settings_.asks_during_session) return;
+  if (request.lingo == kSports && request.command == 0x83) {
+    AskAside({kSports, 0x01, {}, 0x02});
+    AskAside({kSports, 0x03, {}, 0x04});
+  }
+  if (request.lingo == kStorage && request.command == 0x01) {
+    AskAside({kStorage, 0x81, {}, 0x82});
+  }
+}
+
+// Asked before the one that is waited for, which stays the last.
+void Questions::AskAside(Question question) {
+  std::optional<Question> current;
+  if (in_turn_ && !asked_.empty()) {
+    current = asked_.back();
+    asked_.pop_back();
+  }
+  Ask(std::move(question), link_->now());
+  if (current) asked_.push_back(*current);
+}
+
+void Questions::Ask(Question question, Microseconds due) {
+  question.carried = link_->identifiers_on();
+  question.identifier = link_->Send(question.lingo, question.command, question.data, due);
+  question.asked_at = due;
+  asked_.push_back(std::move(question));
+}
+
+void Questions::AskNext() {
+  in_turn_ = !waiting_.empty();
+  if (!in_turn_) return;
+  Question question = waiting_.front();
+  waiting_.pop_front();
+  Ask(std::move(question), link_->NextTurn());
+}
+
+bool Questions::Answers(const Question& question, const Request& request) const {
+  return question.lingo == request.lingo && question.answer == request.command &&
+         (question.data.empty() || question.data[0] == request.data[0]);
+}
+
+bool Questions::Handle(const Request& request) {
+  if (request.rule == nullptr || !request.rule->IsAnswer()) return false;
+  const auto found = std::find_if(asked_.rbegin(), asked_.rend(), [&](const Question& question) {
+    return Answers(question, request);
+  });
+  if (found == asked_.rend()) {
+    link_->Report(MistakeKind::kUnaskedAnswer,
+                  CommandName(request.lingo, request.command) + " without a request for it");
+    return true;
+  }
+  const Question question = *found;
+  const bool waited_for = in_turn_ && found == asked_.rbegin();
+  asked_.erase(std::next(found).base());
+  CheckAnswer(question, request);
+  if (waited_for) AskNext();
+  return true;
+}
+
+void Questions::CheckAnswer(const Question& question, const Request& request) {
+  const bool echoes = request.rule->nature == CommandNature::kAnswerEchoing;
+  if (echoes && question.carried && !question.forgiven &&
+      request.identifier != question.identifier) {
+    // The accessory echoes the last request that it met in a lingo; two can be under way.
+    const bool other = std::any_of(asked_.begin(), asked_.end(), [&](const Question& asked) {
+      return Answers(asked, request) && request.identifier == asked.identifier;
+    });
+    if (!other) {
+      link_->Report(MistakeKind::kIdentifierNotEchoed, CommandName(request.lingo, request.command) +
+                                                           " does not echo " +
+                                                           std::to_string(question.identifier));
+    }
+  }
+  if (request.lingo == kGeneral) CheckInformation(request);
+}
+
+void Questions::CheckInformation(const Request& request) {
+  const std::uint8_t type = request.data[0];
+  const std::string name = "RetAccessoryInfo of type " + std::to_string(type);
+  Bytes value(request.data.begin() + 1, request.data.end());
+  if (IsText(type)) {
+    if (value.empty() || value.back() != 0 || std::count(value.begin(), value.end(), 0) != 1) {
+      link_->Report(MistakeKind::kWrongAnswer, name + " is not a text that ends in one zero byte");
+      return;
+    }
+  } else if (value.size() != SizeOf(type)) {
+    link_->Report(MistakeKind::kWrongAnswer, name + " holds " + std::to_string(value.size()) +
+                                                 " bytes instead of " +
+                                                 std::to_string(SizeOf(type)));
+    return;
+  }
+  const auto expected = expected_.find(type);
+  if (expected != expected_.end() && expected->second != value) {
+    link_->Report(MistakeKind::kWrongAnswer, name + " differs from the identification token");
+  }
+  if (type == kCapabilities) {
+    const std::uint32_t mask = Get32(value, 0);
+    std::deque<Question> wanted;
+    for (const std::uint8_t kind : kWanted) {
+      if ((mask & (1u << kind)) != 0) wanted.push_back({kGeneral, 0x27, {kind}, 0x28});
+    }
+    // Only the first answer leads to questions; asked again out of turn it just confirms.
+    if (answers_.count(kCapabilities) == 0) {
+      waiting_.insert(waiting_.begin(), wanted.begin(), wanted.end());
+    }
+  }
+  answers_[type] = std::move(value);
+}
+
+void Questions::NoticeOtherFrame() {
+  for (auto it = asked_.begin(); it != asked_.end();) {
+    const bool overdue = link_->now() - it->asked_at > settings_.answer_timeout;
+    if (!overdue) {
+      ++it;
+      continue;
+    }
+    // On a faulty line the question may never have arrived.
+    if (!it->forgiven && !link_->LineIsFaulty()) {
+      link_->Report(MistakeKind::kMissingAnswer,
+                    CommandName(it->lingo, it->command) + " was not answered");
+    }
+    if (std::next(it) == asked_.end()) in_turn_ = false;
+    it = asked_.erase(it);
+  }
+  if (!in_turn_) AskNext();
+}
+
+void Questions::Advance(Microseconds now) {
+  if (HasCome(NextTimeout(), now)) AskNext();
+}
+
+std::optional<Microseconds> Questions::NextTimeout() const {
+  if (!in_turn_ || asked_.empty() || waiting_.empty()) return std::nullopt;
+  return asked_.back().asked_at + settings_.answer_timeout;
+}
+
+}  // namespace ipodsim
