@@ -24,9 +24,9 @@ constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 class Artwork : public LegacyTest {
  protected:
   Artwork() { std::fill(std::begin(ids_), std::end(ids_), std::uint16_t{7}); }
-  int GetFormats() { return ipod_.getartworkformats(ids_, &count_); }
-  int GetCount() { return ipod_.getindexedplayingtrackartworkcount(258, &value_); }
-  int GetTimes() { return ipod_.gettrackartworktimes(258, 0x0A0B, &time_); }
+  int GetFormats() { return legacy_.getartworkformats(ids_, &count_); }
+  int GetCount() { return legacy_.getindexedplayingtrackartworkcount(258, &value_); }
+  int GetTimes() { return legacy_.gettrackartworktimes(258, 0x0A0B, &time_); }
 
   unsigned short ids_[21];
   unsigned char count_ = 7;
@@ -98,7 +98,7 @@ TEST_F(Artwork, FormatsThatCannotBeAskedForAreNotStored) {
 
 TEST_F(Artwork, FormatsNeedNoPlaces) {
   Answer(kGetFormats, "FF 55 0A 04 00 0F 0A 0B 02 00 80 00 40 0C");
-  EXPECT_EQ(ipod_.getartworkformats(nullptr, nullptr), 1);
+  EXPECT_EQ(legacy_.getartworkformats(nullptr, nullptr), 1);
 }
 
 // ---- Counts ------------------------------------------------------------------------------------
@@ -183,7 +183,7 @@ TEST_F(Artwork, CountThatCannotBeAskedForIsNotStored) {
 
 TEST_F(Artwork, CountNeedsNoPlace) {
   Answer(kGetCount, "FF 55 08 04 00 0D 07 0A 0B 00 01 CA");
-  EXPECT_EQ(ipod_.getindexedplayingtrackartworkcount(258, nullptr), 1);
+  EXPECT_EQ(legacy_.getindexedplayingtrackartworkcount(258, nullptr), 1);
 }
 
 // ---- Times -------------------------------------------------------------------------------------
@@ -221,7 +221,7 @@ TEST_F(Artwork, TimeThatCannotBeAskedForIsNotStored) {
 
 TEST_F(Artwork, TimeNeedsNoPlace) {
   Answer(kGetTimes, "FF 55 07 04 00 2B 01 02 03 04 C0");
-  EXPECT_EQ(ipod_.gettrackartworktimes(258, 0x0A0B, nullptr), 1);
+  EXPECT_EQ(legacy_.gettrackartworktimes(258, 0x0A0B, nullptr), 1);
 }
 
 // ---- Data --------------------------------------------------------------------------------------
@@ -231,7 +231,7 @@ TEST_F(Artwork, DataAreAskedForWithTheValueOfTheCountInPlaceOfTheFormat) {
   Answer(kGetCount, "FF 55 08 04 00 0D 07 0C 0D 00 01 C6");
   Answer("FF 55 0D 04 00 1F 00 00 01 02 07 0C 00 00 00 01 B9", "FF 55 07 04 00 2B 01 02 03 04 C0");
   Answer("FF 55 0D 04 00 10 00 00 01 02 07 0C 01 02 01 07 BE", "FF 55 07 04 00 11 00 00 00 80 64");
-  EXPECT_EQ(ipod_.getcurrenttrackartworkdata(0x0A0B), 1);
+  EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCount,
                                       "FF 55 0D 04 00 1F 00 00 01 02 07 0C 00 00 00 01 B9",
                                       "FF 55 0D 04 00 10 00 00 01 02 07 0C 01 02 01 07 BE"));
@@ -240,19 +240,19 @@ TEST_F(Artwork, DataAreAskedForWithTheValueOfTheCountInPlaceOfTheFormat) {
 TEST_F(Artwork, DataAreAskedForWithTheFormatAndTime0WhenCountAndTimeFail) {
   Answer(kGetIndex, kIndex258);
   Answer("FF 55 0D 04 00 10 00 00 01 02 0A 0B 00 00 00 00 C7", "FF 55 07 04 00 11 00 00 00 80 64");
-  EXPECT_EQ(ipod_.getcurrenttrackartworkdata(0x0A0B), 1);
+  EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCount, kGetTimes,
                                       "FF 55 0D 04 00 10 00 00 01 02 0A 0B 00 00 00 00 C7"));
 }
 
 TEST_F(Artwork, UnansweredDataFailAfterThreeSilences) {
   Answer(kGetIndex, kIndex258);
-  EXPECT_EQ(ipod_.getcurrenttrackartworkdata(0x0A0B), 0);
+  EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 0);
   EXPECT_EQ(TakeSent().size(), 4U);
 }
 
 TEST_F(Artwork, DataOfAnUnknownTrackAreNotAskedFor) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.getcurrenttrackartworkdata(0x0A0B), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 0); }),
             kSilenceUs);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
 }
@@ -260,7 +260,7 @@ TEST_F(Artwork, DataOfAnUnknownTrackAreNotAskedFor) {
 TEST_F(Artwork, DataThatCannotBeAskedForFail) {
   Answer(kGetIndex, kIndex258);
   world_.FailFrom("WriteFile", 3, 31);
-  EXPECT_EQ(ipod_.getcurrenttrackartworkdata(0x0A0B), 0);
+  EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 0);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
 }
 

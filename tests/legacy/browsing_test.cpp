@@ -21,47 +21,47 @@ constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 class LegacyBrowsing : public test::LegacyBrowsingTest {};
 
 TEST_F(LegacyBrowsing, CategoryIsWhatWasSet) {
-  ipodPeer::LastCategory(ipod_) = 3;
-  ipod_.setcategory(8);
+  ipodPeer::LastCategory(legacy_) = 3;
+  legacy_.setcategory(8);
   ExpectCategories(8, 3);
 }
 
 TEST_F(LegacyBrowsing, LastTryIsTheObjectsEmptyText) {
-  EXPECT_EQ(ipod_.getlasttry(), ipodPeer::StatusText(ipod_));
-  EXPECT_STREQ(ipod_.getlasttry(), L"");
+  EXPECT_EQ(legacy_.getlasttry(), ipodPeer::StatusText(legacy_));
+  EXPECT_STREQ(legacy_.getlasttry(), L"");
 }
 
 TEST_F(LegacyBrowsing, CountIsTheFirstFourReplyBytes) {
   Answer(kCountArtists, "FF 55 07 04 00 19 FE DC BA 98 B0");
-  ipod_.setcategory(2);
-  EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 1);
+  legacy_.setcategory(2);
+  EXPECT_EQ(legacy_.loadipodcategorydbrecordcount(&count_), 1);
   EXPECT_EQ(count_, 0xFEDCBA98U);
   EXPECT_THAT(TakeSent(), ElementsAre(kCountArtists));
 }
 
 TEST_F(LegacyBrowsing, CountIs0Unanswered) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.loadipodcategorydbrecordcount(&count_), 0); }),
             kSilenceUs);
   EXPECT_EQ(count_, 0U);
 }
 
 TEST_F(LegacyBrowsing, CountIs0WhenItCannotBeAskedFor) {
   world_.FailFrom("WriteFile", 1, 31);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(&count_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.loadipodcategorydbrecordcount(&count_), 0); }),
             5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
 }
 
 TEST_F(LegacyBrowsing, CountNeedsNoPlace) {
   Answer(kCountArtists, kCount258);
-  ipod_.setcategory(2);
-  EXPECT_EQ(ipod_.loadipodcategorydbrecordcount(nullptr), 1);
+  legacy_.setcategory(2);
+  EXPECT_EQ(legacy_.loadipodcategorydbrecordcount(nullptr), 1);
 }
 
 TEST_F(LegacyBrowsing, TopIsEnteredByAResetWithoutAHierarchy) {
   Answer(kReset, kResetAck);
   Answer(kCountArtists, kCount258);
-  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 1);
+  EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(2, 2);
   EXPECT_THAT(TakeSent(), ElementsAre(kReset, kCountArtists));
@@ -72,7 +72,7 @@ TEST_F(LegacyBrowsing, TopIsEnteredByAResetWithoutAHierarchy) {
 TEST_F(LegacyBrowsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
   Answer("FF 55 04 04 00 3B 01 BC", "FF 55 06 04 00 01 00 00 3B BA");
   Answer(kCountArtists, kCount258);
-  EXPECT_EQ(ipod_.selecttop(2, &count_, 1), 1);
+  EXPECT_EQ(legacy_.selecttop(2, &count_, 1), 1);
   EXPECT_EQ(count_, 258U);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", kCountArtists));
 }
@@ -80,14 +80,14 @@ TEST_F(LegacyBrowsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
 TEST_F(LegacyBrowsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
   Answer(kResetVideo, "FF 55 06 04 00 01 00 00 3B BA");
   Answer(kCountAlbums, kCount258);
-  EXPECT_EQ(ipod_.selecttop(3, &count_, 2), 1);
+  EXPECT_EQ(legacy_.selecttop(3, &count_, 2), 1);
   EXPECT_EQ(count_, 258U);
   EXPECT_THAT(TakeSent(), ElementsAre(kResetVideo, kCountAlbums));
 }
 
 TEST_F(LegacyBrowsing, TopOfAnotherHierarchySendsNothingAndFails) {
   Enter(3);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 3), 0); }), 0);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.selecttop(2, &count_, 3), 0); }), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(9, 3);
   EXPECT_THAT(TakeSent(), IsEmpty());
@@ -95,14 +95,14 @@ TEST_F(LegacyBrowsing, TopOfAnotherHierarchySendsNothingAndFails) {
 }
 
 TEST_F(LegacyBrowsing, TopOfTheLastHierarchySendsNothingAndFails) {
-  EXPECT_EQ(ipod_.selecttop(2, &count_, 255), 0);
+  EXPECT_EQ(legacy_.selecttop(2, &count_, 255), 0);
   EXPECT_THAT(TakeSent(), IsEmpty());
 }
 
 TEST_F(LegacyBrowsing, RefusedTopFailsAndCategoriesStay) {
   Enter(3);
   Answer(kReset, "FF 55 06 04 00 01 04 00 16 DB");
-  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
+  EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(9, 3);
   EXPECT_THAT(TakeSent(), ElementsAre(kReset));
@@ -111,7 +111,7 @@ TEST_F(LegacyBrowsing, RefusedTopFailsAndCategoriesStay) {
 
 TEST_F(LegacyBrowsing, UnansweredTopFailsAndCategoriesStay) {
   Enter(3);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0); }), kSilenceUs);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0); }), kSilenceUs);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(9, 3);
   EXPECT_THAT(TakeDebugOutput(),
@@ -125,7 +125,7 @@ TEST_F(LegacyBrowsing, AckThatTellsNoStatusIsNoSuccess) {
   std::string ack = "FF 55 00 01 00 01";
   for (int i = 0; i < 249; ++i) ack += " 00";
   Answer(kReset, ack + " FE");
-  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
+  EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0);
   ExpectCategories(9, 3);
   EXPECT_THAT(TakeSent(), ElementsAre(kReset));
   EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
@@ -133,13 +133,13 @@ TEST_F(LegacyBrowsing, AckThatTellsNoStatusIsNoSuccess) {
 
 TEST_F(LegacyBrowsing, TopThatCannotBeSentFailsAndAwaitsNothing) {
   world_.FailFrom("WriteFile", 1, 31);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.selecttop(2, &count_, 2), 0); }), 5 * kMillisecond);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.selecttop(2, &count_, 2), 0); }), 5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
 }
 
 TEST_F(LegacyBrowsing, TopIsEnteredEvenWhenItsCountFails) {
   Answer(kReset, kResetAck);
-  EXPECT_EQ(ipod_.selecttop(2, &count_, 0), 0);
+  EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(2, 2);
   EXPECT_THAT(TakeDebugOutput(),
@@ -149,7 +149,7 @@ TEST_F(LegacyBrowsing, TopIsEnteredEvenWhenItsCountFails) {
 TEST_F(LegacyBrowsing, TopNeedsNoPlaceForItsCount) {
   Answer(kReset, kResetAck);
   Answer(kCountArtists, kCount258);
-  EXPECT_EQ(ipod_.selecttop(2, nullptr, 0), 1);
+  EXPECT_EQ(legacy_.selecttop(2, nullptr, 0), 1);
   EXPECT_THAT(TakeDebugOutput(),
               ElementsAre("SelectTop Category 2, Count Returned 258, Result 1\n"));
 }

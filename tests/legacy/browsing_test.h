@@ -10,12 +10,12 @@ class LegacyBrowsingTest : public LegacyTest {
  protected:
   /// As after entering `category`, with another one chosen since.
   void Enter(std::uint8_t category) {
-    ipodPeer::LastCategory(ipod_) = category;
-    ipodPeer::Category(ipod_) = 9;
+    ipodPeer::LastCategory(legacy_) = category;
+    ipodPeer::Category(legacy_) = 9;
   }
   void ExpectCategories(int category, int last) {
-    EXPECT_EQ(ipod_.getcategory(), category);
-    EXPECT_EQ(ipod_.getlastcategory(), last);
+    EXPECT_EQ(legacy_.getcategory(), category);
+    EXPECT_EQ(legacy_.getlastcategory(), last);
   }
 
   unsigned long count_ = 7;

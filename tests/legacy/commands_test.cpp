@@ -139,12 +139,12 @@ const CommandRow kExtended[] = {
 class LegacyCommand : public LegacyTest, public ::testing::WithParamInterface<CommandRow> {
  protected:
   LegacyCommand() {
-    for (int i = 0; i < 256; ++i) ipodPeer::Payload(ipod_)[i] = Left(i);
-    ipodPeer::Lingo(ipod_) = 0x63;
-    ipodPeer::Category(ipod_) = 5;
+    for (int i = 0; i < 256; ++i) ipodPeer::Payload(legacy_)[i] = Left(i);
+    ipodPeer::Lingo(legacy_) = 0x63;
+    ipodPeer::Category(legacy_) = 5;
     world_.Record({"WriteFile", "Sleep", "ReadFile"});
   }
-  int Command() { return GetParam().send(ipod_); }
+  int Command() { return GetParam().send(legacy_); }
   /// What the commands before left at a place of the payload area.
   static std::uint8_t Left(int position) { return static_cast<std::uint8_t>(0xFF - position); }
 };
@@ -177,7 +177,7 @@ TEST_P(LegacyCommand, FailsWhenTheFrameIsNotWrittenAndDoesNotTryAgain) {
 }
 
 TEST_P(LegacyCommand, FailsOnAClosedPort) {
-  ipod_.closeport();
+  legacy_.closeport();
   EXPECT_EQ(Command(), 0);
 }
 
@@ -186,10 +186,10 @@ TEST_P(LegacyCommand, FailsOnAClosedPort) {
 class LegacyCommands : public LegacyTest {};
 
 TEST_F(LegacyCommands, SelectionsTellTheirFirstPayloadBytesBeforeTheySend) {
-  ipodPeer::Category(ipod_) = 3;
+  ipodPeer::Category(legacy_) = 3;
   world_.Record({"NKDbgPrintfW", "WriteFile"});
-  ipod_.command_selectdbrecord(0xFFFEFDFC);
-  ipod_.command_selectsortdbrecord(10, 4);
+  legacy_.command_selectdbrecord(0xFFFEFDFC);
+  legacy_.command_selectsortdbrecord(10, 4);
   EXPECT_THAT(
       world_.TakeRecord(),
       ElementsAre("NKDbgPrintfW(\"SelectDBRecord, Data 0-4, 3 255 254 253 252\n\")",
@@ -200,25 +200,25 @@ TEST_F(LegacyCommands, SelectionsTellTheirFirstPayloadBytesBeforeTheySend) {
 
 TEST_F(LegacyCommands, NoOtherCommandPrints) {
   for (const auto* rows : {&kGeneral[0], &kAccessoryInfo[0], &kOtherLingoes[0]}) {
-    for (int i = 0; i < 7; ++i) rows[i].send(ipod_);
+    for (int i = 0; i < 7; ++i) rows[i].send(legacy_);
   }
   for (const CommandRow& row : kExtended) {
-    if (std::string_view(row.name).substr(0, 6) != "Select") row.send(ipod_);
+    if (std::string_view(row.name).substr(0, 6) != "Select") row.send(legacy_);
   }
   EXPECT_THAT(TakeDebugOutput(), IsEmpty());
 }
 
 TEST_F(LegacyCommands, LingoVersionFollowsTheLingoOfTheCommandBefore) {
-  ipod_.command_getplaystatus();
-  ipod_.command_requestlingoprotocolversion(9);
-  ipod_.command_sportsgetipodcaps();
-  ipod_.command_requestlingoprotocolversion(9);
+  legacy_.command_getplaystatus();
+  legacy_.command_requestlingoprotocolversion(9);
+  legacy_.command_sportsgetipodcaps();
+  legacy_.command_requestlingoprotocolversion(9);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 04 00 1C DD", "FF 55 03 04 0F 00 EA",
                                       "FF 55 02 09 83 72", "FF 55 03 09 0F 00 E5"));
 }
 
 TEST_F(LegacyCommands, LargeNumbersGoOutAs32Bits) {
-  ipod_.command_getindexedplayingtracktitle(0xFFFFFFFF);
+  legacy_.command_getindexedplayingtracktitle(0xFFFFFFFF);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 04 00 20 FF FF FF FF D9"));
 }
 

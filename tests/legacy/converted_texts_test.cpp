@@ -33,7 +33,7 @@ struct ConvertedText {
 class ConvertedTexts : public LegacyTest, public ::testing::WithParamInterface<ConvertedText> {
  protected:
   ConvertedTexts() { std::fill(std::begin(text_), std::end(text_), L'x'); }
-  int Get(wchar_t* text) { return (ipod_.*GetParam().getter)(text); }
+  int Get(wchar_t* text) { return (legacy_.*GetParam().getter)(text); }
 
   wchar_t text_[250];
 };
@@ -100,14 +100,14 @@ TEST_F(Name, LongestFillsTheBufferAndIsCutByItsTerminator) {
   for (int i = 0; i < 250; ++i) reply += " 41";
   Answer(kName, reply + " 82");
   const auto text = std::make_unique<wchar_t[]>(250);
-  EXPECT_EQ(ipod_.getipodname(text.get()), 1);
+  EXPECT_EQ(legacy_.getipodname(text.get()), 1);
   EXPECT_EQ(std::wstring(text.get()), std::wstring(249, L'A'));
 }
 
 TEST_F(Name, BytesThatAreNoUtf8BecomeReplacementCharacters) {
   Answer(kName, "FF 55 06 00 08 41 FF 42 00 70");
   wchar_t text[250] = {};
-  EXPECT_EQ(ipod_.getipodname(text), 1);
+  EXPECT_EQ(legacy_.getipodname(text), 1);
   EXPECT_STREQ(text, L"A\uFFFDB");
 }
 

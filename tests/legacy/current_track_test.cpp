@@ -27,39 +27,39 @@ class CurrentTrack : public LegacyTest {
 
 TEST_F(CurrentTrack, IndexIsTheFirstFourReplyBytes) {
   Answer(kGetIndex, "FF 55 07 04 00 1F FE DC BA 98 AA");
-  EXPECT_EQ(ipod_.getcurrentplayingtrackindex(&index_), 1);
+  EXPECT_EQ(legacy_.getcurrentplayingtrackindex(&index_), 1);
   EXPECT_EQ(index_, 0xFEDCBA98U);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(CurrentTrack, UnansweredIndexIsStoredAs0) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.getcurrentplayingtrackindex(&index_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getcurrentplayingtrackindex(&index_), 0); }),
             kSilenceUs);
   EXPECT_EQ(index_, 0U);
 }
 
 TEST_F(CurrentTrack, IndexOfAnotherReplyIsStoredAs0) {
   Answer(kGetIndex, "FF 55 07 04 00 1D 01 02 03 04 CE");
-  EXPECT_EQ(ipod_.getcurrentplayingtrackindex(&index_), 0);
+  EXPECT_EQ(legacy_.getcurrentplayingtrackindex(&index_), 0);
   EXPECT_EQ(index_, 0U);
 }
 
 TEST_F(CurrentTrack, IndexThatCannotBeAskedForIsNotStored) {
   world_.FailFrom("WriteFile", 1, 31);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.getcurrentplayingtrackindex(&index_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getcurrentplayingtrackindex(&index_), 0); }),
             5 * kMillisecond);
   EXPECT_EQ(index_, 7U);
 }
 
 TEST_F(CurrentTrack, IndexNeedsNoPlace) {
   AnswerIndex();
-  EXPECT_EQ(ipod_.getcurrentplayingtrackindex(nullptr), 1);
+  EXPECT_EQ(legacy_.getcurrentplayingtrackindex(nullptr), 1);
 }
 
 TEST_F(CurrentTrack, TitleIsThatOfTheCurrentIndexConverted) {
   AnswerIndex();
   Answer("FF 55 07 04 00 20 00 00 01 02 D2", "FF 55 08 04 00 21 5A 6F C3 AB 00 9C");
-  EXPECT_EQ(ipod_.getindexedplayingtracktitle(text_), 1);
+  EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 1);
   EXPECT_STREQ(text_, L"Zo\u00EB");
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, "FF 55 07 04 00 20 00 00 01 02 D2"));
 }
@@ -68,12 +68,12 @@ TEST_F(CurrentTrack, TitleWithoutATerminatorIsFollowedByItsChecksumAndWhatTheBuf
   AnswerIndex();
   Answer("FF 55 07 04 00 20 00 00 01 02 D2",
          "FF 55 05 04 00 21 41 42 53");  // the checksum is 53, "S"
-  EXPECT_EQ(ipod_.getindexedplayingtracktitle(text_), 1);
+  EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 1);
   EXPECT_EQ(std::wstring(text_), L"ABS" + std::wstring(246, L'x'));
 }
 
 TEST_F(CurrentTrack, TitleIsEmptyWithoutAnIndexAndNotAskedFor) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.getindexedplayingtracktitle(text_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 0); }),
             kSilenceUs);
   EXPECT_STREQ(text_, L"");
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
@@ -81,14 +81,14 @@ TEST_F(CurrentTrack, TitleIsEmptyWithoutAnIndexAndNotAskedFor) {
 
 TEST_F(CurrentTrack, TitleIsEmptyUnanswered) {
   AnswerIndex();
-  EXPECT_EQ(ipod_.getindexedplayingtracktitle(text_), 0);
+  EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 0);
   EXPECT_EQ(test::Units(text_, 2), "0 78");
 }
 
 TEST_F(CurrentTrack, TitleIsEmptyWhenItCannotBeAskedFor) {
   AnswerIndex();
   world_.FailFrom("WriteFile", 3, 31);
-  EXPECT_EQ(ipod_.getindexedplayingtracktitle(text_), 0);
+  EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 0);
   EXPECT_STREQ(text_, L"");
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
 }
@@ -96,12 +96,12 @@ TEST_F(CurrentTrack, TitleIsEmptyWhenItCannotBeAskedFor) {
 TEST_F(CurrentTrack, TitleNeedsNoPlace) {
   AnswerIndex();
   Answer("FF 55 07 04 00 20 00 00 01 02 D2", "FF 55 08 04 00 21 5A 6F C3 AB 00 9C");
-  EXPECT_EQ(ipod_.getindexedplayingtracktitle(nullptr), 1);
+  EXPECT_EQ(legacy_.getindexedplayingtracktitle(nullptr), 1);
 }
 
 TEST_F(CurrentTrack, ChapterNameIsConverted) {
   Answer("FF 55 03 04 00 07 F2", "FF 55 08 04 00 08 5A 6F C3 AB 00 B5");
-  EXPECT_EQ(ipod_.getipodcurrentplayingtrackchaptername(text_), 1);
+  EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 1);
   EXPECT_STREQ(text_, L"Zo\u00EB");
   EXPECT_EQ(text_[24], L'\0');
   EXPECT_EQ(text_[25], L'x');
@@ -112,19 +112,19 @@ TEST_F(CurrentTrack, LongChapterNameIsCutTo24Characters) {
   Answer("FF 55 03 04 00 07 F2",
          "FF 55 1E 04 00 08 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50 51 52 53 54 55 56 57 "
          "58 59 5A 00 F7");
-  EXPECT_EQ(ipod_.getipodcurrentplayingtrackchaptername(text_), 1);
+  EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 1);
   EXPECT_STREQ(text_, L"ABCDEFGHIJKLMNOPQRSTUVWX");
   EXPECT_EQ(text_[25], L'x');
 }
 
 TEST_F(CurrentTrack, ChapterNameWithoutATerminatorIsFollowedByTheRestOfUnknown) {
   Answer("FF 55 03 04 00 07 F2", "FF 55 05 04 00 08 41 42 6C");  // the checksum is 6C, "l"
-  EXPECT_EQ(ipod_.getipodcurrentplayingtrackchaptername(text_), 1);
+  EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 1);
   EXPECT_STREQ(text_, L"ABlnown");
 }
 
 TEST_F(CurrentTrack, ChapterNameIsUnknownUnanswered) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.getipodcurrentplayingtrackchaptername(text_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 0); }),
             kSilenceUs);
   EXPECT_STREQ(text_, L"Unknown");
 }
@@ -132,14 +132,14 @@ TEST_F(CurrentTrack, ChapterNameIsUnknownUnanswered) {
 TEST_F(CurrentTrack, ChapterNameIsConvertedAfterAFailureToo) {
   world_.FailFrom("WriteFile", 1, 31);
   world_.Record({"MultiByteToWideChar"});
-  EXPECT_EQ(ipod_.getipodcurrentplayingtrackchaptername(text_), 0);
+  EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 0);
   EXPECT_STREQ(text_, L"Unknown");
   EXPECT_EQ(world_.TakeRecord().size(), 1U);
 }
 
 TEST_F(CurrentTrack, ChapterNameNeedsNoPlace) {
   Answer("FF 55 03 04 00 07 F2", "FF 55 08 04 00 08 5A 6F C3 AB 00 B5");
-  EXPECT_EQ(ipod_.getipodcurrentplayingtrackchaptername(nullptr), 1);
+  EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(nullptr), 1);
 }
 
 constexpr const char* kGetCapabilities = "FF 55 09 03 12 00 00 00 01 02 00 00 DF";
@@ -147,7 +147,7 @@ constexpr const char* kGetCapabilities = "FF 55 09 03 12 00 00 00 01 02 00 00 DF
 TEST_F(CurrentTrack, VideoFlagIsTheTopBitAsItStands) {
   AnswerIndex();
   Answer(kGetCapabilities, "FF 55 0D 03 13 00 00 00 00 80 00 00 00 00 00 00 5D");
-  EXPECT_EQ(ipod_.iscurrentvideo(&flag_), 1);
+  EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 1);
   EXPECT_EQ(flag_, 0x80);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCapabilities));
 }
@@ -155,19 +155,19 @@ TEST_F(CurrentTrack, VideoFlagIsTheTopBitAsItStands) {
 TEST_F(CurrentTrack, VideoFlagIs0ForAllOtherBits) {
   AnswerIndex();
   Answer(kGetCapabilities, "FF 55 0D 03 13 00 FF FF FF 7F FF FF FF FF FF FF 67");
-  EXPECT_EQ(ipod_.iscurrentvideo(&flag_), 1);
+  EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 1);
   EXPECT_EQ(flag_, 0);
 }
 
 TEST_F(CurrentTrack, VideoFlagIsNotAskedForWithoutAnIndex) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.iscurrentvideo(&flag_), 0); }), kSilenceUs);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 0); }), kSilenceUs);
   EXPECT_EQ(flag_, 7);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(CurrentTrack, UnansweredVideoFlagIsNotStored) {
   AnswerIndex();
-  EXPECT_EQ(ipod_.iscurrentvideo(&flag_), 0);
+  EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 0);
   EXPECT_EQ(flag_, 7);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCapabilities));
 }
@@ -175,14 +175,14 @@ TEST_F(CurrentTrack, UnansweredVideoFlagIsNotStored) {
 TEST_F(CurrentTrack, VideoFlagThatCannotBeAskedForIsNotStored) {
   AnswerIndex();
   world_.FailFrom("WriteFile", 3, 31);
-  EXPECT_EQ(ipod_.iscurrentvideo(&flag_), 0);
+  EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 0);
   EXPECT_EQ(flag_, 7);
 }
 
 TEST_F(CurrentTrack, VideoFlagNeedsNoPlace) {
   AnswerIndex();
   Answer(kGetCapabilities, "FF 55 0D 03 13 00 00 00 00 80 00 00 00 00 00 00 5D");
-  EXPECT_EQ(ipod_.iscurrentvideo(nullptr), 1);
+  EXPECT_EQ(legacy_.iscurrentvideo(nullptr), 1);
 }
 
 }  // namespace

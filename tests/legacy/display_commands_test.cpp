@@ -13,10 +13,10 @@ class LegacyDisplayCommands : public LegacyTest {
  protected:
   LegacyDisplayCommands() { NumberPayload(); }
   int First(unsigned long count) {
-    return ipod_.command_setdisplayimagefirst(1, 128, 64, count, image_);
+    return legacy_.command_setdisplayimagefirst(1, 128, 64, count, image_);
   }
   int Rest(unsigned short index, unsigned long count) {
-    return ipod_.command_setdisplayimagerest(index, count, image_);
+    return legacy_.command_setdisplayimagerest(index, count, image_);
   }
 
   unsigned char image_[256] = {0x99, 0x99, 0x99, 0x99};
@@ -51,15 +51,15 @@ TEST_F(LegacyDisplayCommands, ImagesOfNoBytesAreTheirHeaders) {
 }
 
 TEST_F(LegacyDisplayCommands, CarryWhatTheCommandBeforeSent) {
-  EXPECT_EQ(ipod_.command_setipodpreference(8, 2), 1);
+  EXPECT_EQ(legacy_.command_setipodpreference(8, 2), 1);
   TakeSentBytes();
   EXPECT_EQ(First(1), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 0F 04 00 32 08 02 01 03 04 05 06 07 08 09 0A");
 }
 
 TEST_F(LegacyDisplayCommands, DoNotNeedTheImage) {
-  EXPECT_EQ(ipod_.command_setdisplayimagefirst(1, 128, 64, 3, nullptr), 1);
-  EXPECT_EQ(ipod_.command_setdisplayimagerest(1, 3, nullptr), 1);
+  EXPECT_EQ(legacy_.command_setdisplayimagefirst(1, 128, 64, 3, nullptr), 1);
+  EXPECT_EQ(legacy_.command_setdisplayimagerest(1, 3, nullptr), 1);
 }
 
 TEST_F(LegacyDisplayCommands, LargestImagesFillTheFrame) {
@@ -70,7 +70,7 @@ TEST_F(LegacyDisplayCommands, LargestImagesFillTheFrame) {
 }
 
 TEST_F(LegacyDisplayCommands, ImageThatDoesNotFitIsRefusedAndChangesNothing) {
-  ipodPeer::Lingo(ipod_) = 0x63;
+  ipodPeer::Lingo(legacy_) = 0x63;
   world_.Record({"WriteFile"});
   // The last ones would wrap a length of 16 or 32 bits.
   for (const unsigned long count : {237UL, 246UL, 65525UL, 65534UL, 65536UL, 0xFFFFFFFFUL}) {
@@ -80,7 +80,7 @@ TEST_F(LegacyDisplayCommands, ImageThatDoesNotFitIsRefusedAndChangesNothing) {
     EXPECT_EQ(Rest(0xABCD, count), 0) << count;
   }
   EXPECT_THAT(world_.TakeRecord(), IsEmpty());
-  EXPECT_EQ(ipodPeer::Lingo(ipod_), 0x63);
+  EXPECT_EQ(ipodPeer::Lingo(legacy_), 0x63);
   EXPECT_EQ(Payload(4), "00 01 02 03");
 }
 

@@ -16,7 +16,7 @@ constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class DisplayImage : public LegacyTest {
  protected:
-  int GetLimits() { return ipod_.getmonodisplayimagelimits(&width_, &height_, &format_); }
+  int GetLimits() { return legacy_.getmonodisplayimagelimits(&width_, &height_, &format_); }
 
   unsigned short width_ = 7;
   unsigned short height_ = 7;
@@ -49,7 +49,7 @@ TEST_F(DisplayImage, LimitsThatCannotBeAskedForAreNotStored) {
 
 TEST_F(DisplayImage, LimitsNeedNoPlaces) {
   Answer(kGetLimits, kLimits128x64);
-  EXPECT_EQ(ipod_.getmonodisplayimagelimits(nullptr, nullptr, nullptr), 1);
+  EXPECT_EQ(legacy_.getmonodisplayimagelimits(nullptr, nullptr, nullptr), 1);
 }
 
 // The frames carry the packet area's old payload, here its bytes' own positions; only the further
@@ -57,7 +57,7 @@ TEST_F(DisplayImage, LimitsNeedNoPlaces) {
 TEST_F(DisplayImage, ImageOfThreeRowsGoesOutARowToAFrame) {
   Answer(kGetLimits, "FF 55 08 04 00 34 00 20 00 03 01 9C");
   NumberPayload();
-  EXPECT_EQ(ipod_.setmonoimage(), 1);
+  EXPECT_EQ(legacy_.setmonoimage(), 1);
   EXPECT_EQ(TakeSentBytes(),
             "FF 55 03 04 00 33 C6 "
             "FF 55 00 00 12 04 00 32 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D "
@@ -68,7 +68,7 @@ TEST_F(DisplayImage, ImageOfThreeRowsGoesOutARowToAFrame) {
 TEST_F(DisplayImage, ImageOf128By64IsOneFirstFrameAnd63FurtherOnes) {
   Answer(kGetLimits, kLimits128x64);
   world_.Record({"WriteFile"});
-  EXPECT_EQ(ipod_.setmonoimage(), 1);
+  EXPECT_EQ(legacy_.setmonoimage(), 1);
   const std::vector<std::string> writes = world_.TakeRecord();
   // Of each frame the sync byte goes first; the request for the limits is the first frame.
   ASSERT_EQ(writes.size(), 2U + 2U * 64U);
@@ -85,7 +85,7 @@ TEST_F(DisplayImage, ImageOf128By64IsOneFirstFrameAnd63FurtherOnes) {
 TEST_F(DisplayImage, ImageTakesFiveMillisecondsToAFrame) {
   Answer(kGetLimits, kLimits128x64);
   world_.Record({"Sleep"});
-  ipod_.setmonoimage();
+  legacy_.setmonoimage();
   EXPECT_EQ(world_.TakeRecord(), std::vector<std::string>(65, "Sleep(5)"));
 }
 
@@ -101,7 +101,7 @@ class RowLengths : public DisplayImage, public ::testing::WithParamInterface<Wid
 TEST_P(RowLengths, AreWholeWordsOf32Pixels) {
   Answer(kGetLimits, GetParam().limits);
   world_.Record({"WriteFile"});
-  EXPECT_EQ(ipod_.setmonoimage(), 1);
+  EXPECT_EQ(legacy_.setmonoimage(), 1);
   const std::vector<std::string> writes = world_.TakeRecord();
   ASSERT_EQ(writes.size(), 6U);
   EXPECT_EQ(writes[3].substr(0, 28), std::string("WriteFile(port1, 55 00 ") + GetParam().length);
@@ -117,14 +117,14 @@ INSTANTIATE_TEST_SUITE_P(Legacy, RowLengths,
 TEST_F(DisplayImage, ImageOfOneRowIsTheFirstFrameAlone) {
   Answer(kGetLimits, "FF 55 08 04 00 34 00 20 00 01 01 9E");
   world_.Record({"WriteFile"});
-  EXPECT_EQ(ipod_.setmonoimage(), 1);
+  EXPECT_EQ(legacy_.setmonoimage(), 1);
   EXPECT_EQ(world_.TakeRecord().size(), 4U);
 }
 
 TEST_F(DisplayImage, ImageOfNoRowsIsTheFirstFrameAlone) {
   Answer(kGetLimits, "FF 55 08 04 00 34 00 20 00 00 01 9F");
   world_.Record({"WriteFile"});
-  EXPECT_EQ(ipod_.setmonoimage(), 1);
+  EXPECT_EQ(legacy_.setmonoimage(), 1);
   EXPECT_EQ(world_.TakeRecord().size(), 4U);
 }
 
@@ -132,7 +132,7 @@ TEST_F(DisplayImage, ImageEndsWithTheFirstFrameThatFails) {
   Answer(kGetLimits, kLimits128x64);
   world_.FailOnce("WriteFile", 7, 31);  // the sync byte of the third row
   world_.Record({"WriteFile"});
-  EXPECT_EQ(ipod_.setmonoimage(), 0);
+  EXPECT_EQ(legacy_.setmonoimage(), 0);
   EXPECT_EQ(world_.TakeRecord().size(), 8U);
 }
 
@@ -140,32 +140,32 @@ TEST_F(DisplayImage, ImageEndsWhenTheFirstRowFails) {
   Answer(kGetLimits, kLimits128x64);
   world_.FailOnce("WriteFile", 4, 31);
   world_.Record({"WriteFile"});
-  EXPECT_EQ(ipod_.setmonoimage(), 0);
+  EXPECT_EQ(legacy_.setmonoimage(), 0);
   EXPECT_EQ(world_.TakeRecord().size(), 4U);
 }
 
 TEST_F(DisplayImage, NoImageIsSentWithoutLimits) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.setmonoimage(), 0); }), kSilenceUs);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.setmonoimage(), 0); }), kSilenceUs);
   EXPECT_EQ(TakeSentBytes(), kGetLimits);
 }
 
 TEST_F(DisplayImage, ImageWiderThanAFrameIsRefused) {
   Answer(kGetLimits, "FF 55 08 04 00 34 FF FF FF FF 01 C3");
-  EXPECT_EQ(ipod_.setmonoimage(), 0);
+  EXPECT_EQ(legacy_.setmonoimage(), 0);
   EXPECT_EQ(TakeSentBytes(), kGetLimits);
 }
 
 TEST_F(DisplayImage, NoImageIsSentWithoutMemory) {
   Answer(kGetLimits, kLimits128x64);
   world_.FailOnce("LocalAlloc", 1, 8);
-  EXPECT_EQ(ipod_.setmonoimage(), 0);
+  EXPECT_EQ(legacy_.setmonoimage(), 0);
   EXPECT_EQ(TakeSentBytes(), kGetLimits);
 }
 
 TEST_F(DisplayImage, ImageLeavesNoMemoryBehind) {
   Answer(kGetLimits, kLimits128x64);
   const std::vector<std::string> before = world_.leftovers();
-  ipod_.setmonoimage();
+  legacy_.setmonoimage();
   EXPECT_EQ(world_.leftovers(), before);
 }
 

@@ -19,7 +19,7 @@ class LegacyExtendedReply : public LegacyTest {
  protected:
   LegacyExtendedReply() { text_.fill(kUntouched); }
   int Extract(unsigned short command, unsigned char capacity = 20, unsigned char offset = 0) {
-    return ipod_.ExtractDataFromPacketExtended(command, text_.data(), capacity, offset, 0);
+    return legacy_.ExtractDataFromPacketExtended(command, text_.data(), capacity, offset, 0);
   }
   std::string Text(std::size_t count) { return Units(text_.data(), count); }
   void ExpectReadErrorAndPurge() {

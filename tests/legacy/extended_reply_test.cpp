@@ -51,7 +51,7 @@ TEST_F(LegacyExtendedReply, WithoutRoomIsTakenAndTouchesNothing) {
   EXPECT_EQ(Extract(0x1D, 0), 1);
   EXPECT_EQ(Text(2), "7777 7777");
   Send(kStatus);
-  EXPECT_EQ(ipod_.ExtractDataFromPacketExtended(0x1D, nullptr, 20, 0, 0), 1);
+  EXPECT_EQ(legacy_.ExtractDataFromPacketExtended(0x1D, nullptr, 20, 0, 0), 1);
 }
 
 TEST_F(LegacyExtendedReply, WithoutPayloadLandsAsItsChecksum) {
@@ -71,7 +71,7 @@ TEST_F(LegacyExtendedReply, OfTheLongestKindStaysInsideBothBuffers) {
   test::Bytes frame = test::Hex("FF 55 FC 04 00 1D");
   for (int i = 1; i <= 249; ++i) frame.push_back(static_cast<std::uint8_t>(i));
   frame.push_back(0x4E);
-  device_.Send(frame);
+  ipod_.Send(frame);
   EXPECT_EQ(Extract(0x1D, 255), 1);
   EXPECT_EQ(text_[0], 1);
   EXPECT_EQ(text_[248], 249);
@@ -89,7 +89,7 @@ TEST_F(LegacyExtendedReply, FromTheFarthestOffsetReadsZeros) {
 
 TEST_F(LegacyExtendedReply, IgnoresTheLastArgument) {
   Send(kStatus);
-  EXPECT_EQ(ipod_.ExtractDataFromPacketExtended(0x1D, text_.data(), 4, 0, 12345), 1);
+  EXPECT_EQ(legacy_.ExtractDataFromPacketExtended(0x1D, text_.data(), 4, 0, 12345), 1);
   EXPECT_EQ(Text(4), "41 42 43 0");
 }
 

@@ -13,11 +13,11 @@ using ::testing::IsEmpty;
 class LegacyFeatureFile : public LegacyTest {
  protected:
   int Write(std::wstring text) {
-    return ipod_.command_storeagewriteipodfiledata(text.data(),
-                                                   static_cast<unsigned short>(text.size()));
+    return legacy_.command_storeagewriteipodfiledata(text.data(),
+                                                     static_cast<unsigned short>(text.size()));
   }
-  std::uint32_t& Offset() { return ipodPeer::StorageWriteOffset(ipod_); }
-  std::uint8_t& Handle() { return ipodPeer::StorageFileHandle(ipod_); }
+  std::uint32_t& Offset() { return ipodPeer::StorageWriteOffset(legacy_); }
+  std::uint8_t& Handle() { return ipodPeer::StorageFileHandle(legacy_); }
 };
 
 TEST_F(LegacyFeatureFile, WriteCarriesOffsetThenHandleThenText) {
@@ -34,8 +34,8 @@ TEST_F(LegacyFeatureFile, WriteTakesTheLowByteOfEveryCharacter) {
 
 TEST_F(LegacyFeatureFile, WriteTakesTheCountAndNotTheTerminator) {
   wchar_t text[] = L"A\0B";
-  EXPECT_EQ(ipod_.command_storeagewriteipodfiledata(text, 3), 1);
-  EXPECT_EQ(ipod_.command_storeagewriteipodfiledata(text, 1), 1);
+  EXPECT_EQ(legacy_.command_storeagewriteipodfiledata(text, 3), 1);
+  EXPECT_EQ(legacy_.command_storeagewriteipodfiledata(text, 1), 1);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 0A 0C 07 00 00 00 00 00 41 00 42 60",
                                       "FF 55 08 0C 07 00 00 00 03 00 41 A1"));
 }
@@ -46,7 +46,7 @@ TEST_F(LegacyFeatureFile, WritesAdvanceTheOffsetAndClosingResetsIt) {
   EXPECT_EQ(Offset(), 10U);
   EXPECT_EQ(Write(L"01234"), 1);
   EXPECT_EQ(Offset(), 15U);
-  EXPECT_EQ(ipod_.command_storagecloseipodfile(), 1);
+  EXPECT_EQ(legacy_.command_storagecloseipodfile(), 1);
   EXPECT_EQ(Offset(), 0U);
   EXPECT_EQ(Handle(), 0);
   EXPECT_THAT(
@@ -71,7 +71,7 @@ TEST_F(LegacyFeatureFile, CloseThatFailsResetsHandleAndOffsetAllTheSame) {
   Handle() = 5;
   Offset() = 10;
   world_.FailOnce("WriteFile", 1, 31);
-  EXPECT_EQ(ipod_.command_storagecloseipodfile(), 0);
+  EXPECT_EQ(legacy_.command_storagecloseipodfile(), 0);
   EXPECT_EQ(Handle(), 0);
   EXPECT_EQ(Offset(), 0U);
 }
@@ -79,7 +79,7 @@ TEST_F(LegacyFeatureFile, CloseThatFailsResetsHandleAndOffsetAllTheSame) {
 TEST_F(LegacyFeatureFile, OpenChangesNeitherHandleNorOffset) {
   Handle() = 5;
   Offset() = 10;
-  EXPECT_EQ(ipod_.command_storageopenipodfeaturefile(), 1);
+  EXPECT_EQ(legacy_.command_storageopenipodfeaturefile(), 1);
   EXPECT_EQ(Handle(), 5);
   EXPECT_EQ(Offset(), 10U);
 }
@@ -91,7 +91,7 @@ TEST_F(LegacyFeatureFile, WriteLeavesTheRestOfThePayload) {
 }
 
 TEST_F(LegacyFeatureFile, WriteOfNothingCarriesOffsetAndHandle) {
-  EXPECT_EQ(ipod_.command_storeagewriteipodfiledata(nullptr, 0), 1);
+  EXPECT_EQ(legacy_.command_storeagewriteipodfiledata(nullptr, 0), 1);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 0C 07 00 00 00 00 00 E6"));
 }
 
@@ -107,15 +107,15 @@ TEST_F(LegacyFeatureFile, LongestWriteFillsTheFrame) {
 TEST_F(LegacyFeatureFile, WriteThatDoesNotFitIsRefusedAndChangesNothing) {
   NumberPayload();
   Offset() = 10;
-  ipodPeer::Lingo(ipod_) = 0x63;
+  ipodPeer::Lingo(legacy_) = 0x63;
   world_.Record({"WriteFile"});
   for (const std::size_t count : {246U, 251U, 252U, 65535U}) {
     EXPECT_EQ(Write(std::wstring(count, L'A')), 0) << count;
   }
-  EXPECT_EQ(ipod_.command_storeagewriteipodfiledata(nullptr, 3), 0);
+  EXPECT_EQ(legacy_.command_storeagewriteipodfiledata(nullptr, 3), 0);
   EXPECT_THAT(world_.TakeRecord(), IsEmpty());
   EXPECT_EQ(Offset(), 10U);
-  EXPECT_EQ(ipodPeer::Lingo(ipod_), 0x63);
+  EXPECT_EQ(ipodPeer::Lingo(legacy_), 0x63);
   EXPECT_EQ(Payload(6), "00 01 02 03 04 05");
 }
 

@@ -114,12 +114,12 @@ class HostileReplies : public LegacyTest {
     for (const Tried& tried : tries) {
       // What is left from the one before would be read instead.
       world_.Advance(200 * test::kMillisecond);
-      ipodPeer::Serial(ipod_).purgerx();
+      ipodPeer::Serial(legacy_).purgerx();
       for (const std::uint8_t command : tried.replies) {
-        device_.Send(Frame(command, AnyPayload()));
-        if (*rc::gen::inRange(0, 4) == 0) device_.Send(AnyPayload());  // noise
+        ipod_.Send(Frame(command, AnyPayload()));
+        if (*rc::gen::inRange(0, 4) == 0) ipod_.Send(AnyPayload());  // noise
       }
-      const int result = tried.operation(ipod_);
+      const int result = tried.operation(legacy_);
       RC_ASSERT(result == 0 || result == 1);
     }
   }

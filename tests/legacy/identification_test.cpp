@@ -21,8 +21,8 @@ constexpr const char* kSixLingoesPowered = "FF 55 0E 00 13 00 00 12 1D 00 00 00 
 class LegacyIdentification : public LegacyTest {
  protected:
   void SetFlags(int extended_model, int name_sort) {
-    ipodPeer::ExtendedModel(ipod_) = extended_model;
-    ipodPeer::NameSort(ipod_) = name_sort;
+    ipodPeer::ExtendedModel(legacy_) = extended_model;
+    ipodPeer::NameSort(legacy_) = name_sort;
   }
 };
 
@@ -56,64 +56,64 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(ModelOfAnIpod, DecidesTheLingoesAndTheFlags) {
   Answer(kRequestModel, GetParam().reply);
-  EXPECT_EQ(ipod_.command_identifydevicelingos(0), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, GetParam().identification));
-  EXPECT_EQ(ipodPeer::ExtendedModel(ipod_), GetParam().extended_model);
-  EXPECT_EQ(ipodPeer::NameSort(ipod_), GetParam().name_sort);
+  EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), GetParam().extended_model);
+  EXPECT_EQ(ipodPeer::NameSort(legacy_), GetParam().name_sort);
 }
 
 TEST_P(ModelOfAnIpod, ClearsTheExtendedModelFlagAndNeverTheNameSortFlag) {
   SetFlags(1, 1);
   Answer(kRequestModel, GetParam().reply);
-  EXPECT_EQ(ipod_.command_identifydevicelingos(0), 1);
-  EXPECT_EQ(ipodPeer::ExtendedModel(ipod_), GetParam().extended_model);
-  EXPECT_EQ(ipodPeer::NameSort(ipod_), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
+  EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), GetParam().extended_model);
+  EXPECT_EQ(ipodPeer::NameSort(legacy_), 1);
 }
 
 TEST_F(LegacyIdentification, AsksForPowerWhenTheArgumentIsNotZero) {
-  EXPECT_EQ(ipod_.command_identifydevicelingos(1), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(1), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoesPowered));
-  EXPECT_EQ(ipod_.command_identifydevicelingos(-1), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(-1), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoesPowered));
   Answer(kRequestModel, "FF 55 06 00 0E 00 14 00 04 D4");
-  EXPECT_EQ(ipod_.command_identifydevicelingos(1), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(1), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kSixLingoesPowered));
 }
 
 TEST_F(LegacyIdentification, OfASilentIpodCostsOneReplyAndKeepsTheBasicLingoes) {
   SetFlags(1, 1);
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ipod_.command_identifydevicelingos(0), 1); }),
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1); }),
             3 * 5 * kMillisecond + 3 * kSecond);
   EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoes));
-  EXPECT_EQ(ipodPeer::ExtendedModel(ipod_), 0);
-  EXPECT_EQ(ipodPeer::NameSort(ipod_), 1);
+  EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), 0);
+  EXPECT_EQ(ipodPeer::NameSort(legacy_), 1);
 }
 
 TEST_F(LegacyIdentification, DoesNotAskForTheModelWhenTheFirstFrameFails) {
   SetFlags(1, 0);
   world_.FailOnce("WriteFile", 2, 31);
-  EXPECT_EQ(ipod_.command_identifydevicelingos(0), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
   EXPECT_THAT(TakeSentBytes(), "FF FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2");
-  EXPECT_EQ(ipodPeer::ExtendedModel(ipod_), 0);
+  EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), 0);
 }
 
 TEST_F(LegacyIdentification, FailsWhenTheLastFrameFails) {
   Answer(kRequestModel, "FF 55 06 00 0E 00 14 00 04 D4");
   world_.FailOnce("WriteFile", 6, 31);
-  EXPECT_EQ(ipod_.command_identifydevicelingos(0), 0);
-  EXPECT_EQ(ipodPeer::ExtendedModel(ipod_), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(0), 0);
+  EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), 1);
 }
 
 TEST_F(LegacyIdentification, AnswersTheIpodsQuestionsMeanwhile) {
   Answer(kRequestModel, "FF 55 03 00 27 00 D6 FF 55 06 00 0E 00 14 00 04 D4");
-  EXPECT_EQ(ipod_.command_identifydevicelingos(0), 1);
+  EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, "FF 55 07 00 28 00 00 00 02 F3 DC",
                                       kSixLingoes));
 }
 
 TEST_F(LegacyIdentification, LeavesTheRestOfThePayload) {
   NumberPayload();
-  ipod_.command_identifydevicelingos(1);
+  legacy_.command_identifydevicelingos(1);
   EXPECT_EQ(Payload(14), "00 00 00 1D 00 00 00 04 00 00 00 00 0C 0D");
 }
 

@@ -60,8 +60,8 @@ TEST_F(DockTest, LegacyPortThatDoesNotOpenTellsSo) {
 }
 
 TEST_F(LegacyObject, ClosingTwiceSucceedsTwice) {
-  EXPECT_EQ(ipod_.closeport(), 1);
-  EXPECT_EQ(ipod_.closeport(), 1);
+  EXPECT_EQ(legacy_.closeport(), 1);
+  EXPECT_EQ(legacy_.closeport(), 1);
 }
 
 TEST_F(DockTest, DestroyedLegacyObjectLeavesItsPortOpen) {
@@ -80,22 +80,22 @@ ipod Assigned(const ipod& source) {
 
 TEST_F(LegacyObject, CopyTakesEveryMember) {
   NumberPayload();
-  ipodPeer::Lingo(ipod_) = 1;
-  ipodPeer::Command(ipod_) = 2;
-  ipodPeer::PayloadLength(ipod_) = 3;
-  ipodPeer::ExtendedCommand(ipod_) = 4;
-  ipodPeer::Category(ipod_) = 5;
-  ipodPeer::LastCategory(ipod_) = 6;
-  ipodPeer::SelfTestStep(ipod_) = 7;
-  ipodPeer::TopSelectionResult(ipod_) = 8;
-  ipodPeer::StorageFileHandle(ipod_) = 9;
-  ipodPeer::StorageWriteOffset(ipod_) = 10;
-  ipodPeer::ExtendedModel(ipod_) = 11;
-  ipodPeer::NameSort(ipod_) = 12;
-  wsprintfW(ipodPeer::TrackLengthText(ipod_), L"a");
-  wsprintfW(ipodPeer::TrackPositionText(ipod_), L"b");
-  wsprintfW(ipodPeer::StatusText(ipod_), L"c");
-  for (ipod copy : {ipod(ipod_), Assigned(ipod_)}) {
+  ipodPeer::Lingo(legacy_) = 1;
+  ipodPeer::Command(legacy_) = 2;
+  ipodPeer::PayloadLength(legacy_) = 3;
+  ipodPeer::ExtendedCommand(legacy_) = 4;
+  ipodPeer::Category(legacy_) = 5;
+  ipodPeer::LastCategory(legacy_) = 6;
+  ipodPeer::SelfTestStep(legacy_) = 7;
+  ipodPeer::TopSelectionResult(legacy_) = 8;
+  ipodPeer::StorageFileHandle(legacy_) = 9;
+  ipodPeer::StorageWriteOffset(legacy_) = 10;
+  ipodPeer::ExtendedModel(legacy_) = 11;
+  ipodPeer::NameSort(legacy_) = 12;
+  wsprintfW(ipodPeer::TrackLengthText(legacy_), L"a");
+  wsprintfW(ipodPeer::TrackPositionText(legacy_), L"b");
+  wsprintfW(ipodPeer::StatusText(legacy_), L"c");
+  for (ipod copy : {ipod(legacy_), Assigned(legacy_)}) {
     EXPECT_EQ(test::ToHex(ipodPeer::Payload(copy), 256), Payload(256));
     EXPECT_EQ(ipodPeer::Lingo(copy), 1);
     EXPECT_EQ(ipodPeer::Command(copy), 2);
@@ -113,20 +113,20 @@ TEST_F(LegacyObject, CopyTakesEveryMember) {
     EXPECT_STREQ(ipodPeer::TrackPositionText(copy), L"b");
     EXPECT_STREQ(ipodPeer::StatusText(copy), L"c");
     EXPECT_EQ(ipodserialPeer::Port(ipodPeer::Serial(copy)),
-              ipodserialPeer::Port(ipodPeer::Serial(ipod_)));
+              ipodserialPeer::Port(ipodPeer::Serial(legacy_)));
   }
 }
 
 TEST_F(LegacyObject, CopySharesThePort) {
-  ipod copy = ipod_;
+  ipod copy = legacy_;
   EXPECT_EQ(copy.command_requestipodname(), 1);
-  EXPECT_EQ(ipod_.command_requestipodmodelnum(), 1);
+  EXPECT_EQ(legacy_.command_requestipodmodelnum(), 1);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7", "FF 55 02 00 0D F1"));
 }
 
 TEST_F(LegacyObject, CopyOfAClosedSourceFailsWithoutHarm) {
-  ipod copy = ipod_;
-  ipod_.closeport();
+  ipod copy = legacy_;
+  legacy_.closeport();
   wchar_t text[8] = {};
   EXPECT_EQ(copy.command_requestipodname(), 0);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(copy.extractdatafrompacket(0x08, text, 8, 0, 0), 0); }),

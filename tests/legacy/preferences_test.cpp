@@ -27,75 +27,76 @@ class LegacyPreferences : public LegacyTest {
 
 TEST_F(LegacyPreferences, SettingIsTheSecondReplyByte) {
   Answer(kGetConnection, "FF 55 04 00 2A 08 03 C7");
-  EXPECT_EQ(ipod_.loadipodpreference(8, &setting_), 1);
+  EXPECT_EQ(legacy_.loadipodpreference(8, &setting_), 1);
   EXPECT_EQ(setting_, 3);
   EXPECT_THAT(TakeSent(), ElementsAre(kGetConnection));
 }
 
 TEST_F(LegacyPreferences, ReplyForAnotherClassFailsAndTouchesNothing) {
   Answer(kGetConnection, "FF 55 04 00 2A 03 01 CE");
-  EXPECT_EQ(ipod_.loadipodpreference(8, &setting_), 0);
+  EXPECT_EQ(legacy_.loadipodpreference(8, &setting_), 0);
   EXPECT_EQ(setting_, 7);
 }
 
 TEST_F(LegacyPreferences, UnansweredRequestFailsAndTouchesNothing) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodpreference(0, &setting_), 0); }), kSilenceUs);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.loadipodpreference(0, &setting_), 0); }),
+            kSilenceUs);
   EXPECT_EQ(setting_, 7);
 }
 
 TEST_F(LegacyPreferences, RequestThatCannotBeSentIsNotAwaited) {
   world_.FailFrom("WriteFile", 1, 31);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.loadipodpreference(0, &setting_), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.loadipodpreference(0, &setting_), 0); }),
             5 * kMillisecond);
   EXPECT_EQ(setting_, 7);
 }
 
 TEST_F(LegacyPreferences, ReplyLongerThanItsFiveCharactersIsCut) {
   Answer(kGetConnection, "FF 55 0B 00 2A 08 02 03 04 05 06 07 08 09 97");
-  EXPECT_EQ(ipod_.loadipodpreference(8, &setting_), 1);
+  EXPECT_EQ(legacy_.loadipodpreference(8, &setting_), 1);
   EXPECT_EQ(setting_, 2);
 }
 
 TEST_F(LegacyPreferences, SettingNeedsNoPlace) {
   Answer(kGetConnection, "FF 55 04 00 2A 08 03 C7");
-  EXPECT_EQ(ipod_.loadipodpreference(8, nullptr), 1);
+  EXPECT_EQ(legacy_.loadipodpreference(8, nullptr), 1);
 }
 
 TEST_F(LegacyPreferences, AnyClassCanBeAskedFor) {
   Answer("FF 55 03 00 29 FE D6", "FF 55 04 00 2A FE 09 CB");
-  EXPECT_EQ(ipod_.loadipodpreference(0xFE, &setting_), 1);
+  EXPECT_EQ(legacy_.loadipodpreference(0xFE, &setting_), 1);
   EXPECT_EQ(setting_, 9);
 }
 
 TEST_F(LegacyPreferences, VideoOutputIsSetAndToBeRestoredOnExit) {
   Answer(kSetVideoOut, "FF 55 04 00 02 00 2B CF");
-  EXPECT_EQ(ipod_.setipodpreferencevidooutsetting(1), 1);
+  EXPECT_EQ(legacy_.setipodpreferencevidooutsetting(1), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kSetVideoOut));
 }
 
 TEST_F(LegacyPreferences, VideoOutputSettingGoesOutAsGiven) {
-  ipod_.setipodpreferencevidooutsetting(0xAB);
+  legacy_.setipodpreferencevidooutsetting(0xAB);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 00 2B 00 AB 01 24"));
 }
 
 TEST_F(LegacyPreferences, RefusedVideoOutputFails) {
   Answer(kSetVideoOut, "FF 55 04 00 02 04 2B CB");
-  EXPECT_EQ(ipod_.setipodpreferencevidooutsetting(1), 0);
+  EXPECT_EQ(legacy_.setipodpreferencevidooutsetting(1), 0);
 }
 
 TEST_F(LegacyPreferences, AckOfAnyCommandAcceptsTheVideoOutput) {
   Answer(kSetVideoOut, "FF 55 04 00 02 00 13 E7");
-  EXPECT_EQ(ipod_.setipodpreferencevidooutsetting(1), 1);
+  EXPECT_EQ(legacy_.setipodpreferencevidooutsetting(1), 1);
 }
 
 TEST_F(LegacyPreferences, VideoOutputSucceedsWithoutAnAck) {
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.setipodpreferencevidooutsetting(1), 1); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.setipodpreferencevidooutsetting(1), 1); }),
             kSilenceUs);
 }
 
 TEST_F(LegacyPreferences, VideoOutputThatCannotBeSentFailsAndAwaitsNothing) {
   world_.FailFrom("WriteFile", 1, 31);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.setipodpreferencevidooutsetting(1), 0); }),
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.setipodpreferencevidooutsetting(1), 0); }),
             5 * kMillisecond);
 }
 
@@ -110,7 +111,7 @@ struct Preference {
 class ShownPreferences : public LegacyPreferences,
                          public ::testing::WithParamInterface<Preference> {
  protected:
-  int Get(wchar_t* text) { return (ipod_.*GetParam().getter)(text); }
+  int Get(wchar_t* text) { return (legacy_.*GetParam().getter)(text); }
 };
 
 TEST_P(ShownPreferences, AreUnknownUnanswered) {
@@ -172,7 +173,7 @@ class ShownSettings : public LegacyPreferences, public ::testing::WithParamInter
 
 TEST_P(ShownSettings, HaveTheirText) {
   Answer(GetParam().request, GetParam().reply);
-  EXPECT_EQ((ipod_.*GetParam().getter)(text_), 1);
+  EXPECT_EQ((legacy_.*GetParam().getter)(text_), 1);
   EXPECT_STREQ(text_, GetParam().text);
   EXPECT_THAT(TakeSent(), ElementsAre(GetParam().request));
 }

@@ -15,7 +15,7 @@ class LegacyRawReply : public LegacyExtendedReply {
  protected:
   LegacyRawReply() { bytes_.fill(0xA5); }
   int ExtractRaw(unsigned long count) {
-    return ipod_.ExtractDataFromPacketExtendedRaw(0x1D, bytes_.data(), count);
+    return legacy_.ExtractDataFromPacketExtendedRaw(0x1D, bytes_.data(), count);
   }
   std::string Bytes(std::size_t count) { return test::ToHex(bytes_.data(), count); }
 
@@ -58,13 +58,13 @@ TEST_F(LegacyRawReply, IsTakenWhateverItsLingoAndCommand) {
   EXPECT_EQ(ExtractRaw(2), 1);
   EXPECT_EQ(Bytes(2), "41 42");
   Send(kAcceptingAck);
-  EXPECT_EQ(ipod_.ExtractDataFromPacketExtendedRaw(0xFFFF, bytes_.data(), 3), 1);
+  EXPECT_EQ(legacy_.ExtractDataFromPacketExtendedRaw(0xFFFF, bytes_.data(), 3), 1);
   EXPECT_EQ(Bytes(3), "00 00 1C");
 }
 
 TEST_F(LegacyRawReply, WithoutABufferIsTakenAndCopiedNowhere) {
   Send(kStatus);
-  EXPECT_EQ(ipod_.ExtractDataFromPacketExtendedRaw(0x1D, nullptr, 9), 1);
+  EXPECT_EQ(legacy_.ExtractDataFromPacketExtendedRaw(0x1D, nullptr, 9), 1);
 }
 
 TEST_F(LegacyRawReply, WithABadChecksumFailsSilentlyAndCopiesNothing) {

@@ -21,9 +21,9 @@ class Records : public LegacyTest {
  protected:
   Records() {
     std::fill(std::begin(name_), std::end(name_), L'x');
-    ipod_.setcategory(2);
+    legacy_.setcategory(2);
   }
-  int Read(int capacity) { return ipod_.getnextcategorizeddbrecord(name_, capacity, 258); }
+  int Read(int capacity) { return legacy_.getnextcategorizeddbrecord(name_, capacity, 258); }
 
   wchar_t name_[256];
 };
@@ -36,9 +36,9 @@ TEST_F(Records, NameStandsBehindTheIndexAndIsConverted) {
 }
 
 TEST_F(Records, LargestIndexAndAnyCategoryAreAskedFor) {
-  ipod_.setcategory(8);
+  legacy_.setcategory(8);
   Answer("FF 55 0C 04 00 1A 08 FE DC BA 98 00 00 00 01 A1", kZoe);
-  EXPECT_EQ(ipod_.getnextcategorizeddbrecord(name_, 256, 0xFEDCBA98), 1);
+  EXPECT_EQ(legacy_.getnextcategorizeddbrecord(name_, 256, 0xFEDCBA98), 1);
   EXPECT_STREQ(name_, L"Zo\u00EB");
 }
 
@@ -127,7 +127,7 @@ TEST_F(Records, NameOfNoCapacityIsNotTouched) {
 
 TEST_F(Records, NameWithoutAPlaceFails) {
   Answer(kRetrieve, kZoe);
-  EXPECT_EQ(ipod_.getnextcategorizeddbrecord(nullptr, 256, 258), 0);
+  EXPECT_EQ(legacy_.getnextcategorizeddbrecord(nullptr, 256, 258), 0);
 }
 
 /// Lists as a host makes them: an array whose first element is its number of elements, and values.
@@ -150,7 +150,7 @@ TEST_F(RecordLists, AreReleasedElementByElementTheFirstIncluded) {
   wchar_t** names = MakeNames(3);
   unsigned long* values = MakeValues();
   world_.Record({"LocalFree"});
-  ipod_.deleterecords(&names, &values);
+  legacy_.deleterecords(&names, &values);
   EXPECT_THAT(world_.TakeCalls().text_with_results(),
               ElementsAre("LocalFree(unknown) = failed 6", "LocalFree(block2) = null",
                           "LocalFree(block3) = null", "LocalFree(block1) = null",
@@ -162,7 +162,7 @@ TEST_F(RecordLists, KeepTheirPointers) {
   unsigned long* values = MakeValues();
   wchar_t** const names_before = names;
   unsigned long* const values_before = values;
-  ipod_.deleterecords(&names, &values);
+  legacy_.deleterecords(&names, &values);
   EXPECT_EQ(names, names_before);
   EXPECT_EQ(values, values_before);
 }
@@ -170,7 +170,7 @@ TEST_F(RecordLists, KeepTheirPointers) {
 TEST_F(RecordLists, OfNoElementsReleaseTheArray) {
   wchar_t** names = MakeNames(0);
   world_.Record({"LocalFree"});
-  ipod_.deleterecords(&names, nullptr);
+  legacy_.deleterecords(&names, nullptr);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("LocalFree(block1)"));
 }
 
@@ -178,15 +178,15 @@ TEST_F(RecordLists, MayBeMissing) {
   wchar_t** no_names = nullptr;
   unsigned long* no_values = nullptr;
   world_.Record({"LocalFree"});
-  ipod_.deleterecords(nullptr, nullptr);
-  ipod_.deleterecords(&no_names, &no_values);
+  legacy_.deleterecords(nullptr, nullptr);
+  legacy_.deleterecords(&no_names, &no_values);
   EXPECT_THAT(world_.TakeRecord(), IsEmpty());
 }
 
 TEST_F(RecordLists, MayBeValuesOnly) {
   unsigned long* values = MakeValues();
   world_.Record({"LocalFree"});
-  ipod_.deleterecords(nullptr, &values);
+  legacy_.deleterecords(nullptr, &values);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("LocalFree(block1)"));
 }
 

@@ -16,7 +16,7 @@ class LegacyReply : public LegacyTest {
  protected:
   LegacyReply() { text_.fill(kUntouched); }
   int Extract(unsigned char command, unsigned char capacity = 20, unsigned char offset = 0) {
-    return ipod_.extractdatafrompacket(command, text_.data(), capacity, offset, 0);
+    return legacy_.extractdatafrompacket(command, text_.data(), capacity, offset, 0);
   }
   std::string Text(std::size_t count) { return Units(text_.data(), count); }
 

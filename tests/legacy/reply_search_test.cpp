@@ -98,14 +98,14 @@ TEST_F(LegacyReply, LongerThanTheFrameBufferIsPassedOver) {
   test::Bytes frame = test::Hex("FF 55 FF 00 08");
   for (int i = 1; i <= 253; ++i) frame.push_back(static_cast<std::uint8_t>(i));
   frame.push_back(0x76);
-  device_.Send(frame);
+  ipod_.Send(frame);
   Send(kName);
   EXPECT_EQ(Extract(0x08), 1);
   EXPECT_EQ(Text(3), "41 42 7777");
 }
 
 TEST_F(LegacyReply, OnAClosedPortFailsAtOnce) {
-  ipod_.closeport();
+  legacy_.closeport();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Extract(0x08), 0); }), 0);
 }
 

@@ -54,7 +54,7 @@ TEST_F(LegacyReply, WithoutRoomIsTakenAndTouchesNothing) {
   EXPECT_EQ(Extract(0x08, 0), 1);
   EXPECT_EQ(Text(2), "7777 7777");
   Send(kName);
-  EXPECT_EQ(ipod_.extractdatafrompacket(0x08, nullptr, 20, 0, 0), 1);
+  EXPECT_EQ(legacy_.extractdatafrompacket(0x08, nullptr, 20, 0, 0), 1);
 }
 
 TEST_F(LegacyReply, WithoutPayloadIsATerminatorAlone) {
@@ -81,7 +81,7 @@ TEST_F(LegacyReply, OfTheLongestKindStaysInsideBothBuffers) {
   test::Bytes frame = test::Hex("FF 55 FC 00 08");
   for (int i = 1; i <= 250; ++i) frame.push_back(static_cast<std::uint8_t>(i));
   frame.push_back(0x6D);
-  device_.Send(frame);
+  ipod_.Send(frame);
   EXPECT_EQ(Extract(0x08, 255), 1);
   EXPECT_EQ(text_[0], 1);
   EXPECT_EQ(text_[249], 250);
@@ -98,7 +98,7 @@ TEST_F(LegacyReply, FromTheFarthestOffsetReadsZeros) {
 
 TEST_F(LegacyReply, IgnoresTheLastArgument) {
   Send(kName);
-  EXPECT_EQ(ipod_.extractdatafrompacket(0x08, text_.data(), 20, 0, 12345), 1);
+  EXPECT_EQ(legacy_.extractdatafrompacket(0x08, text_.data(), 20, 0, 12345), 1);
   EXPECT_EQ(Text(3), "41 42 7777");
 }
 

@@ -21,7 +21,7 @@ TEST_F(Selecting, RecordIsSelectedInTheCategoryEnteredLast) {
   Enter(2);
   Answer(kSelectArtist, kSelectAck);
   Answer(kCountAlbums, kCount258);
-  EXPECT_EQ(ipod_.select(3, 260, &count_), 1);
+  EXPECT_EQ(legacy_.select(3, 260, &count_), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(3, 3);
   EXPECT_THAT(TakeSent(), ElementsAre(kSelectArtist, kCountAlbums));
@@ -32,10 +32,10 @@ TEST_F(Selecting, RecordIsSelectedInTheCategoryEnteredLast) {
 
 TEST_F(Selecting, RecordIsSelectedSortedByNameWhenTheIpodNeedsIt) {
   Enter(2);
-  ipodPeer::NameSort(ipod_) = 1;
+  ipodPeer::NameSort(legacy_) = 1;
   Answer("FF 55 09 04 00 38 02 00 00 01 04 04 B0", "FF 55 06 04 00 01 00 00 38 BD");
   Answer(kCountAlbums, kCount258);
-  EXPECT_EQ(ipod_.select(3, 260, &count_), 1);
+  EXPECT_EQ(legacy_.select(3, 260, &count_), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(3, 3);
   EXPECT_THAT(TakeSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 01 04 04 B0", kCountAlbums));
@@ -47,7 +47,7 @@ TEST_F(Selecting, RecordIsSelectedSortedByNameWhenTheIpodNeedsIt) {
 TEST_F(Selecting, RefusedRecordFailsInTheCategoryEnteredLast) {
   Enter(2);
   Answer(kSelectArtist, "FF 55 06 04 00 01 04 00 17 DA");
-  EXPECT_EQ(ipod_.select(3, 260, &count_), 0);
+  EXPECT_EQ(legacy_.select(3, 260, &count_), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(2, 2);
   EXPECT_THAT(TakeSent(), ElementsAre(kSelectArtist));
@@ -58,7 +58,7 @@ TEST_F(Selecting, RefusedRecordFailsInTheCategoryEnteredLast) {
 
 TEST_F(Selecting, UnansweredRecordFailsInTheCategoryEnteredLast) {
   Enter(2);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.select(3, 260, &count_), 0); }), kSilenceUs);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.select(3, 260, &count_), 0); }), kSilenceUs);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(2, 2);
 }
@@ -66,7 +66,7 @@ TEST_F(Selecting, UnansweredRecordFailsInTheCategoryEnteredLast) {
 TEST_F(Selecting, RecordThatCannotBeSentFailsAndAwaitsNothing) {
   Enter(2);
   world_.FailFrom("WriteFile", 1, 31);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.select(3, 260, &count_), 0); }), 5 * kMillisecond);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.select(3, 260, &count_), 0); }), 5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
   EXPECT_THAT(TakeDebugOutput(),
               ElementsAre(kSelectTrace,
@@ -76,7 +76,7 @@ TEST_F(Selecting, RecordThatCannotBeSentFailsAndAwaitsNothing) {
 TEST_F(Selecting, RecordIsEnteredEvenWhenTheCountFails) {
   Enter(2);
   Answer(kSelectArtist, kSelectAck);
-  EXPECT_EQ(ipod_.select(3, 260, &count_), 0);
+  EXPECT_EQ(legacy_.select(3, 260, &count_), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(3, 3);
 }
@@ -85,14 +85,14 @@ TEST_F(Selecting, RecordNeedsNoPlaceForItsCount) {
   Enter(2);
   Answer(kSelectArtist, kSelectAck);
   Answer(kCountAlbums, kCount258);
-  EXPECT_EQ(ipod_.select(3, 260, nullptr), 1);
+  EXPECT_EQ(legacy_.select(3, 260, nullptr), 1);
 }
 
 TEST_F(Selecting, GoingToTracksFromAnotherCategoryStopsNothing) {
   Enter(2);
   Answer(kSelectArtist, kSelectAck);
   Answer("FF 55 04 04 00 18 05 DB", kCount258);
-  EXPECT_EQ(ipod_.select(5, 260, &count_), 1);
+  EXPECT_EQ(legacy_.select(5, 260, &count_), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(5, 5);
   EXPECT_THAT(TakeSent(), ElementsAre(kSelectArtist, "FF 55 04 04 00 18 05 DB"));
@@ -106,7 +106,7 @@ TEST_F(Selecting, TrackIsStoppedFirstAndSelectedWithoutAwaitingAnAck) {
   Enter(5);
   Answer(kStop, kStopAck);
   Answer(kSelectTrack, kSelectAck);
-  EXPECT_EQ(ipod_.select(5, 3, &count_), 1);
+  EXPECT_EQ(legacy_.select(5, 3, &count_), 1);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(5, 5);
   EXPECT_THAT(TakeSent(), ElementsAre(kStop, kSelectTrack));
@@ -118,7 +118,7 @@ TEST_F(Selecting, TrackIsStoppedFirstAndSelectedWithoutAwaitingAnAck) {
 TEST_F(Selecting, SelectingATrackTakesOnlyTheStopAndThePauses) {
   Enter(5);
   world_.Record({"Sleep", "ReadFile"});
-  ipod_.select(5, 3, &count_);
+  legacy_.select(5, 3, &count_);
   // Five empty reads for the ACK of the stop; none for the selection.
   EXPECT_THAT(world_.TakeRecord(),
               ElementsAre("Sleep(5)", "ReadFile(port1, 1)", "Sleep(200)", "ReadFile(port1, 1)",
@@ -129,7 +129,7 @@ TEST_F(Selecting, SelectingATrackTakesOnlyTheStopAndThePauses) {
 TEST_F(Selecting, TrackIsNotSelectedWhenTheStopIsRefused) {
   Enter(5);
   Answer(kStop, "FF 55 06 04 00 01 04 00 29 C8");
-  EXPECT_EQ(ipod_.select(5, 3, &count_), 0);
+  EXPECT_EQ(legacy_.select(5, 3, &count_), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(5, 5);
   EXPECT_THAT(TakeSent(), ElementsAre(kStop));
@@ -139,7 +139,7 @@ TEST_F(Selecting, TrackIsNotSelectedWhenTheStopIsRefused) {
 
 TEST_F(Selecting, TrackOnTheWayToAnotherCategoryIsSelectedWithoutAStop) {
   Enter(5);
-  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(ipod_.select(3, 3, &count_), 1); }), 5 * kMillisecond);
+  EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.select(3, 3, &count_), 1); }), 5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(5, 5);
   EXPECT_THAT(TakeSent(), ElementsAre(kSelectTrack));
@@ -150,9 +150,9 @@ TEST_F(Selecting, TrackOnTheWayToAnotherCategoryIsSelectedWithoutAStop) {
 
 TEST_F(Selecting, TrackIsSelectedSortedByNameWhenTheIpodNeedsIt) {
   Enter(5);
-  ipodPeer::NameSort(ipod_) = 1;
+  ipodPeer::NameSort(legacy_) = 1;
   Answer(kStop, kStopAck);
-  EXPECT_EQ(ipod_.select(5, 3, &count_), 1);
+  EXPECT_EQ(legacy_.select(5, 3, &count_), 1);
   EXPECT_THAT(TakeSent(), ElementsAre(kStop, "FF 55 09 04 00 38 05 00 00 00 03 04 AF"));
 }
 
@@ -160,7 +160,7 @@ TEST_F(Selecting, TrackThatCannotBeSelectedFails) {
   Enter(5);
   Answer(kStop, kStopAck);
   world_.FailFrom("WriteFile", 3, 31);
-  EXPECT_EQ(ipod_.select(5, 3, &count_), 0);
+  EXPECT_EQ(legacy_.select(5, 3, &count_), 0);
   EXPECT_THAT(TakeSent(), ElementsAre(kStop));
 }
 

@@ -37,7 +37,7 @@ TEST_P(SelfTestFailure, EndsTheStepAndNamesTheAction) {
   EXPECT_EQ(step.more, 1);
   EXPECT_EQ(step.result, 0);
   EXPECT_EQ(step.detail, GetParam().detail);
-  EXPECT_EQ(ipodPeer::SelfTestStep(ipod_), GetParam().step + 1);
+  EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), GetParam().step + 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Connection, SelfTestFailure,
@@ -146,10 +146,10 @@ INSTANTIATE_TEST_SUITE_P(Rows, UnsentRequest,
 class FailingStep : public SelfTestTest {};
 
 TEST_F(FailingStep, WithoutRemoteModeNothingIsSelected) {
-  ipodPeer::TopSelectionResult(ipod_) = 77;
+  ipodPeer::TopSelectionResult(legacy_) = 77;
   answering_.Answer("00 05", kSilent);
   Perform(0);
-  EXPECT_EQ(ipodPeer::TopSelectionResult(ipod_), 77);
+  EXPECT_EQ(ipodPeer::TopSelectionResult(legacy_), 77);
   EXPECT_EQ(answering_.TakeFrames().back(), "FF 55 02 00 05 F9");
 }
 
@@ -173,8 +173,8 @@ TEST_F(FailingStep, SilentIpodFailsEachStepInThePrescribedTime) {
   constexpr std::int64_t kSilence = 3000 * kMillisecond;  // five empty reads
   constexpr std::int64_t kSending = 5 * kMillisecond;
   world_.line().Unplug();
-  ipod_.closeport();
-  EXPECT_EQ(ipod_.startregressiontest(detail_), 1);
+  legacy_.closeport();
+  EXPECT_EQ(legacy_.startregressiontest(detail_), 1);
 
   Step step;
   // Six requests; the model and twice the ACK are awaited, with a pause before the second wait.
@@ -197,7 +197,7 @@ TEST_F(FailingStep, SilentIpodFailsEachStepInThePrescribedTime) {
 }
 
 TEST_F(FailingStep, ClosedPortFailsEachStepAtOnce) {
-  ipod_.closeport();
+  legacy_.closeport();
   std::vector<int> results;
   for (unsigned number = 0; number < 5; ++number) {
     EXPECT_EQ(Elapsed([&] { results.push_back(Perform(number).result); }), 5 * kMillisecond);

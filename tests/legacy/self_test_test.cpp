@@ -18,26 +18,26 @@ class SelfTest : public SelfTestTest {};
 // ---- Starting
 
 TEST_F(SelfTest, StartOpensTheStoredPortAndTheFirstStep) {
-  ipod_.closeport();
-  ipodPeer::SelfTestStep(ipod_) = 3;
+  legacy_.closeport();
+  ipodPeer::SelfTestStep(legacy_) = 3;
   world_.Record({"CreateFileW"});
-  EXPECT_EQ(ipod_.startregressiontest(detail_), 1);
+  EXPECT_EQ(legacy_.startregressiontest(detail_), 1);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
   EXPECT_STREQ(detail_, L"Regression Test Started, port opened");
-  EXPECT_EQ(ipodPeer::SelfTestStep(ipod_), 0U);
+  EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), 0U);
 }
 
 TEST_F(SelfTest, StartSaysSoAlsoWhenThePortDoesNotOpen) {
-  ipod_.closeport();
+  legacy_.closeport();
   world_.FailOnce("CreateFileW", 1, 2);
-  EXPECT_EQ(ipod_.startregressiontest(detail_), 0);
+  EXPECT_EQ(legacy_.startregressiontest(detail_), 0);
   EXPECT_STREQ(detail_, L"Regression Test Started, port opened");
-  EXPECT_EQ(ipodPeer::SelfTestStep(ipod_), 0U);
+  EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), 0U);
 }
 
 TEST_F(SelfTest, StartSendsNothing) {
-  ipod_.closeport();
-  EXPECT_EQ(ipod_.startregressiontest(nullptr), 1);
+  legacy_.closeport();
+  EXPECT_EQ(legacy_.startregressiontest(nullptr), 1);
   world_.Advance(50 * kMillisecond);
   EXPECT_THAT(answering_.TakeFrames(), IsEmpty());
 }
@@ -51,7 +51,7 @@ TEST_F(SelfTest, FirstStepSetsUpTheConnection) {
   EXPECT_EQ(step.result, 1);
   EXPECT_EQ(step.title, "Set Up Connection Test");
   EXPECT_EQ(step.detail, "Enter Remote UI mode");
-  EXPECT_EQ(ipodPeer::TopSelectionResult(ipod_), 1);
+  EXPECT_EQ(ipodPeer::TopSelectionResult(legacy_), 1);
   EXPECT_THAT(answering_.TakeFrames(),
               ElementsAre("Request Remote UI Mode For Communcation: FF 55 02 00 03 FB",
                           "Exit Remote UI Mode: FF 55 02 00 06 F8",
@@ -143,10 +143,10 @@ TEST_F(SelfTest, LastStepSendsBeforeItCloses) {
 // ---- What is not looked at
 
 TEST_F(SelfTest, RefusedTopSelectionIsNotedAndDoesNotCount) {
-  ipodPeer::TopSelectionResult(ipod_) = 77;
+  ipodPeer::TopSelectionResult(legacy_) = 77;
   answering_.Answer("04 00 3B", "FF 55 06 04 00 01 02 00 3B B8");
   EXPECT_EQ(Perform(0).result, 1);
-  EXPECT_EQ(ipodPeer::TopSelectionResult(ipod_), 0);
+  EXPECT_EQ(ipodPeer::TopSelectionResult(legacy_), 0);
 }
 
 TEST_F(SelfTest, PlayingPlayerNeedsNoPlay) {
@@ -199,8 +199,8 @@ TEST_F(SelfTest, PercentSignsInTheNameStandForThemselves) {
 // ---- The sequence
 
 TEST_F(SelfTest, FiveCallsReturnOneFourTimesAndThenZero) {
-  ipod_.closeport();
-  EXPECT_EQ(ipod_.startregressiontest(detail_), 1);
+  legacy_.closeport();
+  EXPECT_EQ(legacy_.startregressiontest(detail_), 1);
   std::vector<int> more;
   std::vector<int> results;
   for (int i = 0; i < 5; ++i) {
@@ -225,16 +225,16 @@ TEST_F(SelfTest, FurtherCallsEndAgainOnTheClosedPort) {
     EXPECT_EQ(step.title, "End of Regression Test");
     EXPECT_EQ(step.detail, "");
   }
-  EXPECT_EQ(ipodPeer::SelfTestStep(ipod_), 7U);
+  EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), 7U);
   EXPECT_THAT(answering_.TakeFrames(), IsEmpty());
 }
 
 TEST_F(SelfTest, OutputsAreOptional) {
   for (unsigned step = 0; step < 4; ++step) {
-    ipodPeer::SelfTestStep(ipod_) = step;
-    EXPECT_EQ(ipod_.nextregressiontest(nullptr, nullptr, nullptr), 1);
+    ipodPeer::SelfTestStep(legacy_) = step;
+    EXPECT_EQ(legacy_.nextregressiontest(nullptr, nullptr, nullptr), 1);
   }
-  EXPECT_EQ(ipod_.nextregressiontest(nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(legacy_.nextregressiontest(nullptr, nullptr, nullptr), 0);
 }
 
 // ---- Times: 5 ms for each request, what is on the wire while an answer is awaited (173.6 us a

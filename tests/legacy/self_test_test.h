@@ -37,14 +37,14 @@ class SelfTestTest : public LegacyTest {
   };
   Step Next() {
     Step step;
-    step.more = ipod_.nextregressiontest(title_, &step.result, detail_);
+    step.more = legacy_.nextregressiontest(title_, &step.result, detail_);
     step.title = Narrow(title_);
     step.detail = Narrow(detail_);
     return step;
   }
   /// The given step, without those before it.
   Step Perform(unsigned number) {
-    ipodPeer::SelfTestStep(ipod_) = number;
+    ipodPeer::SelfTestStep(legacy_) = number;
     return Next();
   }
   /// From now on each frame is told with the detail text that its first byte found.

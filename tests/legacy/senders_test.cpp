@@ -16,19 +16,19 @@ using ::testing::IsEmpty;
 class LegacySenders : public LegacyTest {
  protected:
   void Fill(std::uint8_t lingo, std::uint8_t command, const char* payload) {
-    ipodPeer::Lingo(ipod_) = lingo;
-    ipodPeer::Command(ipod_) = command;
-    ipodPeer::ExtendedCommand(ipod_) = 0x1234;
+    ipodPeer::Lingo(legacy_) = lingo;
+    ipodPeer::Command(legacy_) = command;
+    ipodPeer::ExtendedCommand(legacy_) = 0x1234;
     const test::Bytes bytes = test::Hex(payload);
-    std::copy(bytes.begin(), bytes.end(), ipodPeer::Payload(ipod_));
-    ipodPeer::PayloadLength(ipod_) = static_cast<std::uint16_t>(bytes.size());
+    std::copy(bytes.begin(), bytes.end(), ipodPeer::Payload(legacy_));
+    ipodPeer::PayloadLength(legacy_) = static_cast<std::uint16_t>(bytes.size());
     world_.Record({"WriteFile", "Sleep"});
   }
   /// Fills the payload with so many bytes 00, 01, 02 and so on.
   void FillNumbered(std::uint16_t length) {
     Fill(0x04, 0x33, "");
     NumberPayload();
-    ipodPeer::PayloadLength(ipod_) = length;
+    ipodPeer::PayloadLength(legacy_) = length;
   }
 };
 
@@ -45,7 +45,7 @@ std::string Write(const std::string& bytes) { return "WriteFile(port1, " + bytes
 
 TEST_F(LegacySenders, SmallFrameGoesOutSyncByteFirst) {
   Fill(0x00, 0x03, "");
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ipod_.sendpacket(), 1); }), 5 * kMillisecond);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.sendpacket(), 1); }), 5 * kMillisecond);
   EXPECT_THAT(
       world_.TakeCalls().text_with_results(),
       ElementsAre("WriteFile(port1, FF) = 1", "Sleep(5)", "WriteFile(port1, 55 02 00 03 FB) = 5"));
@@ -53,20 +53,20 @@ TEST_F(LegacySenders, SmallFrameGoesOutSyncByteFirst) {
 
 TEST_F(LegacySenders, SmallFrameCarriesLingoCommandAndPayload) {
   Fill(0x07, 0x33, "41 42 43");
-  EXPECT_EQ(ipod_.sendpacket(), 1);
+  EXPECT_EQ(legacy_.sendpacket(), 1);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
                                                "WriteFile(port1, 55 05 07 33 41 42 43 FB)"));
 }
 
 TEST_F(LegacySenders, SmallFrameHasAOneByteCommandForEveryLingo) {
   Fill(0x04, 0x33, "41");
-  EXPECT_EQ(ipod_.sendpacket(), 1);
+  EXPECT_EQ(legacy_.sendpacket(), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 03 04 33 41 85");
 }
 
 TEST_F(LegacySenders, SmallFrameHolds250PayloadBytes) {
   FillNumbered(250);
-  EXPECT_EQ(ipod_.sendpacket(), 1);
+  EXPECT_EQ(legacy_.sendpacket(), 1);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
                                                Write("55 FC 04 33 " + Numbered(250) + " 38")));
 }
@@ -75,7 +75,7 @@ TEST_F(LegacySenders, SmallFrameHolds250PayloadBytes) {
 
 TEST_F(LegacySenders, ExtendedFrameGoesOutSyncByteFirst) {
   Fill(0x04, 0x33, "");
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ipod_.sendpacketextended(), 1); }), 5 * kMillisecond);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.sendpacketextended(), 1); }), 5 * kMillisecond);
   EXPECT_THAT(world_.TakeCalls().text_with_results(),
               ElementsAre("WriteFile(port1, FF) = 1", "Sleep(5)",
                           "WriteFile(port1, 55 03 04 12 34 B3) = 6"));
@@ -83,16 +83,16 @@ TEST_F(LegacySenders, ExtendedFrameGoesOutSyncByteFirst) {
 
 TEST_F(LegacySenders, ExtendedFrameCarriesATwoByteCommandForEveryLingo) {
   Fill(0x04, 0x33, "41 42");
-  EXPECT_EQ(ipod_.sendpacketextended(), 1);
+  EXPECT_EQ(legacy_.sendpacketextended(), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 05 04 12 34 41 42 2E");
   Fill(0x09, 0x33, "41 42");
-  EXPECT_EQ(ipod_.sendpacketextended(), 1);
+  EXPECT_EQ(legacy_.sendpacketextended(), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 05 09 12 34 41 42 29");
 }
 
 TEST_F(LegacySenders, ExtendedFrameHolds249PayloadBytes) {
   FillNumbered(249);
-  EXPECT_EQ(ipod_.sendpacketextended(), 1);
+  EXPECT_EQ(legacy_.sendpacketextended(), 1);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
                                                Write("55 FC 04 12 34 " + Numbered(249) + " 1E")));
 }
@@ -102,7 +102,7 @@ TEST_F(LegacySenders, ExtendedFrameHolds249PayloadBytes) {
 // Of n payload bytes n - 1 go out, and the checksum does not: n + 7 bytes in all.
 TEST_F(LegacySenders, LargeFrameLosesItsLastTwoBytesAndSucceeds) {
   Fill(0x04, 0x33, "41 42 43");
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ipod_.sendpacketextendedlarge(nullptr), 1); }),
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1); }),
             5 * kMillisecond);
   EXPECT_THAT(world_.TakeCalls().text_with_results(),
               ElementsAre("WriteFile(port1, FF) = 1", "Sleep(5)",
@@ -111,26 +111,26 @@ TEST_F(LegacySenders, LargeFrameLosesItsLastTwoBytesAndSucceeds) {
 
 TEST_F(LegacySenders, LargeFrameWithoutPayloadLosesTheLowCommandByte) {
   Fill(0x04, 0x33, "");
-  EXPECT_EQ(ipod_.sendpacketextendedlarge(nullptr), 1);
+  EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 03 04 12");
 }
 
 TEST_F(LegacySenders, LargeFrameOfOnePayloadByteLosesIt) {
   Fill(0x09, 0x33, "41");
-  EXPECT_EQ(ipod_.sendpacketextendedlarge(nullptr), 1);
+  EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 04 09 12 34");
 }
 
 TEST_F(LegacySenders, LargeFrameTakesItsPayloadFromThePacketAreaAndNotFromTheArgument) {
   Fill(0x04, 0x33, "41 42 43");
   unsigned char image[] = {0x99, 0x99, 0x99};
-  EXPECT_EQ(ipod_.sendpacketextendedlarge(image), 1);
+  EXPECT_EQ(legacy_.sendpacketextendedlarge(image), 1);
   EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 06 04 12 34 41 42");
 }
 
 TEST_F(LegacySenders, LargeFrameHolds247PayloadBytes) {
   FillNumbered(247);
-  EXPECT_EQ(ipod_.sendpacketextendedlarge(nullptr), 1);
+  EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
                                                Write("55 00 00 FA 04 12 34 " + Numbered(246))));
 }
@@ -147,7 +147,7 @@ std::ostream& operator<<(std::ostream& out, const SenderRow& row) { return out <
 
 class EveryLegacySender : public LegacySenders, public ::testing::WithParamInterface<SenderRow> {
  protected:
-  int Send() { return GetParam().send(ipod_); }
+  int Send() { return GetParam().send(legacy_); }
   std::size_t Writes() { return world_.TakeCalls().To({"WriteFile"}).all().size(); }
 };
 
@@ -184,7 +184,7 @@ TEST_P(EveryLegacySender, FailsWhenTheRestIsNotAcceptedAndDoesNotTryAgain) {
 
 TEST_P(EveryLegacySender, FailsOnAClosedPort) {
   Fill(0x04, 0x33, "41 42");
-  ipod_.closeport();
+  legacy_.closeport();
   EXPECT_EQ(Send(), 0);
   EXPECT_EQ(Writes(), 0U);
 }
@@ -193,10 +193,10 @@ TEST_P(EveryLegacySender, LeavesThePacketAreaAsItIs) {
   FillNumbered(20);
   EXPECT_EQ(Send(), 1);
   EXPECT_EQ(Payload(256), Numbered(256));
-  EXPECT_EQ(ipodPeer::PayloadLength(ipod_), 20);
-  EXPECT_EQ(ipodPeer::Lingo(ipod_), 0x04);
-  EXPECT_EQ(ipodPeer::Command(ipod_), 0x33);
-  EXPECT_EQ(ipodPeer::ExtendedCommand(ipod_), 0x1234);
+  EXPECT_EQ(ipodPeer::PayloadLength(legacy_), 20);
+  EXPECT_EQ(ipodPeer::Lingo(legacy_), 0x04);
+  EXPECT_EQ(ipodPeer::Command(legacy_), 0x33);
+  EXPECT_EQ(ipodPeer::ExtendedCommand(legacy_), 0x1234);
 }
 
 TEST_P(EveryLegacySender, PrintsNothing) {

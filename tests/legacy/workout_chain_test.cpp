@@ -17,7 +17,7 @@ constexpr const char* kRefusal = "Error in Ack from Storage Write, value is 5, s
 class WorkoutLine : public WorkoutTest {};
 
 TEST_F(WorkoutLine, ReopensThePortAndAwaitsTheAck) {
-  ipodPeer::StorageFileHandle(ipod_) = kHandle;
+  ipodPeer::StorageFileHandle(legacy_) = kHandle;
   world_.Record();
   EXPECT_EQ(Write(L"A\n"), 1);
   EXPECT_THAT(world_.TakeRecord(),
@@ -40,11 +40,11 @@ TEST_F(WorkoutLine, TakesThePauseAndTheBytesOnTheWire) {
 }
 
 TEST_F(WorkoutLine, ReopensTheStoredPortAtTheSpeedOfTheLastOpen) {
-  ipod_.closeport();
+  legacy_.closeport();
   test::AnsweringIpod other;
   world_.line("COM3:").Plug(other);
   wchar_t name[] = L"COM3:";
-  EXPECT_EQ(ipod_.openport(name, 9600), 1);
+  EXPECT_EQ(legacy_.openport(name, 9600), 1);
   world_.Record({"CreateFileW", "SetCommState"});
   EXPECT_EQ(Write(L"A\n"), 1);
   EXPECT_THAT(world_.TakeRecord(),
@@ -96,21 +96,21 @@ TEST_F(WorkoutLine, FailsWhenThePortDoesNotReopen) {
 }
 
 TEST_F(WorkoutLine, OpensAPortThatWasClosed) {
-  ipod_.closeport();
+  legacy_.closeport();
   EXPECT_EQ(Write(L"A\n"), 1);
 }
 
 TEST_F(WorkoutLine, HoldsAtMost245Characters) {
   EXPECT_EQ(Write(std::wstring(245, L'x')), 1);
   EXPECT_THAT(answering_.TakeLines(0, 0), ElementsAre(std::string(245, 'x')));
-  EXPECT_EQ(ipodPeer::StorageWriteOffset(ipod_), 245U);
+  EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), 245U);
 }
 
 TEST_F(WorkoutLine, IsRefusedUnsentWhenItIsLonger) {
   world_.Record({"WriteFile", "CreateFileW"});
   EXPECT_EQ(Write(std::wstring(246, L'x')), 0);
   EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
-  EXPECT_EQ(ipodPeer::StorageWriteOffset(ipod_), 0U);
+  EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), 0U);
   EXPECT_EQ(Status(), std::string(246, 'x'));
 }
 
@@ -132,7 +132,7 @@ TEST_F(WorkoutLine, MayBeEmpty) {
 
 TEST_F(WorkoutLine, MissingTextFails) {
   world_.Record();
-  EXPECT_EQ(ipod_.ipodstoragewritestring(1, nullptr), 0);
+  EXPECT_EQ(legacy_.ipodstoragewritestring(1, nullptr), 0);
   EXPECT_THAT(world_.TakeRecord(), IsEmpty());
 }
 

@@ -160,7 +160,7 @@ TEST_F(WorkoutDocument, IntervalTellsItsSteps) {
 
 TEST_F(WorkoutDocument, IntervalWritesEveryElementAlsoWhenItIsZero) {
   Begin();
-  EXPECT_EQ(ipod_.intervalworkout(6, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0), 1);
+  EXPECT_EQ(legacy_.intervalworkout(6, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0), 1);
   EXPECT_THAT(answering_.TakeLines(kHandle, kHeaderBytes),
               ElementsAre("\t<interval>\n", "\t\t<sec>0</sec>\n", "\t\t<kCal>0</kCal>\n",
                           "\t\t<km>0.000000</km>\n", "\t\t<pace>0</pace>\n", "\t\t<bpm>0</bpm>\n",
@@ -244,8 +244,8 @@ TEST_F(WorkoutDocument, SummaryReadsSo) {
 TEST_F(WorkoutDocument, ClosedFileLeavesNeitherHandleNorOffset) {
   Begin();
   EXPECT_EQ(Finish(), 1);
-  EXPECT_EQ(ipodPeer::StorageFileHandle(ipod_), 0);
-  EXPECT_EQ(ipodPeer::StorageWriteOffset(ipod_), 0U);
+  EXPECT_EQ(ipodPeer::StorageFileHandle(legacy_), 0);
+  EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), 0U);
 }
 
 }  // namespace

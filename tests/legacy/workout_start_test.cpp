@@ -23,7 +23,7 @@ constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class SportsSupport : public WorkoutTest {
  protected:
-  int Ask() { return ipod_.issports(&supported_, &extra_); }
+  int Ask() { return legacy_.issports(&supported_, &extra_); }
 
   int supported_ = 77;
   unsigned char extra_ = 77;
@@ -102,12 +102,12 @@ TEST_F(SportsSupport, FailsWhenTheSecondRequestCannotBeSent) {
 }
 
 TEST_F(SportsSupport, FailsOnAClosedPortAtOnce) {
-  ipod_.closeport();
+  legacy_.closeport();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Ask(), 0); }), 5 * kMillisecond);
   EXPECT_EQ(supported_, 0);
 }
 
-TEST_F(SportsSupport, OutputsAreOptional) { EXPECT_EQ(ipod_.issports(nullptr, nullptr), 1); }
+TEST_F(SportsSupport, OutputsAreOptional) { EXPECT_EQ(legacy_.issports(nullptr, nullptr), 1); }
 
 TEST_F(SportsSupport, AShortAnswerReadsAsZeros) {
   answering_.Answer("09 83", "FF 55 02 09 84 71");
@@ -172,7 +172,7 @@ TEST_F(WorkoutStart, StopsWithoutAHandle) {
   answering_.Answer("0C 12", "");
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(Status(), "Getting File Handle From iPod");
-  EXPECT_EQ(ipodPeer::StorageFileHandle(ipod_), 0);
+  EXPECT_EQ(ipodPeer::StorageFileHandle(legacy_), 0);
   EXPECT_THAT(answering_.TakeFrames(),
               ElementsAre("FF 55 03 0C 08 2B BE", kSportsRequest, kStorageRequest, kOpen));
 }
@@ -193,7 +193,7 @@ TEST_F(WorkoutStart, WritesFromTheBeginningOfTheNewFile) {
 }
 
 TEST_F(WorkoutStart, NeedsAnOpenPort) {
-  ipod_.closeport();
+  legacy_.closeport();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Start(), 0); }), 10 * kMillisecond);  // two tries to send
   EXPECT_EQ(Status(), "Makeing sure iPod supports workout");
 }

@@ -42,28 +42,28 @@ class WorkoutTest : public LegacyTest {
   };
 
   int Start(unsigned char equipment = ipod::IPOD_SPORTS_WORKOUTTYPE_BIKE, float weight = 72.5F) {
-    return ipod_.startworkout(equipment, names_.manufacturer_id.data(), names_.ignored.data(),
-                              names_.model.data(), names_.serial_number.data(),
-                              names_.gym_name.data(), names_.gym_location.data(), weight);
+    return legacy_.startworkout(equipment, names_.manufacturer_id.data(), names_.ignored.data(),
+                                names_.model.data(), names_.serial_number.data(),
+                                names_.gym_name.data(), names_.gym_location.data(), weight);
   }
   int Interval(unsigned char event = ipod::IPOD_SPORTS_INTERVAL_TYPE_START) {
-    return ipod_.intervalworkout(event, 61, 12, 0.25F, 9.5F, 245, 71, 72, 131, 1.5F, 7);
+    return legacy_.intervalworkout(event, 61, 12, 0.25F, 9.5F, 245, 71, 72, 131, 1.5F, 7);
   }
-  int Finish() { return ipod_.finishworkout(1800, 320, 6.125F, 9.5F, 294, 71, 72, 128); }
+  int Finish() { return legacy_.finishworkout(1800, 320, 6.125F, 9.5F, 294, 71, 72, 128); }
   int Write(std::wstring text, int previous_ok = 1) {
-    return ipod_.ipodstoragewritestring(previous_ok, text.data());
+    return legacy_.ipodstoragewritestring(previous_ok, text.data());
   }
 
   /// Starts a workout and forgets what was sent for it. The header holds 326 bytes.
   void Begin() {
     EXPECT_EQ(Start(), 1);
-    EXPECT_EQ(ipodPeer::StorageWriteOffset(ipod_), kHeaderBytes);
+    EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), kHeaderBytes);
     answering_.TakeFrames();
   }
   static constexpr std::uint32_t kHeaderBytes = 326;
 
   std::string Status() {
-    const std::wstring text = ipod_.getlasttry();
+    const std::wstring text = legacy_.getlasttry();
     return {text.begin(), text.end()};
   }
 

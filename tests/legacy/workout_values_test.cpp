@@ -18,8 +18,8 @@ class WorkoutValues : public WorkoutTest {};
 TEST_F(WorkoutValues, IntegersAreWrittenAsSignedOnes) {
   Begin();
   constexpr unsigned kMost = std::numeric_limits<unsigned>::max();
-  EXPECT_EQ(ipod_.intervalworkout(6, kMost, 0x80000000U, 0, 0, 0x7FFFFFFFU, 0, 0, kMost, 0, kMost),
-            1);
+  EXPECT_EQ(
+      legacy_.intervalworkout(6, kMost, 0x80000000U, 0, 0, 0x7FFFFFFFU, 0, 0, kMost, 0, kMost), 1);
   EXPECT_THAT(answering_.TakeLines(kHandle, kHeaderBytes),
               ElementsAre("\t<interval>\n", "\t\t<sec>-1</sec>\n", "\t\t<kCal>-2147483648</kCal>\n",
                           "\t\t<km>0.000000</km>\n", "\t\t<pace>2147483647</pace>\n",
@@ -41,13 +41,13 @@ TEST_P(FloatValues, AreWrittenWithSixDecimals) {
   const std::string text = GetParam().text;
   EXPECT_EQ(Start(1, value), 1);
   EXPECT_EQ(answering_.TakeLines(kHandle, 0)[12], "\t\t<kg>" + text + "</kg>\n");
-  const std::uint32_t header_bytes = ipodPeer::StorageWriteOffset(ipod_);
-  EXPECT_EQ(ipod_.intervalworkout(6, 0, 0, value, 0, 0, 0, 0, 0, value, 0), 1);
+  const std::uint32_t header_bytes = ipodPeer::StorageWriteOffset(legacy_);
+  EXPECT_EQ(legacy_.intervalworkout(6, 0, 0, value, 0, 0, 0, 0, 0, value, 0), 1);
   const std::vector<std::string> interval = answering_.TakeLines(kHandle, header_bytes);
   EXPECT_EQ(interval[3], "\t\t<km>" + text + "</km>\n");
   EXPECT_EQ(interval[6], "\t\t<incline>" + text + "</incline>\n");
-  const std::uint32_t interval_bytes = ipodPeer::StorageWriteOffset(ipod_);
-  EXPECT_EQ(ipod_.finishworkout(0, 0, value, 0, 0, 0, 0, 0), 1);
+  const std::uint32_t interval_bytes = ipodPeer::StorageWriteOffset(legacy_);
+  EXPECT_EQ(legacy_.finishworkout(0, 0, value, 0, 0, 0, 0, 0), 1);
   EXPECT_EQ(answering_.TakeLines(kHandle, interval_bytes)[3], "\t\t<km>" + text + "</km>\n");
 }
 
@@ -102,7 +102,7 @@ TEST_F(WorkoutValues, EmptyNamesHaveTheirLines) {
 }
 
 TEST_F(WorkoutValues, MissingNamesDoNoHarm) {
-  EXPECT_EQ(ipod_.startworkout(1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 70), 1);
+  EXPECT_EQ(legacy_.startworkout(1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 70), 1);
   EXPECT_EQ(answering_.TakeLines(kHandle, 0)[6], "\t\t<model>(null)</model>\n");
 }
 

@@ -6,26 +6,26 @@
 namespace test {
 
 LegacyTest::LegacyTest() {
-  EXPECT_EQ(ipod_.openport(), 1);
+  EXPECT_EQ(legacy_.openport(), 1);
   TakeDebugOutput();
 }
 
-LegacyTest::~LegacyTest() { ipod_.closeport(); }
+LegacyTest::~LegacyTest() { legacy_.closeport(); }
 
 std::string LegacyTest::TakeSentBytes() {
   // What was written last may still be on the line.
   world_.Advance(50 * kMillisecond);
-  const std::string sent = ToHex(device_.received());
-  device_.ClearReceived();
+  const std::string sent = ToHex(ipod_.received());
+  ipod_.ClearReceived();
   return sent;
 }
 
 std::string LegacyTest::Payload(std::size_t count) {
-  return ToHex(ipodPeer::Payload(ipod_), count);
+  return ToHex(ipodPeer::Payload(legacy_), count);
 }
 
 void LegacyTest::NumberPayload() {
-  for (int i = 0; i < 256; ++i) ipodPeer::Payload(ipod_)[i] = static_cast<std::uint8_t>(i);
+  for (int i = 0; i < 256; ++i) ipodPeer::Payload(legacy_)[i] = static_cast<std::uint8_t>(i);
 }
 
 std::string Units(const wchar_t* text, std::size_t count) {

@@ -10,16 +10,15 @@
 
 namespace test {
 
-/// An open legacy interface, `ipod_`; the scripted device at the other end is `device_`. TakeSent,
-/// Answer, Elapsed and TakeDebugOutput are the dock's; Arrive is not for it, which reads only when
-/// it is asked to: have the device send instead.
+/// An open legacy interface, `legacy_`, beside what a dock has. Arrive is not for it, which reads
+/// only when it is asked to: have the iPod send instead.
 class LegacyTest : public DockTest {
  protected:
   LegacyTest();
   ~LegacyTest() override;
 
-  /// Has the device send these bytes from now on.
-  void Send(std::string_view bytes) { device_.Send(Hex(bytes)); }
+  /// Has the iPod send these bytes from now on.
+  void Send(std::string_view bytes) { ipod_.Send(Hex(bytes)); }
   /// All bytes sent since the last look, as one text; frames of any kind.
   std::string TakeSentBytes();
   /// The payload area's bytes from its front on.
@@ -28,8 +27,7 @@ class LegacyTest : public DockTest {
   /// leaves behind.
   void NumberPayload();
 
-  ScriptedDevice& device_ = DockTest::ipod_;
-  ipod ipod_;
+  ipod legacy_;
 };
 
 /// Characters as numbers, in hexadecimal: "5A 6F EB 0".
