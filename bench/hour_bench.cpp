@@ -8,8 +8,8 @@
 
 #include "figures.h"
 #include "ipodcomm/CIpodComm.h"
-#include "platform/virtual/world.h"
 #include "simulator/simulated_ipod.h"
+#include "world/world.h"
 
 namespace {
 

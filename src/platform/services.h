@@ -2,11 +2,11 @@
 // The seam: every service of the platform that the library calls, and nothing else it calls.
 //
 // These are Windows core services under their own names and signatures. On Windows they are the
-// system's and cost nothing; elsewhere an implementation is linked in (posix/, virtual/). To port
-// the library is to supply this list. For each service the comment says what the library relies on,
-// how long the call may block, who calls it, and what failure looks like. Unless a comment says
-// otherwise, a service may be called from any thread, does not block, and on failure returns
-// FALSE, 0 or null and leaves a code for GetLastError.
+// system's and cost nothing; elsewhere an implementation is linked in (posix/ here,
+// and tests/world for tests). To port the library is to supply this list. For each service the
+// comment says what the library relies on, how long the call may block, who calls it, and what
+// failure looks like. Unless a comment says otherwise, a service may be called from any thread,
+// does not block, and on failure returns FALSE, 0 or null and leaves a code for GetLastError.
 //
 // The conformance suite in tests/platform states the same promises as tests.
 #pragma once

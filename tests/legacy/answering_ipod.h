@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/virtual/serial_device.h"
 #include "support/bytes.h"
+#include "world/line/serial_device.h"
 
 namespace test {
 

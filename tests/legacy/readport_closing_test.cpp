@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The legacy serial port closed by one thread while another reads a frame from it.
-#include "platform/virtual/schedule.h"
 #include "support/session_test.h"
+#include "world/threads/next_thread.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The world of the virtual platform, where its own World is at work.
-#include "platform/virtual/scripted_device.h"
-#include "platform/virtual/world.h"
 #include "world.h"
+#include "world/line/scripted_device.h"
+#include "world/world.h"
 
 namespace ipodcomm::test {
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/virtual/world.h"
 #include "support/bytes.h"
+#include "world/world.h"
 
 namespace {
 

@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "ipodcomm/CIpodComm.h"
-#include "platform/virtual/scripted_device.h"
-#include "platform/virtual/world.h"
 #include "support/bytes.h"
 #include "support/peers.h"
 #include "support/trace_log.h"
+#include "world/line/scripted_device.h"
+#include "world/world.h"
 
 namespace test {
 

@@ -8,7 +8,7 @@
 #include <limits>
 #include <string>
 
-#include "platform/virtual/world.h"
+#include "world/world.h"
 
 namespace {
 

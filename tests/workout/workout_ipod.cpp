@@ -3,8 +3,8 @@
 
 #include <utility>
 
-#include "platform/virtual/race_detector.h"
 #include "support/bytes.h"
+#include "world/threads/race_detector.h"
 
 namespace test {
 

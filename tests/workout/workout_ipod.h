@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/virtual/scripted_device.h"
+#include "world/line/scripted_device.h"
 
 namespace test {
 

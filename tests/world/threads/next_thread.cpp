@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// The strategies that come with the platform.
+#include "world/threads/next_thread.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "world/seed.h"
+
+namespace ipodcomm::virtual_platform {
+namespace {
+
+bool Contains(const std::vector<int>& threads, int thread) {
+  return std::find(threads.begin(), threads.end(), thread) != threads.end();
+}
+
+class Random : public Schedule {
+ public:
+  Random(std::uint64_t seed, unsigned pace) : seed_(seed), pace_(pace) {}
+
+  int Choose(std::uint64_t step, const std::vector<int>& ready, int running) override {
+    const std::uint64_t number = Draw(seed_, Purpose::kSchedule, step);
+    const bool go_on = running != kNobody && (number >> 32) % pace_ != 0;
+    return go_on ? running : ready[static_cast<std::uint32_t>(number) % ready.size()];
+  }
+
+ private:
+  const std::uint64_t seed_;
+  const unsigned pace_;
+};
+
+class Cooperative : public Schedule {
+ public:
+  int Choose(std::uint64_t /*step*/, const std::vector<int>& ready, int running) override {
+    return running != kNobody ? running : ready.front();
+  }
+};
+
+class Priority : public Schedule {
+ public:
+  explicit Priority(std::vector<int> priorities) : priorities_(std::move(priorities)) {}
+
+  int Choose(std::uint64_t /*step*/, const std::vector<int>& ready, int /*running*/) override {
+    for (const int thread : priorities_) {
+      if (Contains(ready, thread)) return thread;
+    }
+    return ready.front();
+  }
+
+ private:
+  const std::vector<int> priorities_;
+};
+
+class RandomPriority : public Schedule {
+ public:
+  RandomPriority(std::uint64_t seed, unsigned period) : seed_(seed), period_(period) {}
+
+  int Choose(std::uint64_t step, const std::vector<int>& ready, int /*running*/) override {
+    const std::uint64_t draw = Draw(seed_, Purpose::kSchedule, step / period_);
+    const auto priority = [&](int thread) {
+      return Draw(draw, Purpose::kPriority, static_cast<std::uint64_t>(thread));
+    };
+    return *std::max_element(ready.begin(), ready.end(),
+                             [&](int one, int other) { return priority(one) < priority(other); });
+  }
+
+ private:
+  const std::uint64_t seed_;
+  const unsigned period_;
+};
+
+class Replay : public Schedule {
+ public:
+  explicit Replay(std::vector<int> decisions) : decisions_(std::move(decisions)) {}
+
+  int Choose(std::uint64_t step, const std::vector<int>& ready, int running) override {
+    if (step < decisions_.size() && Contains(ready, decisions_[step])) return decisions_[step];
+    return running != kNobody ? running : ready.front();
+  }
+
+ private:
+  const std::vector<int> decisions_;
+};
+
+}  // namespace
+
+std::unique_ptr<Schedule> RandomSchedule(std::uint64_t seed, unsigned pace) {
+  return std::make_unique<Random>(seed, std::max(pace, 1U));
+}
+
+std::unique_ptr<Schedule> CooperativeSchedule() { return std::make_unique<Cooperative>(); }
+
+std::unique_ptr<Schedule> PrioritySchedule(std::vector<int> priorities) {
+  return std::make_unique<Priority>(std::move(priorities));
+}
+
+std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned period) {
+  return std::make_unique<RandomPriority>(seed, std::max(period, 1U));
+}
+
+std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions) {
+  return std::make_unique<Replay>(std::move(decisions));
+}
+
+}  // namespace ipodcomm::virtual_platform

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// A thread of the world: a real one that runs only while it has the baton.
+#pragma once
+
+#include <pthread.h>
+
+#include <cstdint>
+#include <string>
+
+#include "platform/services.h"
+#include "world/clock.h"
+#include "world/threads/baton.h"
+#include "world/threads/object.h"
+
+namespace ipodcomm::virtual_platform {
+
+/// Why a thread waits.
+struct Wait {
+  const char* service = "";           ///< the service that blocks
+  const Object* object = nullptr;     ///< what it waits for, if anything
+  std::int64_t deadline_us = kNever;  ///< when it goes on all the same
+  bool safe_point = false;            ///< whether the thread may be ended here
+};
+
+/// Unwinds a thread that is being ended. No library code catches it.
+struct ThreadEnd {};
+
+enum class ThreadState { kReady, kWaiting, kEnded };
+
+struct Thread : Object {
+  Thread(int thread_number, std::string thread_name)
+      : Object(std::move(thread_name)), number(thread_number) {}
+
+  const int number;  ///< 1 is the host, the others count in the order of their creation
+  ThreadState state = ThreadState::kReady;
+  Baton baton;
+  Wait wait;              ///< while it waits
+  bool woken = false;     ///< the wait ended before its deadline
+  bool hopeless = false;  ///< the wait can never end
+
+  THREAD_START_ROUTINE* routine = nullptr;
+  void* argument = nullptr;
+  DWORD exit_code = 0;
+  bool end_asked = false;  ///< TerminateThread was called
+  int sections_held = 0;
+
+  pthread_t pthread = {};
+  bool joinable = false;
+};
+
+}  // namespace ipodcomm::virtual_platform
