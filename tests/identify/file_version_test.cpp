@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "platform/pe_image.h"
 #include "support/packets.h"
 #include "support/session_test.h"
 
@@ -141,6 +142,46 @@ INSTANTIATE_TEST_SUITE_P(Forms, VersionTexts,
                                            Text{"WordBehind", L"1,2,3,4 beta", {1, 2, 3, 4}},
                                            Text{"EmptyNumber", L"1,,3,4", {1, -2, -3, -4}}),
                          test::RowName());
+
+/// A file whose FileVersion is marked as data: no terminator, and the length counts bytes. Beside
+/// it lies a value "A" of 32 bytes. Data keep their bytes, here characters of 32 bits.
+test::Bytes FileWithVersionAsData(const std::u32string& text, bool last) {
+  using ipodcomm::test::VersionNode;
+  test::Bytes data;
+  for (const char32_t character : text) {
+    data.insert(data.end(), {static_cast<std::uint8_t>(character), 0, 0, 0});
+  }
+  const unsigned length = static_cast<unsigned>(data.size());
+  const test::Bytes version = VersionNode(u"FileVersion", false, length, data, {});
+  const test::Bytes table = VersionNode(u"040904b0", true, 0, {}, {version});
+  const test::Bytes strings = VersionNode(u"StringFileInfo", true, 0, {}, {table});
+  const test::Bytes other = VersionNode(u"A", false, 32, test::Bytes(32, 0xEE), {});
+  return ipodcomm::test::PeImage(
+      32, VersionNode(u"VS_VERSION_INFO", false, 0, {},
+                      last ? std::vector{other, strings} : std::vector{strings, other}));
+}
+
+// The value's neighbour begins with its size, 52, which as a character is the digit 4.
+TEST_F(FileVersion, TextMarkedAsDataEndsWithItsBytes) {
+  world_.PlaceFile(kFile, FileWithVersionAsData(U"7,8,", false));
+  EXPECT_NE(Read(), 0);
+  EXPECT_EQ(read_.major, 7);
+  EXPECT_EQ(read_.minor, 8);
+  EXPECT_EQ(read_.build, -3);
+  EXPECT_EQ(read_.private_part, -4);
+}
+
+TEST_F(FileVersion, TextMarkedAsDataAtTheEndOfTheResourceIsNotReadPastIt) {
+  world_.PlaceFile(kFile, FileWithVersionAsData(U"7,8,9,10", true));
+  EXPECT_NE(Read(), 0);
+  EXPECT_EQ(read_.private_part, 10);
+}
+
+TEST_F(FileVersion, LongestTextIsReadWhole) {
+  world_.SetFileVersion(kFile, L"1," + std::wstring(118, L' ') + L"2,3,45");
+  EXPECT_NE(Read(), 0);
+  EXPECT_EQ(read_.private_part, 45);
+}
 
 TEST_F(FileVersion, MissingFileFails) {
   world_.Record(kServices);
