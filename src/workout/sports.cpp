@@ -22,14 +22,14 @@ constexpr unsigned char kValue = 4;
 
 int CIpodComm::SupportsSports() { return identity_.sports_supported; }
 
-/// Answers `01` with version 1.01: `02 01 01`.
+// Answers `01` with version 1.01: `02 01 01`.
 void CIpodComm::Return_SportsDeviceVersion() {
   const unsigned char version[] = {0x01, 0x01};
   tagIPOD_WRITE_PARAMS write = Command(kSportsLingo, sports::kRetDeviceVersion, version);
   WriteCommand(&write);
 }
 
-/// Answers `03` with the device's capabilities: `04 02 00 00`.
+// Answers `03` with the device's capabilities: `04 02 00 00`.
 void CIpodComm::Return_SportsDeviceCaps() {
   const unsigned char caps[] = {0x02, 0x00, 0x00};
   tagIPOD_WRITE_PARAMS write = Command(kSportsLingo, sports::kRetDeviceCaps, caps);
@@ -57,20 +57,23 @@ bool CIpodComm::GetUserDataItem(unsigned char type, unsigned char* reply, std::s
                   Answer(sports::kRetUserData, reply, size));
 }
 
-/// Every item lies behind its data type, which the iPod repeats.
+// Every item lies behind its data type, which the iPod repeats. Each has a reply of its own: an
+// item that the iPod refuses reads as 0, never as the one before.
 int CIpodComm::Command_GetUserData(int* flag, unsigned short* weight, unsigned char* value) {
   if (!KeepsUserData()) return 0;
-  unsigned char reply[3] = {};
   if (flag != nullptr) {
-    if (!GetUserDataItem(kFlag, reply, 2)) return 0;
+    unsigned char reply[2] = {};
+    if (!GetUserDataItem(kFlag, reply, sizeof reply)) return 0;
     *flag = reply[1] == 2 ? 1 : 0;
   }
   if (weight != nullptr) {
-    if (!GetUserDataItem(kWeight, reply, 3)) return 0;
+    unsigned char reply[3] = {};
+    if (!GetUserDataItem(kWeight, reply, sizeof reply)) return 0;
     *weight = ipodcomm::ReadNumber16(reply + 1);
   }
   if (value != nullptr) {
-    if (!GetUserDataItem(kValue, reply, 2)) return 0;
+    unsigned char reply[2] = {};
+    if (!GetUserDataItem(kValue, reply, sizeof reply)) return 0;
     *value = reply[1];
   }
   return 1;

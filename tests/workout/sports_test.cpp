@@ -152,6 +152,19 @@ TEST_F(UserData, FirstFailureEndsItAndLeavesTheRestUntouched) {
   EXPECT_THAT(TakeDebugOutput(), IsEmpty());
 }
 
+// The iPod refuses with a General ACK that names the request, and says nothing more. That counts as
+// an answer without data.
+TEST_F(UserData, RefusedItemsReadAsZeroAndNotAsTheOneBefore) {
+  Answer(kAskCaps, kUserDataOnly);
+  Answer(kAskFlag, "FF 55 05 09 89 02 02 07 5E");
+  Answer(kAskWeight, "FF 55 04 00 02 04 88 6E");
+  Answer(kAskValue, "FF 55 04 00 02 04 88 6E");
+  EXPECT_EQ(Get(), 1);
+  EXPECT_EQ(flag_, 1);
+  EXPECT_EQ(weight_, 0);
+  EXPECT_EQ(value_, 0);
+}
+
 TEST_F(UserData, WeightIsSetAsItIs) {
   Answer(kAskCaps, kUserDataOnly);
   Answer(kSetWeight, "FF 55 04 09 80 00 8A E9");
