@@ -8,6 +8,7 @@
 #include "protocol/numbers.h"
 #include "protocol/text.h"
 #include "session/exchange.h"
+#include "session/heap_array.h"
 
 using ipodcomm::Answer;
 using ipodcomm::Command;
@@ -16,30 +17,17 @@ namespace storage = ipodcomm::storage;
 
 namespace {
 
-/// A number of 64 bits, of which the two lowest bytes both repeat byte 3. Prescribed so; it is off
-/// by less than 64 KiB, and hosts in the field depend on it.
+// A number of 64 bits whose two lowest bytes both repeat byte 3 instead of bytes 6 and 7. It is off
+// by less than 64 KiB; hosts compare it with whole megabytes and show it, so it stays as they know
+// it.
 __int64 ReadSpace(const unsigned char* bytes) {
   const unsigned char low[] = {bytes[4], bytes[5], bytes[3], bytes[3]};
   return static_cast<__int64>(static_cast<std::uint64_t>(ipodcomm::ReadNumber32(bytes)) << 32 |
                               ipodcomm::ReadNumber32(low));
 }
 
-/// Zeroed memory of the platform's heap, null when there is none.
-class HeapBlock {
- public:
-  explicit HeapBlock(std::size_t size)
-      : bytes_(static_cast<unsigned char*>(LocalAlloc(LPTR, size))) {}
-  HeapBlock(const HeapBlock&) = delete;
-  HeapBlock& operator=(const HeapBlock&) = delete;
-  ~HeapBlock() {
-    if (bytes_ != nullptr) LocalFree(bytes_);
-  }
-
-  unsigned char* bytes() const { return bytes_; }
-
- private:
-  unsigned char* bytes_;
-};
+// No frame carries more; payloads are built for less than this only.
+constexpr unsigned long kMaxLengthByte = 0xFF;
 
 }  // namespace
 
@@ -67,16 +55,17 @@ int CIpodComm::Command_GetiPodFreeSpace(__int64* free_space) {
   return 1;
 }
 
-/// Sends `head` and then the caller's data; true when the exchange succeeded.
+// Sends `head` and then the caller's data; true when the exchange succeeded.
 bool CIpodComm::ExchangeFileData(std::uint16_t command, const unsigned char (&head)[5],
                                  const unsigned char* data, unsigned long length,
                                  tagIPOD_READ_PARAMS read) {
+  if (length > kMaxLengthByte) return false;
   const std::size_t size = sizeof head + length;
-  const HeapBlock payload(size);
-  if (payload.bytes() == nullptr) return false;
-  std::memcpy(payload.bytes(), head, sizeof head);
-  if (length != 0) std::memcpy(payload.bytes() + sizeof head, data, length);
-  return Exchange(Command(kStorageLingo, command, payload.bytes(), size), read);
+  const ipodcomm::HeapArray<unsigned char> payload(size);
+  if (payload.data() == nullptr) return false;
+  std::memcpy(payload.data(), head, sizeof head);
+  if (length != 0) std::memcpy(payload.data() + sizeof head, data, length);
+  return Exchange(Command(kStorageLingo, command, payload.data(), size), read);
 }
 
 int CIpodComm::Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned long options,
@@ -95,8 +84,8 @@ int CIpodComm::Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned 
   return 1;
 }
 
-/// The offset moves before anything is sent, so a failed write leaves a gap in the file, which
-/// nothing repairs. Prescribed so; hosts and iPods in the field depend on it.
+// The offset moves before anything is sent, so a failed write leaves a gap in the file, which
+// nothing repairs. Hosts find the gap by it (GetWorkoutFile), and what follows keeps its place.
 int CIpodComm::Command_WriteiPodFileData(unsigned char handle, unsigned char* data,
                                          unsigned long length) {
   const std::uint32_t offset = storage_write_offset_.fetch_add(static_cast<std::uint32_t>(length));
@@ -127,8 +116,8 @@ int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char mi
   return WriteCommand(&write) == IPOD_COMM_OK;
 }
 
-/// Writes a text to the workout's file as at most 512 bytes of UTF-8. A longer one is cut between
-/// two characters, so that what is written next never completes half of one.
+// Writes a text to the workout's file as at most 512 bytes of UTF-8. A longer one is cut between
+// two characters, so that what is written next never completes half of one.
 int CIpodComm::WriteStorageFileString(const wchar_t* text) {
   constexpr std::size_t kTextBytes = 512;
   char utf8[kTextBytes + 1];

@@ -292,6 +292,21 @@ TEST_F(Storage, OneFrameCarries248BytesAtMost) {
   EXPECT_EQ(test::Hex(sent[0]).size(), 259U);
 }
 
+// With the five bytes before the data, the largest lengths wrap around 32 bits to a few bytes.
+TEST_F(Storage, HugeLengthIsRefusedUnsentWithoutTouchingTheDataOrTheHeap) {
+  unsigned char data[] = {1, 2, 3, 4};
+  unsigned char handle = 7;
+  const std::size_t blocks = world_.call_count("LocalAlloc");
+  for (const unsigned long length : {0xFFFFFFFFUL, 0xFFFFFFFBUL, 0x80000000UL, 256UL}) {
+    EXPECT_EQ(session_.Command_WriteiPodFileData(0x2A, data, length), 0) << length;
+    EXPECT_EQ(session_.Command_OpeniPodFeatureFile(2, 11, data, length, &handle), 0) << length;
+  }
+  EXPECT_EQ(handle, 7);
+  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_EQ(world_.call_count("LocalAlloc"), blocks);
+  EXPECT_THAT(TakeDebugOutput(), SizeIs(4));
+}
+
 TEST_F(Storage, OneFrameWithIdentifierCarries246BytesAtMost) {
   TurnOnTransactionIds(0x1234);
   EXPECT_EQ(Write(0x2A, std::string(247, 'x')), 0);
