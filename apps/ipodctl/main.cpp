@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "commands/commands.h"
-#include "errors.h"
-#include "host.h"
-#include "interrupt.h"
-#include "log.h"
-#include "stdout_guard.h"
-#include "text.h"
+#include "commands.h"
+#include "console/failure.h"
+#include "console/host.h"
+#include "console/interrupt.h"
+#include "console/stdout_guard.h"
+#include "console/text.h"
+#include "console/verbose_log.h"
 
 namespace ipodctl {
 

@@ -10,8 +10,8 @@
 #include <nlohmann/json.hpp>
 
 #include "dock.h"
+#include "ipod/live_text.h"
 #include "json_lines.h"
-#include "legacy/live_text.h"
 
 using e2e::Dock;
 using e2e::Objects;

@@ -4,8 +4,8 @@
 
 #include <cctype>
 
-#include "command_line/groups.h"
-#include "exit_status.h"
+#include "command_line/flags.h"
+#include "console/exit_status.h"
 
 namespace ipodctl {
 

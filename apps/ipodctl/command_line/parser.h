@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "completion.h"
-#include "help_formatter.h"
+#include "command_line/completion.h"
+#include "command_line/help.h"
 #include "options.h"
 
 namespace ipodctl {

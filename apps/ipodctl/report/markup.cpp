@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "text.h"
+#include "console/text.h"
 
 namespace ipodctl {
 

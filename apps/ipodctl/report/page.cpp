@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "console/text.h"
 #include "report/chart.h"
 #include "report/markup.h"
 #include "report/page_style.h"
-#include "text.h"
 
 namespace ipodctl {
 

@@ -12,7 +12,7 @@
 #include <memory>
 #include <new>
 
-#include "errors.h"
+#include "console/failure.h"
 #include "report/document_builder.h"
 
 namespace ipodctl {

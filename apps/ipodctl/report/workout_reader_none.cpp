@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reading workout documents where there is no XML parser to build with.
-#include "errors.h"
+#include "console/failure.h"
 #include "report/workout_reader.h"
 
 namespace ipodctl {

@@ -7,8 +7,8 @@
 #include <fstream>
 #include <optional>
 
-#include "errors.h"
-#include "text.h"
+#include "console/failure.h"
+#include "console/text.h"
 
 namespace ipodctl {
 

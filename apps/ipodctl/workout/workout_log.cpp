@@ -2,8 +2,8 @@
 // Keeps account of what is saved.
 #include "workout/workout_log.h"
 
-#include "errors.h"
-#include "text.h"
+#include "console/failure.h"
+#include "console/text.h"
 
 namespace ipodctl {
 

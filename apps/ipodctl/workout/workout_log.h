@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "dock.h"
-#include "workout/document.h"
+#include "ipod/dock.h"
+#include "workout/file_estimate.h"
 #include "workout/recording.h"
 
 namespace ipodctl {

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// The command that makes a page of a workout document.
+#include "command_line/flags.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr const char* kReportFooter =
+    "Makes one page, for screens, phones and paper, of a workout document that an iPod has kept:\n"
+    "its summary, its course over time as a chart, and the equipment. It needs no iPod.\n"
+    "A document that is cut short or malformed is shown as far as it goes; the exit status is\n"
+    "then 65, and a sentence on standard error tells the line and the column.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl report workout.xml                  writes workout.html beside it\n"
+    "  ipodctl report workout.xml -o /tmp/run.html\n"
+    "  ipodctl report workout.xml --json           prints the figures too";
+
+}  // namespace
+
+void AddReportCommand(CommandLineParser& parser) {
+  Options& options = parser.options();
+  CLI::App* report = parser.AddCommand("report", "Workouts", "Make a page of a workout document",
+                                       "FILE [-o PAGE]", kReportFooter);
+  report->add_option("FILE", options.document)->required();
+  report->add_option("-o,--output", options.page, "Write the page there")->option_text("PAGE");
+  parser.AddCheck([&options, report] {
+    if (report->parsed() && options.document.empty()) {
+      throw UsageProblem{"FILE needs the name of a workout document"};
+    }
+    if (report->count("--output") != 0 && options.page.empty()) {
+      throw UsageProblem{"--output needs the name of a file"};
+    }
+  });
+}
+
+}  // namespace ipodctl

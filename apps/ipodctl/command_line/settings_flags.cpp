@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+// The commands that set: shuffle, repeat, prefs.
+#include "command_line/flags.h"
+#include "settings/preference_table.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr const char* kShuffleFooter =
+    "Examples:\n"
+    "  ipodctl shuffle             what it is set to\n"
+    "  ipodctl shuffle albums\n"
+    "  ipodctl shuffle off --keep  also after the iPod is taken out of the dock";
+
+constexpr const char* kRepeatFooter =
+    "Examples:\n"
+    "  ipodctl repeat             what it is set to\n"
+    "  ipodctl repeat one\n"
+    "  ipodctl repeat off --keep  also after the iPod is taken out of the dock";
+
+constexpr const char* kPrefsFooter =
+    "A preference that is set holds until the iPod is taken out of the dock.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl prefs                     all of them\n"
+    "  ipodctl prefs get line-out\n"
+    "  ipodctl prefs set aspect 16:9";
+
+void AddMode(CommandLineParser& parser, const char* name, const char* description,
+             const std::vector<std::string>& modes, const char* footer) {
+  Options& options = parser.options();
+  CLI::App* command = parser.AddCommand(
+      name, "Settings", description, "[" + CLI::detail::join(modes, "|") + "] [OPTIONS]", footer);
+  parser.AddWords(name, modes);
+  command->add_option("MODE", options.mode)->check(CLI::IsMember(modes));
+  command->add_flag("--keep", options.keep, "Let it hold after undocking");
+}
+
+void AddAction(CommandLineParser& parser, CLI::App* prefs, bool sets) {
+  Options& options = parser.options();
+  CLI::App* command = prefs->add_subcommand(sets ? "set" : "get", sets ? "Set one" : "Show one");
+  command->fallthrough();
+  command->group("Actions");
+  command->set_help_flag("-h,--help", "Show this help");
+  command->footer(prefs->get_footer());
+  command->add_option("NAME", options.preference)->required();
+  if (sets) command->add_option("VALUE", options.setting)->required();
+  parser.SetUsage(command, sets ? "ipodctl prefs set NAME VALUE" : "ipodctl prefs get NAME");
+}
+
+void CheckPreference(const Options& options) {
+  if (options.preference.empty()) return;
+  const Preference* preference = PreferenceByName(options.preference);
+  if (preference == nullptr) {
+    throw UsageProblem{"'" + options.preference + "' is not a preference (" + PreferenceNames() +
+                       ")"};
+  }
+  if (!options.setting.empty() && !SettingByName(*preference, options.setting)) {
+    throw UsageProblem{"'" + options.setting + "' is not a setting of " + preference->name + " (" +
+                       SettingNames(*preference) + ")"};
+  }
+}
+
+void AddPreferences(CommandLineParser& parser) {
+  CLI::App* prefs = parser.AddCommand("prefs", "Settings", "Show or set the iPod's preferences",
+                                      "[get NAME | set NAME VALUE]", kPrefsFooter);
+  prefs->require_subcommand(0, 1);
+  std::vector<std::string> words = {"get", "set"};
+  std::string names = "Preferences:\n";
+  for (const Preference& preference : AllPreferences()) {
+    std::string name = preference.name;
+    name.resize(18, ' ');
+    words.emplace_back(preference.name);
+    names += "  " + name + preference.description + ": " + SettingNames(preference) + "\n";
+  }
+  parser.AddWords("prefs", words);
+  prefs->footer(names + "\n" + prefs->get_footer());
+  AddAction(parser, prefs, false);
+  AddAction(parser, prefs, true);
+  parser.AddCheck([&parser] { CheckPreference(parser.options()); });
+}
+
+}  // namespace
+
+void AddSettingCommands(CommandLineParser& parser) {
+  AddMode(parser, "shuffle", "Show or set shuffling", {"off", "tracks", "albums"}, kShuffleFooter);
+  AddMode(parser, "repeat", "Show or set repeating", {"off", "one", "all"}, kRepeatFooter);
+  AddPreferences(parser);
+}
+
+}  // namespace ipodctl

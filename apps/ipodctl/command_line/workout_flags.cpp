@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+// The commands for people who work out: workout, userdata.
+#include <charconv>
+#include <cmath>
+
+#include "command_line/flags.h"
+#include "workout/equipment.h"
+#include "workout/file_estimate.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr int kLongestWorkoutS = 86400;
+constexpr int kLongestIntervalS = 3600;
+constexpr const char* kAllEquipment = "treadmill|elliptical|stepper|bike|other";
+
+constexpr const char* kWorkoutFooter =
+    "Writes a document with the start, an interval every few seconds, a pause, the end and a\n"
+    "summary. The workout is made up, or comes from a CSV file: a header line that names the\n"
+    "columns, then a line for each reading. Its columns are seconds, distance, energy, one of "
+    "pace,\n"
+    "spm and rpm, and if you like incline, heart rate, level, and event (pause or resume). "
+    "Distance\n"
+    "is in kilometres, on a stepper in floors; energy in kilocalories; pace in seconds per "
+    "kilometre.\n"
+    "Ctrl-C ends the workout early, and what was done by then is saved.\n"
+    "A simulated iPod keeps the file in the folder --storage names, else in memory only.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl workout --equipment bike --duration 30:00\n"
+    "  ipodctl workout --from ride.csv --equipment bike --weight 68.5\n"
+    "  ipodctl --simulated --storage files workout --duration 10:00 --speed 60";
+
+constexpr const char* kUserdataFooter =
+    "The weight is in the iPod's own unit, from 0 to 65535.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl userdata\n"
+    "  ipodctl userdata --weight 72 --json";
+
+/// One part of "1:02:03". Nothing unless it is all digits.
+std::optional<int> ClockPart(const std::string& text) {
+  int number = 0;
+  const char* const end = text.data() + text.size();
+  const std::from_chars_result result = std::from_chars(text.data(), end, number);
+  if (result.ec != std::errc() || result.ptr != end || number < 0) return std::nullopt;
+  return number;
+}
+
+/// Seconds of "90", "1:30" or "1:02:03".
+std::optional<int> DurationOf(const std::string& text) {
+  int seconds = 0;
+  const std::vector<std::string> parts = CLI::detail::split(text, ':');
+  if (parts.size() > 3 || text.empty() || text.back() == ':') return std::nullopt;
+  for (const std::string& part : parts) {
+    const std::optional<int> number = ClockPart(part);
+    if (!number || *number > kLongestWorkoutS) return std::nullopt;
+    if (parts.size() > 1 && &part != &parts.front() && *number > 59) return std::nullopt;
+    seconds = seconds * 60 + *number;
+    if (seconds > kLongestWorkoutS) return std::nullopt;
+  }
+  return seconds == 0 ? std::nullopt : std::optional<int>(seconds);
+}
+
+void TakeDuration(const std::string& text, WorkoutOptions* workout) {
+  const std::optional<int> seconds = DurationOf(text);
+  if (!seconds) {
+    throw UsageProblem{"'" + text + "' is not a duration of up to a day (90, 1:30 or 1:02:03 are)"};
+  }
+  workout->duration_s = *seconds;
+}
+
+// The parser's own ranges take what is no number for a number inside.
+void CheckNumbers(const WorkoutOptions& workout) {
+  if (std::isnan(workout.speed)) throw UsageProblem{"--speed is not a number"};
+  if (std::isnan(workout.weight_kg)) throw UsageProblem{"--weight is not a number"};
+}
+
+void CheckName(const char* option, const std::string& name) {
+  constexpr std::size_t kLongest = 200;
+  if (EscapedText(name).size() <= kLongest) return;
+  throw UsageProblem{std::string(option) + " is too long; a workout takes names of up to " +
+                     std::to_string(kLongest) + " bytes"};
+}
+
+void AddWorkout(CommandLineParser& parser) {
+  WorkoutOptions& workout = parser.options().workout;
+  CLI::App* command = parser.AddCommand("workout", "Workouts", "Log a workout on the iPod",
+                                        "[OPTIONS]", kWorkoutFooter);
+  std::vector<std::string> names;
+  for (const Equipment& equipment : AllEquipment()) names.emplace_back(equipment.name);
+  parser.AddWords("workout", names);
+  command->add_option("--equipment", workout.equipment, "What is worked out on")
+      ->check(CLI::IsMember(names))
+      ->option_text(kAllEquipment);
+  CLI::Option* duration =
+      command
+          ->add_option_function<std::string>(
+              "--duration", [&workout](const std::string& text) { TakeDuration(text, &workout); },
+              "How long, in seconds or as a clock shows it (10:00)")
+          ->option_text("TIME");
+  command->add_option("--interval", workout.interval_s, "Seconds between intervals (5)")
+      ->check(CLI::Range(1, kLongestIntervalS))
+      ->option_text("SECONDS");
+  command->add_option("--speed", workout.speed, "How much faster than real time (1)")
+      ->check(CLI::Range(0.1, 1000.0))
+      ->option_text("N");
+  command->add_option("--from", workout.recording, "A recorded workout")
+      ->excludes(duration)
+      ->option_text("FILE.csv");
+  command->add_option("--weight", workout.weight_kg, "Weight of who works out (75)")
+      ->check(CLI::Range(1.0, 999.0))
+      ->option_text("KG");
+  command->add_option("--manufacturer", workout.manufacturer, "Who made the equipment")
+      ->option_text("NAME");
+  command->add_option("--serial-number", workout.serial_number, "The equipment's")
+      ->option_text("TEXT");
+  parser.AddCheck([&parser, command] {
+    if (!command->parsed()) return;
+    CheckNumbers(parser.options().workout);
+    CheckName("--manufacturer", parser.options().workout.manufacturer);
+    CheckName("--serial-number", parser.options().workout.serial_number);
+    CheckName("--model", parser.options().model);
+  });
+}
+
+}  // namespace
+
+void AddWorkoutCommands(CommandLineParser& parser) {
+  AddWorkout(parser);
+  CLI::App* userdata =
+      parser.AddCommand("userdata", "Workouts", "Show or set what the iPod knows about its user",
+                        "[--weight N]", kUserdataFooter);
+  userdata->add_option("--weight", parser.options().user_weight, "The weight to set")
+      ->check(CLI::Range(0U, 65535U))
+      ->option_text("N");
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// Writes lines and JSON objects, each as soon as it is known.
+#include "console/output.h"
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "console/host.h"
+#include "console/text.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr std::size_t kLabelWidth = 20;
+
+}  // namespace
+
+Output::Output(std::FILE* stream, bool json)
+    : stream_(stream),
+      json_(json),
+      styled_(IsTerminal(stream) && std::getenv("NO_COLOR") == nullptr) {}
+
+void Output::Line(const std::string& text) {
+  if (!json_) Write(text);
+}
+
+void Output::Fact(const std::string& label, const std::string& value) {
+  Line("  " + Padded(label, kLabelWidth) + value);
+}
+
+void Output::Object(const nlohmann::ordered_json& object) {
+  if (json_) Write(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+}
+
+std::string Output::Bold(const std::string& text) const { return Styled("\x1b[1m", text); }
+
+std::string Output::Dim(const std::string& text) const { return Styled("\x1b[2m", text); }
+
+bool Output::Good() const { return std::fflush(stream_) == 0 && std::ferror(stream_) == 0; }
+
+void Output::Write(const std::string& line) {
+  std::fprintf(stream_, "%s\n", line.c_str());
+  std::fflush(stream_);
+}
+
+std::string Output::Styled(const char* code, const std::string& text) const {
+  return styled_ ? code + text + "\x1b[0m" : text;
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// Draws the status line and the bar in it.
+#include "console/progress.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+#include "console/host.h"
+#include "console/verbose_log.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr int kLongestBar = 40;
+constexpr int kShortestBar = 5;
+constexpr const char* kFull = "█";
+constexpr const char* kEmpty = "░";
+
+}  // namespace
+
+std::string RenderBar(const std::string& label, std::uint64_t done, std::uint64_t total,
+                      const std::string& figures, int columns) {
+  // One column stays free: a full line would make some terminals scroll.
+  const int around = static_cast<int>(label.size() + figures.size()) + 4;
+  const int width = std::min(columns - 1 - around, kLongestBar);
+  if (width < kShortestBar) return label + "  " + figures;
+  const std::uint64_t shown = std::min(done, total);
+  const int full =
+      total == 0 ? 0 : static_cast<int>(shown * static_cast<std::uint64_t>(width) / total);
+  std::string bar = label + "  ";
+  for (int i = 0; i < width; ++i) bar += i < full ? kFull : kEmpty;
+  return bar + "  " + figures;
+}
+
+// Verbose notes are lines on the same terminal; a line that redraws itself would garble them.
+StatusLine::StatusLine() : terminal_(IsTerminal(stderr) && !Verbose()) {}
+
+StatusLine::~StatusLine() { Hide(); }
+
+void StatusLine::Show(const std::string& text) {
+  if (!terminal_) return;
+  std::fprintf(stderr, "\r%s\x1b[K", text.c_str());
+  std::fflush(stderr);
+  shown_ = true;
+}
+
+void StatusLine::ShowBar(const std::string& label, std::uint64_t done, std::uint64_t total,
+                         const std::string& figures) {
+  if (terminal_) Show(RenderBar(label, done, total, figures, TerminalColumns(stderr)));
+}
+
+void StatusLine::Hide() {
+  if (!shown_) return;
+  std::fprintf(stderr, "\r\x1b[K");
+  std::fflush(stderr);
+  shown_ = false;
+}
+
+ProgressBar::ProgressBar(std::string label, std::uint64_t total)
+    : label_(std::move(label)), total_(total) {
+  Update(0);
+}
+
+void ProgressBar::Update(std::uint64_t done) {
+  line_.ShowBar(label_, done, total_, std::to_string(done) + "/" + std::to_string(total_));
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// A session through the legacy interface: opened, identified, and with failures that say what to
+// do.
+#pragma once
+
+#include <string>
+
+#include "ipod/dock.h"
+#include "ipodcomm/ipod.h"
+
+namespace ipodctl {
+
+class LegacySession {
+ public:
+  /// Opens the port. Throws a CommandFailure when it cannot be.
+  explicit LegacySession(const Dock& dock);
+  /// Closes the port.
+  ~LegacySession();
+  LegacySession(const LegacySession&) = delete;
+  LegacySession& operator=(const LegacySession&) = delete;
+
+  /// Introduces the accessory to the iPod. Throws a CommandFailure when no iPod answers.
+  void Identify();
+  /// Lets the iPod show that it is controlled from outside; browsing and playing need it.
+  void EnterRemoteUi();
+
+  ipod& interface() { return ipod_; }
+
+  /// Throws a CommandFailure unless `succeeded`.
+  /// @param what the rest of "the iPod refused to ..."
+  void Require(bool succeeded, const std::string& what);
+  /// Throws a CommandFailure when the iPod no longer answers at all.
+  void RequireAnswers();
+  /// Whether there is still an iPod. Takes three seconds when there is not. What the iPod said
+  /// before and nobody read is then read away.
+  bool Answers();
+
+ private:
+  const Dock& dock_;
+  ipod ipod_;
+};
+
+/// Throws the CommandFailure of a port that the legacy interface could not open; it tells no
+/// reason.
+[[noreturn]] void FailToOpen(const std::string& device);
+/// Throws the CommandFailure of an empty dock.
+[[noreturn]] void FailToFindIpod(const std::string& device);
+
+}  // namespace ipodctl

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// ipodctl selftest: the legacy interface's regression test against the iPod in the dock.
+#include <nlohmann/json.hpp>
+
+#include "console/failure.h"
+#include "console/interrupt.h"
+#include "console/progress.h"
+#include "console/text.h"
+#include "console/verbose_log.h"
+#include "ipod/display_text.h"
+#include "ipod/live_text.h"
+#include "legacy_commands.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr int kConnectionStep = 0;
+
+struct Step {
+  int number = 0;
+  std::string title;
+  std::string detail;  // the action done last; of a failed step the one that failed
+  bool passed = false;
+  bool last = false;
+};
+
+class SelfTest {
+ public:
+  explicit SelfTest(const Context& context)
+      : device_(context.dock.device()), output_(context.output) {}
+  ~SelfTest() { ipod_.closeport(); }
+  SelfTest(const SelfTest&) = delete;
+  SelfTest& operator=(const SelfTest&) = delete;
+
+  void Run();
+
+ private:
+  Step Perform(int number);
+  void Show(const Step& step);
+  void ExplainFailure(const Step& step);
+  bool Answers();
+
+  const std::string device_;
+  Output& output_;
+  ipod ipod_;
+  int failures_ = 0;
+  std::string first_failure_;
+};
+
+void SelfTest::Run() {
+  DisplayText detail;
+  if (ipod_.startregressiontest(detail.buffer()) == 0) FailToOpen(device_);
+  output_.Line(detail.text());
+  int number = 0;
+  for (bool more = true; more; ++number) {
+    StopIfInterrupted();
+    const Step step = Perform(number);
+    Show(step);
+    if (!step.passed) ExplainFailure(step);
+    more = !step.last;
+  }
+  output_.Object({{"steps", number}, {"failures", failures_}});
+  if (failures_ == 0) {
+    output_.Line("All " + std::to_string(number) + " steps passed");
+    return;
+  }
+  throw CommandFailure(kFailed, "the self-test failed in " + std::to_string(failures_) + " of " +
+                                    std::to_string(number) + " steps, first at '" + first_failure_ +
+                                    "'");
+}
+
+Step SelfTest::Perform(int number) {
+  StatusLine status;
+  const LiveText detail([&status, number](const std::string& action) {
+    status.Show("Step " + std::to_string(number) + ": " + Printable(action) + " ...");
+  });
+  DisplayText title;
+  int passed = 0;
+  const bool more = ipod_.nextregressiontest(title.buffer(), &passed, detail.buffer()) != 0;
+  return {number, title.text(), detail.text(), passed != 0, !more};
+}
+
+void SelfTest::Show(const Step& step) {
+  output_.Object({{"step", step.number},
+                  {"title", step.title},
+                  {"detail", step.detail},
+                  {"passed", step.passed}});
+  output_.Line(std::string(step.passed ? "pass" : "FAIL") + "  " +
+               output_.Bold(Printable(step.title)));
+  if (!step.detail.empty()) output_.Line("      " + output_.Dim(Printable(step.detail)));
+}
+
+// Later steps are worth running only while there is an iPod to run them on.
+void SelfTest::ExplainFailure(const Step& step) {
+  ++failures_;
+  if (first_failure_.empty()) first_failure_ = step.detail.empty() ? step.title : step.detail;
+  StopIfInterrupted();
+  if (step.last || Answers()) return;
+  if (step.number == kConnectionStep) FailToFindIpod(device_);
+  throw CommandFailure(kFailed, "the iPod on " + device_ +
+                                    " no longer answers; check that it is docked and the cable is "
+                                    "plugged in");
+}
+
+bool SelfTest::Answers() {
+  DisplayText name;
+  return ipod_.getipodname(name.buffer()) != 0;
+}
+
+}  // namespace
+
+void RunSelfTest(const Context& context) {
+  Note("testing through the legacy interface");
+  SelfTest(context).Run();
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Opens, identifies, and explains what failed.
+#include "ipod/session.h"
+
+#include "console/failure.h"
+#include "console/host.h"
+#include "console/interrupt.h"
+#include "console/progress.h"
+#include "console/verbose_log.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr unsigned char kGeneralLingo = 0x00;
+constexpr int kLowPower = 0;
+
+}  // namespace
+
+Session::Session(const Options& options, const Dock& dock) : options_(options), dock_(dock) {
+  Note("opening " + dock.device());
+  const long code = ipod_.Open();
+  if (code != 0) {
+    throw CommandFailure(kPortUnavailable,
+                         "cannot open " + dock.device() + ": " + WhyNotOpened(dock.device(), code));
+  }
+}
+
+Session::~Session() { Close(); }
+
+void Session::Identify() {
+  StatusLine status;
+  status.Show("Waking and identifying the iPod ...");
+  Note(options_.idps ? "identifying, by tokens first" : "identifying without tokens");
+  ipod_.SetModel(options_.model);
+  ipod_.SetIDPSEnable(options_.idps ? 1 : 0);
+  const auto keep_going = [](void*) { return !Interrupted(); };
+  if (ipod_.Command_IdentifyDeviceLingos(kLowPower, &identified_, keep_going, nullptr) == 0) {
+    FailIdentification();
+  }
+  // Token identification does not tell the General lingo's version, and without it the library
+  // takes the iPod for one too old for preferences.
+  ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr);
+  Note("identified by " + IdentifiedBy());
+}
+
+void Session::FailIdentification() {
+  StopIfInterrupted();
+  if (identified_ == IPOD_IDENTIFY_RESULT_TOOOLD) {
+    throw CommandFailure(
+        kIpodTooOld,
+        "this iPod is too old to be controlled; update its software or dock a newer one");
+  }
+  if (Answers()) {
+    throw CommandFailure(kNothingDocked, "the iPod on " + dock_.device() +
+                                             " did not accept the accessory; take it out of the "
+                                             "dock, put it back and try again");
+  }
+  throw CommandFailure(kNothingDocked, "no iPod answers on " + dock_.device() +
+                                           "; check that it is docked and switched on");
+}
+
+void Session::EnterRemoteUi() {
+  Note("entering remote user-interface mode");
+  Require(ipod_.Command_EnterRemoteUIMode() != 0, "be controlled from outside");
+}
+
+std::string Session::IdentifiedBy() const {
+  return identified_ == IPOD_IDENTIFY_RESULT_IDPS ? "tokens" : "lingoes";
+}
+
+void Session::Require(bool succeeded, const std::string& what) {
+  if (succeeded) return;
+  RequireAnswers();
+  throw CommandFailure(kFailed, "the iPod refused to " + what);
+}
+
+void Session::RequireAnswers() {
+  StopIfInterrupted();
+  if (Answers()) return;
+  throw CommandFailure(kFailed, "the iPod on " + dock_.device() +
+                                    " no longer answers; check that it is docked and the cable is "
+                                    "plugged in");
+}
+
+// Any iPod knows its own lingoes; one that does not even tell this is gone.
+bool Session::Answers() {
+  return ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr) != 0;
+}
+
+}  // namespace ipodctl

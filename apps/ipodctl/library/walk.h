@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+// A walk through the iPod's database, from a category down through named records.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "library/media_library.h"
+
+namespace ipodctl {
+
+class LibraryWalk {
+ public:
+  /// @param hierarchy 0 the iPod's own, 1 audio, 2 video
+  LibraryWalk(MediaLibrary& library, unsigned char hierarchy);
+
+  /// Starts at the top of a category.
+  void EnterTop(unsigned char category);
+  /// Selects the record that `step` names in the current list and moves into `next`.
+  /// @param step a name, part of one, or "@N"
+  void EnterRecord(const std::string& step, unsigned char next);
+  void EnterRecord(unsigned long index, unsigned char next);
+
+  /// The record that `step` names in the current list. Throws a CommandFailure when there is none,
+  /// or more than one.
+  unsigned long Find(const std::string& step);
+
+  /// Starts a track of the current list, which must be one of tracks.
+  void PlayTrack(unsigned long index);
+
+  unsigned char category() const { return category_; }
+  unsigned long count() const { return count_; }
+
+ private:
+  unsigned long FindByName(const std::string& name);
+
+  MediaLibrary& library_;
+  unsigned char hierarchy_;
+  unsigned char category_ = 0;
+  unsigned long count_ = 0;
+};
+
+/// Walks a whole path: a category's name, then records.
+/// @param last_category lists this category inside the last record; empty for the record's own
+void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
+              const std::string& last_category);
+
+/// Plays what a path leads to: a track and the list around it, or all the tracks inside the last
+/// record from the first one on.
+void PlayPath(LibraryWalk& walk, const std::vector<std::string>& path);
+
+}  // namespace ipodctl

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// ipodctl seek: winds for a while.
+#include "commands.h"
+#include "console/interrupt.h"
+#include "console/progress.h"
+#include "playing/now_playing.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr unsigned char kStartForward = 5;
+constexpr unsigned char kStartBack = 6;
+constexpr unsigned char kEndWinding = 7;
+
+}  // namespace
+
+void RunSeek(const Context& context, Session& session) {
+  const bool forward = context.options.forward;
+  CIpodComm& ipod = session.ipod();
+  session.Require(ipod.Command_PlayControl(forward ? kStartForward : kStartBack) != 0,
+                  "wind; nothing may be playing");
+  {
+    StatusLine status;
+    status.Show(forward ? "Winding forward ..." : "Winding back ...");
+    PauseMs(static_cast<unsigned>(context.options.seek_seconds * 1000));
+  }
+  // Also after Ctrl-C: an iPod that is left winding winds on.
+  session.Require(ipod.Command_PlayControl(kEndWinding) != 0, "end winding");
+  ShowNowPlaying(context.output, ReadNowPlaying(session));
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// ipodctl report: a page of a workout document.
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "console/failure.h"
+#include "console/text.h"
+#include "report/markup.h"
+#include "report/page.h"
+#include "report/summary_json.h"
+#include "report/workout_reader.h"
+
+namespace ipodctl {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string PagePath(const Options& options) {
+  if (!options.page.empty()) return options.page;
+  fs::path page = fs::u8path(options.document);
+  // A document that is itself named so must not be overwritten.
+  if (page.extension() == ".html") {
+    page += ".html";
+  } else {
+    page.replace_extension(".html");
+  }
+  return page.u8string();
+}
+
+void RequireAnotherFile(const std::string& document, const std::string& page) {
+  std::error_code none_there;
+  if (!fs::equivalent(fs::u8path(document), fs::u8path(page), none_there)) return;
+  throw CommandFailure(kUsage, page + " is the workout document itself; name another file with -o");
+}
+
+void WritePage(const std::string& html, const std::string& path) {
+  const fs::path file = fs::u8path(path);
+  errno = 0;
+  std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+  const bool opened = stream.is_open();
+  stream << html;
+  stream.close();
+  if (stream) return;
+  const std::string why = errno != 0 ? std::strerror(errno) : "the system does not say why";
+  std::error_code ignored;
+  if (opened && fs::is_regular_file(file, ignored)) fs::remove(file, ignored);
+  throw CommandFailure(kFailed, "cannot write " + path + ": " + why);
+}
+
+std::string Headline(const WorkoutDocument& document, const WorkoutFigures& figures) {
+  std::string text;
+  const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+  if (!document.equipment.type.empty()) add(Printable(document.equipment.type));
+  if (figures.seconds.value) add(ClockText(*figures.seconds.value));
+  if (figures.km.value) add(Fixed(*figures.km.value, 2) + " km");
+  if (figures.floors.value) add(Short(*figures.floors.value, 1) + " floors");
+  add(Counted(static_cast<unsigned long>(document.intervals.size()), "interval"));
+  return text;
+}
+
+}  // namespace
+
+int RunReport(const Options& options, Output& output) {
+  const WorkoutDocument document = ReadWorkoutDocument(options.document);
+  const WorkoutFigures figures = FiguresOf(document);
+  const std::string page = PagePath(options);
+  RequireAnotherFile(options.document, page);
+  const std::string name = fs::u8path(options.document).filename().u8string();
+  WritePage(RenderPage(document, figures, name), page);
+  nlohmann::ordered_json json = SummaryJson(document, figures);
+  json["page"] = page;
+  output.Object(json);
+  output.Line("Wrote " + page + ": " + Headline(document, figures) + ".");
+  if (!document.problem) return kSuccess;
+  throw CommandFailure(kDamaged, options.document + " " + ProblemText(*document.problem) + "; " +
+                                     page + " shows what comes before that place");
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// ipodctl userdata: shows what the iPod knows about its user, and sets the weight.
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "console/failure.h"
+#include "ipodcomm/ipod.h"
+
+namespace ipodctl {
+
+namespace {
+
+void RequireUserData(Session& session) {
+  CIpodComm& ipod = session.ipod();
+  unsigned short caps = 0;
+  if (ipod.SupportsSports() == 0) {
+    throw CommandFailure(kFailed,
+                         "this iPod knows nothing about its user: it has no Sports service");
+  }
+  session.Require(ipod.Command_SportsGetIpodCaps(&caps, nullptr) != 0,
+                  "tell what its Sports service can do");
+  if ((caps & ipod::IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA) == 0) {
+    throw CommandFailure(kFailed,
+                         "this iPod knows nothing about its user: its Sports service keeps no such "
+                         "data");
+  }
+}
+
+void SetWeight(Session& session, unsigned wanted) {
+  CIpodComm& ipod = session.ipod();
+  session.Require(ipod.Command_SetUserWeight(static_cast<unsigned short>(wanted)) != 0,
+                  "take the weight");
+  unsigned short weight = 0;
+  session.Require(ipod.Command_GetUserData(nullptr, &weight, nullptr) != 0, "tell the weight");
+  if (weight == wanted) return;
+  throw CommandFailure(kFailed, "the iPod took the weight " + std::to_string(wanted) +
+                                    ", but has kept " + std::to_string(weight));
+}
+
+}  // namespace
+
+void RunUserdata(const Context& context, Session& session) {
+  RequireUserData(session);
+  if (context.options.user_weight) SetWeight(session, *context.options.user_weight);
+  int flag = 0;
+  unsigned short weight = 0;
+  unsigned char value = 0;
+  session.Require(session.ipod().Command_GetUserData(&flag, &weight, &value) != 0,
+                  "tell what it knows about its user");
+  // What the flag and the value mean is the iPod's affair.
+  context.output.Fact("Weight", std::to_string(weight));
+  context.output.Fact("Flag (data type 2)", flag != 0 ? "set" : "not set");
+  context.output.Fact("Value (data type 4)", std::to_string(value));
+  context.output.Object({{"weight", weight}, {"flag", flag != 0}, {"value", value}});
+}
+
+}  // namespace ipodctl

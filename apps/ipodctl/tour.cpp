@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+// ipodctl tour: everything that a docked iPod can do for a console, step by step.
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "console/failure.h"
+#include "console/interrupt.h"
+#include "console/progress.h"
+#include "console/text.h"
+#include "ipod/device_info.h"
+#include "library/categories.h"
+#include "library/name_list.h"
+#include "library/session_library.h"
+#include "library/walk.h"
+#include "playing/follower.h"
+#include "playing/play_modes.h"
+#include "playing/playback_view.h"
+
+namespace ipodctl {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr unsigned char kPause = 11;
+constexpr unsigned char kPlay = 10;
+constexpr unsigned char kNextTrack = 3;
+constexpr unsigned char kPlaying = 1;
+constexpr unsigned char kPaused = 2;
+constexpr unsigned long kMostNames = 24;  // read of each list; the line takes some 30 a second
+constexpr std::size_t kShownNames = 5;
+constexpr unsigned kFollowMs = 5000;
+constexpr unsigned kPlainLineEverySeconds = 1;
+
+class Tour {
+ public:
+  explicit Tour(const Context& context) : context_(context), output_(context.output) {}
+
+  void Run();
+
+ private:
+  void Step(const std::string& title);
+  void ShowDevice(Session& session);
+  void Browse(Session& session, LibraryWalk& walk);
+  std::vector<std::string> ShowList(Session& session, const LibraryWalk& walk);
+  void Play(Session& session, LibraryWalk& walk);
+  void Control(Session& session);
+  void Shuffle(Session& session);
+
+  const Context& context_;
+  Output& output_;
+  int step_ = 0;
+};
+
+void Tour::Run() {
+  if (context_.options.simulation) {
+    output_.Line("A simulated iPod (" + context_.options.simulation->profile + ") is docked on " +
+                 context_.dock.device() + ".");
+  } else {
+    output_.Line("The dock is on " + context_.dock.device() + ".");
+  }
+  Step("Wake the iPod and introduce ourselves");
+  Session session(context_.options, context_.dock);
+  session.Identify();
+  output_.Line("  The iPod accepted us by " + session.IdentifiedBy() + ".");
+  output_.Object({{"step", "identify"}, {"identified_by", session.IdentifiedBy()}});
+  ShowDevice(session);
+  session.EnterRemoteUi();
+  SessionLibrary library(session);
+  LibraryWalk walk(library, context_.options.hierarchy);
+  Browse(session, walk);
+  Play(session, walk);
+  Control(session);
+  Shuffle(session);
+  Step("Close");
+  session.Close();
+  output_.Line("  The port is closed.");
+  output_.Object({{"step", "close"}});
+}
+
+void Tour::Step(const std::string& title) {
+  StopIfInterrupted();
+  output_.Line("");
+  output_.Line(output_.Bold(std::to_string(++step_) + ". " + title));
+}
+
+void Tour::ShowDevice(Session& session) {
+  Step("Ask who it is");
+  const DeviceInfo info = ReadDeviceInfo(session);
+  output_.Fact("Name", Printable(info.name));
+  output_.Fact("Model", Printable(info.model));
+  output_.Fact("Colour",
+               info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
+  output_.Fact("Workouts", info.sports ? "supported" : "not supported");
+  Json lingoes = Json::object();
+  for (const LingoVersion& lingo : info.lingoes) {
+    if (!lingo.version) continue;
+    output_.Fact(lingo.name, VersionText(*lingo.version));
+    lingoes[lingo.name] = VersionText(*lingo.version);
+  }
+  output_.Object({{"step", "device"},
+                  {"name", info.name},
+                  {"model", info.model},
+                  {"color", static_cast<int>(info.color)},
+                  {"sports", info.sports},
+                  {"lingoes", lingoes}});
+}
+
+// From the artists down to a track list that has at least two tracks, to have something to skip to.
+void Tour::Browse(Session& session, LibraryWalk& walk) {
+  Step("Browse: artists");
+  walk.EnterTop(kArtists);
+  const std::vector<std::string> artists = ShowList(session, walk);
+  for (unsigned long artist = 0; artist < artists.size(); ++artist) {
+    if (artist != 0) walk.EnterTop(kArtists);
+    walk.EnterRecord(artist, kTracks);
+    if (walk.count() < 2) continue;
+    walk.EnterTop(kArtists);
+    Step("Browse: albums of " + Printable(artists[artist]));
+    walk.EnterRecord(artist, kAlbums);
+    const std::vector<std::string> albums = ShowList(session, walk);
+    if (albums.empty()) continue;
+    Step("Browse: tracks of " + Printable(albums.front()));
+    walk.EnterRecord(0UL, kTracks);
+    ShowList(session, walk);
+    return;
+  }
+  throw CommandFailure(kFailed, "the tour needs an artist with two tracks, and this iPod has none");
+}
+
+std::vector<std::string> Tour::ShowList(Session& session, const LibraryWalk& walk) {
+  const Category& category = CategoryByCode(walk.category());
+  const unsigned long count = std::min(walk.count(), kMostNames);
+  std::vector<std::string> names;
+  {
+    ProgressBar bar(std::string("  Reading ") + category.name, count);
+    ReadNames(session, walk.category(), 0, count, [&](unsigned long, const std::string& name) {
+      names.push_back(name);
+      bar.Hide();
+      if (names.size() <= kShownNames) output_.Line("  " + Printable(name));
+      bar.Update(names.size());
+      return true;
+    });
+  }
+  if (walk.count() > kShownNames) {
+    output_.Line(output_.Dim("  ... " + Counted(walk.count(), category.singular) + " in all"));
+  }
+  output_.Object({{"step", category.name}, {"total", walk.count()}, {"names", names}});
+  return names;
+}
+
+void Tour::Play(Session& session, LibraryWalk& walk) {
+  Step("Play the first track, and follow it by notifications");
+  walk.PlayTrack(0);
+  const NowPlaying now = WaitForState(session, kPlaying);
+  session.Require(now.state == kPlaying, "play the track");
+  PlaybackView view(output_, kPlainLineEverySeconds);
+  unsigned positions = 0;
+  Follower follower(session, [&](const char* event, const NowPlaying& playing) {
+    if (event == std::string("position")) ++positions;
+    view.Show(event, playing);
+  });
+  follower.Run(kFollowMs);
+  session.Require(positions >= 2, "tell how the track goes on");
+}
+
+void Tour::Control(Session& session) {
+  Step("Pause");
+  session.Require(session.ipod().Command_PlayControl(kPause) != 0, "pause");
+  const NowPlaying paused = WaitForState(session, kPaused);
+  session.Require(paused.state == kPaused, "pause");
+  ShowNowPlaying(output_, paused);
+  Step("Skip to the next track");
+  session.Require(session.ipod().Command_PlayControl(kPlay) != 0, "play on");
+  session.Require(session.ipod().Command_PlayControl(kNextTrack) != 0, "skip");
+  const NowPlaying next = WaitForState(session, kPlaying);
+  session.Require(next.index && next.index != paused.index, "skip");
+  ShowNowPlaying(output_, next);
+}
+
+void Tour::Shuffle(Session& session) {
+  Step("Shuffle");
+  const std::string before = ReadShuffle(session);
+  SetShuffle(session, "tracks", false);
+  const std::string now = ReadShuffle(session);
+  output_.Line("  Shuffle was " + before + " and is now " + now + ".");
+  output_.Object({{"step", "shuffle"}, {"before", before}, {"now", now}});
+  session.Require(now == "tracks", "shuffle");
+  SetShuffle(session, before, false);
+  output_.Line("  It is back to " + ReadShuffle(session) + ".");
+}
+
+}  // namespace
+
+void RunTour(const Context& context) { Tour(context).Run(); }
+
+}  // namespace ipodctl

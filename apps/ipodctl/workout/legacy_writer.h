@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Writes a workout to the iPod through the legacy interface, in its older form of the document.
+#pragma once
+
+#include <string>
+
+#include "console/output.h"
+#include "ipod/legacy_session.h"
+#include "workout/workout_log.h"
+
+namespace ipodctl {
+
+class LegacyWorkoutLog : public WorkoutLog {
+ public:
+  LegacyWorkoutLog(LegacySession& session, Output& output, const Dock& dock);
+
+  /// The legacy interface knows no limits; it tells only whether the iPod takes workouts.
+  void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
+  void Start(const DocumentHeader& header) override;
+  void Write(const Recording& recording, const Interval& interval) override;
+  void Finish(const Recording& recording, const Summary& summary) override;
+
+ protected:
+  bool Answers() override;
+
+ private:
+  [[noreturn]] void FailAt(const std::string& what);
+  void ShowProgress();
+
+  LegacySession& session_;
+  Output& output_;
+  std::string shown_;  // the progress text shown last
+};
+
+}  // namespace ipodctl

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Writes a workout to the iPod through a session.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "ipod/session.h"
+#include "workout/workout_log.h"
+
+namespace ipodctl {
+
+class WorkoutWriter : public WorkoutLog {
+ public:
+  WorkoutWriter(Session& session, const Dock& dock);
+
+  void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
+  void Start(const DocumentHeader& header) override;
+  void Write(const Recording& recording, const Interval& interval) override;
+  void Finish(const Recording& recording, const Summary& summary) override;
+
+ protected:
+  bool Answers() override;
+
+ private:
+  void RequireSports();
+  void RequireStorage(std::size_t largest_piece, std::size_t file_size);
+  void RequireSpace();
+  tagIPOD_WORKOUT_FILE File();
+
+  Session& session_;
+};
+
+}  // namespace ipodctl

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+// ipodctl workout: logs a workout on the iPod while it goes on.
+#include <algorithm>
+#include <chrono>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "commands.h"
+#include "console/failure.h"
+#include "console/interrupt.h"
+#include "console/text.h"
+#include "workout/csv_recording.h"
+#include "workout/generated_recording.h"
+#include "workout/session_writer.h"
+#include "workout/workout_view.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr const char* kManufacturerId = "ipodcomm";
+constexpr const char* kModel = "ipodctl";  // unless told otherwise
+constexpr unsigned kLookMs = 100;
+// What the iPod itself adds to a document: facts about it, a signature, the end.
+constexpr std::size_t kAddedByIpod = 1024;
+
+DocumentHeader HeaderFor(const Options& options) {
+  const WorkoutOptions& workout = options.workout;
+  return {kManufacturerId,
+          EscapedText(workout.manufacturer),
+          EscapedText(options.model.empty() ? kModel : options.model),
+          EscapedText(workout.serial_number),
+          EquipmentByName(workout.equipment)->type,
+          workout.weight_kg};
+}
+
+/// The workout's own clock. It starts when it is made.
+class WorkoutClock {
+ public:
+  /// @param first_s what it shows first
+  WorkoutClock(int first_s, double speed) : first_s_(first_s), speed_(speed) {}
+
+  double Seconds() const {
+    const std::chrono::duration<double> real = Now::now() - start_;
+    return first_s_ + real.count() * speed_;
+  }
+  /// Real milliseconds until it shows `seconds`; 0 when it has.
+  unsigned MsUntil(int seconds) const {
+    const double left_ms = (seconds - Seconds()) / speed_ * 1000;
+    return left_ms <= 0 ? 0 : static_cast<unsigned>(std::min(left_ms + 1, 1e9));
+  }
+
+ private:
+  using Now = std::chrono::steady_clock;
+
+  int first_s_;
+  double speed_;
+  Now::time_point start_ = Now::now();
+};
+
+class Workout {
+ public:
+  Workout(const Context& context, Recording recording, WorkoutLog& log);
+
+  void Run();
+
+ private:
+  void Prepare();
+  void Log();
+  bool WaitFor(int seconds, const WorkoutClock& clock);
+  void EndEarly(const WorkoutClock& clock);
+  void Finish(int seconds);
+  void ShowSaved(const Summary& summary);
+
+  const Context& context_;
+  const WorkoutOptions& options_;
+  Recording recording_;
+  std::vector<Interval> intervals_;
+  DocumentHeader header_;
+  WorkoutLog& log_;
+  WorkoutView view_;
+  int ended_early_s_ = -1;
+};
+
+Workout::Workout(const Context& context, Recording recording, WorkoutLog& log)
+    : context_(context),
+      options_(context.options.workout),
+      recording_(std::move(recording)),
+      intervals_(IntervalsOf(recording_, options_.interval_s)),
+      header_(HeaderFor(context.options)),
+      log_(log),
+      view_(context.output, recording_) {}
+
+void Workout::Run() {
+  Prepare();
+  Log();
+  if (ended_early_s_ < 0) return;
+  throw CommandFailure(kInterrupted, "interrupted at " +
+                                         Clock(static_cast<std::uint64_t>(ended_early_s_)) +
+                                         "; the workout until then is complete in " + log_.Place());
+}
+
+void Workout::Prepare() {
+  const int last_s = intervals_.back().reading.seconds;
+  const Summary summary = SummaryAt(recording_, last_s);
+  const HeaderSize header = SizeOfHeader(header_);
+  std::size_t largest = std::max(header.largest_line, SizeOfSummary(recording_, summary));
+  std::size_t total = header.total + SizeOfSummary(recording_, summary) + kAddedByIpod;
+  for (const Interval& interval : intervals_) {
+    const std::size_t size = SizeOfInterval(recording_, interval);
+    largest = std::max(largest, size);
+    total += size;
+  }
+  log_.RequireRoom(largest, total);
+  StopIfInterrupted();
+  context_.output.Line("Workout on " + options_.equipment + ", " +
+                       Clock(static_cast<std::uint64_t>(last_s)) + ", written to the iPod in " +
+                       Counted(intervals_.size(), "interval"));
+}
+
+void Workout::Log() {
+  log_.Start(header_);
+  const WorkoutClock clock(intervals_.front().reading.seconds, options_.speed);
+  for (const Interval& interval : intervals_) {
+    // A log that has a header has a start, too.
+    const bool starts = interval.event == IPOD_INTERVAL_TYPE_START;
+    if (!starts && !WaitFor(interval.reading.seconds, clock)) return EndEarly(clock);
+    log_.Write(recording_, interval);
+    view_.ShowInterval(interval, log_.bytes());
+  }
+  Finish(intervals_.back().reading.seconds);
+}
+
+/// False when interrupted.
+bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
+  for (unsigned left_ms = clock.MsUntil(seconds); left_ms != 0; left_ms = clock.MsUntil(seconds)) {
+    view_.ShowReading(ReadingAt(recording_, clock.Seconds()), log_.bytes());
+    if (!PauseMs(std::min(left_ms, kLookMs))) return false;
+  }
+  return !Interrupted();
+}
+
+// A log is complete with an end and a summary, however early.
+void Workout::EndEarly(const WorkoutClock& clock) {
+  // What is next to be written shows where the log stands when the line is slower than the clock.
+  const std::size_t written = log_.intervals();
+  const int next_s = intervals_[written].reading.seconds;
+  ended_early_s_ = std::min(static_cast<int>(clock.Seconds()), next_s);
+  Interval end = {IPOD_INTERVAL_TYPE_END, ReadingAt(recording_, ended_early_s_)};
+  end.reading.seconds = ended_early_s_;
+  log_.Write(recording_, end);
+  view_.ShowInterval(end, log_.bytes());
+  Finish(ended_early_s_);
+}
+
+void Workout::Finish(int seconds) {
+  const Summary summary = SummaryAt(recording_, seconds);
+  log_.Finish(recording_, summary);
+  view_.Hide();
+  ShowSaved(summary);
+}
+
+void Workout::ShowSaved(const Summary& summary) {
+  const std::string path = log_.Path();
+  const bool forgotten = context_.dock.simulated() && path.empty();
+  context_.output.Line("Saved as " + log_.Place() + ": " + Counted(log_.intervals(), "interval") +
+                       " and a summary, " + Grouped(log_.bytes()) + " bytes");
+  if (forgotten) context_.output.Line("That memory is gone now; --storage DIR keeps files.");
+  nlohmann::ordered_json json = {{"event", "saved"},
+                                 {"seconds", summary.seconds},
+                                 {"intervals", log_.intervals()},
+                                 {"bytes", log_.bytes()},
+                                 {"kept", !forgotten}};
+  json["file"] = path.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(path);
+  context_.output.Object(json);
+}
+
+}  // namespace
+
+Recording RecordingFor(const WorkoutOptions& options) {
+  const Equipment equipment = *EquipmentByName(options.equipment);
+  if (!options.recording.empty()) return LoadCsvRecording(options.recording, equipment);
+  return GenerateWorkout(equipment, options.duration_s, options.weight_kg);
+}
+
+void LogWorkout(const Context& context, Recording recording, WorkoutLog& log) {
+  Workout(context, std::move(recording), log).Run();
+}
+
+// A file that cannot be read is told before the iPod is bothered.
+void RunWorkout(const Context& context) {
+  Recording recording = RecordingFor(context.options.workout);
+  Session session(context.options, context.dock);
+  session.Identify();
+  WorkoutWriter writer(session, context.dock);
+  LogWorkout(context, std::move(recording), writer);
+}
+
+}  // namespace ipodctl

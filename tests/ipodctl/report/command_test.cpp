@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+// ipodctl report, run as a program.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "../../e2e/process.h"
+#include "documents.h"
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+class ReportCommand : public ::testing::Test {
+ protected:
+  ReportCommand() {
+    std::string name = ::testing::TempDir() + "ipodctl-report-XXXXXX";
+    folder_ = ::mkdtemp(name.data());
+  }
+  ~ReportCommand() override { fs::remove_all(folder_); }
+
+  std::string Path(const std::string& name) const { return folder_ + "/" + name; }
+
+  std::string Write(const std::string& name, const std::string& content) const {
+    std::ofstream(Path(name), std::ios::binary) << content;
+    return Path(name);
+  }
+
+  static std::string Content(const std::string& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+  }
+
+  static void ExpectSentence(const Ended& ended, int status, const std::string& sentence) {
+    EXPECT_EQ(ended.status, status);
+    EXPECT_EQ(ended.err, "ipodctl: " + sentence + ".\n");
+  }
+
+  static void ExpectRefused(const Ended& ended, int status, const std::string& sentence) {
+    ExpectSentence(ended, status, sentence);
+    EXPECT_EQ(ended.out, "");
+  }
+
+ private:
+  std::string folder_;
+};
+
+TEST_F(ReportCommand, WritesThePageBesideTheDocument) {
+  const std::string document = Write("run.xml", report::kRun);
+  const Ended ended = Ipodctl({"report", document});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "");
+  EXPECT_EQ(ended.out, "Wrote " + Path("run.html") + ": Treadmill, 4:00, 0.61 km, 5 intervals.\n");
+  EXPECT_THAT(Content(Path("run.html")),
+              AllOf(StartsWith("<!DOCTYPE html>"), EndsWith("</html>\n")));
+  EXPECT_EQ(Content(document), report::kRun);
+}
+
+TEST_F(ReportCommand, WritesThePageWhereItIsTold) {
+  const std::string document = Write("run.xml", report::kRun);
+  EXPECT_EQ(Ipodctl({"report", document, "-o", Path("other")}).status, 0);
+  EXPECT_THAT(Content(Path("other")), StartsWith("<!DOCTYPE html>"));
+  EXPECT_FALSE(fs::exists(Path("run.html")));
+  EXPECT_EQ(Ipodctl({"report", document, "--output", Path("third")}).status, 0);
+  EXPECT_EQ(Content(Path("third")), Content(Path("other")));
+}
+
+TEST_F(ReportCommand, MakesPagesThatAreWellFormed) {
+  const std::string hostile =
+      "<equipmentInfo><type>&lt;b&gt;</type><model>]]&gt;\"'&amp;\xC2\x85"
+      "</model></equipmentInfo>";
+  const std::string documents[] = {report::kRun, report::kOlderRide, report::Document(""),
+                                   report::Document(hostile), report::RunUpTo("<sec>120</sec>")};
+  for (const std::string& text : documents) {
+    Ipodctl({"report", Write("w.xml", text)});
+    const Ended checked = RunProgram("/usr/bin/xmllint", {"--nonet", "--noout", Path("w.html")});
+    EXPECT_EQ(checked.status, 0) << checked.err;
+  }
+}
+
+TEST_F(ReportCommand, PrintsTheFiguresForMachines) {
+  const Ended ended = Ipodctl({"report", Write("run.xml", report::kRun), "--json"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(std::count(ended.out.begin(), ended.out.end(), '\n'), 1);
+  const json figures = json::parse(ended.out);
+  EXPECT_EQ(figures.at("km"), 0.61);
+  EXPECT_EQ(figures.at("intervals"), 5);
+  EXPECT_EQ(figures.at("complete"), true);
+  EXPECT_EQ(figures.at("page"), Path("run.html"));
+  EXPECT_TRUE(fs::exists(Path("run.html")));
+}
+
+TEST_F(ReportCommand, ShowsADamagedDocumentAndSaysWhereItEnds) {
+  const std::string cut = Write("cut.xml", report::RunUpTo("<sec>120</sec>\n"));
+  const Ended ended = Ipodctl({"report", cut});
+  ExpectSentence(ended, 65,
+                 cut + " is cut short at line 36, column 1; " + Path("cut.html") +
+                     " shows what comes before that place");
+  EXPECT_EQ(ended.out, "Wrote " + Path("cut.html") + ": Treadmill, 2:00, 0.20 km, 3 intervals.\n");
+  EXPECT_THAT(Content(Path("cut.html")), HasSubstr("is cut short at line 36, column 1."));
+
+  const std::string bad = Write("bad.xml", "<gymData>\n<interval></km></gymData>");
+  const Ended malformed = Ipodctl({"report", bad, "--json"});
+  ExpectSentence(malformed, 65,
+                 bad + " is malformed at line 2, column 13 (mismatched tag); " + Path("bad.html") +
+                     " shows what comes before that place");
+  EXPECT_EQ(json::parse(malformed.out).at("problem").at("line"), 2);
+}
+
+TEST_F(ReportCommand, RefusesWhatIsNoWorkoutDocument) {
+  const auto refused = [this](const std::string& content, const std::string& why) {
+    const std::string file = Write("file.xml", content);
+    ExpectRefused(Ipodctl({"report", file}), 66, file + " is not a workout document: " + why);
+    EXPECT_FALSE(fs::exists(Path("file.html")));
+  };
+  refused("", "it is empty");
+  refused("<html></html>", "its first element is not gymData (line 1, column 1)");
+  refused("<?xml version=\"1.0\"?>\n<gym", "it ends before the first element (line 2, column 1)");
+  refused("hello", "syntax error (line 1, column 1)");
+}
+
+TEST_F(ReportCommand, RefusesFilesThatItCannotRead) {
+  const std::string none = Path("none.xml");
+  ExpectRefused(Ipodctl({"report", none}), 66,
+                "cannot read " + none + ": No such file or directory");
+  fs::create_directory(Path("folder"));
+  ExpectRefused(Ipodctl({"report", Path("folder")}), 66,
+                "cannot read " + Path("folder") + ": it is a folder");
+}
+
+TEST_F(ReportCommand, RefusesToOverwriteTheDocument) {
+  const std::string document = Write("run.xml", report::kRun);
+  ExpectRefused(Ipodctl({"report", document, "-o", document}), 64,
+                document + " is the workout document itself; name another file with -o");
+  fs::create_symlink(document, Path("link"));
+  ExpectRefused(Ipodctl({"report", document, "-o", Path("link")}), 64,
+                Path("link") + " is the workout document itself; name another file with -o");
+  EXPECT_EQ(Content(document), report::kRun);
+
+  const std::string misnamed = Write("run.html", report::kRun);
+  EXPECT_EQ(Ipodctl({"report", misnamed}).status, 0);
+  EXPECT_EQ(Content(misnamed), report::kRun);
+  EXPECT_THAT(Content(Path("run.html.html")), StartsWith("<!DOCTYPE html>"));
+}
+
+TEST_F(ReportCommand, RefusesPlacesThatItCannotWriteTo) {
+  const std::string document = Write("run.xml", report::kRun);
+  const std::string nowhere = Path("none/page.html");
+  ExpectRefused(Ipodctl({"report", document, "-o", nowhere}), 1,
+                "cannot write " + nowhere + ": No such file or directory");
+  fs::create_directory(Path("folder"));
+  ExpectRefused(Ipodctl({"report", document, "-o", Path("folder")}), 1,
+                "cannot write " + Path("folder") + ": Is a directory");
+  ExpectRefused(Ipodctl({"report", document, "-o", "/dev/full"}), 1,
+                "cannot write /dev/full: No space left on device");
+  fs::permissions(Path("folder"), fs::perms::owner_read | fs::perms::owner_exec);
+  Process stranger(IPODCTL_PROGRAM, {"report", document, "-o", Path("folder/page")},
+                   Process::Setting::kBoundByFileModes);
+  ExpectRefused(stranger.Wait(), 1, "cannot write " + Path("folder/page") + ": Permission denied");
+}
+
+TEST_F(ReportCommand, RefusesWrongArguments) {
+  const auto refused = [](const std::vector<std::string>& arguments, const std::string& part) {
+    const Ended ended = Ipodctl(arguments);
+    EXPECT_EQ(ended.status, 64);
+    EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: "), HasSubstr(part),
+                                 EndsWith("see 'ipodctl report --help'.\n")));
+  };
+  refused({"report"}, "FILE is required");
+  refused({"report", ""}, "FILE needs the name of a workout document");
+  refused({"report", "a", "b"}, "b");
+  refused({"report", "a", "-o", ""}, "--output needs the name of a file");
+}
+
+TEST_F(ReportCommand, NeedsNoIpod) {
+  const std::string document = Write("run.xml", report::kRun);
+  EXPECT_EQ(Ipodctl({"--port", "/dev/no-such-dock", "report", document}).status, 0);
+  EXPECT_EQ(Ipodctl({"--simulated", "--library", Path("none.json"), "report", document}).status, 0);
+}
+
+TEST_F(ReportCommand, ExplainsItself) {
+  const Ended help = Ipodctl({"report", "--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.out, AllOf(HasSubstr("Usage: ipodctl report FILE [-o PAGE]"),
+                              HasSubstr("Examples:\n"), HasSubstr("65")));
+  EXPECT_THAT(Ipodctl({"--help"}).out, AllOf(HasSubstr("\n  report "), HasSubstr("\n  65  ")));
+  EXPECT_THAT(Ipodctl({"--completion"}).out, HasSubstr("    report) words=\" --output --help"));
+}
+
+}  // namespace
