@@ -22,7 +22,7 @@ class AccessoryInfo : public SessionTest {
   AccessoryInfo() { world_.SetFileVersion(L"qz104.exe", L"2,5,0,17"); }
 
   /// Whether the identification event has been signalled; takes the signal.
-  bool TakeSignal() {
+  bool ConsumeSignal() {
     return WaitForSingleObject(Peer::IdentificationEvent(session_), 0) == WAIT_OBJECT_0;
   }
   void Return(test::Bytes request) {
@@ -43,7 +43,7 @@ class InfoTypes : public AccessoryInfo, public ::testing::WithParamInterface<Row
 TEST_P(InfoTypes, AreAnswered) {
   session_.SetModel("QZ");
   Arrive(GetParam().request);
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().answer));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().answer));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -64,46 +64,46 @@ TEST_F(AccessoryInfo, EveryOtherTypeIsLeftUnanswered) {
     if (type <= 7 && type != 2 && type != 3) continue;
     Return({static_cast<std::uint8_t>(type)});
   }
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_FALSE(TakeSignal());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_FALSE(ConsumeSignal());
   // Each of them has read the version all the same.
   EXPECT_EQ(world_.call_count("VerQueryValueW"), 250U);
 }
 
 TEST_F(AccessoryInfo, RequestForTheSerialNumberProducesNoFrame) {
   Arrive("FF 55 03 00 27 08 CE");
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(AccessoryInfo, RequestWithoutATypeIsIgnored) {
   Arrive("FF 55 02 00 27 D7");
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(world_.call_count("GetFileVersionInfoSizeW"), 0U);
 }
 
 TEST_F(AccessoryInfo, BytesBehindTheTypeDoNotCount) {
   Arrive("FF 55 05 00 27 07 01 02 CA");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 28 07 00 CD"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 28 07 00 CD"));
 }
 
 TEST_F(AccessoryInfo, EmptyModelIsAnsweredAndSignalled) {
-  EXPECT_FALSE(TakeSignal());
+  EXPECT_FALSE(ConsumeSignal());
   Arrive("FF 55 03 00 27 07 CF");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 28 07 00 CD"));
-  EXPECT_TRUE(TakeSignal());
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 28 07 00 CD"));
+  EXPECT_TRUE(ConsumeSignal());
 }
 
 TEST_F(AccessoryInfo, OnlyTheModelNumberIsSignalled) {
   for (const std::uint8_t type : test::Hex("00 01 04 05 06 08")) {
     Return({type});
-    EXPECT_FALSE(TakeSignal()) << int{type};
+    EXPECT_FALSE(ConsumeSignal()) << int{type};
   }
 }
 
 TEST_F(AccessoryInfo, SignalFollowsTheAnswer) {
   world_.Record({"WriteFile", "EventModify"});
   Return({7});
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("WriteFile(port2, FF)", "WriteFile(port2, 55 04 00 28 07 00 CD)",
                           ::testing::HasSubstr("EventModify(")));
 }
@@ -112,59 +112,62 @@ TEST_F(AccessoryInfo, LastModelSetIsTold) {
   session_.SetModel("first and longer");
   session_.SetModel("A1");
   Arrive("FF 55 03 00 27 07 CF");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 06 00 28 07 41 31 00 59"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 06 00 28 07 41 31 00 59"));
 }
 
 TEST_F(AccessoryInfo, LongestModelFillsTheFrame) {
   session_.SetModel(std::string(251, 'M'));
   Return({7});
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 FF 00 28 07 " + test::Repeated("4D", 251) + " 00 53"));
+  EXPECT_THAT(DrainSent(),
+              ElementsAre("FF 55 FF 00 28 07 " + test::Repeated("4D", 251) + " 00 53"));
 }
 
 TEST_F(AccessoryInfo, ModelThatFitsNoFrameIsNotSentButSignalled) {
   session_.SetModel(std::string(252, 'M'));
   Return({7});
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_TRUE(TakeSignal());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_TRUE(ConsumeSignal());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(AccessoryInfo, FailedWriteIsNotReportedAndSignalledAllTheSame) {
   world_.FailFrom("WriteFile", 1, 31);
   Return({7});
   world_.ClearFaults();
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_TRUE(TakeSignal());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_TRUE(ConsumeSignal());
 }
 
 TEST_F(AccessoryInfo, VersionIsReadForEveryRequest) {
   Arrive("FF 55 03 00 27 04 D2");
   world_.SetFileVersion(L"qz104.exe", L"3,7,0,1");
   Arrive("FF 55 03 00 27 04 D2");
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 06 00 28 04 02 05 00 C7", "FF 55 06 00 28 04 03 07 00 C4"));
 }
 
 TEST_F(AccessoryInfo, UnreadableVersionIsToldAndTheAnswerStillGoesOut) {
   world_.SetFileVersion(L"qz104.exe", L"");
   Arrive("FF 55 03 00 27 05 D1");
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to extract file version from qz104.exe!\r\n"));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 06 00 28 05 00 00 00 CD"));
+  EXPECT_THAT(DrainDebugOutput(),
+              ElementsAre("Failed to extract file version from qz104.exe!\r\n"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 06 00 28 05 00 00 00 CD"));
 }
 
 TEST_F(AccessoryInfo, UnreadableVersionDoesNotKeepTheNameBack) {
   world_.SetFileVersion(L"qz104.exe", L"");
   Arrive("FF 55 03 00 27 00 D6");
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to extract file version from qz104.exe!\r\n"));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 00 28 00 00 00 00 F3 DE"));
+  EXPECT_THAT(DrainDebugOutput(),
+              ElementsAre("Failed to extract file version from qz104.exe!\r\n"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 00 28 00 00 00 00 F3 DE"));
 }
 
 TEST_F(AccessoryInfo, RequestCarriesAnIdentifierAndTheAnswerNone) {
   TurnOnTransactionIds(5);
   Arrive("FF 55 05 00 27 12 34 00 8E");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 00 28 00 00 00 00 F3 DE"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 00 28 00 00 00 00 F3 DE"));
 }
 
 // ---- What the host sets -------------------------------------------------------------------------
@@ -198,7 +201,7 @@ TEST_F(AccessoryInfo, DescriptionIsNotTold) {
   std::memset(&info, 'x', sizeof info);
   session_.SetAccessoryInfo(&info);
   Arrive("FF 55 03 00 27 07 CF");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 28 07 00 CD"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 28 07 00 CD"));
 }
 
 }  // namespace

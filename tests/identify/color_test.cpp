@@ -142,7 +142,7 @@ TEST_F(Color, ModelTextIsAskedForOnce) {
   tagIPOD_COLOR color = IPOD_COLOR_NONE;
   EXPECT_EQ(session_.GetIPodColor(&color), 1);
   EXPECT_EQ(color, IPOD_COLOR_1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest));
 }
 
 TEST_F(Color, UnknownModelHasNoneAndSucceeds) {
@@ -168,8 +168,8 @@ TEST_F(Color, UnansweredRequestFailsWithNone) {
   tagIPOD_COLOR color = IPOD_COLOR_11;
   EXPECT_EQ(session_.GetIPodColor(&color), 0);
   EXPECT_EQ(color, IPOD_COLOR_NONE);
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest, kRequest, kRequest));
-  EXPECT_THAT(test::TakeTraceLog(), ::testing::IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest, kRequest, kRequest));
+  EXPECT_THAT(test::DrainTraceLog(), ::testing::IsEmpty());
 }
 
 TEST_F(Color, RefusedRequestFailsWithNone) {

@@ -37,9 +37,9 @@ class FileVersion : public ::testing::Test {
                                      &read_.private_part);
   }
   /// Names of the services called, in their order.
-  std::vector<std::string> TakeServices() {
+  std::vector<std::string> DrainServices() {
     std::vector<std::string> names;
-    const auto calls = world_.TakeCalls();
+    const auto calls = world_.DrainCalls();
     for (const auto& call : calls.all()) names.push_back(call.service);
     return names;
   }
@@ -89,7 +89,7 @@ TEST_F(FileVersion, MissingOutputsDoNotMatterOnFailure) {
 TEST_F(FileVersion, PlatformIsCalledInOrder) {
   world_.Record(kServices);
   Read();
-  const auto calls = world_.TakeCalls().text();
+  const auto calls = world_.DrainCalls().text();
   ASSERT_EQ(calls.size(), 5U);
   EXPECT_EQ(calls[0], "GetFileVersionInfoSizeW(\"qz104.exe\")");
   const std::string size = calls[1].substr(13, calls[1].size() - 14);
@@ -102,7 +102,7 @@ TEST_F(FileVersion, PlatformIsCalledInOrder) {
 TEST_F(FileVersion, ReservesWhatTheResourceNeeds) {
   world_.Record({"GetFileVersionInfoSizeW", "VirtualAlloc"});
   Read();
-  const auto calls = world_.TakeCalls();
+  const auto calls = world_.DrainCalls();
   ASSERT_EQ(calls.all().size(), 2U);
   EXPECT_EQ(calls.all()[1].text, "VirtualAlloc(" + calls.all()[0].result + ")");
 }
@@ -187,7 +187,7 @@ TEST_F(FileVersion, MissingFileFails) {
   world_.Record(kServices);
   world_.SetFileVersion(kFile, L"");
   ExpectFailure();
-  EXPECT_THAT(TakeServices(), ElementsAre("GetFileVersionInfoSizeW", "NKDbgPrintfW"));
+  EXPECT_THAT(DrainServices(), ElementsAre("GetFileVersionInfoSizeW", "NKDbgPrintfW"));
 }
 
 TEST_F(FileVersion, FileThatIsNoExecutableFails) {
@@ -199,7 +199,7 @@ TEST_F(FileVersion, NoMemoryFails) {
   world_.FailOnce("VirtualAlloc", 1, 8);
   world_.Record(kServices);
   ExpectFailure();
-  EXPECT_THAT(TakeServices(),
+  EXPECT_THAT(DrainServices(),
               ElementsAre("GetFileVersionInfoSizeW", "VirtualAlloc", "NKDbgPrintfW"));
 }
 
@@ -207,15 +207,15 @@ TEST_F(FileVersion, UnreadableResourceFailsAndGivesTheMemoryBack) {
   world_.FailOnce("GetFileVersionInfoW", 1, 30);
   world_.Record(kServices);
   ExpectFailure();
-  EXPECT_THAT(TakeServices(), ElementsAre("GetFileVersionInfoSizeW", "VirtualAlloc",
-                                          "GetFileVersionInfoW", "VirtualFree", "NKDbgPrintfW"));
+  EXPECT_THAT(DrainServices(), ElementsAre("GetFileVersionInfoSizeW", "VirtualAlloc",
+                                           "GetFileVersionInfoW", "VirtualFree", "NKDbgPrintfW"));
 }
 
 TEST_F(FileVersion, MissingValueFailsAndGivesTheMemoryBack) {
   world_.FailOnce("VerQueryValueW", 1, 1813);
   world_.Record(kServices);
   ExpectFailure();
-  EXPECT_THAT(TakeServices(),
+  EXPECT_THAT(DrainServices(),
               ElementsAre("GetFileVersionInfoSizeW", "VirtualAlloc", "GetFileVersionInfoW",
                           "VerQueryValueW", "VirtualFree", "NKDbgPrintfW"));
 }

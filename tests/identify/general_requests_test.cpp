@@ -18,8 +18,8 @@ constexpr std::int64_t kThreeAttemptsUs = 3 * 1020 * kMillisecond;
 class GeneralRequests : public SessionTest {
  protected:
   ~GeneralRequests() override {
-    EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-    EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+    EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+    EXPECT_THAT(DrainDebugOutput(), IsEmpty());
   }
   void Queue(const char* packet) {
     CIpodCommPeer::Responses(session_).Append(test::Packet(packet));
@@ -38,7 +38,7 @@ struct FrameRow {
 class GeneralRequest : public GeneralRequests, public ::testing::WithParamInterface<FrameRow> {
  protected:
   std::vector<std::string> DistinctFrames() {
-    std::vector<std::string> frames = TakeSent();
+    std::vector<std::string> frames = DrainSent();
     frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
     return frames;
   }
@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(GeneralRequests, RemoteUiModeIsGrantedByAnAckForIt) {
   Answer("FF 55 02 00 03 FB", "FF 55 04 00 02 00 03 F7");
   EXPECT_EQ(session_.Command_RequestRemoteUIMode(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 03 FB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 03 FB"));
 }
 
 TEST_F(GeneralRequests, RemoteUiModeIsRefusedByEveryOtherStatus) {
@@ -106,28 +106,28 @@ TEST_F(GeneralRequests, AckForAnotherCommandDoesNotGrantRemoteUiMode) {
 TEST_F(GeneralRequests, SilenceDoesNotGrantRemoteUiModeAndTakesThreeAttempts) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(session_.Command_RequestRemoteUIMode(), 0); }),
             kThreeAttemptsUs);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 02 00 03 FB", "FF 55 02 00 03 FB", "FF 55 02 00 03 FB"));
 }
 
 TEST_F(GeneralRequests, AcceptedNewerCommandEntersRemoteUiModeAlone) {
   Answer("FF 55 03 00 37 01 C5", "FF 55 04 00 02 00 37 C3");
   EXPECT_EQ(session_.Command_EnterRemoteUIMode(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 00 37 01 C5"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 37 01 C5"));
 }
 
 TEST_F(GeneralRequests, RefusedNewerCommandIsFollowedByTheOlder) {
   Answer("FF 55 03 00 37 01 C5", "FF 55 04 00 02 04 37 BF");
   Answer("FF 55 02 00 05 F9", "FF 55 04 00 02 00 05 F5");
   EXPECT_EQ(session_.Command_EnterRemoteUIMode(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 00 37 01 C5", "FF 55 02 00 05 F9"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 37 01 C5", "FF 55 02 00 05 F9"));
 }
 
 TEST_F(GeneralRequests, UnansweredNewerCommandIsFollowedByTheOlder) {
   Answer("FF 55 02 00 05 F9", "FF 55 04 00 02 00 05 F5");
   EXPECT_EQ(session_.Command_EnterRemoteUIMode(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 00 37 01 C5", "FF 55 03 00 37 01 C5",
-                                      "FF 55 03 00 37 01 C5", "FF 55 02 00 05 F9"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 37 01 C5", "FF 55 03 00 37 01 C5",
+                                       "FF 55 03 00 37 01 C5", "FF 55 02 00 05 F9"));
 }
 
 TEST_F(GeneralRequests, NewerCommandAcknowledgedUnderAnotherIsFollowedByTheOlder) {
@@ -153,7 +153,7 @@ class EventNotifications : public GeneralRequests {
 TEST_F(EventNotifications, CleanExchangeOfASetReturnsZero) {
   Answer("FF 55 0A 00 49 00 00 00 00 00 00 00 0D A0", "FF 55 04 00 02 00 49 B1");
   EXPECT_EQ(Set(), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 0A 00 49 00 00 00 00 00 00 00 0D A0"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 0A 00 49 00 00 00 00 00 00 00 0D A0"));
 }
 
 TEST_F(EventNotifications, RefusedSetReturnsZero) {
@@ -174,7 +174,7 @@ TEST_F(EventNotifications, SupportedOnesAreStored) {
   Answer("FF 55 02 00 4F AF", "FF 55 0A 00 51 01 02 03 04 05 06 07 08 81");
   EXPECT_EQ(session_.Command_GetEventNotification(mask_), 1);
   EXPECT_EQ(test::ToHex(mask_, 8), "01 02 03 04 05 06 07 08");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 4F AF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 4F AF"));
 }
 
 TEST_F(EventNotifications, ShortAnswerStoresItsBytesOnly) {
@@ -201,7 +201,7 @@ TEST_F(GeneralRequests, MaximumPayloadIsKeptInTheSession) {
   Answer("FF 55 02 00 11 ED", "FF 55 04 00 12 03 F8 EF");
   EXPECT_EQ(session_.Command_RequestMaxPayloadSize(), 1);
   EXPECT_EQ(session_.GetMaxPayloadSize(), 1016);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 11 ED"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 11 ED"));
 }
 
 TEST_F(GeneralRequests, UnansweredMaximumPayloadLeavesTheOneBefore) {
@@ -250,7 +250,7 @@ TEST_F(Cancelling, SendsItAndStepsWhileIdentifiersAreOn) {
   TurnOnTransactionIds(0x0010);
   EXPECT_EQ(session_.Command_CancelCommand(0x1234), 1);
   EXPECT_EQ(OwnIdentifier(), 0x1235);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 50 12 34 66"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 50 12 34 66"));
 }
 
 TEST_F(Cancelling, StopsAtTheFirstLookAtAnEmptyQueue) {

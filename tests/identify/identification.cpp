@@ -101,7 +101,7 @@ void Identification::AnswerOptions() {
   ReplyWithId("00 4B 04", "00 4C 04 00 00 00 00 00 00 00 02");
 }
 
-void Identification::TakeTokens(std::string_view model) {
+void Identification::AcceptTokens(std::string_view model) {
   for (const char* announcement : {kAnnounceWithSports, kAnnounceWithoutSports,
                                    kAnnounceGeneralThrice, kAnnounceGeneralThriceWithoutSports}) {
     ReplyWithId(std::string("00 39 ") + announcement, "00 3A 01 03 00 00 00");
@@ -121,7 +121,7 @@ void Identification::AnswerEventsWithId() {
 void Identification::DockTokenIpod() {
   Reply(kStart, kStartTaken);
   AnswerOptions();
-  TakeTokens();
+  AcceptTokens();
   EndWith("00");
   AnswerEventsWithId();
 }
@@ -139,7 +139,7 @@ void Identification::AnswerVersions() {
   AnswerVersion("0C", "01 02");
 }
 
-void Identification::TakePreferences() {
+void Identification::AcceptPreferences() {
   for (const char* preference :
        {"03 01", "01 00", "02 00", "08 01", "09 00", "0A 01", "0F 01", "00 01"}) {
     Reply("00 2B " + std::string(preference) + " 01", "00 02 00 2B");
@@ -151,23 +151,23 @@ void Identification::AnswerEvents() {
   Reply("00 49 00 00 00 00 00 00 02 04", "00 02 00 49");
 }
 
-void Identification::TakeLingoes() {
+void Identification::AcceptLingoes() {
   for (const char* announcement :
        {kIdentifyGeneralOnly, kIdentifyLingoes, kIdentifyLingoesWithSports}) {
     Reply(announcement, kIdentified);
   }
   AnswerVersions();
-  TakePreferences();
+  AcceptPreferences();
   AnswerEvents();
 }
 
 void Identification::DockLingoIpod() {
   Reply(kStart, kStartRefused);
-  TakeLingoes();
+  AcceptLingoes();
 }
 
-std::vector<std::string> Identification::TakeHostCalls() {
-  std::vector<std::string> texts = world_.TakeCalls().Of("host").text();
+std::vector<std::string> Identification::DrainHostCalls() {
+  std::vector<std::string> texts = world_.DrainCalls().Of("host").text();
   for (std::string& text : texts) {
     const std::size_t first = text.find('(') + 1;
     const std::size_t second = text.find(", ");
@@ -176,10 +176,10 @@ std::vector<std::string> Identification::TakeHostCalls() {
   return texts;
 }
 
-std::vector<std::string> Identification::TakeSentOf(std::string_view command) {
+std::vector<std::string> Identification::DrainSentOf(std::string_view command) {
   constexpr std::size_t kHeaderCharacters = 9;  // "FF 55 LL "
   std::vector<std::string> found;
-  for (const std::string& frame : TakeSent()) {
+  for (const std::string& frame : DrainSent()) {
     if (frame.size() > kHeaderCharacters &&
         frame.compare(kHeaderCharacters, command.size(), command) == 0) {
       found.push_back(frame);

@@ -64,7 +64,7 @@ class Identification : public SessionTest {
 
   // Tokens.
   void AnswerOptions();  ///< payload size and options; Sports and the Extended option are there
-  void TakeTokens(std::string_view model = "");
+  void AcceptTokens(std::string_view model = "");
   void EndWith(std::string_view status);
   void AnswerEventsWithId();
   void DockTokenIpod();
@@ -72,16 +72,16 @@ class Identification : public SessionTest {
   // Lingoes.
   void AnswerVersion(std::string_view lingo, std::string_view version);
   void AnswerVersions();  ///< 1.09, 1.05, 1.14, 1.01, 1.02
-  void TakePreferences();
+  void AcceptPreferences();
   void AnswerEvents();
-  void TakeLingoes();  ///< all that follows on a refused StartIDPS
+  void AcceptLingoes();  ///< all that follows on a refused StartIDPS
   void DockLingoIpod();
 
   /// What the last Identify did on the host's thread: pauses, waits and writes in their order,
   /// without the handle: "Sleep(100)", "WriteFile(FF)", "WaitForSingleObject(1000)".
-  std::vector<std::string> TakeHostCalls();
+  std::vector<std::string> DrainHostCalls();
   /// Sent frames that carry a given command ("00 0F"), as text.
-  std::vector<std::string> TakeSentOf(std::string_view command);
+  std::vector<std::string> DrainSentOf(std::string_view command);
 
   tagIPOD_IDENTIFY_RESULT result_ = IPOD_IDENTIFY_RESULT_NONE;
   int steps_ = 0;

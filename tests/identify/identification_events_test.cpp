@@ -14,7 +14,7 @@ class EventChoice : public Identification {
  protected:
   EventChoice() { session_.SetIDPSEnable(0); }
   void IdentifyByLingoes() {
-    TakeLingoes();
+    AcceptLingoes();
     EXPECT_EQ(Identify(), 1);
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
   }
@@ -34,7 +34,7 @@ TEST_P(EventMask, HoldsTheTwoKnownBitsThatAreSupported) {
   Reply("00 4F", "00 51 " + GetParam().supported);
   Reply("00 49 " + GetParam().chosen, "00 02 00 49");
   IdentifyByLingoes();
-  EXPECT_THAT(TakeSentOf("00 49"), ElementsAre(Frame("00 49 " + GetParam().chosen)));
+  EXPECT_THAT(DrainSentOf("00 49"), ElementsAre(Frame("00 49 " + GetParam().chosen)));
 }
 
 TEST_P(EventMask, IsTheSameBehindTokens) {
@@ -43,7 +43,7 @@ TEST_P(EventMask, IsTheSameBehindTokens) {
   ReplyWithId("00 49 " + GetParam().chosen, "00 02 00 49");
   DockTokenIpod();
   EXPECT_EQ(Identify(), 1);
-  EXPECT_THAT(TakeSentOf("00 49"), ElementsAre(Frame("00 49", 8, GetParam().chosen)));
+  EXPECT_THAT(DrainSentOf("00 49"), ElementsAre(Frame("00 49", 8, GetParam().chosen)));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(EventChoice, NothingIsChosenWhenTheMaskIsNotAnswered) {
   Ignore("00 4F");
   IdentifyByLingoes();
-  const std::vector<std::string> sent = TakeSent();
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_EQ(sent.back(), "FF 55 02 00 4F AF");
   EXPECT_EQ(sent[sent.size() - 3], "FF 55 02 00 4F AF") << "after three attempts";
 }
@@ -69,7 +69,7 @@ TEST_F(EventChoice, NothingIsChosenWhenTheMaskIsNotAnswered) {
 TEST_F(EventChoice, NothingIsChosenWhenTheMaskIsRefused) {
   Reply("00 4F", "00 02 04 4F");
   IdentifyByLingoes();
-  EXPECT_THAT(TakeSentOf("00 49"), IsEmpty());
+  EXPECT_THAT(DrainSentOf("00 49"), IsEmpty());
 }
 
 TEST_F(EventChoice, RefusedAndUnansweredChoicesDoNotMatter) {
@@ -86,7 +86,7 @@ TEST_F(EventChoice, UnansweredChoiceDoesNotMatterBehindTokens) {
   DockTokenIpod();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
-  EXPECT_EQ(TakeSentOf("00 49").size(), 3U);
+  EXPECT_EQ(DrainSentOf("00 49").size(), 3U);
 }
 
 }  // namespace

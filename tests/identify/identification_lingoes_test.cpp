@@ -23,17 +23,17 @@ class Lingoes : public Identification {
   Lingoes() { session_.SetIDPSEnable(0); }
 
   void ExpectIdentified() {
-    TakeLingoes();
+    AcceptLingoes();
     EXPECT_EQ(Identify(), 1);
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
     EXPECT_EQ(Peer::Identity(session_).idps_done, 0);
   }
   void ExpectTooOld() {
-    TakeLingoes();
+    AcceptLingoes();
     EXPECT_EQ(Identify(), 0);
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
-    EXPECT_EQ(TakeDebugOutput().back(), kTooOld);
-    EXPECT_EQ(TakeSentOf("00 13").size(), 1U) << "the lingoes are not announced";
+    EXPECT_EQ(DrainDebugOutput().back(), kTooOld);
+    EXPECT_EQ(DrainSentOf("00 13").size(), 1U) << "the lingoes are not announced";
   }
 };
 
@@ -42,7 +42,7 @@ class Lingoes : public Identification {
 TEST_F(Lingoes, UnansweredFirstAnnouncementEndsTheSequence) {
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF", Frame(test::kIdentifyGeneralOnly),
                           Frame(test::kIdentifyGeneralOnly), Frame(test::kIdentifyGeneralOnly)));
 }
@@ -54,7 +54,7 @@ TEST_F(Lingoes, StatusOfTheFirstAnnouncementDoesNotMatter) {
 
 TEST_F(Lingoes, ModelNumberIsAwaitedForASecondEachTime) {
   ExpectIdentified();
-  std::vector<std::string> calls = TakeHostCalls();
+  std::vector<std::string> calls = DrainHostCalls();
   std::vector<std::size_t> double_waits;
   for (std::size_t i = 1; i < calls.size(); ++i) {
     // A wait for the ACK, then one for the model number's request.
@@ -94,7 +94,7 @@ TEST_F(Lingoes, OtherAccessoryRequestsDoNotEndTheWaits) {
 
 TEST_F(Lingoes, VersionsAreAskedInOrderAndKept) {
   ExpectIdentified();
-  EXPECT_THAT(TakeSentOf("00 0F"),
+  EXPECT_THAT(DrainSentOf("00 0F"),
               ElementsAre("FF 55 03 00 0F 00 EE", "FF 55 03 00 0F 03 EB", "FF 55 03 00 0F 04 EA",
                           "FF 55 03 00 0F 09 E5", "FF 55 03 00 0F 0C E2"));
   const auto& identity = Peer::Identity(session_);
@@ -110,25 +110,25 @@ TEST_F(Lingoes, MinorVersionsArePrintedWithTwoDigits) {
   AnswerVersion("03", "FF 63");
   AnswerVersion("04", "01 FF");
   ExpectIdentified();
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Lingo Version - General = 2.00\r\n",
-                                             "Lingo Version - Display Remote = 255.99\r\n",
-                                             "Lingo Version - Extended = 1.255\r\n",
-                                             "Lingo Version - Sports = 1.01\r\n",
-                                             "Lingo Version - Storage = 1.02\r\n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Lingo Version - General = 2.00\r\n",
+                                              "Lingo Version - Display Remote = 255.99\r\n",
+                                              "Lingo Version - Extended = 1.255\r\n",
+                                              "Lingo Version - Sports = 1.01\r\n",
+                                              "Lingo Version - Storage = 1.02\r\n"));
 }
 
 TEST_F(Lingoes, UnansweredVersionsAreNotSupported) {
   Reply(test::kIdentifyGeneralOnly, test::kIdentified);
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Lingo Version - General = not supported\r\n",
                           "Lingo Version - Display Remote = not supported\r\n",
                           "Lingo Version - Extended = not supported\r\n",
                           "Lingo Version - Sports = not supported\r\n",
                           "Lingo Version - Storage = not supported\r\n", kTooOld));
-  EXPECT_EQ(TakeSentOf("00 0F").size(), 15U);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_EQ(DrainSentOf("00 0F").size(), 15U);
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Lingoes, RefusedVersionsAreNotSupported) {
@@ -136,7 +136,7 @@ TEST_F(Lingoes, RefusedVersionsAreNotSupported) {
   Reply("00 0F 0C", "00 02 04 10");
   ExpectIdentified();
   EXPECT_EQ(session_.SupportsSports(), 0);
-  const std::vector<std::string> printed = TakeDebugOutput();
+  const std::vector<std::string> printed = DrainDebugOutput();
   EXPECT_EQ(printed[3], "Lingo Version - Sports = not supported\r\n");
   EXPECT_EQ(printed[4], "Lingo Version - Storage = not supported\r\n");
 }
@@ -156,7 +156,7 @@ TEST_P(Minimums, DecideWhetherTheIpodIsTooOld) {
   AnswerVersion(GetParam().lingo, GetParam().version);
   if (GetParam().suffices) {
     ExpectIdentified();
-    EXPECT_THAT(TakeDebugOutput(), Not(Contains(kTooOld)));
+    EXPECT_THAT(DrainDebugOutput(), Not(Contains(kTooOld)));
   } else {
     ExpectTooOld();
   }
@@ -185,7 +185,7 @@ TEST_F(Lingoes, UnansweredVersionLeavesTheRecordOfAnEarlierCall) {
   Ignore("00 0F 00");
   Peer::Identity(session_).general = {1, 2};
   ExpectIdentified();
-  EXPECT_EQ(TakeDebugOutput()[0], "Lingo Version - General = not supported\r\n");
+  EXPECT_EQ(DrainDebugOutput()[0], "Lingo Version - General = not supported\r\n");
 }
 
 // ---- Sports -------------------------------------------------------------------------------------
@@ -206,7 +206,7 @@ TEST_P(SportsByVersion, NeedsBothLingoes) {
   AnswerVersion("0C", GetParam().storage);
   ExpectIdentified();
   EXPECT_EQ(session_.SupportsSports(), GetParam().supported);
-  EXPECT_THAT(TakeSentOf("00 13"),
+  EXPECT_THAT(DrainSentOf("00 13"),
               ElementsAre(Frame(test::kIdentifyGeneralOnly),
                           Frame(GetParam().supported == 1 ? test::kIdentifyLingoesWithSports
                                                           : test::kIdentifyLingoes)));
@@ -227,38 +227,38 @@ TEST_F(Lingoes, SurveyDoesNotTakeSportsBack) {
   session_.SetIDPSEnable(1);
   Reply(test::kStart, test::kStartTaken);
   AnswerOptions();
-  TakeTokens();
+  AcceptTokens();
   EndWith("01");
   AnswerVersion("09", "01 00");
   ExpectIdentified();
   EXPECT_EQ(session_.SupportsSports(), 1);
-  EXPECT_EQ(TakeSentOf("00 13").back(), Frame(test::kIdentifyLingoesWithSports));
+  EXPECT_EQ(DrainSentOf("00 13").back(), Frame(test::kIdentifyLingoesWithSports));
 }
 
 // ---- Second announcement ------------------------------------------------------------------------
 
 TEST_F(Lingoes, UnansweredSecondAnnouncementEndsTheSequence) {
   Ignore(test::kIdentifyLingoesWithSports);
-  TakeLingoes();
+  AcceptLingoes();
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
-  EXPECT_EQ(TakeSentOf("00 13").size(), 4U);
-  EXPECT_THAT(TakeSentOf("00 2B"), IsEmpty());
+  EXPECT_EQ(DrainSentOf("00 13").size(), 4U);
+  EXPECT_THAT(DrainSentOf("00 2B"), IsEmpty());
 }
 
 class RefusedLingoes : public Lingoes, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(RefusedLingoes, EndTheSequenceAfterTheWait) {
   Reply(test::kIdentifyLingoesWithSports, std::string("00 02 ") + GetParam() + " 13");
-  TakeLingoes();
+  AcceptLingoes();
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
   EXPECT_EQ(steps_, 3) << "the host is not asked any more";
-  const std::vector<std::string> calls = TakeHostCalls();
+  const std::vector<std::string> calls = DrainHostCalls();
   EXPECT_EQ(calls[calls.size() - 1], "WaitForSingleObject(1000)");
   EXPECT_EQ(calls[calls.size() - 2], "WaitForSingleObject(1000)");
-  EXPECT_THAT(TakeSent().back(), Frame(test::kIdentifyLingoesWithSports));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent().back(), Frame(test::kIdentifyLingoesWithSports));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(WithStatus, RefusedLingoes, ::testing::Values("01", "02", "04", "FF"),
@@ -268,7 +268,7 @@ INSTANTIATE_TEST_SUITE_P(WithStatus, RefusedLingoes, ::testing::Values("01", "02
 
 TEST_F(Lingoes, PreferencesAreSetInOrder) {
   ExpectIdentified();
-  EXPECT_THAT(TakeSentOf("00 2B"),
+  EXPECT_THAT(DrainSentOf("00 2B"),
               ElementsAre("FF 55 05 00 2B 03 01 01 CB", "FF 55 05 00 2B 01 00 01 CE",
                           "FF 55 05 00 2B 02 00 01 CD", "FF 55 05 00 2B 08 01 01 C6",
                           "FF 55 05 00 2B 09 00 01 C6", "FF 55 05 00 2B 0A 01 01 C4",
@@ -278,7 +278,7 @@ TEST_F(Lingoes, PreferencesAreSetInOrder) {
 TEST_F(Lingoes, PreferencesAreLeftOutBelowGeneral105) {
   AnswerVersion("00", "01 04");
   ExpectIdentified();
-  const std::vector<std::string> sent = TakeSent();
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_THAT(sent, Not(Contains(HasSubstr(" 00 2B "))));
   EXPECT_EQ(sent[sent.size() - 2], "FF 55 02 00 4F AF");
 }
@@ -286,14 +286,14 @@ TEST_F(Lingoes, PreferencesAreLeftOutBelowGeneral105) {
 TEST_F(Lingoes, PreferencesAreSetFromGeneral105On) {
   AnswerVersion("00", "01 05");
   ExpectIdentified();
-  EXPECT_EQ(TakeSentOf("00 2B").size(), 8U);
+  EXPECT_EQ(DrainSentOf("00 2B").size(), 8U);
 }
 
 TEST_F(Lingoes, RefusedAndUnansweredPreferencesDoNotMatter) {
   Reply("00 2B 03 01 01", "00 02 02 2B");
   Ignore("00 2B 01 00 01");
   ExpectIdentified();
-  EXPECT_EQ(TakeSentOf("00 2B").size(), 10U) << "one of them was tried three times";
+  EXPECT_EQ(DrainSentOf("00 2B").size(), 10U) << "one of them was tried three times";
 }
 
 }  // namespace

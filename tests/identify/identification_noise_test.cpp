@@ -59,7 +59,7 @@ class Dock {
     const bool by_something =
         result == IPOD_IDENTIFY_RESULT_IDPS || result == IPOD_IDENTIFY_RESULT_LINGOS;
     RC_ASSERT((identified != 0) == by_something);
-    test::TakeTraceLog();
+    test::DrainTraceLog();
     return identified != 0;
   }
   /// Another iPod is docked, which is plain and sound.

@@ -22,8 +22,8 @@ class Options : public Identification {
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
   }
   /// The announcement, with its identifier, that has been sent.
-  std::string TakeAnnouncement() {
-    const std::vector<std::string> sent = TakeSentOf("00 39");
+  std::string PopAnnouncement() {
+    const std::vector<std::string> sent = DrainSentOf("00 39");
     return sent.empty() ? "" : sent.front();
   }
 };
@@ -40,7 +40,7 @@ TEST_F(Options, UnansweredMaximumPayloadDoesNotMatter) {
   IgnoreWithId("00 11");
   IdentifyByTokens();
   EXPECT_EQ(session_.GetMaxPayloadSize(), 0);
-  EXPECT_THAT(TakeSentOf("00 11"),
+  EXPECT_THAT(DrainSentOf("00 11"),
               ElementsAre(Frame("00 11", 0, ""), Frame("00 11", 1, ""), Frame("00 11", 2, "")));
 }
 
@@ -89,10 +89,10 @@ TEST_P(SportsOption, IsBitOneOfTheLastByte) {
   ReplyWithId("00 4B 09", "00 4C 09 " + GetParam().options);
   IdentifyByTokens();
   EXPECT_EQ(session_.SupportsSports(), GetParam().expected);
-  EXPECT_EQ(TakeDebugOutput()[0], "Supports Sports " + std::to_string(GetParam().expected) + "\n");
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 4,
-                                      GetParam().expected == 1 ? test::kAnnounceWithSports
-                                                               : test::kAnnounceWithoutSports));
+  EXPECT_EQ(DrainDebugOutput()[0], "Supports Sports " + std::to_string(GetParam().expected) + "\n");
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 4,
+                                     GetParam().expected == 1 ? test::kAnnounceWithSports
+                                                              : test::kAnnounceWithoutSports));
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, SportsOption,
@@ -108,7 +108,7 @@ TEST_F(Options, UnansweredSportsOptionsMeanNone) {
   IgnoreWithId("00 4B 09");
   IdentifyByTokens();
   EXPECT_EQ(session_.SupportsSports(), 0);
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 6, test::kAnnounceWithoutSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 6, test::kAnnounceWithoutSports));
 }
 
 TEST_F(Options, SportsOptionsRefusedByTheSentCommandMeanNone) {
@@ -116,14 +116,14 @@ TEST_F(Options, SportsOptionsRefusedByTheSentCommandMeanNone) {
   ReplyWithId("00 4B 09", "00 02 04 4B");
   IdentifyByTokens();
   EXPECT_EQ(session_.SupportsSports(), 0);
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 4, test::kAnnounceWithoutSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 4, test::kAnnounceWithoutSports));
 }
 
 TEST_F(Options, SportsOptionsRefusedByTheAwaitedCommandMeanNone) {
   ReplyWithId("00 4B 09", "00 02 04 4C");
   IdentifyByTokens();
   EXPECT_EQ(session_.SupportsSports(), 0);
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 6, test::kAnnounceWithoutSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 6, test::kAnnounceWithoutSports));
 }
 
 TEST_F(Options, SportsOptionsBehindAnAckMeanNone) {
@@ -144,7 +144,7 @@ TEST_P(ExtendedOption, IsBitOneOfTheLastByte) {
   ReplyWithId("00 4B 04", "00 4C 04 " + GetParam().options);
   IdentifyByTokens();
   EXPECT_EQ(Peer::Identity(session_).database_track_info, GetParam().expected);
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 4, test::kAnnounceWithSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 4, test::kAnnounceWithSports));
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, ExtendedOption,
@@ -159,7 +159,7 @@ TEST_F(Options, UnansweredExtendedOptionsAnnounceTheGeneralLingoThrice) {
   IdentifyByTokens();
   EXPECT_EQ(Peer::Identity(session_).database_track_info, 0);
   // Lingoes 0, 3, 9, 12, 4, 0, 0.
-  EXPECT_EQ(TakeAnnouncement(),
+  EXPECT_EQ(PopAnnouncement(),
             "FF 55 18 00 39 00 06 01 12 00 00 07 00 03 09 0C 04 00 00 "
             "00 00 00 00 00 00 00 00 73");
 }
@@ -168,26 +168,26 @@ TEST_F(Options, GeneralLingoIsAnnouncedThriceAlsoWithoutSports) {
   IgnoreWithId("00 4B 09");
   IgnoreWithId("00 4B 04");
   IdentifyByTokens();
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 8, test::kAnnounceGeneralThriceWithoutSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 8, test::kAnnounceGeneralThriceWithoutSports));
 }
 
 TEST_F(Options, ExtendedOptionsRefusedByTheSentCommandPassForAnswered) {
   ReplyWithId("00 4B 04", "00 02 04 4B");
   IdentifyByTokens();
   EXPECT_EQ(Peer::Identity(session_).database_track_info, 0);
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 4, test::kAnnounceWithSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 4, test::kAnnounceWithSports));
 }
 
 TEST_F(Options, ExtendedOptionsRefusedByTheAwaitedCommandAnnounceTheGeneralLingoThrice) {
   ReplyWithId("00 4B 04", "00 02 04 4C");
   IdentifyByTokens();
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 6, test::kAnnounceGeneralThrice));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 6, test::kAnnounceGeneralThrice));
 }
 
 TEST_F(Options, EverythingUnansweredStillIdentifies) {
   for (const char* request : {"00 11", "00 4B 00", "00 4B 09", "00 4B 04"}) IgnoreWithId(request);
   IdentifyByTokens();
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 12, test::kAnnounceGeneralThriceWithoutSports));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 12, test::kAnnounceGeneralThriceWithoutSports));
 }
 
 // ---- The options word ---------------------------------------------------------------------------
@@ -208,7 +208,7 @@ TEST_P(OptionsWord, IsAnnouncedWithTheTokens) {
   ReplyWithId("00 39 " + announcement, "00 3A 01 03 00 00 00");
   DockTokenIpod();
   EXPECT_EQ(Identify(GetParam().flag), 1);
-  EXPECT_EQ(TakeAnnouncement(), Frame("00 39", 4, announcement));
+  EXPECT_EQ(PopAnnouncement(), Frame("00 39", 4, announcement));
 }
 
 TEST_P(OptionsWord, IsAnnouncedWithTheLingoes) {
@@ -216,10 +216,10 @@ TEST_P(OptionsWord, IsAnnouncedWithTheLingoes) {
   const std::string options = GetParam().options + " 00 00 00 00";
   Reply("00 13 00 00 00 01 " + options, test::kIdentified);
   Reply("00 13 00 00 12 19 " + options, test::kIdentified);
-  TakeLingoes();
+  AcceptLingoes();
   EXPECT_EQ(Identify(GetParam().flag), 1);
-  EXPECT_THAT(TakeSentOf("00 13"), ElementsAre(Frame("00 13 00 00 00 01 " + options),
-                                               Frame("00 13 00 00 12 19 " + options)));
+  EXPECT_THAT(DrainSentOf("00 13"), ElementsAre(Frame("00 13 00 00 00 01 " + options),
+                                                Frame("00 13 00 00 12 19 " + options)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Flags, OptionsWord,

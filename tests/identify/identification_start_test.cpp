@@ -46,10 +46,11 @@ TEST_F(Start, SilentIpodIsAskedThreeTimesThenTheLingoesAreTried) {
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
   EXPECT_EQ(session_.GetIDPSEnable(), 0);
   EXPECT_EQ(steps_, 4);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kNoAck, kNoAck, kNoAck));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(TakeSent(), ElementsAre("FF", kStartFrame, "FF", kStartFrame, "FF", kStartFrame, "FF",
-                                      kGeneralOnlyFrame, kGeneralOnlyFrame, kGeneralOnlyFrame));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kNoAck, kNoAck, kNoAck));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(),
+              ElementsAre("FF", kStartFrame, "FF", kStartFrame, "FF", kStartFrame, "FF",
+                          kGeneralOnlyFrame, kGeneralOnlyFrame, kGeneralOnlyFrame));
 }
 
 TEST_F(Start, SilentIpodCostsThePausesAndTheWaits) {
@@ -60,7 +61,7 @@ TEST_F(Start, SilentIpodCostsThePausesAndTheWaits) {
   const char* start = "WriteFile(55 02 00 38 C6)";
   const char* wait = "WaitForSingleObject(1000)";
   const char* general = "WriteFile(55 0E 00 13 00 00 00 01 00 00 00 00 00 00 00 00 DE)";
-  EXPECT_THAT(TakeHostCalls(),
+  EXPECT_THAT(DrainHostCalls(),
               ElementsAre(pause, sync, sync_pause, sync, sync_pause, start, wait,  //
                           pause, sync, sync_pause, sync, sync_pause, start, wait,  //
                           pause, sync, sync_pause, sync, sync_pause, start, wait,  //
@@ -80,7 +81,7 @@ TEST_F(Start, IpodThatKeepsSilentOnStartIsIdentifiedByLingoes) {
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
   EXPECT_EQ(session_.GetIDPSEnable(), 0);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kNoAck, kNoAck, kNoAck));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kNoAck, kNoAck, kNoAck));
 }
 
 class LateStart : public Start, public ::testing::WithParamInterface<int> {};
@@ -92,8 +93,8 @@ TEST_P(LateStart, IsTaken) {
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
   EXPECT_EQ(session_.GetIDPSEnable(), 1);
-  EXPECT_EQ(test::TakeTraceLog().size(), static_cast<std::size_t>(GetParam() - 1));
-  EXPECT_EQ(TakeSentOf("00 38").size(), static_cast<std::size_t>(GetParam()));
+  EXPECT_EQ(test::DrainTraceLog().size(), static_cast<std::size_t>(GetParam() - 1));
+  EXPECT_EQ(DrainSentOf("00 38").size(), static_cast<std::size_t>(GetParam()));
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAttempt, LateStart, ::testing::Values(1, 2, 3),
@@ -103,14 +104,14 @@ class RefusedStart : public Start, public ::testing::WithParamInterface<const ch
 
 TEST_P(RefusedStart, TurnsTokensOffAndGoesOnWithLingoes) {
   Reply(test::kStart, std::string("00 02 ") + GetParam() + " 38");
-  TakeLingoes();
+  AcceptLingoes();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
   EXPECT_EQ(session_.GetIDPSEnable(), 0);
   EXPECT_EQ(Peer::TransactionIdMode(session_), 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), Not(Contains(::testing::HasSubstr("IDPS"))));
-  EXPECT_EQ(TakeSentOf("00 38").size(), 1U);
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), Not(Contains(::testing::HasSubstr("IDPS"))));
+  EXPECT_EQ(DrainSentOf("00 38").size(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(WithStatus, RefusedStart,
@@ -126,7 +127,7 @@ TEST_F(Start, PendingStartIsTakenWithTheNextAck) {
   DockTokenIpod();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
-  EXPECT_EQ(TakeSentOf("00 38").size(), 1U);
+  EXPECT_EQ(DrainSentOf("00 38").size(), 1U);
 }
 
 TEST_F(Start, PendingStartIsRefusedWithTheNextAck) {
@@ -143,14 +144,14 @@ TEST_F(Start, PendingStartIsRefusedWithTheNextAck) {
 TEST_F(Start, DisabledTokensAreNotTried) {
   session_.SetIDPSEnable(0);
   DockTokenIpod();
-  TakeLingoes();
+  AcceptLingoes();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
-  const std::vector<std::string> sent = TakeSent();
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_EQ(sent[0], "FF");
   EXPECT_EQ(sent[1], kGeneralOnlyFrame);
   EXPECT_THAT(sent, Not(Contains(kStartFrame)));
-  EXPECT_EQ(TakeHostCalls()[0], "Sleep(100)");
+  EXPECT_EQ(DrainHostCalls()[0], "Sleep(100)");
 }
 
 // ---- The wake-up byte ---------------------------------------------------------------------------
@@ -161,12 +162,12 @@ TEST_F(Start, WakeUpThatCannotBeWrittenEndsTheSequenceAtOnce) {
   result_ = IPOD_IDENTIFY_RESULT_IDPS;
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
-  EXPECT_THAT(TakeHostCalls(), ElementsAre("Sleep(100)", "WriteFile(FF)"));
+  EXPECT_THAT(DrainHostCalls(), ElementsAre("Sleep(100)", "WriteFile(FF)"));
   EXPECT_EQ(steps_, 0);
   EXPECT_EQ(session_.GetIDPSEnable(), 1);
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Start, ClosedPortEndsTheSequenceAtOnce) {
@@ -174,7 +175,7 @@ TEST_F(Start, ClosedPortEndsTheSequenceAtOnce) {
   std::int64_t elapsed_us = Elapsed([&] { EXPECT_EQ(Identify(), 0); });
   EXPECT_EQ(elapsed_us, 100 * test::kMillisecond);
   EXPECT_EQ(steps_, 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Start, LaterWakeUpThatCannotBeWrittenEndsTheSequence) {
@@ -182,8 +183,8 @@ TEST_F(Start, LaterWakeUpThatCannotBeWrittenEndsTheSequence) {
   world_.FailOnce("WriteFile", 4, 31);
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(steps_, 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF", kStartFrame));
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kNoAck));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF", kStartFrame));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kNoAck));
 }
 
 TEST_F(Start, StartThatCannotBeWrittenIsAnAttempt) {
@@ -192,7 +193,7 @@ TEST_F(Start, StartThatCannotBeWrittenIsAnAttempt) {
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
   EXPECT_EQ(steps_, 5);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kNoAck));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kNoAck));
 }
 
 // ---- What is cleared ----------------------------------------------------------------------------
@@ -263,7 +264,7 @@ TEST_F(Start, IdentifiersLeftOnGoWithTheStart) {
   DockTokenIpod();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
-  EXPECT_EQ(TakeSent()[1], "FF 55 04 00 38 00 10 B4");
+  EXPECT_EQ(DrainSent()[1], "FF 55 04 00 38 00 10 B4");
 }
 
 TEST_F(Start, IdentifiersLeftOnAreSkippedInTheAck) {
@@ -279,7 +280,7 @@ TEST_F(Start, UnansweredStartTurnsIdentifiersOff) {
   DockTokenIpod();  // answers a start without an identifier only
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
-  const std::vector<std::string> sent = TakeSent();
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_EQ(sent[1], "FF 55 04 00 38 00 10 B4");
   EXPECT_EQ(sent[3], kStartFrame);
 }
@@ -287,7 +288,7 @@ TEST_F(Start, UnansweredStartTurnsIdentifiersOff) {
 TEST_F(Start, RefusedStartTurnsIdentifiersOff) {
   TurnOnTransactionIds(0x02);
   Answer("FF 55 04 00 38 00 02 C2", "FF 55 06 00 02 00 02 04 38 BA");
-  TakeLingoes();
+  AcceptLingoes();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
   EXPECT_EQ(Peer::TransactionIdMode(session_), 0);
@@ -301,7 +302,7 @@ TEST_F(Start, DisabledTokensKeepIdentifiersOn) {
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
   EXPECT_EQ(Peer::TransactionIdMode(session_), 1);
-  const std::vector<std::string> sent = TakeSent();
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_EQ(sent[1], kGeneralOnlyFrame);
   EXPECT_EQ(sent[2], Frame("00 0F", 2, "00"));
 }

@@ -33,8 +33,8 @@ class StoppedIdentification : public Identification, public ::testing::WithParam
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
     EXPECT_EQ(steps_, stop_at_);
     EXPECT_EQ(Peer::Identity(session_).idps_done, 0);
-    EXPECT_EQ(TakeSent().back(), GetParam().last_sent);
-    EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+    EXPECT_EQ(DrainSent().back(), GetParam().last_sent);
+    EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
   }
 };
 
@@ -42,7 +42,7 @@ class StoppedTokens : public StoppedIdentification {};
 
 TEST_P(StoppedTokens, EndAtOnceWithIdentifiersAsTheyAre) {
   DockTokenIpod();
-  TakeLingoes();
+  AcceptLingoes();
   ExpectStopped();
   EXPECT_EQ(Peer::TransactionIdMode(session_), GetParam().step == 1 ? 0 : 1);
 }
@@ -59,7 +59,7 @@ class StoppedEnd : public StoppedIdentification {};
 TEST_P(StoppedEnd, DoesNotFallBack) {
   IgnoreWithId("00 3B 00");
   DockTokenIpod();
-  TakeLingoes();
+  AcceptLingoes();
   ExpectStopped();
   EXPECT_EQ(Peer::TransactionIdMode(session_), 0) << "the tokens have failed all the same";
 }
@@ -104,8 +104,8 @@ TEST_F(Stopping, EndsLaterAttemptsToo) {
     session_.SetIDPSEnable(1);
     EXPECT_EQ(Identify(), 0);
     EXPECT_EQ(steps_, stop_at_);
-    EXPECT_EQ(test::TakeTraceLog().size(), static_cast<std::size_t>(stop_at_ - 1));
-    const std::vector<std::string> sent = TakeSent();
+    EXPECT_EQ(test::DrainTraceLog().size(), static_cast<std::size_t>(stop_at_ - 1));
+    const std::vector<std::string> sent = DrainSent();
     EXPECT_EQ(sent.back(), "FF");
     EXPECT_EQ(sent.size(), static_cast<std::size_t>(stop_at_ * 2 - 1));
     EXPECT_EQ(session_.GetIDPSEnable(), stop_at_ == 4 ? 0 : 1);

@@ -56,14 +56,14 @@ TEST_F(Story, IpodIsIdentifiedByTokens) {
   EXPECT_EQ(session_.GetMaxPayloadSize(), 504);
   EXPECT_EQ(steps_, 4);
 
-  EXPECT_THAT(TakeSent(), ElementsAre("FF", "FF 55 02 00 38 C6", "FF 55 04 00 11 00 00 EB",
-                                      "FF 55 05 00 4B 00 01 00 AF", "FF 55 05 00 4B 00 02 09 A5",
-                                      "FF 55 05 00 4B 00 03 04 A9", announcement, tokens,
-                                      "FF 55 05 00 3B 00 06 00 BA", "FF 55 04 00 4F 00 07 A6",
-                                      "FF 55 0C 00 49 00 08 00 00 00 00 00 00 02 04 9D"));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Supports Sports 1\n",
-                                             ::testing::MatchesRegex("Time to do IDPS [0-9]+\n")));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre("FF", "FF 55 02 00 38 C6", "FF 55 04 00 11 00 00 EB",
+                                       "FF 55 05 00 4B 00 01 00 AF", "FF 55 05 00 4B 00 02 09 A5",
+                                       "FF 55 05 00 4B 00 03 04 A9", announcement, tokens,
+                                       "FF 55 05 00 3B 00 06 00 BA", "FF 55 04 00 4F 00 07 A6",
+                                       "FF 55 0C 00 49 00 08 00 00 00 00 00 00 02 04 9D"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Supports Sports 1\n",
+                                              ::testing::MatchesRegex("Time to do IDPS [0-9]+\n")));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Story, HostPausesBeforeTheTokens) {
@@ -71,7 +71,7 @@ TEST_F(Story, HostPausesBeforeTheTokens) {
   DockTokenIpod();
   EXPECT_EQ(Identify(), 1);
   EXPECT_THAT(
-      TakeHostCalls(),
+      DrainHostCalls(),
       ElementsAre(
           "Sleep(100)", "WriteFile(FF)", "Sleep(20)",  // wakes the iPod's receiver
           "WriteFile(FF)", "Sleep(20)", "WriteFile(55 02 00 38 C6)", "WaitForSingleObject(1000)",
@@ -133,7 +133,7 @@ TEST_F(Story, IpodIsIdentifiedByLingoes) {
   EXPECT_EQ(steps_, 5);
 
   const char* model = "FF 55 06 00 28 07 51 5A 00 20";
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF", "FF 55 02 00 38 C6", general_only, model, "FF 55 03 00 0F 00 EE",
                           "FF 55 03 00 0F 03 EB", "FF 55 03 00 0F 04 EA", "FF 55 03 00 0F 09 E5",
                           "FF 55 03 00 0F 0C E2", all_lingoes, model, "FF 55 05 00 2B 03 01 01 CB",
@@ -143,11 +143,11 @@ TEST_F(Story, IpodIsIdentifiedByLingoes) {
                           "FF 55 05 00 2B 00 01 01 CE", "FF 55 02 00 4F AF",
                           "FF 55 0A 00 49 00 00 00 00 00 00 02 04 A7"));
   EXPECT_THAT(
-      TakeDebugOutput(),
+      DrainDebugOutput(),
       ElementsAre("Lingo Version - General = 1.09\r\n", "Lingo Version - Display Remote = 1.05\r\n",
                   "Lingo Version - Extended = 1.14\r\n", "Lingo Version - Sports = 1.01\r\n",
                   "Lingo Version - Storage = 1.02\r\n"));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ class TokenIdentification : public Identification {
   /// A token iPod that also takes lingoes.
   void Dock() {
     DockTokenIpod();
-    TakeLingoes();
+    AcceptLingoes();
   }
   void ExpectFallBackToLingoes() {
     EXPECT_EQ(Identify(), 1);
@@ -45,7 +45,7 @@ TEST_F(TokenIdentification, SkipsTheLingoesWhenItSucceeds) {
   EXPECT_EQ(Peer::Identity(session_).idps_done, 1);
   EXPECT_EQ(Peer::TransactionIdMode(session_), 1);
   EXPECT_EQ(session_.GetIDPSEnable(), 1);
-  const std::vector<std::string> sent = TakeSent();
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_THAT(sent, Not(Contains(HasSubstr("FF 55 0E 00 13"))));
   EXPECT_THAT(sent, Not(Contains(HasSubstr(" 00 0F "))));
 }
@@ -55,8 +55,8 @@ TEST_F(TokenIdentification, UnansweredAnnouncementFallsBackWithoutALog) {
   Dock();
   ExpectFallBackToLingoes();
   EXPECT_EQ(session_.GetIDPSEnable(), 1);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  const std::vector<std::string> sent = TakeSent();
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  const std::vector<std::string> sent = DrainSent();
   EXPECT_THAT(sent, Not(Contains(HasSubstr(" 00 3B "))));
   EXPECT_THAT(sent, Contains(Frame("00 39", 6, test::kAnnounceWithSports)));
 }
@@ -65,7 +65,7 @@ TEST_F(TokenIdentification, RefusedAnnouncementIsLoggedAsSuchOnly) {
   ReplyWithId(std::string("00 39 ") + test::kAnnounceWithSports, "00 02 04 3A");
   Dock();
   ExpectFallBackToLingoes();
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kRefused));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kRefused));
 }
 
 TEST_F(TokenIdentification, UnansweredTokensAreLoggedAndFallBack) {
@@ -73,22 +73,22 @@ TEST_F(TokenIdentification, UnansweredTokensAreLoggedAndFallBack) {
   Dock();
   ExpectFallBackToLingoes();
   EXPECT_EQ(session_.GetIDPSEnable(), 1);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kLastPacketFailed));
-  EXPECT_THAT(TakeSent(), Not(Contains(HasSubstr(" 00 3B "))));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kLastPacketFailed));
+  EXPECT_THAT(DrainSent(), Not(Contains(HasSubstr(" 00 3B "))));
 }
 
 TEST_F(TokenIdentification, RefusedTokensAreLoggedTwice) {
   ReplyWithId("00 39 " + test::Tokens(""), "00 02 04 3A");
   Dock();
   ExpectFallBackToLingoes();
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kRefused, kLastPacketFailed));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kRefused, kLastPacketFailed));
 }
 
 TEST_F(TokenIdentification, UnreadableHostVersionIsAnnouncedAsZero) {
   world_.SetFileVersion(L"qz104.exe", L"");
   DockTokenIpod();
   Identify();
-  const std::vector<std::string> sent = TakeSentOf("00 39");
+  const std::vector<std::string> sent = DrainSentOf("00 39");
   ASSERT_GE(sent.size(), 2U);
   EXPECT_THAT(sent[1], HasSubstr(" 06 00 02 04 00 00 00 06 00 02 05 00 00 00 "));
 }
@@ -105,11 +105,11 @@ TEST_F(TokenIdentification, AnswersContentsDoNotMatter) {
 TEST_F(TokenIdentification, ModelNumberOf123FillsTheFrame) {
   session_.SetModel(std::string(123, 'M'));
   const std::string model = test::Repeated("4D", 123);
-  TakeTokens(model);
+  AcceptTokens(model);
   Dock();
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
-  const std::vector<std::string> sent = TakeSentOf("00 39");
+  const std::vector<std::string> sent = DrainSentOf("00 39");
   ASSERT_EQ(sent.size(), 2U);
   EXPECT_EQ(sent[1], Frame("00 39", 5, test::Tokens(model)));
   EXPECT_EQ(sent[1].substr(0, 8), "FF 55 FF");
@@ -125,8 +125,8 @@ TEST_F(TokenIdentification, ModelNumberOf124IsNotSent) {
     }
   };
   ExpectFallBackToLingoes();
-  EXPECT_EQ(TakeSentOf("00 39").size(), 1U);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kLastPacketFailed));
+  EXPECT_EQ(DrainSentOf("00 39").size(), 1U);
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kLastPacketFailed));
 }
 
 constexpr const char* kTokensBeforeTheModel =
@@ -148,9 +148,9 @@ TEST_P(LongModels, SendTheTokensBeforeThemAndFallBack) {
   ReplyWithId(std::string("00 39 ") + kTokensBeforeTheModel, "00 3A 00");
   Dock();
   ExpectFallBackToLingoes();
-  EXPECT_THAT(TakeSentOf("00 39"), ElementsAre(Frame("00 39", 4, test::kAnnounceWithSports),
-                                               Frame("00 39", 5, kTokensBeforeTheModel)));
-  EXPECT_THAT(test::TakeTraceLog(), ::testing::ElementsAreArray(GetParam().logged));
+  EXPECT_THAT(DrainSentOf("00 39"), ElementsAre(Frame("00 39", 4, test::kAnnounceWithSports),
+                                                Frame("00 39", 5, kTokensBeforeTheModel)));
+  EXPECT_THAT(test::DrainTraceLog(), ::testing::ElementsAreArray(GetParam().logged));
 }
 
 // 453 needs a fresh packet, 513 fills it, 514 fits none. What a longer packet than the line's frame
@@ -165,8 +165,8 @@ TEST_F(TokenIdentification, ModelNumberThatFillsTheFirstPacketIsNotSent) {
   session_.SetModel(std::string(452, 'M'));
   Dock();
   ExpectFallBackToLingoes();
-  EXPECT_EQ(TakeSentOf("00 39").size(), 1U);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_EQ(DrainSentOf("00 39").size(), 1U);
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(TokenIdentification, TokensBeforeALongModelNumberMayBeRefused) {
@@ -174,7 +174,7 @@ TEST_F(TokenIdentification, TokensBeforeALongModelNumberMayBeRefused) {
   ReplyWithId(std::string("00 39 ") + kTokensBeforeTheModel, "00 02 04 3A");
   Dock();
   ExpectFallBackToLingoes();
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kRefused));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kRefused));
 }
 
 // ---- EndIDPS ------------------------------------------------------------------------------------
@@ -184,15 +184,15 @@ TEST_F(TokenIdentification, UnansweredEndFallsBackWithoutAWord) {
   Dock();
   ExpectFallBackToLingoes();
   EXPECT_EQ(session_.GetIDPSEnable(), 1);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), Not(Contains(HasSubstr("IDPS"))));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), Not(Contains(HasSubstr("IDPS"))));
 }
 
 TEST_F(TokenIdentification, AckOfTheAwaitedStatusIsAFailedEnd) {
   ReplyWithId("00 3B 00", "00 02 04 3C");
   Dock();
   ExpectFallBackToLingoes();
-  EXPECT_THAT(TakeDebugOutput(), Not(Contains(HasSubstr("IDPS"))));
+  EXPECT_THAT(DrainDebugOutput(), Not(Contains(HasSubstr("IDPS"))));
 }
 
 TEST_F(TokenIdentification, AckOfTheEndPassesForStatusZeroAfterTheSilence) {
@@ -218,10 +218,10 @@ TEST_P(FailedEnd, IsLoggedAndFallsBack) {
   Dock();
   ExpectFallBackToLingoes();
   EXPECT_EQ(session_.GetIDPSEnable(), GetParam().enabled_after);
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_IdentifyDeviceLingos: " + GetParam().logged));
   std::vector<std::string> printed;
-  for (const std::string& line : TakeDebugOutput()) {
+  for (const std::string& line : DrainDebugOutput()) {
     if (line.compare(0, 4, "IDPS") == 0) printed.push_back(line);
   }
   EXPECT_EQ(printed, GetParam().printed);
@@ -242,7 +242,7 @@ class EndTime : public TokenIdentification, public ::testing::WithParamInterface
   /// Milliseconds between the two looks at the tick count, which wraps around.
   std::string ExpectedText() {
     std::vector<std::uint32_t> ticks;
-    const auto calls = world_.TakeCalls().Of("host");
+    const auto calls = world_.DrainCalls().Of("host");
     for (const auto& call : calls.all()) {
       if (call.service == "GetTickCount") {
         ticks.push_back(static_cast<std::uint32_t>(std::stoul(call.result)));
@@ -263,7 +263,7 @@ TEST_P(EndTime, IsPrintedFromTheLastAttemptOn) {
     if (step == 2) Dock();
   };
   EXPECT_EQ(Identify(), 1);
-  EXPECT_THAT(TakeDebugOutput(), Contains(ExpectedText()));
+  EXPECT_THAT(DrainDebugOutput(), Contains(ExpectedText()));
 }
 
 INSTANTIATE_TEST_SUITE_P(WithStatus, EndTime, ::testing::Values("00", "05", "01"),
@@ -277,7 +277,7 @@ TEST_F(TokenIdentification, PrintedTimeHoldsThePausesAndTheLine) {
     if (step == 4) end_us = world_.now_us();
   };
   Identify();
-  const std::vector<std::string> printed = TakeDebugOutput();
+  const std::vector<std::string> printed = DrainDebugOutput();
   ASSERT_EQ(printed.size(), 2U);
   ASSERT_THAT(printed[1], MatchesRegex("Time to do IDPS [0-9]+\n"));
   const long told_ms = std::stol(printed[1].substr(16));
@@ -292,7 +292,7 @@ TEST_F(TokenIdentification, PrintedTimeHoldsThePausesAndTheLine) {
 TEST_F(TokenIdentification, WaitsASecondForAGeneral03ThatNeedNotCome) {
   Dock();
   EXPECT_EQ(Identify(), 1);
-  const std::vector<std::string> calls = TakeHostCalls();
+  const std::vector<std::string> calls = DrainHostCalls();
   EXPECT_EQ(calls[calls.size() - 1], "WaitForSingleObject(1000)");
   EXPECT_EQ(calls[calls.size() - 2], "WaitForSingleObject(1000)");
 }

@@ -63,7 +63,7 @@ TEST_F(IpodTexts, NameIsAskedForAndConverted) {
   Answer("FF 55 02 00 07 F7", "FF 55 07 00 08 69 50 6F 64 00 65");
   EXPECT_EQ(AskName(256), 1);
   EXPECT_EQ(Text(), L"iPod");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7"));
 }
 
 // 256 bytes of source are 256 characters, the zeros behind the name included, and a terminator.
@@ -132,7 +132,7 @@ TEST_F(IpodTexts, RejectedNameIsAnEmptyTextAfterASecondOfSilence) {
   Answer("FF 55 02 00 07 F7", "FF 55 04 00 02 04 07 EF");
   EXPECT_GT(Elapsed([&] { EXPECT_EQ(AskName(256), 1); }), kSecond);
   EXPECT_EQ(Text(), L"");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7"));
 }
 
 // ---- Model number
@@ -142,13 +142,13 @@ TEST_F(IpodTexts, ModelIsAnIdentifierAndAText) {
   EXPECT_EQ(AskModel(256), 1);
   EXPECT_EQ(model_id_, 0x000B0010U);
   EXPECT_EQ(Text(), L"MA477LL");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 0D F1"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 0D F1"));
 }
 
 TEST_F(IpodTexts, ModelOutputsAreOptional) {
   Answer("FF 55 02 00 0D F1", "FF 55 0E 00 0E 00 0B 00 10 4D 41 34 37 37 4C 4C 00 01");
   EXPECT_EQ(session_.Command_RequestIpodModelNum(nullptr, nullptr, 0), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 0D F1"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 0D F1"));
   EXPECT_EQ(session_.Command_RequestIpodModelNum(&model_id_, nullptr, 256), 1);
   EXPECT_EQ(model_id_, 0x000B0010U);
   EXPECT_EQ(session_.Command_RequestIpodModelNum(nullptr, text_.data(), 256), 1);

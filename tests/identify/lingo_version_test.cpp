@@ -25,7 +25,7 @@ TEST_F(LingoVersion, IsAskedForByItsNumber) {
   EXPECT_EQ(Ask(4), 1);
   EXPECT_EQ(major_, 1);
   EXPECT_EQ(minor_, 12);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 00 0F 04 EA"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 0F 04 EA"));
 }
 
 TEST_F(LingoVersion, OutputsAreOptional) {
@@ -48,7 +48,7 @@ TEST_F(LingoVersion, GoesIntoARecord) {
 TEST_F(LingoVersion, NullRecordFailsUnasked) {
   EXPECT_EQ(session_.Command_RequestLingoProtocolVersion(4, static_cast<tagIPOD_VERSION*>(nullptr)),
             0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(LingoVersion, StaysUntouchedWithoutAnAnswer) {
@@ -56,7 +56,7 @@ TEST_F(LingoVersion, StaysUntouchedWithoutAnAnswer) {
   EXPECT_EQ(session_.Command_RequestLingoProtocolVersion(4, &version), 0);
   EXPECT_EQ(version.major, 0xA1);
   EXPECT_EQ(version.minor, 0xA2);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 03 00 0F 04 EA", "FF 55 03 00 0F 04 EA", "FF 55 03 00 0F 04 EA"));
 }
 
@@ -67,7 +67,7 @@ TEST_F(LingoVersion, StaysUntouchedWhenRejected) {
   EXPECT_EQ(major_, 0xA1);
   EXPECT_EQ(minor_, 0xA2);
   EXPECT_EQ(CIpodCommPeer::Identity(session_).extended.major, 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 00 0F 04 EA"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 0F 04 EA"));
 }
 
 // Any ACK on the way spoils it, also with the answer behind.
@@ -125,12 +125,12 @@ INSTANTIATE_TEST_SUITE_P(Of, RememberedVersion,
 TEST_F(LingoVersion, OpensThePreferences) {
   unsigned char setting = 0;
   EXPECT_EQ(session_.Command_GetPreference(0, &setting), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 05 00 10 00 01 05 E5"));
   EXPECT_EQ(Ask(0), 1);
-  TakeSent();
+  DrainSent();
   session_.Command_GetPreference(0, &setting);
-  EXPECT_FALSE(TakeSent().empty());
+  EXPECT_FALSE(DrainSent().empty());
 }
 
 }  // namespace

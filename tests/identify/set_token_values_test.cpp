@@ -24,8 +24,8 @@ class SetTokenValues : public SessionTest {
 TEST_F(SetTokenValues, SucceedsOnTheAnswer) {
   Answer(kRequest, kTaken);
   EXPECT_TRUE(Send());
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(SetTokenValues, LongerAnswersThanTheBufferAreCut) {
@@ -36,37 +36,37 @@ TEST_F(SetTokenValues, LongerAnswersThanTheBufferAreCut) {
 
 TEST_F(SetTokenValues, SilenceFailsAfterThreeAttemptsWithoutALog) {
   EXPECT_FALSE(Send());
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest, kRequest, kRequest));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest, kRequest, kRequest));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(SetTokenValues, AckOfTheAwaitedCommandIsLoggedOnceAsAFailure) {
   // Nothing was stored, so byte 8 of the reply is 0 whatever status the ACK carries.
   Answer(kRequest, "FF 55 04 00 02 07 3A B9");
   EXPECT_FALSE(Send());
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest, kRequest, kRequest));
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(kRefusalLog));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest, kRequest, kRequest));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kRefusalLog));
 }
 
 TEST_F(SetTokenValues, AnswerBehindAnAckOfTheAwaitedCommandSucceeds) {
   Answer(kRequest, "FF 55 04 00 02 07 3A B9 FF 55 06 00 3A 01 02 00 03 BA");
   EXPECT_TRUE(Send());
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(SetTokenValues, AckOfTheSentCommandPassesForSuccessAfterTheSilence) {
   Answer(kRequest, "FF 55 04 00 02 04 39 BD");
   EXPECT_TRUE(Send());
-  EXPECT_THAT(TakeSent(), ElementsAre(kRequest));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kRequest));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(SetTokenValues, PayloadOf253BytesFillsTheFrame) {
   const std::string data = test::Repeated("00", 253);
   Answer(test::Frame("00 39 " + data), kTaken);
   EXPECT_TRUE(Send(test::Hex(data)));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 FF 00 39 " + data + " C8"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 FF 00 39 " + data + " C8"));
 }
 
 TEST_F(SetTokenValues, PayloadOf254BytesIsRefusedUnsent) {
@@ -74,8 +74,8 @@ TEST_F(SetTokenValues, PayloadOf254BytesIsRefusedUnsent) {
   const std::int64_t elapsed_us = Elapsed([&] { sent = Send(test::Bytes(254)); });
   EXPECT_FALSE(sent);
   EXPECT_EQ(elapsed_us, 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(SetTokenValues, IdentifierTakesTwoBytesOfThePayload) {
@@ -83,16 +83,16 @@ TEST_F(SetTokenValues, IdentifierTakesTwoBytesOfThePayload) {
   const std::string data = test::Repeated("00", 251);
   Answer(test::Frame("00 39", 7, data), test::Frame("00 3A", 7, "00"));
   EXPECT_TRUE(Send(test::Bytes(251)));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 FF 00 39 00 07 " + data + " C1"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 FF 00 39 00 07 " + data + " C1"));
   EXPECT_FALSE(Send(test::Bytes(252)));
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), 8) << "a refused payload takes none";
 }
 
 TEST_F(SetTokenValues, ClosedPortFailsWithoutALog) {
   session_.Close();
   EXPECT_FALSE(Send());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 }  // namespace

@@ -157,7 +157,7 @@ class RealTokens : public Packing {
     CIpodComm session;
     session.SetModel(std::string(model_length, 'M'));
     ipodcomm::IdentificationSequence sequence(session, 0, nullptr, nullptr);
-    test::TakeTraceLog();
+    test::DrainTraceLog();
     if (!ipodcomm::IdentificationSequencePeer::AddTokens(sequence, &packet_)) return false;
     return packet_.Send();
   }
@@ -219,7 +219,7 @@ TEST_P(PacketSizes, FollowFromTheModelNumbersLength) {
   std::vector<std::size_t> sizes;
   for (const test::Bytes& packet : sent_) sizes.push_back(packet.size());
   EXPECT_THAT(sizes, ElementsAreArray(GetParam().packets));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Limits, PacketSizes,
@@ -236,7 +236,7 @@ INSTANTIATE_TEST_SUITE_P(Limits, PacketSizes,
 TEST_F(RealTokens, ModelNumberThatFitsNoPacketIsLogged) {
   EXPECT_FALSE(Pack(514));
   EXPECT_THAT(sent_, ElementsAre(SizeIs(62)));
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_IdentifyDeviceLingos: Error adding caps token"));
 }
 
@@ -244,7 +244,7 @@ TEST_F(RealTokens, PacketThatIsNotTakenEndsThePackingWithoutALog) {
   taken_ = false;
   EXPECT_FALSE(Pack(453));
   EXPECT_THAT(sent_, ElementsAre(SizeIs(62)));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ void AnsweringIpod::AnswerNth(std::string_view start, unsigned nth, std::string_
   });
 }
 
-std::vector<std::string> AnsweringIpod::TakeFrames() {
+std::vector<std::string> AnsweringIpod::DrainFrames() {
   std::vector<std::string> texts;
   for (const Frame& frame : std::exchange(frames_, {})) {
     texts.push_back((frame.right ? "" : "wrong ") + frame.caption + ToHex(frame.bytes));
@@ -43,7 +43,7 @@ std::vector<std::string> AnsweringIpod::TakeFrames() {
   return texts;
 }
 
-std::vector<std::string> AnsweringIpod::TakeLines(std::uint8_t handle, std::uint32_t offset) {
+std::vector<std::string> AnsweringIpod::DrainLines(std::uint8_t handle, std::uint32_t offset) {
   constexpr std::size_t kTextPosition = 7;
   std::vector<std::string> lines;
   for (const Frame& frame : std::exchange(frames_, {})) {
@@ -62,11 +62,11 @@ void AnsweringIpod::Receive(const std::uint8_t* data, std::size_t size, std::int
   for (std::size_t i = 0; i < size; ++i) {
     if (bytes.empty() && caption_) receiving_.caption = caption_() + ": ";
     bytes.push_back(data[i]);
-    if (bytes.size() > 2 && bytes.size() == bytes[2] + kAroundRequest) TakeFrame();
+    if (bytes.size() > 2 && bytes.size() == bytes[2] + kAroundRequest) AcceptFrame();
   }
 }
 
-void AnsweringIpod::TakeFrame() {
+void AnsweringIpod::AcceptFrame() {
   receiving_.right = IsRight(receiving_.bytes);
   frames_.push_back(std::exchange(receiving_, {}));
   const Bytes& frame = frames_.back().bytes;

@@ -25,10 +25,10 @@ class AnsweringIpod : public ipodcomm::virtual_platform::SerialDevice {
   void SetCaption(std::function<std::string()> caption) { caption_ = std::move(caption); }
 
   /// Frames received since the last call. One that is not right is marked.
-  std::vector<std::string> TakeFrames();
+  std::vector<std::string> DrainFrames();
   /// What those of them that write to file `handle` write. They must follow each other from
   /// `offset` on.
-  std::vector<std::string> TakeLines(std::uint8_t handle, std::uint32_t offset);
+  std::vector<std::string> DrainLines(std::uint8_t handle, std::uint32_t offset);
 
   void Receive(const std::uint8_t* data, std::size_t size, std::int64_t now_us) override;
   std::optional<std::int64_t> NextEvent() override;
@@ -47,7 +47,7 @@ class AnsweringIpod : public ipodcomm::virtual_platform::SerialDevice {
     bool right = false;
   };
 
-  void TakeFrame();
+  void AcceptFrame();
   void Reply(const Bytes& request);
 
   std::vector<Rule> rules_;

@@ -44,7 +44,7 @@ TEST_F(Artwork, FormatIdsAreTheFirstTwoBytesOfEachRecord) {
   EXPECT_EQ(ids_[1], 0x0C0D);
   EXPECT_EQ(ids_[2], 0x0E0F);
   EXPECT_EQ(ids_[3], 7);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetFormats));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetFormats));
 }
 
 TEST_F(Artwork, FormatsAreNotCounted) {
@@ -109,7 +109,7 @@ TEST_F(Artwork, CountStoresTheTypeAndHalfAnIdentifier) {
   Answer(kGetCount, "FF 55 08 04 00 0D 07 0A 0B 00 01 CA");
   EXPECT_EQ(GetCount(), 1);
   EXPECT_EQ(value_, 0x070A);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetCount));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetCount));
 }
 
 TEST_F(Artwork, CountsHighByteAloneCounts) {
@@ -192,7 +192,7 @@ TEST_F(Artwork, TimeAddsItsLowerBytesAnd256) {
   Answer(kGetTimes, "FF 55 07 04 00 2B 01 02 03 04 C0");
   EXPECT_EQ(GetTimes(), 1);
   EXPECT_EQ(time_, 0x01020000U + 3 + 4 + 256);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetTimes));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetTimes));
 }
 
 TEST_F(Artwork, LongestTimeStaysInside32Bits) {
@@ -232,36 +232,36 @@ TEST_F(Artwork, DataAreAskedForWithTheValueOfTheCountInPlaceOfTheFormat) {
   Answer("FF 55 0D 04 00 1F 00 00 01 02 07 0C 00 00 00 01 B9", "FF 55 07 04 00 2B 01 02 03 04 C0");
   Answer("FF 55 0D 04 00 10 00 00 01 02 07 0C 01 02 01 07 BE", "FF 55 07 04 00 11 00 00 00 80 64");
   EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCount,
-                                      "FF 55 0D 04 00 1F 00 00 01 02 07 0C 00 00 00 01 B9",
-                                      "FF 55 0D 04 00 10 00 00 01 02 07 0C 01 02 01 07 BE"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex, kGetCount,
+                                       "FF 55 0D 04 00 1F 00 00 01 02 07 0C 00 00 00 01 B9",
+                                       "FF 55 0D 04 00 10 00 00 01 02 07 0C 01 02 01 07 BE"));
 }
 
 TEST_F(Artwork, DataAreAskedForWithTheFormatAndTime0WhenCountAndTimeFail) {
   Answer(kGetIndex, kIndex258);
   Answer("FF 55 0D 04 00 10 00 00 01 02 0A 0B 00 00 00 00 C7", "FF 55 07 04 00 11 00 00 00 80 64");
   EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCount, kGetTimes,
-                                      "FF 55 0D 04 00 10 00 00 01 02 0A 0B 00 00 00 00 C7"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex, kGetCount, kGetTimes,
+                                       "FF 55 0D 04 00 10 00 00 01 02 0A 0B 00 00 00 00 C7"));
 }
 
 TEST_F(Artwork, UnansweredDataFailAfterThreeSilences) {
   Answer(kGetIndex, kIndex258);
   EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 0);
-  EXPECT_EQ(TakeSent().size(), 4U);
+  EXPECT_EQ(DrainSent().size(), 4U);
 }
 
 TEST_F(Artwork, DataOfAnUnknownTrackAreNotAskedFor) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 0); }),
             kSilenceUs);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(Artwork, DataThatCannotBeAskedForFail) {
   Answer(kGetIndex, kIndex258);
   world_.FailFrom("WriteFile", 3, 31);
   EXPECT_EQ(legacy_.getcurrenttrackartworkdata(0x0A0B), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex));
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TEST_F(LegacyBrowsing, CountIsTheFirstFourReplyBytes) {
   legacy_.setcategory(2);
   EXPECT_EQ(legacy_.loadipodcategorydbrecordcount(&count_), 1);
   EXPECT_EQ(count_, 0xFEDCBA98U);
-  EXPECT_THAT(TakeSent(), ElementsAre(kCountArtists));
+  EXPECT_THAT(DrainSent(), ElementsAre(kCountArtists));
 }
 
 TEST_F(LegacyBrowsing, CountIs0Unanswered) {
@@ -64,8 +64,8 @@ TEST_F(LegacyBrowsing, TopIsEnteredByAResetWithoutAHierarchy) {
   EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(2, 2);
-  EXPECT_THAT(TakeSent(), ElementsAre(kReset, kCountArtists));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre(kReset, kCountArtists));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("SelectTop Category 2, Count Returned 258, Result 1\n"));
 }
 
@@ -74,7 +74,7 @@ TEST_F(LegacyBrowsing, TopOfTheAudioHierarchyIsEnteredByItsReset) {
   Answer(kCountArtists, kCount258);
   EXPECT_EQ(legacy_.selecttop(2, &count_, 1), 1);
   EXPECT_EQ(count_, 258U);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", kCountArtists));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", kCountArtists));
 }
 
 TEST_F(LegacyBrowsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
@@ -82,7 +82,7 @@ TEST_F(LegacyBrowsing, TopOfTheVideoHierarchyIsEnteredByItsReset) {
   Answer(kCountAlbums, kCount258);
   EXPECT_EQ(legacy_.selecttop(3, &count_, 2), 1);
   EXPECT_EQ(count_, 258U);
-  EXPECT_THAT(TakeSent(), ElementsAre(kResetVideo, kCountAlbums));
+  EXPECT_THAT(DrainSent(), ElementsAre(kResetVideo, kCountAlbums));
 }
 
 TEST_F(LegacyBrowsing, TopOfAnotherHierarchySendsNothingAndFails) {
@@ -90,13 +90,14 @@ TEST_F(LegacyBrowsing, TopOfAnotherHierarchySendsNothingAndFails) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.selecttop(2, &count_, 3), 0); }), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(9, 3);
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(),
+              ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
 TEST_F(LegacyBrowsing, TopOfTheLastHierarchySendsNothingAndFails) {
   EXPECT_EQ(legacy_.selecttop(2, &count_, 255), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(LegacyBrowsing, RefusedTopFailsAndCategoriesStay) {
@@ -105,8 +106,9 @@ TEST_F(LegacyBrowsing, RefusedTopFailsAndCategoriesStay) {
   EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(9, 3);
-  EXPECT_THAT(TakeSent(), ElementsAre(kReset));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kReset));
+  EXPECT_THAT(DrainDebugOutput(),
+              ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
 TEST_F(LegacyBrowsing, UnansweredTopFailsAndCategoriesStay) {
@@ -114,7 +116,7 @@ TEST_F(LegacyBrowsing, UnansweredTopFailsAndCategoriesStay) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0); }), kSilenceUs);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(9, 3);
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre(kPurging, "SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
@@ -127,8 +129,9 @@ TEST_F(LegacyBrowsing, AckThatTellsNoStatusIsNoSuccess) {
   Answer(kReset, ack + " FE");
   EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0);
   ExpectCategories(9, 3);
-  EXPECT_THAT(TakeSent(), ElementsAre(kReset));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kReset));
+  EXPECT_THAT(DrainDebugOutput(),
+              ElementsAre("SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
 TEST_F(LegacyBrowsing, TopThatCannotBeSentFailsAndAwaitsNothing) {
@@ -142,7 +145,7 @@ TEST_F(LegacyBrowsing, TopIsEnteredEvenWhenItsCountFails) {
   EXPECT_EQ(legacy_.selecttop(2, &count_, 0), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(2, 2);
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre(kPurging, "SelectTop Category 2, Count Returned 0, Result 0\n"));
 }
 
@@ -150,7 +153,7 @@ TEST_F(LegacyBrowsing, TopNeedsNoPlaceForItsCount) {
   Answer(kReset, kResetAck);
   Answer(kCountArtists, kCount258);
   EXPECT_EQ(legacy_.selecttop(2, nullptr, 0), 1);
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("SelectTop Category 2, Count Returned 258, Result 1\n"));
 }
 

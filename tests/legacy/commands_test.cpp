@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(Extended, LegacyCommand, ::testing::ValuesIn(kExtended)
 TEST_P(LegacyCommand, SendsItsFrameAndReadsNothing) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Command(), 1); }), 5 * kMillisecond);
   const std::string rest = std::string(GetParam().frame).substr(3);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(5)", "WriteFile(port1, " + rest + ")"));
 }
 
@@ -173,7 +173,7 @@ TEST_P(LegacyCommand, WritesItsPayloadAndLeavesTheRestOfTheArea) {
 TEST_P(LegacyCommand, FailsWhenTheFrameIsNotWrittenAndDoesNotTryAgain) {
   world_.FailOnce("WriteFile", 2, 31);
   EXPECT_EQ(Command(), 0);
-  EXPECT_EQ(world_.TakeCalls().To({"WriteFile"}).all().size(), 2U);
+  EXPECT_EQ(world_.DrainCalls().To({"WriteFile"}).all().size(), 2U);
 }
 
 TEST_P(LegacyCommand, FailsOnAClosedPort) {
@@ -191,7 +191,7 @@ TEST_F(LegacyCommands, SelectionsTellTheirFirstPayloadBytesBeforeTheySend) {
   legacy_.command_selectdbrecord(0xFFFEFDFC);
   legacy_.command_selectsortdbrecord(10, 4);
   EXPECT_THAT(
-      world_.TakeRecord(),
+      world_.DrainRecord(),
       ElementsAre("NKDbgPrintfW(\"SelectDBRecord, Data 0-4, 3 255 254 253 252\n\")",
                   "WriteFile(port1, FF)", "WriteFile(port1, 55 08 04 00 17 03 FF FE FD FC E4)",
                   "NKDbgPrintfW(\"SelectSortDBRecord, Data 0-4, 3 0 0 0 10\n\")",
@@ -205,7 +205,7 @@ TEST_F(LegacyCommands, NoOtherCommandPrints) {
   for (const CommandRow& row : kExtended) {
     if (std::string_view(row.name).substr(0, 6) != "Select") row.send(legacy_);
   }
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(LegacyCommands, LingoVersionFollowsTheLingoOfTheCommandBefore) {
@@ -213,13 +213,13 @@ TEST_F(LegacyCommands, LingoVersionFollowsTheLingoOfTheCommandBefore) {
   legacy_.command_requestlingoprotocolversion(9);
   legacy_.command_sportsgetipodcaps();
   legacy_.command_requestlingoprotocolversion(9);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 04 00 1C DD", "FF 55 03 04 0F 00 EA",
-                                      "FF 55 02 09 83 72", "FF 55 03 09 0F 00 E5"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 04 00 1C DD", "FF 55 03 04 0F 00 EA",
+                                       "FF 55 02 09 83 72", "FF 55 03 09 0F 00 E5"));
 }
 
 TEST_F(LegacyCommands, LargeNumbersGoOutAs32Bits) {
   legacy_.command_getindexedplayingtracktitle(0xFFFFFFFF);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 04 00 20 FF FF FF FF D9"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 04 00 20 FF FF FF FF D9"));
 }
 
 }  // namespace

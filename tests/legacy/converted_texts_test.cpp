@@ -42,7 +42,7 @@ TEST_P(ConvertedTexts, AreConvertedFromUtf8) {
   Answer(GetParam().request, GetParam().terminated);
   EXPECT_EQ(Get(text_), 1);
   EXPECT_STREQ(text_, L"Zo\u00EB");
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().request));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().request));
 }
 
 TEST_P(ConvertedTexts, AreTerminatedInTheLastOf250Characters) {

@@ -29,7 +29,7 @@ TEST_F(CurrentTrack, IndexIsTheFirstFourReplyBytes) {
   Answer(kGetIndex, "FF 55 07 04 00 1F FE DC BA 98 AA");
   EXPECT_EQ(legacy_.getcurrentplayingtrackindex(&index_), 1);
   EXPECT_EQ(index_, 0xFEDCBA98U);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(CurrentTrack, UnansweredIndexIsStoredAs0) {
@@ -61,7 +61,7 @@ TEST_F(CurrentTrack, TitleIsThatOfTheCurrentIndexConverted) {
   Answer("FF 55 07 04 00 20 00 00 01 02 D2", "FF 55 08 04 00 21 5A 6F C3 AB 00 9C");
   EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 1);
   EXPECT_STREQ(text_, L"Zo\u00EB");
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, "FF 55 07 04 00 20 00 00 01 02 D2"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex, "FF 55 07 04 00 20 00 00 01 02 D2"));
 }
 
 TEST_F(CurrentTrack, TitleWithoutATerminatorIsFollowedByItsChecksumAndWhatTheBufferHeld) {
@@ -76,7 +76,7 @@ TEST_F(CurrentTrack, TitleIsEmptyWithoutAnIndexAndNotAskedFor) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 0); }),
             kSilenceUs);
   EXPECT_STREQ(text_, L"");
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(CurrentTrack, TitleIsEmptyUnanswered) {
@@ -90,7 +90,7 @@ TEST_F(CurrentTrack, TitleIsEmptyWhenItCannotBeAskedFor) {
   world_.FailFrom("WriteFile", 3, 31);
   EXPECT_EQ(legacy_.getindexedplayingtracktitle(text_), 0);
   EXPECT_STREQ(text_, L"");
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(CurrentTrack, TitleNeedsNoPlace) {
@@ -105,7 +105,7 @@ TEST_F(CurrentTrack, ChapterNameIsConverted) {
   EXPECT_STREQ(text_, L"Zo\u00EB");
   EXPECT_EQ(text_[24], L'\0');
   EXPECT_EQ(text_[25], L'x');
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 04 00 07 F2"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 04 00 07 F2"));
 }
 
 TEST_F(CurrentTrack, LongChapterNameIsCutTo24Characters) {
@@ -134,7 +134,7 @@ TEST_F(CurrentTrack, ChapterNameIsConvertedAfterAFailureToo) {
   world_.Record({"MultiByteToWideChar"});
   EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 0);
   EXPECT_STREQ(text_, L"Unknown");
-  EXPECT_EQ(world_.TakeRecord().size(), 1U);
+  EXPECT_EQ(world_.DrainRecord().size(), 1U);
 }
 
 TEST_F(CurrentTrack, ChapterNameNeedsNoPlace) {
@@ -149,7 +149,7 @@ TEST_F(CurrentTrack, VideoFlagIsTheTopBitAsItStands) {
   Answer(kGetCapabilities, "FF 55 0D 03 13 00 00 00 00 80 00 00 00 00 00 00 5D");
   EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 1);
   EXPECT_EQ(flag_, 0x80);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCapabilities));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex, kGetCapabilities));
 }
 
 TEST_F(CurrentTrack, VideoFlagIs0ForAllOtherBits) {
@@ -162,14 +162,14 @@ TEST_F(CurrentTrack, VideoFlagIs0ForAllOtherBits) {
 TEST_F(CurrentTrack, VideoFlagIsNotAskedForWithoutAnIndex) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 0); }), kSilenceUs);
   EXPECT_EQ(flag_, 7);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex));
 }
 
 TEST_F(CurrentTrack, UnansweredVideoFlagIsNotStored) {
   AnswerIndex();
   EXPECT_EQ(legacy_.iscurrentvideo(&flag_), 0);
   EXPECT_EQ(flag_, 7);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetIndex, kGetCapabilities));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetIndex, kGetCapabilities));
 }
 
 TEST_F(CurrentTrack, VideoFlagThatCannotBeAskedForIsNotStored) {

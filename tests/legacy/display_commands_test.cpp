@@ -26,7 +26,7 @@ class LegacyDisplayCommands : public LegacyTest {
 TEST_F(LegacyDisplayCommands, FirstFrameCarriesTheOldPayloadAtTheImagesLength) {
   world_.Record({"WriteFile", "Sleep"});
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(First(3), 1); }), 5 * kMillisecond);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
                           "WriteFile(port1, 55 00 00 11 04 00 32 00 01 02 03 04 05 06 07 08 09 0A "
                           "0B 0C)"));
@@ -39,22 +39,22 @@ TEST_F(LegacyDisplayCommands, FirstFrameLeavesThePayloadAsItIs) {
 
 TEST_F(LegacyDisplayCommands, RestCarriesItsIndexAndTheOldPayload) {
   EXPECT_EQ(Rest(0xABCD, 4), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 09 04 00 32 AB CD 02 03 04");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 09 04 00 32 AB CD 02 03 04");
   EXPECT_EQ(Payload(8), "AB CD 02 03 04 05 06 07");
 }
 
 TEST_F(LegacyDisplayCommands, ImagesOfNoBytesAreTheirHeaders) {
   EXPECT_EQ(First(0), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 0E 04 00 32 00 01 02 03 04 05 06 07 08 09");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 0E 04 00 32 00 01 02 03 04 05 06 07 08 09");
   EXPECT_EQ(Rest(1, 0), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 05 04 00 32 00");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 05 04 00 32 00");
 }
 
 TEST_F(LegacyDisplayCommands, CarryWhatTheCommandBeforeSent) {
   EXPECT_EQ(legacy_.command_setipodpreference(8, 2), 1);
-  TakeSentBytes();
+  DrainSentBytes();
   EXPECT_EQ(First(1), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 0F 04 00 32 08 02 01 03 04 05 06 07 08 09 0A");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 0F 04 00 32 08 02 01 03 04 05 06 07 08 09 0A");
 }
 
 TEST_F(LegacyDisplayCommands, DoNotNeedTheImage) {
@@ -64,9 +64,9 @@ TEST_F(LegacyDisplayCommands, DoNotNeedTheImage) {
 
 TEST_F(LegacyDisplayCommands, LargestImagesFillTheFrame) {
   EXPECT_EQ(First(236), 1);
-  EXPECT_EQ(TakeSentBytes().substr(0, 24), "FF 55 00 00 FA 04 00 32 ");
+  EXPECT_EQ(DrainSentBytes().substr(0, 24), "FF 55 00 00 FA 04 00 32 ");
   EXPECT_EQ(Rest(1, 245), 1);
-  EXPECT_EQ(TakeSentBytes().size(), 254U * 3 - 1);
+  EXPECT_EQ(DrainSentBytes().size(), 254U * 3 - 1);
 }
 
 TEST_F(LegacyDisplayCommands, ImageThatDoesNotFitIsRefusedAndChangesNothing) {
@@ -79,7 +79,7 @@ TEST_F(LegacyDisplayCommands, ImageThatDoesNotFitIsRefusedAndChangesNothing) {
   for (const unsigned long count : {246UL, 65525UL, 65534UL, 65536UL, 0xFFFFFFFFUL}) {
     EXPECT_EQ(Rest(0xABCD, count), 0) << count;
   }
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_EQ(ipodPeer::Lingo(legacy_), 0x63);
   EXPECT_EQ(Payload(4), "00 01 02 03");
 }

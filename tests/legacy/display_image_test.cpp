@@ -29,7 +29,7 @@ TEST_F(DisplayImage, LimitsAreWidthHeightAndPixelFormat) {
   EXPECT_EQ(width_, 0x0102);
   EXPECT_EQ(height_, 0x0304);
   EXPECT_EQ(format_, 5);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetLimits));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetLimits));
 }
 
 TEST_F(DisplayImage, UnansweredLimitsAreStoredAs0) {
@@ -58,7 +58,7 @@ TEST_F(DisplayImage, ImageOfThreeRowsGoesOutARowToAFrame) {
   Answer(kGetLimits, "FF 55 08 04 00 34 00 20 00 03 01 9C");
   NumberPayload();
   EXPECT_EQ(legacy_.setmonoimage(), 1);
-  EXPECT_EQ(TakeSentBytes(),
+  EXPECT_EQ(DrainSentBytes(),
             "FF 55 03 04 00 33 C6 "
             "FF 55 00 00 12 04 00 32 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D "
             "FF 55 00 00 09 04 00 32 00 01 02 03 04 "
@@ -69,7 +69,7 @@ TEST_F(DisplayImage, ImageOf128By64IsOneFirstFrameAnd63FurtherOnes) {
   Answer(kGetLimits, kLimits128x64);
   world_.Record({"WriteFile"});
   EXPECT_EQ(legacy_.setmonoimage(), 1);
-  const std::vector<std::string> writes = world_.TakeRecord();
+  const std::vector<std::string> writes = world_.DrainRecord();
   // Of each frame the sync byte goes first; the request for the limits is the first frame.
   ASSERT_EQ(writes.size(), 2U + 2U * 64U);
   // A first frame announces the 16 bytes of a row and 11 of its header, a further one 16 and 2.
@@ -86,7 +86,7 @@ TEST_F(DisplayImage, ImageTakesFiveMillisecondsToAFrame) {
   Answer(kGetLimits, kLimits128x64);
   world_.Record({"Sleep"});
   legacy_.setmonoimage();
-  EXPECT_EQ(world_.TakeRecord(), std::vector<std::string>(65, "Sleep(5)"));
+  EXPECT_EQ(world_.DrainRecord(), std::vector<std::string>(65, "Sleep(5)"));
 }
 
 /// A width as the iPod tells it, of a display with two rows, and the length that the first frame
@@ -102,7 +102,7 @@ TEST_P(RowLengths, AreWholeWordsOf32Pixels) {
   Answer(kGetLimits, GetParam().limits);
   world_.Record({"WriteFile"});
   EXPECT_EQ(legacy_.setmonoimage(), 1);
-  const std::vector<std::string> writes = world_.TakeRecord();
+  const std::vector<std::string> writes = world_.DrainRecord();
   ASSERT_EQ(writes.size(), 6U);
   EXPECT_EQ(writes[3].substr(0, 28), std::string("WriteFile(port1, 55 00 ") + GetParam().length);
 }
@@ -118,14 +118,14 @@ TEST_F(DisplayImage, ImageOfOneRowIsTheFirstFrameAlone) {
   Answer(kGetLimits, "FF 55 08 04 00 34 00 20 00 01 01 9E");
   world_.Record({"WriteFile"});
   EXPECT_EQ(legacy_.setmonoimage(), 1);
-  EXPECT_EQ(world_.TakeRecord().size(), 4U);
+  EXPECT_EQ(world_.DrainRecord().size(), 4U);
 }
 
 TEST_F(DisplayImage, ImageOfNoRowsIsTheFirstFrameAlone) {
   Answer(kGetLimits, "FF 55 08 04 00 34 00 20 00 00 01 9F");
   world_.Record({"WriteFile"});
   EXPECT_EQ(legacy_.setmonoimage(), 1);
-  EXPECT_EQ(world_.TakeRecord().size(), 4U);
+  EXPECT_EQ(world_.DrainRecord().size(), 4U);
 }
 
 TEST_F(DisplayImage, ImageEndsWithTheFirstFrameThatFails) {
@@ -133,7 +133,7 @@ TEST_F(DisplayImage, ImageEndsWithTheFirstFrameThatFails) {
   world_.FailOnce("WriteFile", 7, 31);  // the sync byte of the third row
   world_.Record({"WriteFile"});
   EXPECT_EQ(legacy_.setmonoimage(), 0);
-  EXPECT_EQ(world_.TakeRecord().size(), 8U);
+  EXPECT_EQ(world_.DrainRecord().size(), 8U);
 }
 
 TEST_F(DisplayImage, ImageEndsWhenTheFirstRowFails) {
@@ -141,25 +141,25 @@ TEST_F(DisplayImage, ImageEndsWhenTheFirstRowFails) {
   world_.FailOnce("WriteFile", 4, 31);
   world_.Record({"WriteFile"});
   EXPECT_EQ(legacy_.setmonoimage(), 0);
-  EXPECT_EQ(world_.TakeRecord().size(), 4U);
+  EXPECT_EQ(world_.DrainRecord().size(), 4U);
 }
 
 TEST_F(DisplayImage, NoImageIsSentWithoutLimits) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.setmonoimage(), 0); }), kSilenceUs);
-  EXPECT_EQ(TakeSentBytes(), kGetLimits);
+  EXPECT_EQ(DrainSentBytes(), kGetLimits);
 }
 
 TEST_F(DisplayImage, ImageWiderThanAFrameIsRefused) {
   Answer(kGetLimits, "FF 55 08 04 00 34 FF FF FF FF 01 C3");
   EXPECT_EQ(legacy_.setmonoimage(), 0);
-  EXPECT_EQ(TakeSentBytes(), kGetLimits);
+  EXPECT_EQ(DrainSentBytes(), kGetLimits);
 }
 
 TEST_F(DisplayImage, NoImageIsSentWithoutMemory) {
   Answer(kGetLimits, kLimits128x64);
   world_.FailOnce("LocalAlloc", 1, 8);
   EXPECT_EQ(legacy_.setmonoimage(), 0);
-  EXPECT_EQ(TakeSentBytes(), kGetLimits);
+  EXPECT_EQ(DrainSentBytes(), kGetLimits);
 }
 
 TEST_F(DisplayImage, ImageLeavesNoMemoryBehind) {

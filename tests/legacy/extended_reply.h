@@ -23,8 +23,8 @@ class LegacyExtendedReply : public LegacyTest {
   }
   std::string Text(std::size_t count) { return Units(text_.data(), count); }
   void ExpectReadErrorAndPurge() {
-    EXPECT_THAT(TakeDebugOutput(), ::testing::ElementsAre(kReadError));
-    EXPECT_THAT(world_.TakeCalls().To({"PurgeComm"}).text(),
+    EXPECT_THAT(DrainDebugOutput(), ::testing::ElementsAre(kReadError));
+    EXPECT_THAT(world_.DrainCalls().To({"PurgeComm"}).text(),
                 ::testing::ElementsAre("PurgeComm(port1, 8)"));
   }
 

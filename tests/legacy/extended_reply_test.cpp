@@ -129,7 +129,7 @@ TEST_P(WeighedCommand, DecidesWhetherAReplyIsTaken) {
   } else {
     EXPECT_EQ(Text(2), "41 42");
   }
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(LegacyExtendedReply, ThatDoesNotMatchIsConsumedAndNoOtherAwaited) {
@@ -175,7 +175,7 @@ TEST_F(LegacyExtendedReply, DoesNotAnswerRequests) {
   Send("FF 55 03 00 27 09 CD");
   Send(kStatus);
   EXPECT_EQ(Extract(0x1D), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 // ---- Failures
@@ -212,8 +212,8 @@ TEST_F(LegacyExtendedReply, WithABadChecksumFailsSilentlyAndPurgesNothing) {
   Send(kStatus);
   EXPECT_EQ(Extract(0x1D), 0);
   EXPECT_THAT(text_, Each(kUntouched));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_EQ(Extract(0x1D), 1);
 }
 
@@ -229,8 +229,8 @@ TEST_F(LegacyExtendedReply, WithABadChecksumAfterAnAckFailsSilently) {
   Send(kAcceptingAck);
   Send("FF 55 07 04 00 1D 41 42 43 44 00");
   EXPECT_EQ(Extract(0x1D), 0);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(LegacyExtendedReply, AckWithABadChecksumIsTheEnd) {

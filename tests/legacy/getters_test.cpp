@@ -32,7 +32,7 @@ TEST_F(Getters, SoftwareVersionIsThreeNumbers) {
   Answer(kVersion, "FF 55 05 00 0A 02 01 0E E0");
   EXPECT_EQ(legacy_.getipodsoftwareversion(text_, 250), 1);
   EXPECT_STREQ(text_, L"2.1.14");
-  EXPECT_THAT(TakeSent(), ElementsAre(kVersion));
+  EXPECT_THAT(DrainSent(), ElementsAre(kVersion));
 }
 
 TEST_F(Getters, SoftwareVersionWithMajor0HasItsTextAndFails) {
@@ -95,7 +95,7 @@ TEST_F(Getters, AnAnsweredRequestPausesOnlyBehindTheSyncByte) {
   Answer(kVersion, "FF 55 05 00 0A 02 01 0E E0");
   world_.Record({"Sleep", "WriteFile"});
   legacy_.getipodsoftwareversion(text_, 250);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(5)", "WriteFile(port1, 55 02 00 09 F5)"));
 }
 
@@ -112,7 +112,7 @@ TEST_F(Getters, ModelNumberIsItsIdentifierInHexadecimal) {
   EXPECT_EQ(legacy_.getipodmodelnum(text_), 1);
   EXPECT_STREQ(text_, L"000b|0004");
   EXPECT_EQ(text_[10], L'x');
-  EXPECT_THAT(TakeSent(), ElementsAre(kModel));
+  EXPECT_THAT(DrainSent(), ElementsAre(kModel));
 }
 
 TEST_F(Getters, ModelNumberHasSmallLettersAndTwoDigitsToAByte) {
@@ -142,7 +142,7 @@ TEST_F(Getters, ProtocolVersionSendsNothingAndTouchesNothing) {
   EXPECT_EQ(legacy_.getipodprotocolversion(text_), 0);
   EXPECT_EQ(legacy_.getipodprotocolversion(nullptr), 0);
   EXPECT_EQ(text_[0], L'x');
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Getters, LingoVersionIsTheReplysLingoAndItsVersion) {
@@ -160,15 +160,15 @@ TEST_F(Getters, LingoVersionShowsAnyNumber) {
 TEST_F(Getters, LingoVersionAsksForLingo0WhateverItsArgument) {
   Answer(kLingoVersion, "FF 55 05 00 10 00 01 09 E1");
   EXPECT_EQ(legacy_.getipodlingoversion(text_, 4), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kLingoVersion));
+  EXPECT_THAT(DrainSent(), ElementsAre(kLingoVersion));
 }
 
 TEST_F(Getters, LingoVersionGoesOutOnTheLingoOfTheCommandBefore) {
   unsigned char state = 0;
   legacy_.getipodplayerstatenum(&state);
-  TakeSent();
+  DrainSent();
   legacy_.getipodlingoversion(text_, 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 04 0F 00 EA"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 04 0F 00 EA"));
 }
 
 TEST_F(Getters, UnansweredLingoVersionIsEmptyAndFails) {

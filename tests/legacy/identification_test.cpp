@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_P(ModelOfAnIpod, DecidesTheLingoesAndTheFlags) {
   Answer(kRequestModel, GetParam().reply);
   EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, GetParam().identification));
+  EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, GetParam().identification));
   EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), GetParam().extended_model);
   EXPECT_EQ(ipodPeer::NameSort(legacy_), GetParam().name_sort);
 }
@@ -72,19 +72,19 @@ TEST_P(ModelOfAnIpod, ClearsTheExtendedModelFlagAndNeverTheNameSortFlag) {
 
 TEST_F(LegacyIdentification, AsksForPowerWhenTheArgumentIsNotZero) {
   EXPECT_EQ(legacy_.command_identifydevicelingos(1), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoesPowered));
+  EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoesPowered));
   EXPECT_EQ(legacy_.command_identifydevicelingos(-1), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoesPowered));
+  EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoesPowered));
   Answer(kRequestModel, "FF 55 06 00 0E 00 14 00 04 D4");
   EXPECT_EQ(legacy_.command_identifydevicelingos(1), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kSixLingoesPowered));
+  EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, kSixLingoesPowered));
 }
 
 TEST_F(LegacyIdentification, OfASilentIpodCostsOneReplyAndKeepsTheBasicLingoes) {
   SetFlags(1, 1);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1); }),
             3 * 5 * kMillisecond + 3 * kSecond);
-  EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoes));
+  EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoes));
   EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), 0);
   EXPECT_EQ(ipodPeer::NameSort(legacy_), 1);
 }
@@ -93,7 +93,7 @@ TEST_F(LegacyIdentification, DoesNotAskForTheModelWhenTheFirstFrameFails) {
   SetFlags(1, 0);
   world_.FailOnce("WriteFile", 2, 31);
   EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
-  EXPECT_THAT(TakeSentBytes(), "FF FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2");
+  EXPECT_THAT(DrainSentBytes(), "FF FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2");
   EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), 0);
 }
 
@@ -107,8 +107,8 @@ TEST_F(LegacyIdentification, FailsWhenTheLastFrameFails) {
 TEST_F(LegacyIdentification, AnswersTheIpodsQuestionsMeanwhile) {
   Answer(kRequestModel, "FF 55 03 00 27 00 D6 FF 55 06 00 0E 00 14 00 04 D4");
   EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kIdentify, kRequestModel, "FF 55 07 00 28 00 00 00 02 F3 DC",
-                                      kSixLingoes));
+  EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, "FF 55 07 00 28 00 00 00 02 F3 DC",
+                                       kSixLingoes));
 }
 
 TEST_F(LegacyIdentification, LeavesTheRestOfThePayload) {

@@ -15,7 +15,7 @@ class LegacyObject : public LegacyTest {};
 TEST_F(DockTest, MakingALegacyObjectOpensNothing) {
   world_.Record();
   ipod legacy;
-  EXPECT_THAT(world_.TakeCalls().To({"CreateFileW", "CreateThread"}).text(), IsEmpty());
+  EXPECT_THAT(world_.DrainCalls().To({"CreateFileW", "CreateThread"}).text(), IsEmpty());
   EXPECT_EQ(ipodserialPeer::Port(ipodPeer::Serial(legacy)), INVALID_HANDLE_VALUE);
   EXPECT_EQ(ipodserialPeer::BaudRate(ipodPeer::Serial(legacy)), 57600);
   EXPECT_STREQ(ipodserialPeer::PortName(ipodPeer::Serial(legacy)), L"COM2:");
@@ -39,12 +39,12 @@ TEST_F(DockTest, LegacyPortOpensUnderTheNameAndTheBaudRateGiven) {
   world_.Record({"CreateFileW", "SetCommState"});
   wchar_t name[] = L"COM3:";
   EXPECT_EQ(legacy.openport(name, 9600), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM3:\")",
                           "SetCommState(port1, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
   EXPECT_EQ(legacy.closeport(), 1);
   EXPECT_EQ(legacy.openport(), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM2:\")",
                           "SetCommState(port2, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
 }
@@ -121,7 +121,7 @@ TEST_F(LegacyObject, CopySharesThePort) {
   ipod copy = legacy_;
   EXPECT_EQ(copy.command_requestipodname(), 1);
   EXPECT_EQ(legacy_.command_requestipodmodelnum(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7", "FF 55 02 00 0D F1"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7", "FF 55 02 00 0D F1"));
 }
 
 TEST_F(LegacyObject, CopyOfAClosedSourceFailsWithoutHarm) {

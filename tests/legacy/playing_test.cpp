@@ -35,13 +35,13 @@ TEST_F(Playing, StateIsTheNinthReplyByte) {
   Answer(kGetPlayStatus, kPaused);
   EXPECT_EQ(legacy_.getipodplayerstatenum(&state_), 1);
   EXPECT_EQ(state_, 2);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus));
 }
 
 TEST_F(Playing, StateIs255Unanswered) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.getipodplayerstatenum(&state_), 0); }), kSilenceUs);
   EXPECT_EQ(state_, 255);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(kPurging));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(kPurging));
 }
 
 TEST_F(Playing, StateIs255WhenItCannotBeAskedFor) {
@@ -55,7 +55,7 @@ TEST_F(Playing, StateIs255AfterAnotherReply) {
   Answer(kGetPlayStatus, "FF 55 07 04 00 1F 00 00 00 01 D5");
   EXPECT_EQ(legacy_.getipodplayerstatenum(&state_), 0);
   EXPECT_EQ(state_, 255);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Playing, StateNeedsNoPlace) {
@@ -84,7 +84,7 @@ TEST_P(PlayerStates, HaveTheirText) {
   Answer(kGetPlayStatus, GetParam().reply);
   EXPECT_EQ(legacy_.getipodplayerstate(text_), 1);
   EXPECT_STREQ(text_, GetParam().text);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus));
 }
 
 TEST_P(PlayerStates, TellWhetherItPlays) {
@@ -124,7 +124,7 @@ TEST_F(Playing, ExtendedStateTellsLengthPositionAndState) {
   EXPECT_EQ(length_, 0x0004170AU);
   EXPECT_EQ(position_, 0xFEDCBA98U);
   EXPECT_EQ(state_, 3);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus));
 }
 
 TEST_F(Playing, ExtendedStateTakesAnyFrameForTheReply) {
@@ -143,7 +143,7 @@ TEST_F(Playing, ExtendedStateIsUnknownUnanswered) {
   EXPECT_EQ(length_, 0U);
   EXPECT_EQ(position_, 0U);
   EXPECT_EQ(state_, 255);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(kPurging));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(kPurging));
 }
 
 TEST_F(Playing, ExtendedStateIsUnknownAfterABadChecksum) {
@@ -172,7 +172,7 @@ TEST_F(Playing, TrackTimesShowTheOutgoingPayload) {
   NumberPayload();  // 00 01 02 03
   EXPECT_STREQ(legacy_.getipodtracklength(), L"66051");
   EXPECT_STREQ(legacy_.getipodtrackposition(), L"66051");
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus, kGetPlayStatus));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus, kGetPlayStatus));
 }
 
 TEST_F(Playing, TrackTimesShowWhatTheCommandBeforeLeft) {
@@ -222,7 +222,7 @@ TEST_F(Playing, PausesWhatPlays) {
   Answer(kGetPlayStatus, kPlaying);
   Answer(kPlayPause, "FF 55 06 04 00 01 00 00 29 CC");
   EXPECT_EQ(legacy_.pausestop(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus, kPlayPause));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus, kPlayPause));
 }
 
 TEST_F(Playing, RefusedPauseFails) {
@@ -244,20 +244,20 @@ TEST_F(Playing, PauseThatCannotBeSentFails) {
 
 TEST_F(Playing, NothingIsPausedWithoutAState) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.pausestop(), 0); }), kSilenceUs);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus));
 }
 
 TEST_F(Playing, WhatIsPausedIsNotPausedAgain) {
   Answer(kGetPlayStatus, kPaused);
   EXPECT_EQ(legacy_.pausestop(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetPlayStatus));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetPlayStatus));
 }
 
 TEST_P(PlayerStates, ArePausedOnlyWhenPlaying) {
   Answer(kGetPlayStatus, GetParam().reply);
   Answer(kPlayPause, "FF 55 06 04 00 01 00 00 29 CC");
   EXPECT_EQ(legacy_.pausestop(), 1);
-  EXPECT_EQ(TakeSent().size(), GetParam().is_playing ? 2U : 1U);
+  EXPECT_EQ(DrainSent().size(), GetParam().is_playing ? 2U : 1U);
 }
 
 }  // namespace

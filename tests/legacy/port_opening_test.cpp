@@ -14,7 +14,7 @@ using ::testing::IsEmpty;
 TEST_F(LegacyPort, OpeningCallsTheDriverInOrder) {
   world_.Record();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.openport(), 1); }), 0);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM2:\")", "GetCommState(port1)", "SetCommMask(port1, 1)",
                           "SetCommState(port1, 57600 baud, 8 bits, parity 0, stop bits code 1)",
                           "GetCommTimeouts(port1)", "SetCommTimeouts(port1, 200, 200, 200, 0, 0)",
@@ -24,7 +24,7 @@ TEST_F(LegacyPort, OpeningCallsTheDriverInOrder) {
 TEST_F(LegacyPort, OpeningTakesNameAndBaudRate) {
   world_.Record({"CreateFileW", "SetCommState"});
   EXPECT_EQ(serial_.openport(L"COM3:", 9600), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM3:\")",
                           "SetCommState(port1, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
 }
@@ -35,7 +35,7 @@ TEST_F(LegacyPort, OpeningByNameStoresTheBaudRateAndNotTheName) {
   EXPECT_STREQ(ipodserialPeer::PortName(serial_), L"COM2:");
   world_.Record({"CreateFileW", "SetCommState"});
   EXPECT_EQ(serial_.openport(), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM2:\")",
                           "SetCommState(port2, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
 }
@@ -87,7 +87,7 @@ TEST_F(LegacyPort, OpeningTakesDataBitsStopBitsAndTimeoutFromTheFields) {
   ipodserialPeer::TimeoutMs(serial_) = 350;
   world_.Record({"SetCommState", "SetCommTimeouts"});
   Open();
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("SetCommState(port1, 57600 baud, 7 bits, parity 0, stop bits code 2)",
                           "SetCommTimeouts(port1, 350, 350, 350, 0, 0)"));
 }
@@ -97,14 +97,14 @@ TEST_F(LegacyPort, OpeningTurnsWriteTimeoutsOff) {
   world_.FailOnce("GetCommTimeouts", 1, 31);
   world_.Record({"SetCommTimeouts"});
   Open();
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("SetCommTimeouts(port1, 200, 200, 200, 0, 0)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("SetCommTimeouts(port1, 200, 200, 200, 0, 0)"));
 }
 
 TEST_F(LegacyPort, PortThatDoesNotOpenLeavesNothingToClose) {
   world_.FailOnce("CreateFileW", 1, 5);
   world_.Record();
   EXPECT_EQ(serial_.openport(), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
   EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
 }
 
@@ -122,7 +122,7 @@ TEST_F(LegacyPort, SettingsThatAreRefusedCloseThePortAgain) {
   world_.FailOnce("SetCommState", 1, 87);
   world_.Record();
   EXPECT_EQ(serial_.openport(), 0);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM2:\")", "GetCommState(port1)", "SetCommMask(port1, 1)",
                           "SetCommState(port1, 57600 baud, 8 bits, parity 0, stop bits code 1)",
                           "SetCommMask(port1, 0)", "PurgeComm(port1, 12)", "CloseHandle(port1)"));
@@ -133,7 +133,7 @@ TEST_F(LegacyPort, TimeoutsThatAreRefusedCloseThePortAgain) {
   world_.FailOnce("SetCommTimeouts", 1, 87);
   world_.Record({"SetCommTimeouts", "SetCommMask", "PurgeComm", "CloseHandle"});
   EXPECT_EQ(serial_.openport(), 0);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("SetCommMask(port1, 1)", "SetCommTimeouts(port1, 200, 200, 200, 0, 0)",
                           "SetCommMask(port1, 0)", "PurgeComm(port1, 12)", "CloseHandle(port1)"));
   EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
@@ -149,15 +149,15 @@ TEST_F(LegacyPort, FailureOfAnythingElseDoesNotFailTheOpening) {
 TEST_F(LegacyPort, FailedOpeningPrintsNothing) {
   world_.FailOnce("SetCommState", 1, 87);
   EXPECT_EQ(serial_.openport(), 0);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(LegacyPort, SecondOpeningForgetsTheFirstPortWithoutClosingIt) {
   Open();
   world_.Record({"CreateFileW", "CloseHandle"});
   EXPECT_EQ(serial_.openport(L"COM3:", 57600), 1);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM3:\")"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CreateFileW(\"COM3:\")"));
   EXPECT_EQ(serial_.closeport(), 1);
   EXPECT_THAT(world_.leftovers(), ElementsAre("port1"));
 }

@@ -12,7 +12,7 @@ using ::testing::IsEmpty;
 TEST_F(LegacyPort, ConstructionSetsTheDefaultsAndOpensNothing) {
   world_.Record({"CreateFileW"});
   ipodserial serial;
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_EQ(ipodserialPeer::Port(serial), INVALID_HANDLE_VALUE);
   EXPECT_EQ(ipodserialPeer::BaudRate(serial), 57600);
   EXPECT_EQ(ipodserialPeer::DataBits(serial), 8);
@@ -26,7 +26,7 @@ TEST_F(LegacyPort, ConstructionSetsTheDefaultsAndOpensNothing) {
 TEST_F(LegacyPort, ConstructionWritesTheNameWithTheSystemsFormatter) {
   world_.Record();
   const ipodserial serial;
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("wsprintfW(\"COM2:\")"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("wsprintfW(\"COM2:\")"));
 }
 
 // ---- Closing
@@ -35,7 +35,7 @@ TEST_F(LegacyPort, ClosingCallsTheDriverInOrder) {
   Open();
   world_.Record();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.closeport(), 1); }), 0);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("SetCommMask(port1, 0)", "PurgeComm(port1, 12)", "CloseHandle(port1)"));
   EXPECT_EQ(Port(), INVALID_HANDLE_VALUE);
 }
@@ -43,7 +43,7 @@ TEST_F(LegacyPort, ClosingCallsTheDriverInOrder) {
 TEST_F(LegacyPort, ClosingAClosedPortCallsNothing) {
   world_.Record();
   EXPECT_EQ(serial_.closeport(), 1);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(LegacyPort, ClosingSucceedsWhateverTheDriverSays) {
@@ -61,7 +61,7 @@ TEST_F(LegacyPort, DestructionLeavesThePortOpen) {
     EXPECT_EQ(serial.openport(), 1);
     world_.Record({"CloseHandle"});
   }
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_THAT(world_.leftovers(), ElementsAre("port1"));
 }
 
@@ -71,14 +71,14 @@ TEST_F(LegacyPort, WritesAllBytesInOneCall) {
   Open();
   world_.Record();
   EXPECT_EQ(Write(serial_, "FF 55 02"), 3U);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF 55 02)"));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF 55 02)"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02"));
 }
 
 TEST_F(LegacyPort, ClosedPortRefusesToWrite) {
   world_.Record();
   EXPECT_EQ(Write(serial_, "FF"), 0U);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(LegacyPort, FailedWriteIsNotTriedAgain) {
@@ -86,7 +86,7 @@ TEST_F(LegacyPort, FailedWriteIsNotTriedAgain) {
   world_.Record({"WriteFile"});
   world_.FailOnce("WriteFile", 1, 31);
   EXPECT_EQ(Write(serial_, "FF 55"), 0U);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF 55)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF 55)"));
 }
 
 TEST_F(LegacyPort, PartlyAcceptedWriteTellsHowMuchAndIsNotGoneOnWith) {
@@ -97,7 +97,7 @@ TEST_F(LegacyPort, PartlyAcceptedWriteTellsHowMuchAndIsNotGoneOnWith) {
   world_.Record({"WriteFile"});
   test::Bytes bytes(1100, 0x41);
   EXPECT_EQ(serial_.writeport(bytes.data(), 1100), 1029U);
-  EXPECT_EQ(world_.TakeRecord().size(), 1U);
+  EXPECT_EQ(world_.DrainRecord().size(), 1U);
 }
 
 TEST_F(LegacyPort, WriteOfNothingIsOneEmptyWrite) {
@@ -105,7 +105,7 @@ TEST_F(LegacyPort, WriteOfNothingIsOneEmptyWrite) {
   world_.Record({"WriteFile"});
   unsigned char byte = 0;
   EXPECT_EQ(serial_.writeport(&byte, 0), 0U);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, nothing)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, nothing)"));
 }
 
 TEST_F(LegacyPort, WriteWithoutBytesOrOfANegativeNumberIsRefused) {
@@ -114,7 +114,7 @@ TEST_F(LegacyPort, WriteWithoutBytesOrOfANegativeNumberIsRefused) {
   unsigned char byte = 0;
   EXPECT_EQ(serial_.writeport(nullptr, 3), 0U);
   EXPECT_EQ(serial_.writeport(&byte, -1), 0U);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 // ---- Purging
@@ -124,14 +124,14 @@ TEST_F(LegacyPort, PurgesOneDirectionEach) {
   world_.Record();
   serial_.purgerx();
   serial_.purgetx();
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("PurgeComm(port1, 8)", "PurgeComm(port1, 4)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("PurgeComm(port1, 8)", "PurgeComm(port1, 4)"));
 }
 
 TEST_F(LegacyPort, PurgingAClosedPortIsTriedAndFails) {
   world_.Record();
   serial_.purgerx();
   serial_.purgetx();
-  const auto calls = world_.TakeCalls().all();
+  const auto calls = world_.DrainCalls().all();
   ASSERT_EQ(calls.size(), 2U);
   for (const auto& call : calls) {
     EXPECT_EQ(call.service, "PurgeComm");
@@ -144,11 +144,11 @@ TEST_F(LegacyPort, PurgingAClosedPortIsTriedAndFails) {
 TEST_F(LegacyPort, ErrorPrintsTheLastCodeAndItsText) {
   SetLastError(5);
   serial_.Error();
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Error in Serial Read Number 5, Access is denied.\r\n\n"));
   SetLastError(31);
   serial_.Error();
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Error in Serial Read Number 31, A device attached to the system is not "
                           "functioning.\r\n\n"));
 }
@@ -159,8 +159,8 @@ TEST_F(LegacyPort, ErrorWithoutATextPrintsTheCodeAlone) {
   SetLastError(5);
   world_.FailOnce("FormatMessageW", 1, 8);
   serial_.Error();
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Error in Serial Read Number 54321, \n",
-                                             "Error in Serial Read Number 5, \n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Error in Serial Read Number 54321, \n",
+                                              "Error in Serial Read Number 5, \n"));
 }
 
 // ---- Copies
@@ -190,7 +190,7 @@ TEST_F(LegacyPort, CopyTakesEveryField) {
     EXPECT_EQ(ipodserialPeer::PortState(copy).BaudRate, 9600U);
     EXPECT_EQ(ipodserialPeer::PortTimeouts(copy).ReadIntervalTimeout, 200U);
   }
-  EXPECT_THAT(world_.TakeCalls().To({"CreateFileW", "CloseHandle"}).text(), IsEmpty());
+  EXPECT_THAT(world_.DrainCalls().To({"CreateFileW", "CloseHandle"}).text(), IsEmpty());
 }
 
 TEST_F(LegacyPort, CopyWritesThroughTheSharedPort) {
@@ -198,7 +198,7 @@ TEST_F(LegacyPort, CopyWritesThroughTheSharedPort) {
   ipodserial copy = serial_;
   EXPECT_EQ(Write(copy, "41"), 1U);
   EXPECT_EQ(Write(serial_, "42"), 1U);
-  EXPECT_THAT(TakeSent(), ElementsAre("41", "42"));
+  EXPECT_THAT(DrainSent(), ElementsAre("41", "42"));
 }
 
 TEST_F(LegacyPort, CopyOfAClosedSourceFailsWithoutHarm) {

@@ -29,7 +29,7 @@ TEST_F(LegacyPreferences, SettingIsTheSecondReplyByte) {
   Answer(kGetConnection, "FF 55 04 00 2A 08 03 C7");
   EXPECT_EQ(legacy_.loadipodpreference(8, &setting_), 1);
   EXPECT_EQ(setting_, 3);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGetConnection));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGetConnection));
 }
 
 TEST_F(LegacyPreferences, ReplyForAnotherClassFailsAndTouchesNothing) {
@@ -71,12 +71,12 @@ TEST_F(LegacyPreferences, AnyClassCanBeAskedFor) {
 TEST_F(LegacyPreferences, VideoOutputIsSetAndToBeRestoredOnExit) {
   Answer(kSetVideoOut, "FF 55 04 00 02 00 2B CF");
   EXPECT_EQ(legacy_.setipodpreferencevidooutsetting(1), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kSetVideoOut));
+  EXPECT_THAT(DrainSent(), ElementsAre(kSetVideoOut));
 }
 
 TEST_F(LegacyPreferences, VideoOutputSettingGoesOutAsGiven) {
   legacy_.setipodpreferencevidooutsetting(0xAB);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 00 2B 00 AB 01 24"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 00 2B 00 AB 01 24"));
 }
 
 TEST_F(LegacyPreferences, RefusedVideoOutputFails) {
@@ -117,7 +117,7 @@ class ShownPreferences : public LegacyPreferences,
 TEST_P(ShownPreferences, AreUnknownUnanswered) {
   EXPECT_EQ(Get(text_), 0);
   EXPECT_STREQ(text_, L"Unknown");
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().request));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().request));
 }
 
 TEST_P(ShownPreferences, AreUnknownWhenAnotherClassIsAnswered) {
@@ -175,7 +175,7 @@ TEST_P(ShownSettings, HaveTheirText) {
   Answer(GetParam().request, GetParam().reply);
   EXPECT_EQ((legacy_.*GetParam().getter)(text_), 1);
   EXPECT_STREQ(text_, GetParam().text);
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().request));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().request));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -72,8 +72,8 @@ TEST_F(LegacyRawReply, WithABadChecksumFailsSilentlyAndCopiesNothing) {
   Send("FF 55 07 04 00 1D 41 42 43 44 00");
   EXPECT_EQ(ExtractRaw(4), 0);
   EXPECT_THAT(bytes_, Each(0xA5));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(LegacyRawReply, OfFewerThanSevenBytesIsToldAndPurged) {

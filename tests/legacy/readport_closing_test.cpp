@@ -94,7 +94,7 @@ TEST(ReadPortClosing, StopsAtOnceBehindTheByteThatWasDeliveredLast) {
   unsigned char buffer[256] = {};
   EXPECT_EQ(serial.readport(buffer, 256), 3U);
   EXPECT_EQ(test::ToHex(buffer, 3), "FF 55 09");
-  EXPECT_THAT(world.TakeCalls().text_with_results(),
+  EXPECT_THAT(world.DrainCalls().text_with_results(),
               ::testing::ElementsAre("ReadFile(port1, 1) = FF", "ReadFile(port1, 1) = 55",
                                      "ReadFile(port1, 1) = 09"));
   world.line().Unplug();
@@ -112,7 +112,7 @@ TEST(ReadPortClosing, ReturnsABeginningOfTheFrameUnderAnySchedule) {
     const std::string read = port.Read();
     EXPECT_EQ(read, whole.substr(0, read.size()));
     EXPECT_LT(read.size(), whole.size());
-    EXPECT_EQ(world.TakeCalls().Of("host").all().size(), 5U);
+    EXPECT_EQ(world.DrainCalls().Of("host").all().size(), 5U);
   }
 }
 

@@ -25,7 +25,7 @@ class Model {
     stored_.clear();
     room_ = room;
     if (room == 0) return stored_;
-    Seek(0xFF) && Seek(0x55) && TakeRest();
+    Seek(0xFF) && Seek(0x55) && ReadRest();
     return stored_;
   }
 
@@ -42,7 +42,7 @@ class Model {
         arrived_.begin());
     return Take();
   }
-  bool TakeRest() {
+  bool ReadRest() {
     if (!Take()) return false;
     std::size_t body = stored_.back();
     if (body == 0) {

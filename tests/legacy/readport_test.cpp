@@ -47,7 +47,7 @@ TEST_F(ReadPort, ReturnsAWholeFrameAndLeavesWhatFollows) {
   Arrived("FF 55 02 00 02 FC 41 FF 55 02 00 13 EB");
   world_.Record();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(), "FF 55 02 00 02 FC"); }), 0);
-  const auto calls = world_.TakeRecord();
+  const auto calls = world_.DrainRecord();
   EXPECT_THAT(calls, SizeIs(6));
   EXPECT_THAT(calls, Each("ReadFile(port1, 1)"));
   EXPECT_EQ(Read(), "FF 55 02 00 13 EB");
@@ -121,7 +121,7 @@ TEST_F(ReadPort, SilenceEndsAfterFiveEmptyReadsAndTheirPauses) {
   world_.Record();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(), ""); }), 3 * kSecond);
   EXPECT_THAT(
-      world_.TakeCalls().text_with_results(),
+      world_.DrainCalls().text_with_results(),
       ElementsAre("ReadFile(port1, 1) = nothing", "Sleep(200)",  //
                   "ReadFile(port1, 1) = nothing", "Sleep(200)", "ReadFile(port1, 1) = nothing",
                   "Sleep(200)", "ReadFile(port1, 1) = nothing", "Sleep(200)",
@@ -132,7 +132,7 @@ TEST_F(ReadPort, PausesForTheTimeoutField) {
   ipodserialPeer::TimeoutMs(serial_) = 70;
   world_.Record({"Sleep"});
   Read();
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("Sleep(70)", "Sleep(70)", "Sleep(70)", "Sleep(70)", "Sleep(70)"));
 }
 
@@ -192,7 +192,7 @@ TEST_F(ReadPort, ShortGapsBetweenBytesCostNothing) {
     }
     world_.Record({"Sleep"});
     EXPECT_EQ(Read(), "FF 55 02 00 02 FC");
-    EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+    EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   }
 }
 
@@ -232,14 +232,14 @@ TEST_F(ReadPort, NoRoomReadsNothing) {
   EXPECT_EQ(serial_.readport(buffer_.data(), 0), 0U);
   EXPECT_EQ(serial_.readport(buffer_.data(), -1), 0U);
   EXPECT_EQ(serial_.readport(nullptr, 256), 0U);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(ReadPort, ClosedPortRefusesToRead) {
   serial_.closeport();
   world_.Record();
   EXPECT_EQ(serial_.readport(buffer_.data(), 256), 0U);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 }  // namespace

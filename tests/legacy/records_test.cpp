@@ -32,7 +32,7 @@ TEST_F(Records, NameStandsBehindTheIndexAndIsConverted) {
   Answer(kRetrieve, kZoe);
   EXPECT_EQ(Read(256), 1);
   EXPECT_STREQ(name_, L"Zo\u00EB");
-  EXPECT_THAT(TakeSent(), ElementsAre(kRetrieve));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRetrieve));
 }
 
 TEST_F(Records, LargestIndexAndAnyCategoryAreAskedFor) {
@@ -82,20 +82,20 @@ TEST_F(Records, TwoEmptyNamesFail) {
   Answer(kRetrieve, kNameless);
   EXPECT_EQ(Read(256), 0);
   EXPECT_EQ(test::Units(name_, 2), "0 78");
-  EXPECT_THAT(TakeSent(), ElementsAre(kRetrieve, kRetrieve));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRetrieve, kRetrieve));
 }
 
 TEST_F(Records, TwoUnansweredRequestsFailInTwiceTheTime) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(Read(256), 0); }), 6010 * kMillisecond);
   EXPECT_STREQ(name_, L"");
-  EXPECT_THAT(TakeSent(), ElementsAre(kRetrieve, kRetrieve));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRetrieve, kRetrieve));
 }
 
 TEST_F(Records, SecondAttemptTakesAnAnswerThatCameTooLateForTheFirst) {
   Answer(kRetrieve, kZoe, 3100 * kMillisecond);
   EXPECT_EQ(Read(256), 1);
   EXPECT_STREQ(name_, L"Zo\u00EB");
-  EXPECT_THAT(TakeSent(), ElementsAre(kRetrieve, kRetrieve));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRetrieve, kRetrieve));
 }
 
 TEST_F(Records, SecondAttemptFollowsARequestThatCouldNotBeSent) {
@@ -115,7 +115,7 @@ TEST_F(Records, NameOfCapacity1StaysEmptyAndFails) {
   Answer(kRetrieve, kZoe);
   EXPECT_EQ(Read(1), 0);
   EXPECT_EQ(test::Units(name_, 2), "0 78");
-  EXPECT_THAT(TakeSent(), ElementsAre(kRetrieve, kRetrieve));
+  EXPECT_THAT(DrainSent(), ElementsAre(kRetrieve, kRetrieve));
 }
 
 TEST_F(Records, NameOfNoCapacityIsNotTouched) {
@@ -151,7 +151,7 @@ TEST_F(RecordLists, AreReleasedElementByElementTheFirstIncluded) {
   unsigned long* values = MakeValues();
   world_.Record({"LocalFree"});
   legacy_.deleterecords(&names, &values);
-  EXPECT_THAT(world_.TakeCalls().text_with_results(),
+  EXPECT_THAT(world_.DrainCalls().text_with_results(),
               ElementsAre("LocalFree(unknown) = failed 6", "LocalFree(block2) = null",
                           "LocalFree(block3) = null", "LocalFree(block1) = null",
                           "LocalFree(block4) = null"));
@@ -171,7 +171,7 @@ TEST_F(RecordLists, OfNoElementsReleaseTheArray) {
   wchar_t** names = MakeNames(0);
   world_.Record({"LocalFree"});
   legacy_.deleterecords(&names, nullptr);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("LocalFree(block1)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("LocalFree(block1)"));
 }
 
 TEST_F(RecordLists, MayBeMissing) {
@@ -180,14 +180,14 @@ TEST_F(RecordLists, MayBeMissing) {
   world_.Record({"LocalFree"});
   legacy_.deleterecords(nullptr, nullptr);
   legacy_.deleterecords(&no_names, &no_values);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(RecordLists, MayBeValuesOnly) {
   unsigned long* values = MakeValues();
   world_.Record({"LocalFree"});
   legacy_.deleterecords(nullptr, &values);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("LocalFree(block1)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("LocalFree(block1)"));
 }
 
 }  // namespace

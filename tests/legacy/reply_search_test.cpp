@@ -44,7 +44,7 @@ TEST_P(PassedOver, OnTheWayToTheReply) {
   Send(kName);
   EXPECT_EQ(Extract(0x08), 1);
   EXPECT_EQ(Text(3), "41 42 7777");
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_P(PassedOver, AsOftenAsItComes) {
@@ -69,7 +69,7 @@ TEST_F(LegacyReply, ThatIsASportsAckIsTakenWhereItIsExpected) {
 TEST_F(LegacyReply, ThatDoesNotComeFailsAfterFiveEmptyReads) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Extract(0x08), 0); }), 3 * kSecond);
   EXPECT_THAT(text_, Each(kUntouched));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(LegacyReply, ThatDoesNotComeAfterOtherFramesFailsToo) {
@@ -136,33 +136,33 @@ TEST_P(AnsweredRequest, IsAnsweredWhileTheReplyIsAwaited) {
   Send(kName);
   EXPECT_EQ(Extract(0x08), 1);
   EXPECT_EQ(Text(3), "41 42 7777");
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().answer));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().answer));
 }
 
 TEST_P(AnsweredRequest, IsAnsweredAsOftenAsItComes) {
   Send(GetParam().request);
   Send(GetParam().request);
   EXPECT_EQ(Extract(0x08), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().answer, GetParam().answer));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().answer, GetParam().answer));
 }
 
 TEST_F(LegacyReply, IsNeverTheRequestForAccessoryInfo) {
   Send("FF 55 03 00 27 09 CD");
   EXPECT_EQ(Extract(0x27), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 00 28 09 00 E0 EA"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 00 28 09 00 E0 EA"));
 }
 
 TEST_F(LegacyReply, IsNeverTheRequestForSportsCapabilities) {
   Send("FF 55 02 09 03 F2");
   EXPECT_EQ(Extract(0x03), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
 }
 
 TEST_F(LegacyReply, MayBeTheRequestForTheSportsVersion) {
   Send("FF 55 03 09 01 41 B2");
   EXPECT_EQ(Extract(0x01), 1);
   EXPECT_EQ(Text(2), "41 7777");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 09 02 01 00 F0"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 02 01 00 F0"));
 }
 
 TEST_F(LegacyReply, UnderTheNumberOfAnotherLingosRequestIsNotAnswered) {
@@ -172,7 +172,7 @@ TEST_F(LegacyReply, UnderTheNumberOfAnotherLingosRequestIsNotAnswered) {
   EXPECT_EQ(Extract(0x03), 1);
   Send("FF 55 02 00 01 FD");
   EXPECT_EQ(Extract(0x01), 1);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(LegacyReply, ComesThroughARequestAnAckAndABadFrame) {
@@ -182,7 +182,7 @@ TEST_F(LegacyReply, ComesThroughARequestAnAckAndABadFrame) {
   Send("FF 55 05 33 08 41 42 00 3D");
   EXPECT_EQ(Extract(0x08), 1);
   EXPECT_EQ(Text(4), "41 42 0 7777");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 00 28 09 00 E0 EA"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 00 28 09 00 E0 EA"));
 }
 
 TEST_F(LegacyReply, LeavesWhatFollowsItInThePort) {

@@ -19,7 +19,7 @@ TEST_F(LegacyReply, IsReadInTheTimeItNeedsOnTheLine) {
   Send(kName);
   world_.Record({"ReadFile", "Sleep"});
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Extract(0x08), 1); }), 1389);  // 8 bytes at 57600 baud
-  EXPECT_THAT(world_.TakeRecord(), Each("ReadFile(port1, 1)"));
+  EXPECT_THAT(world_.DrainRecord(), Each("ReadFile(port1, 1)"));
 }
 
 TEST_F(LegacyReply, StartsAtTheOffsetAndRunsOnIntoTheChecksumAndZeros) {

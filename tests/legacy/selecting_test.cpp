@@ -24,8 +24,8 @@ TEST_F(Selecting, RecordIsSelectedInTheCategoryEnteredLast) {
   EXPECT_EQ(legacy_.select(3, 260, &count_), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(3, 3);
-  EXPECT_THAT(TakeSent(), ElementsAre(kSelectArtist, kCountAlbums));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre(kSelectArtist, kCountAlbums));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre(kSelectTrace,
                           "Select Last Category 2, Category 3, Index 260, Count 258, Result 1\n"));
 }
@@ -38,8 +38,8 @@ TEST_F(Selecting, RecordIsSelectedSortedByNameWhenTheIpodNeedsIt) {
   EXPECT_EQ(legacy_.select(3, 260, &count_), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(3, 3);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 01 04 04 B0", kCountAlbums));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 01 04 04 B0", kCountAlbums));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("SelectSortDBRecord, Data 0-4, 2 0 0 1 4\n",
                           "Select Last Category 2, Category 3, Index 260, Count 258, Result 1\n"));
 }
@@ -50,8 +50,8 @@ TEST_F(Selecting, RefusedRecordFailsInTheCategoryEnteredLast) {
   EXPECT_EQ(legacy_.select(3, 260, &count_), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(2, 2);
-  EXPECT_THAT(TakeSent(), ElementsAre(kSelectArtist));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre(kSelectArtist));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre(kSelectTrace,
                           "Select Last Category 2, Category 3, Index 260, Count 0, Result 0\n"));
 }
@@ -68,7 +68,7 @@ TEST_F(Selecting, RecordThatCannotBeSentFailsAndAwaitsNothing) {
   world_.FailFrom("WriteFile", 1, 31);
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.select(3, 260, &count_), 0); }), 5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre(kSelectTrace,
                           "Select Last Category 2, Category 3, Index 260, Count 0, Result 0\n"));
 }
@@ -95,7 +95,7 @@ TEST_F(Selecting, GoingToTracksFromAnotherCategoryStopsNothing) {
   EXPECT_EQ(legacy_.select(5, 260, &count_), 1);
   EXPECT_EQ(count_, 258U);
   ExpectCategories(5, 5);
-  EXPECT_THAT(TakeSent(), ElementsAre(kSelectArtist, "FF 55 04 04 00 18 05 DB"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kSelectArtist, "FF 55 04 04 00 18 05 DB"));
 }
 
 constexpr const char* kStop = "FF 55 04 04 00 29 02 CD";
@@ -109,8 +109,8 @@ TEST_F(Selecting, TrackIsStoppedFirstAndSelectedWithoutAwaitingAnAck) {
   EXPECT_EQ(legacy_.select(5, 3, &count_), 1);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(5, 5);
-  EXPECT_THAT(TakeSent(), ElementsAre(kStop, kSelectTrack));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre(kStop, kSelectTrack));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("SelectDBRecord, Data 0-4, 5 0 0 0 3\n",
                           "Select Last Category 5, Category 5, Index 3, Count 0, Result 1\n"));
 }
@@ -120,7 +120,7 @@ TEST_F(Selecting, SelectingATrackTakesOnlyTheStopAndThePauses) {
   world_.Record({"Sleep", "ReadFile"});
   legacy_.select(5, 3, &count_);
   // Five empty reads for the ACK of the stop; none for the selection.
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("Sleep(5)", "ReadFile(port1, 1)", "Sleep(200)", "ReadFile(port1, 1)",
                           "Sleep(200)", "ReadFile(port1, 1)", "Sleep(200)", "ReadFile(port1, 1)",
                           "Sleep(200)", "ReadFile(port1, 1)", "Sleep(200)", "Sleep(5)"));
@@ -132,8 +132,8 @@ TEST_F(Selecting, TrackIsNotSelectedWhenTheStopIsRefused) {
   EXPECT_EQ(legacy_.select(5, 3, &count_), 0);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(5, 5);
-  EXPECT_THAT(TakeSent(), ElementsAre(kStop));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre(kStop));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Select Last Category 5, Category 5, Index 3, Count 0, Result 0\n"));
 }
 
@@ -142,8 +142,8 @@ TEST_F(Selecting, TrackOnTheWayToAnotherCategoryIsSelectedWithoutAStop) {
   EXPECT_EQ(Elapsed([this] { EXPECT_EQ(legacy_.select(3, 3, &count_), 1); }), 5 * kMillisecond);
   EXPECT_EQ(count_, 0U);
   ExpectCategories(5, 5);
-  EXPECT_THAT(TakeSent(), ElementsAre(kSelectTrack));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainSent(), ElementsAre(kSelectTrack));
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("SelectDBRecord, Data 0-4, 5 0 0 0 3\n",
                           "Select Last Category 5, Category 3, Index 3, Count 0, Result 1\n"));
 }
@@ -153,7 +153,7 @@ TEST_F(Selecting, TrackIsSelectedSortedByNameWhenTheIpodNeedsIt) {
   ipodPeer::NameSort(legacy_) = 1;
   Answer(kStop, kStopAck);
   EXPECT_EQ(legacy_.select(5, 3, &count_), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kStop, "FF 55 09 04 00 38 05 00 00 00 03 04 AF"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kStop, "FF 55 09 04 00 38 05 00 00 00 03 04 AF"));
 }
 
 TEST_F(Selecting, TrackThatCannotBeSelectedFails) {
@@ -161,7 +161,7 @@ TEST_F(Selecting, TrackThatCannotBeSelectedFails) {
   Answer(kStop, kStopAck);
   world_.FailFrom("WriteFile", 3, 31);
   EXPECT_EQ(legacy_.select(5, 3, &count_), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kStop));
+  EXPECT_THAT(DrainSent(), ElementsAre(kStop));
 }
 
 }  // namespace

@@ -150,7 +150,7 @@ TEST_F(FailingStep, WithoutRemoteModeNothingIsSelected) {
   answering_.Answer("00 05", kSilent);
   Perform(0);
   EXPECT_EQ(ipodPeer::TopSelectionResult(legacy_), 77);
-  EXPECT_EQ(answering_.TakeFrames().back(), "FF 55 02 00 05 F9");
+  EXPECT_EQ(answering_.DrainFrames().back(), "FF 55 02 00 05 F9");
 }
 
 TEST_F(FailingStep, InformationThatIsNotWholeLeavesTheTitle) {

@@ -22,7 +22,7 @@ TEST_F(SelfTest, StartOpensTheStoredPortAndTheFirstStep) {
   ipodPeer::SelfTestStep(legacy_) = 3;
   world_.Record({"CreateFileW"});
   EXPECT_EQ(legacy_.startregressiontest(detail_), 1);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
   EXPECT_STREQ(detail_, L"Regression Test Started, port opened");
   EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), 0U);
 }
@@ -39,7 +39,7 @@ TEST_F(SelfTest, StartSendsNothing) {
   legacy_.closeport();
   EXPECT_EQ(legacy_.startregressiontest(nullptr), 1);
   world_.Advance(50 * kMillisecond);
-  EXPECT_THAT(answering_.TakeFrames(), IsEmpty());
+  EXPECT_THAT(answering_.DrainFrames(), IsEmpty());
 }
 
 // ---- The steps
@@ -52,7 +52,7 @@ TEST_F(SelfTest, FirstStepSetsUpTheConnection) {
   EXPECT_EQ(step.title, "Set Up Connection Test");
   EXPECT_EQ(step.detail, "Enter Remote UI mode");
   EXPECT_EQ(ipodPeer::TopSelectionResult(legacy_), 1);
-  EXPECT_THAT(answering_.TakeFrames(),
+  EXPECT_THAT(answering_.DrainFrames(),
               ElementsAre("Request Remote UI Mode For Communcation: FF 55 02 00 03 FB",
                           "Exit Remote UI Mode: FF 55 02 00 06 F8",
                           "Identify Device Lingos: FF 55 03 00 01 04 F8",
@@ -71,11 +71,11 @@ TEST_F(SelfTest, SecondStepGetsInformation) {
   EXPECT_EQ(step.result, 1);
   EXPECT_STREQ(title_, L"Ipod Information Zo\u00EB MA147 000b|0004 8K5 2.0.1");
   EXPECT_EQ(step.detail, "Getting Software Version");
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre("Getting Model Name: FF 55 02 00 0D F1",
-                                                   "Getting Ipod Name: FF 55 02 00 07 F7",
-                                                   "Getting Serial Num: FF 55 02 00 0B F3",
-                                                   "Getting Software Version: FF 55 02 00 09 F5",
-                                                   "Getting Software Version: FF 55 02 00 0D F1"));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre("Getting Model Name: FF 55 02 00 0D F1",
+                                                    "Getting Ipod Name: FF 55 02 00 07 F7",
+                                                    "Getting Serial Num: FF 55 02 00 0B F3",
+                                                    "Getting Software Version: FF 55 02 00 09 F5",
+                                                    "Getting Software Version: FF 55 02 00 0D F1"));
 }
 
 TEST_F(SelfTest, ThirdStepPlaysTwoTracksOfTheFirstAlbum) {
@@ -85,7 +85,7 @@ TEST_F(SelfTest, ThirdStepPlaysTwoTracksOfTheFirstAlbum) {
   EXPECT_EQ(step.result, 1);
   EXPECT_EQ(step.title, "Select Tracks from Album 0 Test");
   EXPECT_EQ(step.detail, "Compare Playing Track 1 Name to Selected Track Name");
-  EXPECT_THAT(answering_.TakeFrames(),
+  EXPECT_THAT(answering_.DrainFrames(),
               ElementsAre("Select Top Album Both: FF 55 03 04 00 16 E3",
                           "Select Top Album Both: FF 55 04 04 00 18 03 DD",
                           "Get Next Catorgized DB Record Index 0 Album: "
@@ -113,13 +113,13 @@ TEST_F(SelfTest, FourthStepPlaysPausesAndStops) {
   EXPECT_EQ(step.result, 1);
   EXPECT_EQ(step.title, "Play Pause Stop Test");
   EXPECT_EQ(step.detail, "Setting to Stop");
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre("Setting to Play: FF 55 03 04 00 1C DD",
-                                                   "Setting to Play: FF 55 04 04 00 29 0A C5",
-                                                   "Setting to Play: FF 55 03 04 00 1C DD",
-                                                   "Setting to Pause: FF 55 04 04 00 29 01 CE",
-                                                   "Setting to Pause: FF 55 03 04 00 1C DD",
-                                                   "Setting to Stop: FF 55 04 04 00 29 02 CD",
-                                                   "Setting to Stop: FF 55 03 04 00 1C DD"));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre("Setting to Play: FF 55 03 04 00 1C DD",
+                                                    "Setting to Play: FF 55 04 04 00 29 0A C5",
+                                                    "Setting to Play: FF 55 03 04 00 1C DD",
+                                                    "Setting to Pause: FF 55 04 04 00 29 01 CE",
+                                                    "Setting to Pause: FF 55 03 04 00 1C DD",
+                                                    "Setting to Stop: FF 55 04 04 00 29 02 CD",
+                                                    "Setting to Stop: FF 55 03 04 00 1C DD"));
 }
 
 TEST_F(SelfTest, LastStepLeavesTheModeAndClosesThePort) {
@@ -135,7 +135,7 @@ TEST_F(SelfTest, LastStepLeavesTheModeAndClosesThePort) {
 TEST_F(SelfTest, LastStepSendsBeforeItCloses) {
   world_.Record({"WriteFile", "Sleep", "CloseHandle"});
   Perform(4);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(5)", "WriteFile(port1, 55 02 00 06 F8)",
                           "CloseHandle(port1)"));
 }
@@ -152,7 +152,7 @@ TEST_F(SelfTest, RefusedTopSelectionIsNotedAndDoesNotCount) {
 TEST_F(SelfTest, PlayingPlayerNeedsNoPlay) {
   answering_.AnswerNth("04 00 1C", 1, kPlaying);
   EXPECT_EQ(Perform(3).result, 1);
-  const std::vector<std::string> frames = answering_.TakeFrames();
+  const std::vector<std::string> frames = answering_.DrainFrames();
   ASSERT_EQ(frames.size(), 6U);
   EXPECT_EQ(frames[0], "FF 55 03 04 00 1C DD");
   EXPECT_EQ(frames[1], "FF 55 03 04 00 1C DD");
@@ -170,7 +170,7 @@ TEST_F(SelfTest, AlbumOfOneTrackEndsWithTheFirstComparison) {
   const Step step = Perform(2);
   EXPECT_EQ(step.result, 1);
   EXPECT_EQ(step.detail, "Compare Playing Track 0 Name to Selected Track Name");
-  EXPECT_EQ(answering_.TakeFrames().size(), 10U);
+  EXPECT_EQ(answering_.DrainFrames().size(), 10U);
 }
 
 TEST_F(SelfTest, AlbumOfTwoTracksPlaysBoth) {
@@ -214,9 +214,9 @@ TEST_F(SelfTest, FiveCallsReturnOneFourTimesAndThenZero) {
 
 TEST_F(SelfTest, FurtherCallsEndAgainOnTheClosedPort) {
   Perform(4);
-  answering_.TakeFrames();
+  answering_.DrainFrames();
   world_.Advance(10 * kMillisecond);
-  answering_.TakeFrames();
+  answering_.DrainFrames();
   for (int i = 0; i < 2; ++i) {
     Step step;
     EXPECT_EQ(Elapsed([&] { step = Next(); }), 5 * kMillisecond);
@@ -226,7 +226,7 @@ TEST_F(SelfTest, FurtherCallsEndAgainOnTheClosedPort) {
     EXPECT_EQ(step.detail, "");
   }
   EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), 7U);
-  EXPECT_THAT(answering_.TakeFrames(), IsEmpty());
+  EXPECT_THAT(answering_.DrainFrames(), IsEmpty());
 }
 
 TEST_F(SelfTest, OutputsAreOptional) {

@@ -47,28 +47,28 @@ TEST_F(LegacySenders, SmallFrameGoesOutSyncByteFirst) {
   Fill(0x00, 0x03, "");
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.sendpacket(), 1); }), 5 * kMillisecond);
   EXPECT_THAT(
-      world_.TakeCalls().text_with_results(),
+      world_.DrainCalls().text_with_results(),
       ElementsAre("WriteFile(port1, FF) = 1", "Sleep(5)", "WriteFile(port1, 55 02 00 03 FB) = 5"));
 }
 
 TEST_F(LegacySenders, SmallFrameCarriesLingoCommandAndPayload) {
   Fill(0x07, 0x33, "41 42 43");
   EXPECT_EQ(legacy_.sendpacket(), 1);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
-                                               "WriteFile(port1, 55 05 07 33 41 42 43 FB)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
+                                                "WriteFile(port1, 55 05 07 33 41 42 43 FB)"));
 }
 
 TEST_F(LegacySenders, SmallFrameHasAOneByteCommandForEveryLingo) {
   Fill(0x04, 0x33, "41");
   EXPECT_EQ(legacy_.sendpacket(), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 03 04 33 41 85");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 03 04 33 41 85");
 }
 
 TEST_F(LegacySenders, SmallFrameHolds250PayloadBytes) {
   FillNumbered(250);
   EXPECT_EQ(legacy_.sendpacket(), 1);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
-                                               Write("55 FC 04 33 " + Numbered(250) + " 38")));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
+                                                Write("55 FC 04 33 " + Numbered(250) + " 38")));
 }
 
 // ---- Extended frames
@@ -76,7 +76,7 @@ TEST_F(LegacySenders, SmallFrameHolds250PayloadBytes) {
 TEST_F(LegacySenders, ExtendedFrameGoesOutSyncByteFirst) {
   Fill(0x04, 0x33, "");
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.sendpacketextended(), 1); }), 5 * kMillisecond);
-  EXPECT_THAT(world_.TakeCalls().text_with_results(),
+  EXPECT_THAT(world_.DrainCalls().text_with_results(),
               ElementsAre("WriteFile(port1, FF) = 1", "Sleep(5)",
                           "WriteFile(port1, 55 03 04 12 34 B3) = 6"));
 }
@@ -84,17 +84,17 @@ TEST_F(LegacySenders, ExtendedFrameGoesOutSyncByteFirst) {
 TEST_F(LegacySenders, ExtendedFrameCarriesATwoByteCommandForEveryLingo) {
   Fill(0x04, 0x33, "41 42");
   EXPECT_EQ(legacy_.sendpacketextended(), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 05 04 12 34 41 42 2E");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 05 04 12 34 41 42 2E");
   Fill(0x09, 0x33, "41 42");
   EXPECT_EQ(legacy_.sendpacketextended(), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 05 09 12 34 41 42 29");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 05 09 12 34 41 42 29");
 }
 
 TEST_F(LegacySenders, ExtendedFrameHolds249PayloadBytes) {
   FillNumbered(249);
   EXPECT_EQ(legacy_.sendpacketextended(), 1);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
-                                               Write("55 FC 04 12 34 " + Numbered(249) + " 1E")));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
+                                                Write("55 FC 04 12 34 " + Numbered(249) + " 1E")));
 }
 
 // ---- Large frames
@@ -104,7 +104,7 @@ TEST_F(LegacySenders, LargeFrameLosesItsLastTwoBytesAndSucceeds) {
   Fill(0x04, 0x33, "41 42 43");
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1); }),
             5 * kMillisecond);
-  EXPECT_THAT(world_.TakeCalls().text_with_results(),
+  EXPECT_THAT(world_.DrainCalls().text_with_results(),
               ElementsAre("WriteFile(port1, FF) = 1", "Sleep(5)",
                           "WriteFile(port1, 55 00 00 06 04 12 34 41 42) = 9"));
 }
@@ -112,27 +112,27 @@ TEST_F(LegacySenders, LargeFrameLosesItsLastTwoBytesAndSucceeds) {
 TEST_F(LegacySenders, LargeFrameWithoutPayloadLosesTheLowCommandByte) {
   Fill(0x04, 0x33, "");
   EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 03 04 12");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 03 04 12");
 }
 
 TEST_F(LegacySenders, LargeFrameOfOnePayloadByteLosesIt) {
   Fill(0x09, 0x33, "41");
   EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 04 09 12 34");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 04 09 12 34");
 }
 
 TEST_F(LegacySenders, LargeFrameTakesItsPayloadFromThePacketAreaAndNotFromTheArgument) {
   Fill(0x04, 0x33, "41 42 43");
   unsigned char image[] = {0x99, 0x99, 0x99};
   EXPECT_EQ(legacy_.sendpacketextendedlarge(image), 1);
-  EXPECT_EQ(TakeSentBytes(), "FF 55 00 00 06 04 12 34 41 42");
+  EXPECT_EQ(DrainSentBytes(), "FF 55 00 00 06 04 12 34 41 42");
 }
 
 TEST_F(LegacySenders, LargeFrameHolds247PayloadBytes) {
   FillNumbered(247);
   EXPECT_EQ(legacy_.sendpacketextendedlarge(nullptr), 1);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
-                                               Write("55 00 00 FA 04 12 34 " + Numbered(246))));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
+                                                Write("55 00 00 FA 04 12 34 " + Numbered(246))));
 }
 
 // ---- What fails
@@ -148,7 +148,7 @@ std::ostream& operator<<(std::ostream& out, const SenderRow& row) { return out <
 class EveryLegacySender : public LegacySenders, public ::testing::WithParamInterface<SenderRow> {
  protected:
   int Send() { return GetParam().send(legacy_); }
-  std::size_t Writes() { return world_.TakeCalls().To({"WriteFile"}).all().size(); }
+  std::size_t Writes() { return world_.DrainCalls().To({"WriteFile"}).all().size(); }
 };
 
 INSTANTIATE_TEST_SUITE_P(
@@ -164,7 +164,7 @@ TEST_P(EveryLegacySender, RefusesAPayloadThatDoesNotFitItsFrame) {
   for (const unsigned length : {unsigned{GetParam().too_long}, 256U, 257U, 65535U}) {
     FillNumbered(static_cast<std::uint16_t>(length));
     EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Send(), 0); }), 0) << length;
-    EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+    EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   }
 }
 
@@ -204,7 +204,7 @@ TEST_P(EveryLegacySender, PrintsNothing) {
   world_.FailOnce("WriteFile", 2, 31);
   Send();
   Send();
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 }  // namespace

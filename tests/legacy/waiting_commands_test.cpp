@@ -20,7 +20,7 @@ TEST_F(LegacyWaitingCommands, EnteringRemoteUiModeWaitsForTheAck) {
   Answer(kEnter, "FF 55 04 00 02 00 05 F5");
   world_.Record({"WriteFile", "Sleep"});
   EXPECT_EQ(legacy_.command_enterremoteuimode(), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(5)", "WriteFile(port1, 55 02 00 05 F9)"));
 }
 
@@ -32,20 +32,20 @@ TEST_F(LegacyWaitingCommands, EnteringRemoteUiModeDoesNotLookAtTheAcksStatus) {
 TEST_F(LegacyWaitingCommands, EnteringRemoteUiModePassesOverOtherFrames) {
   Answer(kEnter, "FF 55 03 00 27 08 CE FF 55 04 00 02 00 05 F5");
   EXPECT_EQ(legacy_.command_enterremoteuimode(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kEnter, "FF 55 03 00 28 08 CD"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kEnter, "FF 55 03 00 28 08 CD"));
 }
 
 TEST_F(LegacyWaitingCommands, EnteringRemoteUiModeWaitsTwiceForASilentIpod) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_enterremoteuimode(), 0); }),
             5 * kMillisecond + 3 * kSecond + 20 * kMillisecond + 3 * kSecond);
-  EXPECT_THAT(TakeSent(), ElementsAre(kEnter));
+  EXPECT_THAT(DrainSent(), ElementsAre(kEnter));
 }
 
 TEST_F(LegacyWaitingCommands, EnteringRemoteUiModeTakesTheAckOfTheSecondWait) {
   Answer(kEnter, "FF 55 04 00 02 00 05 F5", 4 * kSecond);
   world_.Record({"Sleep"});
   EXPECT_EQ(legacy_.command_enterremoteuimode(), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("Sleep(5)", "Sleep(200)", "Sleep(200)", "Sleep(200)", "Sleep(200)",
                           "Sleep(200)", "Sleep(20)", "Sleep(200)"));
 }
@@ -54,7 +54,7 @@ TEST_F(LegacyWaitingCommands, EnteringRemoteUiModeWaitsForNothingWhenTheSendFail
   world_.FailOnce("WriteFile", 2, 31);
   world_.Record({"ReadFile"});
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_enterremoteuimode(), 0); }), 5 * kMillisecond);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 // ---- Play control
@@ -64,13 +64,13 @@ constexpr const char* kPlayPause = "FF 55 04 04 00 29 01 CE";
 TEST_F(LegacyWaitingCommands, PlayControlSucceedsOnAnAcceptingAck) {
   Answer(kPlayPause, "FF 55 06 04 00 01 00 00 29 CC");
   EXPECT_EQ(legacy_.command_playcontrol(ipod::IPOD_PLAYCONTROL_PLAYPAUSE), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kPlayPause));
+  EXPECT_THAT(DrainSent(), ElementsAre(kPlayPause));
 }
 
 TEST_F(LegacyWaitingCommands, PlayControlSendsItsCode) {
   Answer("FF 55 04 04 00 29 0B C4", "FF 55 06 04 00 01 00 00 29 CC");
   EXPECT_EQ(legacy_.command_playcontrol(ipod::IPOD_PLAYCONTROL_PAUSE), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 29 0B C4"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 29 0B C4"));
 }
 
 TEST_F(LegacyWaitingCommands, PlayControlFailsOnARefusingAck) {
@@ -81,7 +81,7 @@ TEST_F(LegacyWaitingCommands, PlayControlFailsOnARefusingAck) {
 TEST_F(LegacyWaitingCommands, PlayControlSucceedsOnASilentIpod) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_playcontrol(1), 1); }),
             5 * kMillisecond + 3 * kSecond);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Error reading port, purging rx...\r\n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Error reading port, purging rx...\r\n"));
 }
 
 TEST_F(LegacyWaitingCommands, PlayControlSucceedsOnAnotherReply) {
@@ -98,7 +98,7 @@ TEST_F(LegacyWaitingCommands, PlayControlFailsWhenTheSendFailsAndReadsNothing) {
   world_.FailOnce("WriteFile", 1, 31);
   world_.Record({"ReadFile"});
   EXPECT_EQ(legacy_.command_playcontrol(1), 0);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(LegacyWaitingCommands, PlayControlLeavesTheRestOfThePayload) {
@@ -116,15 +116,15 @@ TEST_F(LegacyWaitingCommands, ContextButtonIsPressedFor30Milliseconds) {
               EXPECT_EQ(legacy_.command_contextbutton(ipod::IPOD_BUTTON_CONTEXT_MASK_PLAYPAUSE), 1);
             }),
             40 * kMillisecond);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
-                                               "WriteFile(port1, 55 06 02 00 01 00 00 00 F7)",
-                                               "Sleep(30)", "WriteFile(port1, FF)", "Sleep(5)",
-                                               "WriteFile(port1, 55 06 02 00 00 00 00 00 F8)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
+                                                "WriteFile(port1, 55 06 02 00 01 00 00 00 F7)",
+                                                "Sleep(30)", "WriteFile(port1, FF)", "Sleep(5)",
+                                                "WriteFile(port1, 55 06 02 00 00 00 00 00 F8)"));
 }
 
 TEST_F(LegacyWaitingCommands, ButtonMaskGoesOutLowestByteFirst) {
   EXPECT_EQ(legacy_.command_buttonstatus(ipod::IPOD_COMMAND_VIDEOBUTTONSTATUS, 0x01020304), 1);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 06 02 03 04 03 02 01 EB", "FF 55 06 02 03 00 00 00 00 F5"));
 }
 
@@ -132,8 +132,8 @@ TEST_F(LegacyWaitingCommands, ButtonThatIsNotPressedIsNotReleased) {
   world_.FailOnce("WriteFile", 2, 31);
   world_.Record({"WriteFile", "Sleep"});
   EXPECT_EQ(legacy_.command_contextbutton(1), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
-                                               "WriteFile(port1, 55 06 02 00 01 00 00 00 F7)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("WriteFile(port1, FF)", "Sleep(5)",
+                                                "WriteFile(port1, 55 06 02 00 01 00 00 00 F7)"));
 }
 
 TEST_F(LegacyWaitingCommands, ButtonThatIsNotReleasedFails) {

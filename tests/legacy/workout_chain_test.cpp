@@ -20,7 +20,7 @@ TEST_F(WorkoutLine, ReopensThePortAndAwaitsTheAck) {
   ipodPeer::StorageFileHandle(legacy_) = kHandle;
   world_.Record();
   EXPECT_EQ(Write(L"A\n"), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("StringCchCopyW(256, \"A\n\")", "SetCommMask(port1, 0)",
                           "PurgeComm(port1, 12)", "CloseHandle(port1)", "CreateFileW(\"COM2:\")",
                           "GetCommState(port2)", "SetCommMask(port2, 1)",
@@ -47,7 +47,7 @@ TEST_F(WorkoutLine, ReopensTheStoredPortAtTheSpeedOfTheLastOpen) {
   EXPECT_EQ(legacy_.openport(name, 9600), 1);
   world_.Record({"CreateFileW", "SetCommState"});
   EXPECT_EQ(Write(L"A\n"), 1);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("CreateFileW(\"COM2:\")",
                           "SetCommState(port3, 9600 baud, 8 bits, parity 0, stop bits code 1)"));
   world_.line("COM3:").Unplug();
@@ -56,7 +56,7 @@ TEST_F(WorkoutLine, ReopensTheStoredPortAtTheSpeedOfTheLastOpen) {
 TEST_F(WorkoutLine, DoesNothingAfterAFailure) {
   world_.Record();
   EXPECT_EQ(Write(L"A\n", 0), 0);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_EQ(Status(), "");
 }
 
@@ -102,14 +102,14 @@ TEST_F(WorkoutLine, OpensAPortThatWasClosed) {
 
 TEST_F(WorkoutLine, HoldsAtMost245Characters) {
   EXPECT_EQ(Write(std::wstring(245, L'x')), 1);
-  EXPECT_THAT(answering_.TakeLines(0, 0), ElementsAre(std::string(245, 'x')));
+  EXPECT_THAT(answering_.DrainLines(0, 0), ElementsAre(std::string(245, 'x')));
   EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), 245U);
 }
 
 TEST_F(WorkoutLine, IsRefusedUnsentWhenItIsLonger) {
   world_.Record({"WriteFile", "CreateFileW"});
   EXPECT_EQ(Write(std::wstring(246, L'x')), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CreateFileW(\"COM2:\")"));
   EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), 0U);
   EXPECT_EQ(Status(), std::string(246, 'x'));
 }
@@ -122,18 +122,18 @@ TEST_F(WorkoutLine, StatusKeeps255Characters) {
 // The length is cut to 16 bits, so of 65539 characters the first three are written.
 TEST_F(WorkoutLine, CountsIn16Bits) {
   EXPECT_EQ(Write(std::wstring(65539, L'x')), 1);
-  EXPECT_THAT(answering_.TakeLines(0, 0), ElementsAre("xxx"));
+  EXPECT_THAT(answering_.DrainLines(0, 0), ElementsAre("xxx"));
 }
 
 TEST_F(WorkoutLine, MayBeEmpty) {
   EXPECT_EQ(Write(L""), 1);
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre("FF 55 07 0C 07 00 00 00 00 00 E6"));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre("FF 55 07 0C 07 00 00 00 00 00 E6"));
 }
 
 TEST_F(WorkoutLine, MissingTextFails) {
   world_.Record();
   EXPECT_EQ(legacy_.ipodstoragewritestring(1, nullptr), 0);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 // ---- Every link failing in turn
@@ -143,14 +143,14 @@ class HeaderChain : public WorkoutTest, public ::testing::WithParamInterface<uns
 TEST_P(HeaderChain, EndsAtTheRefusedLine) {
   answering_.AnswerNth("0C 07", GetParam(), kRefused);
   EXPECT_EQ(Start(), 0);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0).size(), GetParam());
+  EXPECT_EQ(answering_.DrainLines(kHandle, 0).size(), GetParam());
   EXPECT_EQ(Status(), kRefusal);
 }
 
 TEST_P(HeaderChain, EndsAtTheUnansweredLine) {
   answering_.AnswerNth("0C 07", GetParam(), "");
   EXPECT_EQ(Start(), 0);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, 0);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, 0);
   ASSERT_EQ(lines.size(), GetParam());
   EXPECT_EQ(Status(), lines.back());
 }
@@ -163,7 +163,7 @@ TEST_P(IntervalChain, EndsAtTheRefusedLine) {
   Begin();
   answering_.AnswerNth("0C 07", GetParam(), kRefused);
   EXPECT_EQ(Interval(), 0);
-  EXPECT_EQ(answering_.TakeLines(kHandle, kHeaderBytes).size(), GetParam());
+  EXPECT_EQ(answering_.DrainLines(kHandle, kHeaderBytes).size(), GetParam());
   EXPECT_EQ(Status(), kRefusal);
 }
 
@@ -171,7 +171,7 @@ TEST_P(IntervalChain, EndsAtTheUnansweredLine) {
   Begin();
   answering_.AnswerNth("0C 07", GetParam(), "");
   EXPECT_EQ(Interval(), 0);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, kHeaderBytes);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, kHeaderBytes);
   ASSERT_EQ(lines.size(), GetParam());
   EXPECT_EQ(Status(), lines.back());
 }
@@ -184,7 +184,7 @@ TEST_P(SummaryChain, EndsAtTheRefusedLineAndClosesTheFile) {
   Begin();
   answering_.AnswerNth("0C 07", GetParam(), kRefused);
   EXPECT_EQ(Finish(), 0);
-  const std::vector<std::string> frames = answering_.TakeFrames();
+  const std::vector<std::string> frames = answering_.DrainFrames();
   ASSERT_EQ(frames.size(), GetParam() + 1);
   EXPECT_EQ(frames.back(), "FF 55 03 0C 08 2B BE");
   EXPECT_EQ(Status(), kRefusal);
@@ -194,7 +194,7 @@ TEST_P(SummaryChain, EndsAtTheUnansweredLineAndClosesTheFile) {
   Begin();
   answering_.AnswerNth("0C 07", GetParam(), "");
   EXPECT_EQ(Finish(), 0);
-  const std::vector<std::string> frames = answering_.TakeFrames();
+  const std::vector<std::string> frames = answering_.DrainFrames();
   ASSERT_EQ(frames.size(), GetParam() + 1);
   EXPECT_EQ(frames.back(), "FF 55 03 0C 08 2B BE");
 }
@@ -226,12 +226,12 @@ TEST_F(WorkoutEnd, DoesNotReopenThePortToClose) {
   Begin();
   world_.Record({"CreateFileW"});
   EXPECT_EQ(Finish(), 1);
-  EXPECT_EQ(world_.TakeRecord().size(), 7U);  // lines
+  EXPECT_EQ(world_.DrainRecord().size(), 7U);  // lines
 }
 
 TEST_F(WorkoutEnd, WithoutAStartWritesToNoFile) {
   EXPECT_EQ(Finish(), 1);
-  EXPECT_EQ(answering_.TakeLines(0, 0).size(), 7U);
+  EXPECT_EQ(answering_.DrainLines(0, 0).size(), 7U);
 }
 
 }  // namespace

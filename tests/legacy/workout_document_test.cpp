@@ -24,7 +24,7 @@ class WorkoutDocument : public WorkoutTest {
     world_.Record({"StringCchCopyW"});
     action();
     std::vector<std::string> texts;
-    for (const std::string& call : world_.TakeRecord()) {
+    for (const std::string& call : world_.DrainRecord()) {
       EXPECT_EQ(call.substr(0, before.size()), before);
       texts.push_back(call.substr(before.size(), call.size() - before.size() - 2));
     }
@@ -37,7 +37,7 @@ class WorkoutDocument : public WorkoutTest {
 TEST_F(WorkoutDocument, HeaderIsWrittenALinePerFrame) {
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(
-      answering_.TakeFrames(),
+      answering_.DrainFrames(),
       ElementsAre(kCloseOfNone, kSportsRequest, kStorageRequest, kOpen,
                   "FF 55 2E 0C 07 00 00 00 00 2B 3C 3F 78 6D 6C 20 76 65 72 73 69 6F 6E 3D 22 31 "
                   "2E 30 22 20 65 6E 63 6F 64 69 6E 67 3D 22 55 54 46 2D 38 22 3F 3E 0A CF",
@@ -65,12 +65,12 @@ TEST_F(WorkoutDocument, HeaderIsWrittenALinePerFrame) {
                   "2F 6B 67 3E 0A E2",
                   "FF 55 14 0C 07 00 00 01 39 2B 09 3C 2F 75 73 65 72 49 6E 66 6F 3E 0A 6D"));
   EXPECT_EQ(Status(), "Start Workout Good");
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(WorkoutDocument, HeaderReadsSo) {
   EXPECT_EQ(Start(), 1);
-  EXPECT_THAT(answering_.TakeLines(kHandle, 0),
+  EXPECT_THAT(answering_.DrainLines(kHandle, 0),
               ElementsAre("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n", "\t<gymData>\n",
                           "\t<vers>1</vers>\n", "\t<equipmentInfo>\n",
                           "\t\t<manufacturerID>0042</manufacturerID>\n", "\t\t<type>Bike</type>\n",
@@ -105,7 +105,7 @@ class EquipmentCodes : public WorkoutTest, public ::testing::WithParamInterface<
 
 TEST_P(EquipmentCodes, WriteTheirTypeLine) {
   EXPECT_EQ(Start(GetParam().code), 1);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, 0);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, 0);
   ASSERT_EQ(lines.size(), 14U);
   EXPECT_EQ(lines[4], "\t\t<manufacturerID>0042</manufacturerID>\n");
   EXPECT_EQ(lines[5], GetParam().line);
@@ -124,7 +124,7 @@ class UnknownEquipment : public WorkoutTest, public ::testing::WithParamInterfac
 
 TEST_P(UnknownEquipment, EndsTheHeaderBeforeItsType) {
   EXPECT_EQ(Start(static_cast<unsigned char>(GetParam())), 0);
-  EXPECT_THAT(answering_.TakeLines(kHandle, 0),
+  EXPECT_THAT(answering_.DrainLines(kHandle, 0),
               ElementsAre("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n", "\t<gymData>\n",
                           "\t<vers>1</vers>\n", "\t<equipmentInfo>\n",
                           "\t\t<manufacturerID>0042</manufacturerID>\n"));
@@ -139,7 +139,7 @@ TEST_F(WorkoutDocument, IntervalReadsSo) {
   Begin();
   EXPECT_EQ(Interval(), 1);
   EXPECT_THAT(
-      answering_.TakeLines(kHandle, kHeaderBytes),
+      answering_.DrainLines(kHandle, kHeaderBytes),
       ElementsAre("\t<interval>\n", "\t\t<event>start</event>\n", "\t\t<sec>61</sec>\n",
                   "\t\t<kCal>12</kCal>\n", "\t\t<km>0.250000</km>\n", "\t\t<pace>245</pace>\n",
                   "\t\t<bpm>131</bpm>\n", "\t\t<incline>1.500000</incline>\n",
@@ -161,7 +161,7 @@ TEST_F(WorkoutDocument, IntervalTellsItsSteps) {
 TEST_F(WorkoutDocument, IntervalWritesEveryElementAlsoWhenItIsZero) {
   Begin();
   EXPECT_EQ(legacy_.intervalworkout(6, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0), 1);
-  EXPECT_THAT(answering_.TakeLines(kHandle, kHeaderBytes),
+  EXPECT_THAT(answering_.DrainLines(kHandle, kHeaderBytes),
               ElementsAre("\t<interval>\n", "\t\t<sec>0</sec>\n", "\t\t<kCal>0</kCal>\n",
                           "\t\t<km>0.000000</km>\n", "\t\t<pace>0</pace>\n", "\t\t<bpm>0</bpm>\n",
                           "\t\t<incline>0.000000</incline>\n", "\t\t<level>0</level>\n",
@@ -173,7 +173,7 @@ class EventCodes : public WorkoutTest, public ::testing::WithParamInterface<Code
 TEST_P(EventCodes, WriteTheirEventLine) {
   Begin();
   EXPECT_EQ(Interval(GetParam().code), 1);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, kHeaderBytes);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, kHeaderBytes);
   ASSERT_EQ(lines.size(), 10U);
   EXPECT_EQ(lines[1], GetParam().line);
   EXPECT_EQ(Status(), "Internval Write Good");
@@ -190,7 +190,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, EventCodes,
 TEST_F(WorkoutDocument, IntervalInProcessHasNoEventLine) {
   Begin();
   EXPECT_EQ(Interval(ipod::IPOD_SPORTS_INTERVAL_TYPE_INPROCESS), 1);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, kHeaderBytes);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, kHeaderBytes);
   ASSERT_EQ(lines.size(), 9U);
   EXPECT_EQ(lines[1], "\t\t<sec>61</sec>\n");
   EXPECT_EQ(Status(), "Internval Write Good");
@@ -201,7 +201,7 @@ class UnknownEvent : public WorkoutTest, public ::testing::WithParamInterface<in
 TEST_P(UnknownEvent, EndsTheIntervalBehindItsFirstLine) {
   Begin();
   EXPECT_EQ(Interval(static_cast<unsigned char>(GetParam())), 0);
-  EXPECT_THAT(answering_.TakeLines(kHandle, kHeaderBytes), ElementsAre("\t<interval>\n"));
+  EXPECT_THAT(answering_.DrainLines(kHandle, kHeaderBytes), ElementsAre("\t<interval>\n"));
   EXPECT_EQ(Status(), "Writing Event if Needed");
 }
 
@@ -213,7 +213,7 @@ TEST_F(WorkoutDocument, SummaryIsWrittenALinePerFrameAndTheFileClosed) {
   Begin();
   EXPECT_EQ(Finish(), 1);
   EXPECT_THAT(
-      answering_.TakeFrames(),
+      answering_.DrainFrames(),
       ElementsAre("FF 55 19 0C 07 00 00 01 46 2B 09 3C 77 6F 72 6B 6F 75 74 53 75 6D 6D 61 72 79 "
                   "3E 0A CC",
                   "FF 55 19 0C 07 00 00 01 58 2B 09 09 3C 73 65 63 3E 31 38 30 30 3C 2F 73 65 63 "
@@ -235,7 +235,7 @@ TEST_F(WorkoutDocument, SummaryIsWrittenALinePerFrameAndTheFileClosed) {
 TEST_F(WorkoutDocument, SummaryReadsSo) {
   Begin();
   EXPECT_EQ(Finish(), 1);
-  EXPECT_THAT(answering_.TakeLines(kHandle, kHeaderBytes),
+  EXPECT_THAT(answering_.DrainLines(kHandle, kHeaderBytes),
               ElementsAre("\t<workoutSummary>\n", "\t\t<sec>1800</sec>\n", "\t\t<kCal>320</kCal>\n",
                           "\t\t<km>6.125000</km>\n", "\t\t<pace>294</pace>\n",
                           "\t\t<bpm>128</bpm>\n", "\t</workoutSummary>\n"));

@@ -33,7 +33,7 @@ TEST_F(SportsSupport, IsAskedOfBothLingoes) {
   EXPECT_EQ(Ask(), 1);
   EXPECT_EQ(supported_, 1);
   EXPECT_EQ(extra_, 0x2A);
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kSportsRequest, kStorageRequest));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kSportsRequest, kStorageRequest));
 }
 
 struct Caps {
@@ -51,9 +51,9 @@ TEST_P(SportsCaps, NeedWorkoutsAndUserDataBoth) {
   EXPECT_EQ(supported_, GetParam().supported ? 1 : 0);
   EXPECT_EQ(extra_, 0x2A);
   if (GetParam().supported) {
-    EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kSportsRequest, kStorageRequest));
+    EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kSportsRequest, kStorageRequest));
   } else {
-    EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kSportsRequest));
+    EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kSportsRequest));
   }
 }
 
@@ -74,7 +74,7 @@ TEST_F(SportsSupport, IsNotThereWithoutAnAnswer) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Ask(), 0); }), kSilenceUs);
   EXPECT_EQ(supported_, 0);
   EXPECT_EQ(extra_, 0);
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kSportsRequest));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kSportsRequest));
 }
 
 TEST_F(SportsSupport, FailsButIsThereWhenTheStorageDoesNotAnswer) {
@@ -82,7 +82,7 @@ TEST_F(SportsSupport, FailsButIsThereWhenTheStorageDoesNotAnswer) {
   EXPECT_EQ(Ask(), 0);
   EXPECT_EQ(supported_, 1);
   EXPECT_EQ(extra_, 0x2A);
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kSportsRequest, kStorageRequest));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kSportsRequest, kStorageRequest));
 }
 
 TEST_F(SportsSupport, FailsWhenARequestCannotBeSent) {
@@ -91,7 +91,7 @@ TEST_F(SportsSupport, FailsWhenARequestCannotBeSent) {
   EXPECT_EQ(supported_, 0);
   EXPECT_EQ(extra_, 0);
   world_.Advance(10 * kMillisecond);
-  answering_.TakeFrames();
+  answering_.DrainFrames();
 }
 
 TEST_F(SportsSupport, FailsWhenTheSecondRequestCannotBeSent) {
@@ -128,7 +128,7 @@ class WorkoutStart : public WorkoutTest {};
 TEST_F(WorkoutStart, ClosesTheFileOfAnUnfinishedWorkout) {
   Begin();
   EXPECT_EQ(Start(), 1);
-  EXPECT_THAT(answering_.TakeFrames()[0], "FF 55 03 0C 08 2B BE");
+  EXPECT_THAT(answering_.DrainFrames()[0], "FF 55 03 0C 08 2B BE");
 }
 
 TEST_F(WorkoutStart, GoesOnWhenTheCloseIsRefused) {
@@ -149,14 +149,14 @@ TEST_F(WorkoutStart, StopsWhereWorkoutsAreNotSupported) {
   answering_.Answer("09 83", "FF 55 05 09 84 00 01 2A 43");
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(Status(), "Makeing sure iPod supports workout");
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kCloseOfNone, kSportsRequest));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kCloseOfNone, kSportsRequest));
 }
 
 TEST_F(WorkoutStart, StopsWhenTheStorageDoesNotAnswer) {
   answering_.Answer("0C 01", "");
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(Status(), "Makeing sure iPod supports workout");
-  EXPECT_THAT(answering_.TakeFrames(), ElementsAre(kCloseOfNone, kSportsRequest, kStorageRequest));
+  EXPECT_THAT(answering_.DrainFrames(), ElementsAre(kCloseOfNone, kSportsRequest, kStorageRequest));
 }
 
 TEST_F(WorkoutStart, StopsWhenTheOpenCannotBeSent) {
@@ -164,7 +164,7 @@ TEST_F(WorkoutStart, StopsWhenTheOpenCannotBeSent) {
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(Status(), "Opening iPod Workout File");
   world_.Advance(10 * kMillisecond);
-  EXPECT_EQ(answering_.TakeFrames().size(), 3U);
+  EXPECT_EQ(answering_.DrainFrames().size(), 3U);
 }
 
 TEST_F(WorkoutStart, StopsWithoutAHandle) {
@@ -173,7 +173,7 @@ TEST_F(WorkoutStart, StopsWithoutAHandle) {
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(Status(), "Getting File Handle From iPod");
   EXPECT_EQ(ipodPeer::StorageFileHandle(legacy_), 0);
-  EXPECT_THAT(answering_.TakeFrames(),
+  EXPECT_THAT(answering_.DrainFrames(),
               ElementsAre("FF 55 03 0C 08 2B BE", kSportsRequest, kStorageRequest, kOpen));
 }
 
@@ -187,9 +187,9 @@ TEST_F(WorkoutStart, WritesFromTheBeginningOfTheNewFile) {
   Begin();
   EXPECT_EQ(Interval(), 1);
   answering_.Answer("0C 12", "FF 55 03 0C 04 07 E6");
-  answering_.TakeFrames();
+  answering_.DrainFrames();
   EXPECT_EQ(Start(), 1);
-  EXPECT_EQ(answering_.TakeLines(7, 0).size(), 14U);
+  EXPECT_EQ(answering_.DrainLines(7, 0).size(), 14U);
 }
 
 TEST_F(WorkoutStart, NeedsAnOpenPort) {

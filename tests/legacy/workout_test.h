@@ -58,7 +58,7 @@ class WorkoutTest : public LegacyTest {
   void Begin() {
     EXPECT_EQ(Start(), 1);
     EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), kHeaderBytes);
-    answering_.TakeFrames();
+    answering_.DrainFrames();
   }
   static constexpr std::uint32_t kHeaderBytes = 326;
 

@@ -20,7 +20,7 @@ TEST_F(WorkoutValues, IntegersAreWrittenAsSignedOnes) {
   constexpr unsigned kMost = std::numeric_limits<unsigned>::max();
   EXPECT_EQ(
       legacy_.intervalworkout(6, kMost, 0x80000000U, 0, 0, 0x7FFFFFFFU, 0, 0, kMost, 0, kMost), 1);
-  EXPECT_THAT(answering_.TakeLines(kHandle, kHeaderBytes),
+  EXPECT_THAT(answering_.DrainLines(kHandle, kHeaderBytes),
               ElementsAre("\t<interval>\n", "\t\t<sec>-1</sec>\n", "\t\t<kCal>-2147483648</kCal>\n",
                           "\t\t<km>0.000000</km>\n", "\t\t<pace>2147483647</pace>\n",
                           "\t\t<bpm>-1</bpm>\n", "\t\t<incline>0.000000</incline>\n",
@@ -40,15 +40,15 @@ TEST_P(FloatValues, AreWrittenWithSixDecimals) {
   const float value = GetParam().value;
   const std::string text = GetParam().text;
   EXPECT_EQ(Start(1, value), 1);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0)[12], "\t\t<kg>" + text + "</kg>\n");
+  EXPECT_EQ(answering_.DrainLines(kHandle, 0)[12], "\t\t<kg>" + text + "</kg>\n");
   const std::uint32_t header_bytes = ipodPeer::StorageWriteOffset(legacy_);
   EXPECT_EQ(legacy_.intervalworkout(6, 0, 0, value, 0, 0, 0, 0, 0, value, 0), 1);
-  const std::vector<std::string> interval = answering_.TakeLines(kHandle, header_bytes);
+  const std::vector<std::string> interval = answering_.DrainLines(kHandle, header_bytes);
   EXPECT_EQ(interval[3], "\t\t<km>" + text + "</km>\n");
   EXPECT_EQ(interval[6], "\t\t<incline>" + text + "</incline>\n");
   const std::uint32_t interval_bytes = ipodPeer::StorageWriteOffset(legacy_);
   EXPECT_EQ(legacy_.finishworkout(0, 0, value, 0, 0, 0, 0, 0), 1);
-  EXPECT_EQ(answering_.TakeLines(kHandle, interval_bytes)[3], "\t\t<km>" + text + "</km>\n");
+  EXPECT_EQ(answering_.DrainLines(kHandle, interval_bytes)[3], "\t\t<km>" + text + "</km>\n");
 }
 
 // Single precision, widened: a tenth is not a tenth in the seventh decimal.
@@ -72,7 +72,7 @@ TEST_F(WorkoutValues, PercentSignsInNamesStandForThemselves) {
   names_.manufacturer_id = L"100%s%n";
   names_.gym_name = L"50% %d %%";
   EXPECT_EQ(Start(), 1);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, 0);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, 0);
   EXPECT_EQ(lines[4], "\t\t<manufacturerID>100%s%n</manufacturerID>\n");
   EXPECT_EQ(lines[8], "\t\t<gymName>50% %d %%</gymName>\n");
 }
@@ -87,13 +87,13 @@ TEST_F(WorkoutValues, PercentSignsStandForThemselvesInTheStatusToo) {
 TEST_F(WorkoutValues, NamesGoOutAsTheyAreWithTheLowByteOfEachCharacter) {
   names_.gym_name = L"<Z\u00F6\u20AC&>";
   EXPECT_EQ(Start(), 1);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0)[8], "\t\t<gymName><Z\xF6\xAC&></gymName>\n");
+  EXPECT_EQ(answering_.DrainLines(kHandle, 0)[8], "\t\t<gymName><Z\xF6\xAC&></gymName>\n");
 }
 
 TEST_F(WorkoutValues, EmptyNamesHaveTheirLines) {
   names_ = {L"", L"", L"", L"", L"", L""};
   EXPECT_EQ(Start(), 1);
-  const std::vector<std::string> lines = answering_.TakeLines(kHandle, 0);
+  const std::vector<std::string> lines = answering_.DrainLines(kHandle, 0);
   EXPECT_EQ(lines[4], "\t\t<manufacturerID></manufacturerID>\n");
   EXPECT_EQ(lines[6], "\t\t<model></model>\n");
   EXPECT_EQ(lines[7], "\t\t<serialNumber></serialNumber>\n");
@@ -103,7 +103,7 @@ TEST_F(WorkoutValues, EmptyNamesHaveTheirLines) {
 
 TEST_F(WorkoutValues, MissingNamesDoNoHarm) {
   EXPECT_EQ(legacy_.startworkout(1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 70), 1);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0)[6], "\t\t<model>(null)</model>\n");
+  EXPECT_EQ(answering_.DrainLines(kHandle, 0)[6], "\t\t<model>(null)</model>\n");
 }
 
 class LongNames : public WorkoutTest, public ::testing::WithParamInterface<std::size_t> {};
@@ -111,7 +111,7 @@ class LongNames : public WorkoutTest, public ::testing::WithParamInterface<std::
 TEST_P(LongNames, EndTheHeaderBeforeThem) {
   names_.gym_name = std::wstring(GetParam(), L'%');
   EXPECT_EQ(Start(), 0);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0).size(), 8U);
+  EXPECT_EQ(answering_.DrainLines(kHandle, 0).size(), 8U);
   EXPECT_EQ(Status(),
             ("\t\t<gymName>" + std::string(GetParam(), '%') + "</gymName>\n").substr(0, 255));
 }
@@ -123,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(Lengths, LongNames,
 TEST_F(WorkoutValues, LineHoldsANameOf223Characters) {
   names_.gym_name = std::wstring(223, L'n');
   EXPECT_EQ(Start(), 1);
-  EXPECT_EQ(answering_.TakeLines(kHandle, 0)[8].size(), 245U);
+  EXPECT_EQ(answering_.DrainLines(kHandle, 0)[8].size(), 245U);
 }
 
 }  // namespace

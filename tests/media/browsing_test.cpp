@@ -32,13 +32,13 @@ class Browsing : public SessionTest {
 TEST_F(Browsing, ResetSucceedsOnStatusZero) {
   Answer(kResetFrame, kResetAck);
   EXPECT_EQ(session_.Command_ResetDBSelection(), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kResetFrame));
+  EXPECT_THAT(DrainSent(), ElementsAre(kResetFrame));
 }
 
 TEST_F(Browsing, ResetFailsSilentlyOnAnotherStatus) {
   Answer(kResetFrame, "FF 55 06 04 00 01 01 00 16 DE");
   EXPECT_EQ(session_.Command_ResetDBSelection(), 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Browsing, ResetFailsAfterThreeAttemptsOfASecondEach) {
@@ -48,20 +48,20 @@ TEST_F(Browsing, ResetFailsAfterThreeAttemptsOfASecondEach) {
   EXPECT_GE(elapsed_us, 3 * (20 + 1000) * test::kMillisecond);
   // Each write may first wait for the read thread to leave the port, 2 ms at the most.
   EXPECT_LE(elapsed_us, 3 * (2 + 20 + 1000) * test::kMillisecond);
-  EXPECT_THAT(TakeSent(), ElementsAre(kResetFrame, kResetFrame, kResetFrame));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kResetFrame, kResetFrame, kResetFrame));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Browsing, HierarchyResetNamesTheHierarchy) {
   Answer("FF 55 04 04 00 3B 02 BB", "FF 55 06 04 00 01 00 00 3B BA");
   EXPECT_EQ(session_.Command_ResetDBSelectionHeirarchy(2), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 3B 02 BB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 3B 02 BB"));
 }
 
 TEST_F(Browsing, HierarchyResetFailsSilentlyOnAnotherStatus) {
   Answer("FF 55 04 04 00 3B 01 BC", "FF 55 06 04 00 01 04 00 3B B6");
   EXPECT_EQ(session_.Command_ResetDBSelectionHeirarchy(1), 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 // ---- Counting -----------------------------------------------------------------------------------
@@ -89,7 +89,7 @@ TEST_F(Browsing, RecordRequestIsOnlyWrittenAndReturnsTheIdentifierBeforeTheWrite
   EXPECT_EQ(identifier, 0x0102U);
   EXPECT_GE(elapsed_us, 20 * test::kMillisecond);
   EXPECT_LE(elapsed_us, 22 * test::kMillisecond);  // the read thread may have the port first
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 0E 04 00 1A 01 02 05 00 00 00 64 00 00 00 02 66"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 0E 04 00 1A 01 02 05 00 00 00 64 00 00 00 02 66"));
   EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), 0x0103);
 }
 
@@ -102,7 +102,7 @@ TEST_F(Browsing, RecordRequestThatCannotBeWrittenReturnsZero) {
 TEST_F(Browsing, RecordRequestWithCategory255CarriesTheCurrentCategory) {
   Enter(2);
   session_.Command_RetrieveCategorizedDatabaseRecords(0, 1, 255);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3"));
 }
 
 TEST_F(Browsing, StreamedRecordsAreHandedOutOneByOne) {
@@ -123,7 +123,7 @@ TEST_F(Browsing, NextRecordClearsTheBufferWhenNoneComes) {
       Elapsed([&] { EXPECT_EQ(session_.GetNextCategorizedRecord(name, 8), 0); });
   EXPECT_EQ(elapsed_us, test::kSecond);
   EXPECT_EQ(std::wstring(name, 8), std::wstring(8, L'\0'));
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Browsing, NextRecordClearsTheWholeBufferBehindAShortName) {
@@ -170,7 +170,7 @@ TEST_F(Browsing, SingleRecordWithCategory255CarriesTheCurrentCategory) {
   Enter(2);
   wchar_t name[64] = {};
   session_.Command_RetrieveCategorizedDatabaseRecord(name, 64, 0, 255);
-  EXPECT_EQ(TakeSent().front(), "FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3");
+  EXPECT_EQ(DrainSent().front(), "FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3");
 }
 
 TEST_F(Browsing, FailedSingleRecordDoesNotClearTheBuffer) {
@@ -184,31 +184,31 @@ TEST_F(Browsing, FailedSingleRecordDoesNotClearTheBuffer) {
 TEST_F(Browsing, SelectRecordSucceedsOnStatusZero) {
   Answer("FF 55 08 04 00 17 02 00 00 00 03 D8", "FF 55 06 04 00 01 00 00 17 DE");
   EXPECT_EQ(session_.Command_SelectDBRecord(2, 3), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 08 04 00 17 02 00 00 00 03 D8"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 08 04 00 17 02 00 00 00 03 D8"));
 }
 
 TEST_F(Browsing, RefusedSelectRecordIsLogged) {
   Answer("FF 55 08 04 00 17 02 00 00 00 03 D8", "FF 55 06 04 00 01 04 00 17 DA");
   EXPECT_EQ(session_.Command_SelectDBRecord(2, 3), 0);
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_SelectDBRecord: Failed to select! Ack = 0x04"));
 }
 
 TEST_F(Browsing, UnansweredSelectRecordFailsWithoutALog) {
   EXPECT_EQ(session_.Command_SelectDBRecord(2, 3), 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Browsing, SelectSortRecordCarriesTheSortOrder) {
   Answer("FF 55 09 04 00 38 02 00 00 00 03 04 B2", "FF 55 06 04 00 01 00 00 38 BD");
   EXPECT_EQ(session_.Command_SelectSortDBRecord(2, 3, 4), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 00 03 04 B2"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 00 03 04 B2"));
 }
 
 TEST_F(Browsing, RefusedSelectSortRecordIsLogged) {
   Answer("FF 55 09 04 00 38 02 00 00 00 03 04 B2", "FF 55 06 04 00 01 02 00 38 BB");
   EXPECT_EQ(session_.Command_SelectSortDBRecord(2, 3, 4), 0);
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_SelectSortDBRecord: Failed to select! Ack = 0x02"));
 }
 
@@ -222,7 +222,7 @@ TEST_F(Browsing, SelectTopResetsCountsAndMoves) {
   EXPECT_EQ(count, 3U);
   EXPECT_EQ(current_category(), 2);
   EXPECT_EQ(selection_category(), 2);
-  EXPECT_THAT(TakeSent(), ElementsAre(kResetFrame, "FF 55 04 04 00 18 02 DE"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kResetFrame, "FF 55 04 04 00 18 02 DE"));
 }
 
 TEST_F(Browsing, SelectTopOfAHierarchyResetsThatOne) {
@@ -230,7 +230,7 @@ TEST_F(Browsing, SelectTopOfAHierarchyResetsThatOne) {
   EXPECT_EQ(session_.SelectTop(2, nullptr, 1), 1);
   Answer("FF 55 04 04 00 3B 02 BB", "FF 55 06 04 00 01 00 00 3B BA");
   EXPECT_EQ(session_.SelectTop(2, nullptr, 2), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", "FF 55 04 04 00 3B 02 BB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 3B 01 BC", "FF 55 04 04 00 3B 02 BB"));
 }
 
 TEST_F(Browsing, SelectTopOfAnUnknownHierarchySendsNothing) {
@@ -241,13 +241,13 @@ TEST_F(Browsing, SelectTopOfAnUnknownHierarchySendsNothing) {
     EXPECT_EQ(count, 0U);
   }
   EXPECT_EQ(current_category(), 5);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Browsing, SelectTopWithoutCountSendsOnlyTheResetAndMoves) {
   Answer(kResetFrame, kResetAck);
   EXPECT_EQ(session_.SelectTop(3, nullptr, 0), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kResetFrame));
+  EXPECT_THAT(DrainSent(), ElementsAre(kResetFrame));
   EXPECT_EQ(current_category(), 3);
   EXPECT_EQ(selection_category(), 3);
 }
@@ -259,7 +259,7 @@ TEST_F(Browsing, SelectTopStaysWhenTheResetIsRefused) {
   EXPECT_EQ(session_.SelectTop(2, &count, 0), 0);
   EXPECT_EQ(count, 0U);
   EXPECT_EQ(current_category(), 5);
-  EXPECT_THAT(TakeSent(), ElementsAre(kResetFrame));
+  EXPECT_THAT(DrainSent(), ElementsAre(kResetFrame));
 }
 
 TEST_F(Browsing, SelectTopStaysWhenTheCountFails) {
@@ -283,7 +283,7 @@ TEST_F(Browsing, SelectMovesIntoTheCategoryAndCountsIt) {
   EXPECT_EQ(count, 9U);
   EXPECT_EQ(current_category(), 3);
   EXPECT_EQ(selection_category(), 3);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 08 04 00 17 02 00 00 00 03 D8", "FF 55 04 04 00 18 03 DD"));
 }
 
@@ -305,7 +305,7 @@ TEST_F(Browsing, RefusedSelectIsRetriedSortedByName) {
   unsigned long count = 0;
   EXPECT_EQ(session_.Select(3, &count, 3), 1);
   EXPECT_EQ(count, 9U);
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_SelectDBRecord: Failed to select! Ack = 0x04"));
 }
 
@@ -327,7 +327,7 @@ TEST_F(Browsing, SortSelectOnlySkipsThePlainSelection) {
   Answer("FF 55 04 04 00 18 03 DD", "FF 55 07 04 00 19 00 00 00 09 D3");
   unsigned long count = 0;
   EXPECT_EQ(session_.Select(3, &count, 3), 1);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 09 04 00 38 02 00 00 00 03 04 B2", "FF 55 04 04 00 18 03 DD"));
 }
 
@@ -340,7 +340,7 @@ TEST_F(Browsing, SelectOfATrackFromATrackListStopsFirstAndStays) {
   EXPECT_EQ(count, 0U);
   EXPECT_EQ(current_category(), 5);
   EXPECT_EQ(selection_category(), 5);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 04 04 00 29 02 CD", "FF 55 08 04 00 17 05 00 00 00 01 D7"));
 }
 
@@ -349,7 +349,7 @@ TEST_F(Browsing, SelectOfATrackFailsWhenStopIsRefused) {
   Answer("FF 55 04 04 00 29 02 CD", "FF 55 06 04 00 01 05 00 29 C7");
   unsigned long count = 77;
   EXPECT_EQ(session_.Select(5, &count, 1), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 29 02 CD"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 29 02 CD"));
 }
 
 TEST_F(Browsing, SelectFromATrackListIntoAnotherCategoryNeitherStopsNorMoves) {
@@ -359,7 +359,7 @@ TEST_F(Browsing, SelectFromATrackListIntoAnotherCategoryNeitherStopsNorMoves) {
   EXPECT_EQ(session_.Select(3, &count, 1), 1);
   EXPECT_EQ(count, 0U);
   EXPECT_EQ(current_category(), 5);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 08 04 00 17 05 00 00 00 01 D7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 08 04 00 17 05 00 00 00 01 D7"));
 }
 
 TEST_F(Browsing, SelectIntoTheTracksOfAnAlbumDoesNotStop) {
@@ -370,7 +370,7 @@ TEST_F(Browsing, SelectIntoTheTracksOfAnAlbumDoesNotStop) {
   EXPECT_EQ(session_.Select(5, &count, 0), 1);
   EXPECT_EQ(count, 2000U);
   EXPECT_EQ(selection_category(), 5);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 08 04 00 17 03 00 00 00 00 DA", "FF 55 04 04 00 18 05 DB"));
 }
 
@@ -394,7 +394,7 @@ TEST_F(SelectInPlace, TracesSelectsAndStays) {
   EXPECT_EQ(printed_, "Select iPod track category 5, index 1\n");
   EXPECT_EQ(current_category(), 2);
   EXPECT_EQ(selection_category(), 2);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 08 04 00 17 05 00 00 00 01 D7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 08 04 00 17 05 00 00 00 01 D7"));
 }
 
 TEST_F(SelectInPlace, IsRetriedSortedByName) {
@@ -413,7 +413,7 @@ TEST_F(SelectInPlace, SkipsThePlainSelectionWhenOnlySortedIsToBeUsed) {
   CIpodCommPeer::Browsing(session_).sort_select_only = 1;
   Answer("FF 55 09 04 00 38 02 00 00 00 03 04 B2", "FF 55 06 04 00 01 00 00 38 BD");
   EXPECT_EQ(Select(2, 3), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 00 03 04 B2"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 09 04 00 38 02 00 00 00 03 04 B2"));
 }
 
 TEST_F(Browsing, ConstructionSelectsPlainlyFirst) {

@@ -40,7 +40,7 @@ TEST_F(PlayInfo, ReadsIndexTextsAndCapabilitiesInThisOrder) {
   EXPECT_STREQ(title_, L"Ab");
   EXPECT_STREQ(artist_, L"\u00E9");
   EXPECT_STREQ(album_, L"C");
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 03 04 00 1E DB", "FF 55 07 04 00 20 00 00 01 02 D2",
                           "FF 55 07 04 00 22 00 00 01 02 D0", "FF 55 07 04 00 24 00 00 01 02 CE",
                           "FF 55 09 03 12 00 00 00 01 02 00 00 DF"));
@@ -61,7 +61,7 @@ TEST_F(PlayInfo, FailedIndexFailsAndTouchesNothing) {
   EXPECT_STREQ(title_, L"old title");
   EXPECT_STREQ(artist_, L"old artist");
   EXPECT_STREQ(album_, L"old album");
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 03 04 00 1E DB", "FF 55 03 04 00 1E DB", "FF 55 03 04 00 1E DB"));
 }
 
@@ -77,10 +77,10 @@ TEST_F(PlayInfo, FailedTextsStayAndTheRestIsStillRead) {
 
 TEST_F(PlayInfo, WithEveryPointerNullOnlyTheIndexIsAsked) {
   EXPECT_EQ(session_.GetPlayInfo(nullptr, nullptr, nullptr, 0, nullptr, 0, nullptr, 0), 0);
-  TakeSent();
+  DrainSent();
   AnswerIndex();
   EXPECT_EQ(session_.GetPlayInfo(nullptr, nullptr, nullptr, 0, nullptr, 0, nullptr, 0), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 04 00 1E DB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 04 00 1E DB"));
 }
 
 TEST_F(PlayInfo, LongTitleIsCutAndTerminatedInsideItsCapacity) {

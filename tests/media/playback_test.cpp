@@ -16,20 +16,20 @@ class Playback : public SessionTest {};
 TEST_F(Playback, PlayControlSucceedsOnStatusZero) {
   Answer("FF 55 04 04 00 29 02 CD", "FF 55 06 04 00 01 00 00 29 CC");
   EXPECT_EQ(session_.Command_PlayControl(2), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 29 02 CD"));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 29 02 CD"));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Playback, RefusedPlayControlIsLoggedAndFails) {
   Answer("FF 55 04 04 00 29 02 CD", "FF 55 06 04 00 01 0B 00 29 C1");
   EXPECT_EQ(session_.Command_PlayControl(2), 0);
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_PlayControl: Failed to control! Ack = 0x0B"));
 }
 
 TEST_F(Playback, UnansweredPlayControlFailsWithoutALog) {
   EXPECT_EQ(session_.Command_PlayControl(2), 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 // ---- Buttons ------------------------------------------------------------------------------------
@@ -48,7 +48,7 @@ TEST_P(SimplePlayControl, SendsTheBytesUpToTheFirstThatIsSet) {
   EXPECT_EQ(result, IPOD_COMM_OK);
   EXPECT_GE(elapsed_us, 20 * test::kMillisecond);
   EXPECT_LE(elapsed_us, 22 * test::kMillisecond);  // the read thread may have the port first
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().frame));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().frame));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -115,7 +115,7 @@ TEST_F(Playback, TrackTimeIsNotAskedOfAnIpodThatCannotTell) {
   unsigned long seconds = 7;
   EXPECT_EQ(session_.Command_RetrieveDBTrackTime(0x11, &seconds), 0);
   EXPECT_EQ(seconds, 7U);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Playback, FailedTrackTimeLeavesTheOutputUntouched) {
@@ -130,21 +130,21 @@ TEST_F(Playback, FailedTrackTimeLeavesTheOutputUntouched) {
 TEST_F(Playback, NotificationMaskGoesOutAsFourBytes) {
   Answer("FF 55 07 04 00 26 00 00 00 0D C2", "FF 55 06 04 00 01 00 00 26 CF");
   EXPECT_EQ(session_.SetNotification(0x0D), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 04 00 26 00 00 00 0D C2"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 04 00 26 00 00 00 0D C2"));
 }
 
 TEST_F(Playback, RefusedNotificationMaskIsFollowedByTheOneByteForm) {
   Answer("FF 55 07 04 00 26 00 00 00 0D C2", "FF 55 06 04 00 01 04 00 26 CB");
   Answer("FF 55 04 04 00 26 01 D1", "FF 55 06 04 00 01 00 00 26 CF");
   EXPECT_EQ(session_.SetNotification(0x0D), 1);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 07 04 00 26 00 00 00 0D C2", "FF 55 04 04 00 26 01 D1"));
 }
 
 TEST_F(Playback, UnansweredNotificationMaskIsFollowedByTheOneByteForm) {
   Answer("FF 55 04 04 00 26 00 D2", "FF 55 06 04 00 01 00 00 26 CF");
   EXPECT_EQ(session_.SetNotification(0), 1);
-  EXPECT_EQ(TakeSent().back(), "FF 55 04 04 00 26 00 D2");
+  EXPECT_EQ(DrainSent().back(), "FF 55 04 04 00 26 00 D2");
 }
 
 TEST_F(Playback, NotificationsFailWhenBothFormsAreRefused) {
@@ -187,7 +187,7 @@ TEST_F(Playback, SetShuffleSendsTheNegationOfItsFlag) {
   Answer("FF 55 05 04 00 2E 01 00 C8", "FF 55 06 04 00 01 00 00 2E C7");
   EXPECT_EQ(session_.Command_SetShuffle(1, 0), 1);
   EXPECT_EQ(session_.Command_SetShuffle(0x101, 5), 1);  // the mode's low byte
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 04 00 2E 01 01 C7", "FF 55 05 04 00 2E 01 00 C8"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 04 00 2E 01 01 C7", "FF 55 05 04 00 2E 01 00 C8"));
 }
 
 TEST_F(Playback, SetShuffleLooksAtTheExchangeOnly) {
@@ -201,7 +201,7 @@ TEST_F(Playback, SetRepeatSendsItsFlagAsItIs) {
   Answer("FF 55 05 04 00 31 02 01 C3", "FF 55 06 04 00 01 00 00 31 C4");
   EXPECT_EQ(session_.Command_SetRepeat(1, 0), 1);
   EXPECT_EQ(session_.Command_SetRepeat(2, 5), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 04 00 31 01 00 C5", "FF 55 05 04 00 31 02 01 C3"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 04 00 31 01 00 C5", "FF 55 05 04 00 31 02 01 C3"));
 }
 
 TEST_F(Playback, SetRepeatLooksAtTheExchangeOnly) {

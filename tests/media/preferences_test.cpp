@@ -25,7 +25,7 @@ TEST_F(Preferences, SettingIsTheSecondReplyByte) {
   unsigned char setting = 0;
   EXPECT_EQ(session_.Command_GetPreference(3, &setting), 1);
   EXPECT_EQ(setting, 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGet));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGet));
 }
 
 TEST_F(Preferences, SettingNeedsNoPlace) {
@@ -39,7 +39,7 @@ TEST_F(Preferences, RefusedGetFails) {
   unsigned char setting = 7;
   EXPECT_EQ(session_.Command_GetPreference(3, &setting), 0);
   EXPECT_EQ(setting, 7);
-  EXPECT_THAT(TakeSent(), ElementsAre(kGet));
+  EXPECT_THAT(DrainSent(), ElementsAre(kGet));
 }
 
 TEST_F(Preferences, UnansweredGetFails) {
@@ -51,7 +51,7 @@ TEST_F(Preferences, UnansweredGetFails) {
 TEST_F(Preferences, SetAsksForTheOldSettingToBeRestored) {
   Answer(kSet, kSetAck);
   EXPECT_EQ(session_.Command_SetPreference(3, 1), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kSet));
+  EXPECT_THAT(DrainSent(), ElementsAre(kSet));
 }
 
 TEST_F(Preferences, SetFailsOnAnotherStatus) {
@@ -82,9 +82,9 @@ TEST_P(PreferenceGate, AsksFromVersion105On) {
   EXPECT_EQ(session_.Command_GetPreference(3, nullptr), expected);
   EXPECT_EQ(session_.Command_SetPreference(3, 1), expected);
   if (GetParam().knows_preferences) {
-    EXPECT_THAT(TakeSent(), ElementsAre(kGet, kSet));
+    EXPECT_THAT(DrainSent(), ElementsAre(kGet, kSet));
   } else {
-    EXPECT_THAT(TakeSent(), IsEmpty());
+    EXPECT_THAT(DrainSent(), IsEmpty());
   }
 }
 

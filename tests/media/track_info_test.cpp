@@ -46,7 +46,7 @@ TEST_P(TrackText, IsCopiedAsItComes) {
   unsigned char buffer[5] = {0xEE, 0xEE, 0xEE, 0xEE, 0xEE};
   EXPECT_EQ((session_.*GetParam().operation)(0x102, buffer, 5), 1);
   EXPECT_EQ(test::ToHex(buffer, 5), GetParam().text);
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().request));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().request));
 }
 
 TEST_P(TrackText, IsCutWithoutATerminator) {

@@ -47,7 +47,7 @@ TEST_F(PosixThreads, KeepTheirExitCode) {
   CloseHandle(thread);
 }
 
-TEST_F(PosixThreads, TakeTheExitCodeOfTheirEnding) {
+TEST_F(PosixThreads, HaveTheExitCodeOfTheirEnding) {
   const HANDLE thread = CreateThread(nullptr, 0, SleepForGood, nullptr, 0, nullptr);
   EXPECT_TRUE(TerminateThread(thread, 0xFFFFFFFF));
   EXPECT_EQ(ExitCode(thread), 0xFFFFFFFFU);

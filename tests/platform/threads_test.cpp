@@ -36,7 +36,7 @@ TEST_F(Threads, RunTheirRoutineWithItsArgument) {
   EXPECT_TRUE(CloseHandle(thread));
 }
 
-TEST_F(Threads, TakeASmallStackToo) {
+TEST_F(Threads, AcceptASmallStackToo) {
   std::atomic<bool> ran{false};
   const HANDLE thread = CreateThread(nullptr, 1, StoreTrue, &ran, 0, nullptr);
   ASSERT_NE(thread, nullptr);

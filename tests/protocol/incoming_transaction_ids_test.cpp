@@ -163,7 +163,7 @@ TEST_F(IncomingIds, SportsCapsAreAnsweredUnderTheIdentifierOfTheRequest) {
   TurnOnTransactionIds(0x0005);
   Arrive("FF 55 04 09 03 77 66 13");
   EXPECT_EQ(Slot(9), 0x7766);
-  const auto sent = TakeSent();
+  const auto sent = DrainSent();
   ASSERT_EQ(sent.size(), 1U);
   EXPECT_EQ(sent[0].substr(9, 11), "09 04 77 66");
   EXPECT_EQ(OwnIdentifier(), 0x0007);  // one step for the request, one for the answer

@@ -21,7 +21,7 @@ class OutgoingFrames : public SessionTest {
     return session_.WriteCommand(&write);
   }
   /// The bytes sent since the last call.
-  Bytes TakeBytes() {
+  Bytes DrainBytes() {
     world_.Advance(100 * test::kMillisecond);
     Bytes sent = ipod_.received();
     ipod_.ClearReceived();
@@ -38,13 +38,13 @@ TEST_F(OutgoingFrames, EveryGeneralCommandWithoutDataIsSixBytes) {
                             0x00,
                             static_cast<std::uint8_t>(command),
                             static_cast<std::uint8_t>(0x100 - (0x02 + command))};
-    ASSERT_EQ(TakeBytes(), expected);
+    ASSERT_EQ(DrainBytes(), expected);
   }
 }
 
 TEST_F(OutgoingFrames, ExtendedCommandHasTwoCommandBytes) {
   Write(0x04, 0x0016);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 04 00 16 E3"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 04 00 16 E3"));
 }
 
 // Of the General commands exactly three never carry an identifier, and they leave the counter.
@@ -53,7 +53,7 @@ TEST_F(OutgoingFrames, ThreeGeneralCommandsNeverCarryAnIdentifier) {
     TurnOnTransactionIds(0x0102);
     Write(0x00, static_cast<std::uint16_t>(command));
     const bool bare = command == 0x13 || command == 0x28 || command == 0x03;
-    ASSERT_EQ(TakeBytes().size(), bare ? 6U : 8U) << command;
+    ASSERT_EQ(DrainBytes().size(), bare ? 6U : 8U) << command;
     ASSERT_EQ(CIpodCommPeer::OwnTransactionId(session_), bare ? 0x0102 : 0x0103) << command;
   }
 }
@@ -64,7 +64,7 @@ TEST_F(OutgoingFrames, OtherLingoesAlwaysCarryAnIdentifier) {
     for (const std::uint8_t command : test::Hex("03 13 28")) {
       TurnOnTransactionIds(0x0102);
       Write(lingo, command);
-      ASSERT_EQ(TakeBytes().size(), lingo == 0x04 ? 9U : 8U) << +lingo << " " << +command;
+      ASSERT_EQ(DrainBytes().size(), lingo == 0x04 ? 9U : 8U) << +lingo << " " << +command;
       ASSERT_EQ(CIpodCommPeer::OwnTransactionId(session_), 0x0103);
     }
   }
@@ -99,7 +99,7 @@ TEST_F(OutgoingFrames, NeverHaveTheLargeForm) {
       const std::size_t header = 2U + (lingo == 0x04 ? 1U : 0U) + (with_identifier ? 2U : 0U);
       for (std::size_t size = 0; size + header <= 255; ++size) {
         ASSERT_EQ(Write(lingo, 0x07, Bytes(size, 0x5A)), IPOD_COMM_OK);
-        const Bytes sent = TakeBytes();
+        const Bytes sent = DrainBytes();
         ASSERT_EQ(sent.size(), header + size + 4);
         ASSERT_EQ(sent[2], header + size);
       }
@@ -114,7 +114,7 @@ RC_GTEST_FIXTURE_PROP(OutgoingFrames, SumToZeroWhateverTheyCarry, ()) {
   if (*rc::gen::arbitrary<bool>()) TurnOnTransactionIds(*rc::gen::arbitrary<std::uint16_t>());
   RC_PRE(data.size() <= 250);
   RC_ASSERT(Write(lingo, command, data) == IPOD_COMM_OK);
-  const Bytes sent = TakeBytes();
+  const Bytes sent = DrainBytes();
   RC_ASSERT(sent.size() == sent[2] + 4U);
   RC_ASSERT(std::accumulate(sent.begin() + 2, sent.end(), 0U) % 256 == 0U);
   RC_ASSERT(sent[3] == lingo);

@@ -63,7 +63,7 @@ TEST_P(CopyingBothWays, OpensNothingAndStartsNoThread) {
   OpenForPackets();
   world_.Record({"CreateFileW", "CreateThread", "CloseHandle"});
   const auto copy = CopyOfIt();
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_THAT(world_.live_threads(), ElementsAre("read"));
 }
 
@@ -74,7 +74,7 @@ TEST_P(CopyingBothWays, CopiesTheQueuePacketByPacket) {
   tagSERIAL_PACKET packet = {};
   EXPECT_TRUE(copy->GetNextPacket(&packet, 0));
   EXPECT_EQ(test::Text(packet), "FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB", "FF 55 02 00 14 EA"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB", "FF 55 02 00 14 EA"));
   EXPECT_TRUE(copy->GetNextPacket(&packet, 0));
   EXPECT_EQ(test::Text(packet), "FF 55 02 00 14 EA");
 }
@@ -84,7 +84,7 @@ TEST_P(CopyingBothWays, LaterPacketsGoToTheSourceAlone) {
   const auto copy = CopyOfIt();
   Arrive("FF 55 02 00 13 EB");
   EXPECT_THAT(CIpodSerialPeer::Received(*copy), IsEmpty());
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_P(CopyingBothWays, WritesThroughTheSharedPort) {
@@ -92,7 +92,7 @@ TEST_P(CopyingBothWays, WritesThroughTheSharedPort) {
   const auto copy = CopyOfIt();
   EXPECT_EQ(WriteTo(*copy), 0);
   EXPECT_EQ(WriteTo(serial_), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF", "FF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF", "FF"));
 }
 
 TEST_P(CopyingBothWays, CopyThatIsClosedLeavesAStaleHandle) {
@@ -133,7 +133,7 @@ TEST_P(CopyingBothWays, SourceSurvivesTheDestructionOfItsCopy) {
   EXPECT_EQ(WriteTo(serial_), 0);
   // Without the event, packets are still queued and found by looking.
   Arrive("FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_P(CopyingBothWays, CopySurvivesTheDestructionOfItsSource) {
@@ -156,7 +156,7 @@ TEST_P(CopyingBothWays, CopyThatOpensTakesThePortFromTheSourcesThread) {
   const auto copy = CopyOfIt();
   world_.Record({"TerminateThread"});
   EXPECT_EQ(copy->Open(true), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("TerminateThread(read, 4294967295)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("TerminateThread(read, 4294967295)"));
   Arrive("FF 55 02 00 13 EB");
   tagSERIAL_PACKET packet = {};
   EXPECT_TRUE(copy->GetNextPacket(&packet, 0));
@@ -176,7 +176,7 @@ TEST_F(Copying, OverAnOpenPortLeavesItsHandlesOpen) {
   OpenForRawAccess();
   world_.Record({"CloseHandle", "TerminateThread"});
   serial_ = closed;
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
   EXPECT_EQ(WriteTo(serial_), 6);
 }
 
@@ -185,7 +185,7 @@ TEST_F(Copying, OntoItselfChangesNothing) {
   Arrive("FF 55 02 00 13 EB");
   CIpodSerial& same = serial_;
   EXPECT_EQ(Elapsed([&] { serial_ = same; }), 0);
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
   EXPECT_EQ(WriteTo(serial_), 0);
 }
 

@@ -26,7 +26,7 @@ TEST_F(Destruction, DeletesTheStateLockClosesEventAndPortAndDeletesThePortLock) 
   world_.Record();
   serial_.reset();
   EXPECT_THAT(
-      world_.TakeRecord(),
+      world_.DrainRecord(),
       ElementsAre("DeleteCriticalSection(section1)", "CloseHandle(event1 \"IPOD_PORT_EVENT_NAME\")",
                   "CloseHandle(port1)", "DeleteCriticalSection(section2)"));
 }
@@ -34,7 +34,7 @@ TEST_F(Destruction, DeletesTheStateLockClosesEventAndPortAndDeletesThePortLock) 
 TEST_F(Destruction, OfAClosedPortClosesOnlyTheEvent) {
   world_.Record({"CloseHandle"});
   serial_.reset();
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CloseHandle(event1 \"IPOD_PORT_EVENT_NAME\")"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CloseHandle(event1 \"IPOD_PORT_EVENT_NAME\")"));
 }
 
 TEST_F(Destruction, LeavesNothingOpen) {

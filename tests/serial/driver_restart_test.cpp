@@ -26,12 +26,12 @@ class DriverRestart : public SerialTest {
   /// One more cycle's calls of the restart.
   std::vector<std::string> Restart() {
     CyclePort();
-    world_.TakeCalls();
+    world_.DrainCalls();
     world_.Record({"RegCreateKeyExW", "RegQueryValueExW", "RegSetValueExW", "RegCloseKey",
                    "DeactivateDevice", "ActivateDevice"});
     world_.Advance(2 * kSecond);
     world_.StopRecording();
-    return world_.TakeCalls().text_with_results();
+    return world_.DrainCalls().text_with_results();
   }
   HANDLE Driver() { return CIpodSerialPeer::Driver(serial_); }
   std::optional<std::uint32_t> RegistryValue() { return world_.RegistryValue(kKey, L"Hnd"); }
@@ -113,7 +113,7 @@ TEST_F(DriverRestart, GoesOnWhileThePortIsOpenedAgain) {
   EXPECT_EQ(world_.drivers().size(), 1U);
   EXPECT_TRUE(ThreadRunning());
   Arrive("FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_F(DriverRestart, HoldsNoLockMeanwhile) {

@@ -60,7 +60,7 @@ class Faults : public ::testing::TestWithParam<const char*> {
         }
         dock.world.Advance(3 * kSecond);
         EXPECT_THAT(dock.world.live_threads(), IsEmpty());
-        test::TakeTraceLog();
+        test::DrainTraceLog();
       }
     }
     return reached_most;
@@ -94,7 +94,7 @@ TEST_P(Faults, OfOpeningAreToldByItsResultOrDoNotMatter) {
     const long result = serial.Open(true);
     const bool reached = dock.Reached(nth);
     EXPECT_EQ(result, reached && DecidesOpening() ? static_cast<long>(kCode) : 0);
-    EXPECT_EQ(test::TakeTraceLog().size(), result != 0 ? 1U : 0U);
+    EXPECT_EQ(test::DrainTraceLog().size(), result != 0 ? 1U : 0U);
     dock.world.Advance(100 * kMillisecond);
     const bool reached_later = dock.Reached(nth);
     ExpectUsable(dock, serial);

@@ -17,7 +17,7 @@ TEST_F(DockTest, MakingAPortCreatesBothLocksAndTheEventAndOpensNothing) {
   world_.Record();
   CIpodSerial serial;
   EXPECT_THAT(
-      world_.TakeRecord(),
+      world_.DrainRecord(),
       ElementsAre("InitializeCriticalSection(section1)", "InitializeCriticalSection(section2)",
                   "CreateEventW(auto, not set, \"IPOD_PORT_EVENT_NAME\")"));
   EXPECT_EQ(CIpodSerialPeer::Port(serial), INVALID_HANDLE_VALUE);
@@ -32,7 +32,7 @@ TEST_F(DockTest, MakingAPortCreatesBothLocksAndTheEventAndOpensNothing) {
 TEST_F(Opening, CallsTheDriverInOrder) {
   world_.Record();
   EXPECT_EQ(serial_.Open(true), 0);
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "CreateFileW(\"COM2:\")",
                           "SetCommState(port1, 57600 baud, 8 bits, parity 0, stop bits code 1)",
@@ -45,7 +45,7 @@ TEST_F(Opening, CallsTheDriverInOrder) {
 TEST_F(Opening, WithoutReadThreadStartsNone) {
   world_.Record({"CreateThread", "PurgeComm"});
   EXPECT_EQ(serial_.Open(false), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("PurgeComm(port1, 15)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("PurgeComm(port1, 15)"));
   EXPECT_TRUE(Running());
   EXPECT_EQ(CIpodSerialPeer::ReadThread(serial_), INVALID_HANDLE_VALUE);
   EXPECT_THAT(world_.live_threads(), IsEmpty());
@@ -57,7 +57,7 @@ TEST_F(Opening, TakesNoTime) {
 
 TEST_F(Opening, LogsNothing) {
   serial_.Open(true);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Opening, ClearsTheStatusWordAlsoWhenItFails) {
@@ -143,7 +143,7 @@ TEST_P(FailedOpening, ReturnsTheSystemsCode) {
 TEST_P(FailedOpening, LogsItsLineOnce) {
   Fail(31);
   serial_.Open(true);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre(GetParam().log));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(GetParam().log));
 }
 
 TEST_P(FailedOpening, StartsNoThreadAndDoesNotCountAsOpen) {
@@ -161,14 +161,14 @@ TEST_P(FailedOpening, IsFollowedByASuccessfulOne) {
   EXPECT_EQ(serial_.Open(true), 0);
   EXPECT_TRUE(Running());
   Arrive("FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_P(FailedOpening, IsTheLastCallForTheDriver) {
   Fail(31);
   world_.Record();
   serial_.Open(true);
-  const auto calls = world_.TakeCalls().Of("host").all();
+  const auto calls = world_.DrainCalls().Of("host").all();
   ASSERT_FALSE(calls.empty());
   EXPECT_EQ(calls.back().service, GetParam().service);
   EXPECT_EQ(calls.back().result, "failed 31");
@@ -190,7 +190,7 @@ TEST_F(Opening, FailureOfTheMaskOrThePurgeIsIgnored) {
   world_.FailOnce("SetCommMask", 1, 31);
   world_.FailOnce("PurgeComm", 1, 31);
   EXPECT_EQ(serial_.Open(true), 0);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Opening, PortOfAnotherObjectIsRefusedWithAccessDenied) {

@@ -36,11 +36,11 @@ class RawAccess : public SerialTest {
 
 TEST_F(RawAccess, WritesByteByByteWithoutALock) {
   EXPECT_TRUE(Write("FF 55 02 00"));
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("ClearCommBreak(port1)", "WriteFile(port1, FF)", "Sleep(10)",
                           "WriteFile(port1, 55)", "WriteFile(port1, 02)", "WriteFile(port1, 00)"));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00"));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00"));
 }
 
 TEST_F(RawAccess, WritePausesTenMilliseconds) {
@@ -51,11 +51,11 @@ TEST_F(RawAccess, WritePausesTenMilliseconds) {
 TEST_F(RawAccess, FailedFirstByteIsToldTwiceAndEndsTheWriteAfterThePause) {
   world_.FailOnce("WriteFile", 1, 31);
   EXPECT_EQ(Elapsed([&] { EXPECT_FALSE(Write("FF 55 02")); }), 10 * kMillisecond);
-  EXPECT_THAT(world_.TakeCalls().text_with_results(),
+  EXPECT_THAT(world_.DrainCalls().text_with_results(),
               ElementsAre("ClearCommBreak(port1) = 1", "WriteFile(port1, FF) = failed 31",
                           "NKDbgPrintfW(\"Error 31 writing serial port\n\")", "Sleep(10)",
                           "NKDbgPrintfW(\"Error 31 writing serial port\n\")"));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Error 31 writing serial port\n", "Error 31 writing serial port\n"));
 }
 
@@ -63,15 +63,15 @@ TEST_F(RawAccess, FailedLaterByteIsToldOnceAndStopsTheWrite) {
   for (unsigned nth = 2; nth <= 4; ++nth) {
     world_.FailOnce("WriteFile", nth, 995);
     EXPECT_FALSE(Write("FF 55 02 00"));
-    EXPECT_THAT(TakeDebugOutput(), ElementsAre("Error 995 writing serial port\n"));
-    EXPECT_EQ(world_.TakeCalls().To({"WriteFile"}).all().size(), nth);
+    EXPECT_THAT(DrainDebugOutput(), ElementsAre("Error 995 writing serial port\n"));
+    EXPECT_EQ(world_.DrainCalls().To({"WriteFile"}).all().size(), nth);
   }
 }
 
 TEST_F(RawAccess, WriteToAClosedPortIsToldWithInvalidHandle) {
   serial_.Close();
   EXPECT_FALSE(Write("FF 55"));
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Error 6 writing serial port\n", "Error 6 writing serial port\n"));
 }
 
@@ -85,14 +85,14 @@ TEST_F(RawAccess, WriteSurvivesAFailureToClearTheBreak) {
 TEST_F(RawAccess, ReadNotesTheTimeThenLooksEveryTenMilliseconds) {
   SendAfter(15 * kMillisecond, "41 42");
   EXPECT_EQ(Read(2, 100), "41 42");
-  EXPECT_THAT(world_.TakeCalls().To({"Sleep", "ClearCommError", "ReadFile"}).text_with_times(),
+  EXPECT_THAT(world_.DrainCalls().To({"Sleep", "ClearCommError", "ReadFile"}).text_with_times(),
               ElementsAre("0 Sleep(10)", "10000 ClearCommError(port1)", "10000 Sleep(10)",
                           "20000 ClearCommError(port1)", "20000 ReadFile(port1, 2)"));
 }
 
 TEST_F(RawAccess, ReadWithoutTimeSleepsOnceAndFailsOnAnEmptyLine) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(1, 0), "nothing"); }), 10 * kMillisecond);
-  const auto calls = world_.TakeCalls();
+  const auto calls = world_.DrainCalls();
   EXPECT_THAT(calls.To({"Sleep"}).text(), ElementsAre("Sleep(10)"));
   EXPECT_THAT(calls.To({"ReadFile"}).text(), IsEmpty());
 }
@@ -152,15 +152,15 @@ TEST_F(RawAccess, ReadOfAClosedPortFailsAfterItsTime) {
 TEST_F(RawAccess, WaitTellsWhatIsWaitingAlready) {
   SendAfter(0, "41 42 43");
   world_.Advance(kMillisecond);
-  world_.TakeRecord();
+  world_.DrainRecord();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.WaitForData(0, 0), 3); }), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("ClearCommError(port1)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("ClearCommError(port1)"));
 }
 
 TEST_F(RawAccess, WaitBlocksUntilAByteComes) {
   SendAfter(7 * kSecond, "41");
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.WaitForData(0, 0), 1); }), 7 * kSecond + 174);
-  EXPECT_THAT(world_.TakeCalls().text_with_results(),
+  EXPECT_THAT(world_.DrainCalls().text_with_results(),
               ElementsAre("ClearCommError(port1) = 0 waiting", "WaitCommEvent(port1) = 1",
                           "ClearCommError(port1) = 1 waiting"));
 }
@@ -173,7 +173,7 @@ TEST_F(RawAccess, WaitIgnoresItsArguments) {
 TEST_F(RawAccess, WaitThatFailsTellsNothing) {
   world_.FailOnce("WaitCommEvent", 1, 31);
   EXPECT_EQ(serial_.WaitForData(0, 0), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("ClearCommError(port1)", "WaitCommEvent(port1)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("ClearCommError(port1)", "WaitCommEvent(port1)"));
   serial_.Close();
   EXPECT_EQ(serial_.WaitForData(0, 0), 0);
 }
@@ -185,7 +185,7 @@ TEST(RawAccessBesideAThread, WaitThatEndsWithoutAnEventTellsNothing) {
   EXPECT_EQ(serial.Open(true), 0);
   world.Record({"ClearCommError"});
   EXPECT_EQ(serial.WaitForData(0, 0), 0);
-  EXPECT_EQ(world.TakeRecord().size(), 1U);
+  EXPECT_EQ(world.DrainRecord().size(), 1U);
   EXPECT_EQ(world.now_us(), 0);
 }
 
@@ -194,7 +194,7 @@ TEST(RawAccessBesideAThread, WaitThatEndsWithoutAnEventTellsNothing) {
 TEST_F(RawAccess, FlushesPurgeOneDirectionEach) {
   serial_.FlushRx();
   serial_.FlushTx();
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("PurgeComm(port1, 10)", "PurgeComm(port1, 5)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("PurgeComm(port1, 10)", "PurgeComm(port1, 5)"));
 }
 
 TEST_F(RawAccess, FlushingWhatWasReceivedLeavesNothingToRead) {
@@ -209,7 +209,7 @@ TEST_F(RawAccess, FlushingWhatWasReceivedLeavesNothingToRead) {
 
 TEST_F(RawAccess, CheckOnlyLooks) {
   EXPECT_EQ(serial_.CheckReceiveData(), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("ClearCommError(port1)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("ClearCommError(port1)"));
   SendAfter(0, "41");
   world_.Advance(kMillisecond);
   EXPECT_NE(serial_.CheckReceiveData(), 0);
@@ -224,7 +224,7 @@ TEST_F(RawAccess, WindowIsStoredAndNothingElse) {
   const auto window = reinterpret_cast<HWND>(0x1234);
   serial_.SetWindowHand(window);
   EXPECT_EQ(CIpodSerialPeer::Window(serial_), window);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 }  // namespace

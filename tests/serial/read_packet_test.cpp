@@ -40,7 +40,7 @@ TEST_F(ReadPacket, DoesNotWaitWhenThereIsOneAndTakesItsSignal) {
   Arrive("FF 55 02 00 13 EB");
   world_.Record();
   Read(1024);
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section1)",
                           "EventModify(event1 \"IPOD_PORT_EVENT_NAME\", EVENT_RESET)",
                           "LeaveCriticalSection(section1)", "EnterCriticalSection(section1)",
@@ -52,7 +52,7 @@ TEST_F(ReadPacket, WaitsForOne) {
   world_.Record();
   EXPECT_EQ(Read(1024), "FF 55 02 00 13 EB");
   EXPECT_EQ(result_, 0);
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "WaitForSingleObject(event1 \"IPOD_PORT_EVENT_NAME\", 2000)",
                           "EnterCriticalSection(section1)", "LeaveCriticalSection(section1)"));
@@ -74,7 +74,7 @@ TEST_F(ReadPacket, ClosedPortIsAnInvalidHandleEvenWithAPacketQueued) {
   serial_.Close();
   EXPECT_EQ(Elapsed([&] { Read(1024); }), 0);
   EXPECT_EQ(result_, 6);
-  EXPECT_EQ(TakePackets().size(), 1U);
+  EXPECT_EQ(DrainPackets().size(), 1U);
 }
 
 TEST_F(ReadPacket, BufferMustExceedThePacketWhichIsLostOtherwise) {
@@ -83,7 +83,7 @@ TEST_F(ReadPacket, BufferMustExceedThePacketWhichIsLostOtherwise) {
     Read(size);
     EXPECT_EQ(result_, size > 6 ? 0 : 0x80004005) << size;
     EXPECT_EQ(length_, size > 6 ? 6U : 0U) << size;
-    EXPECT_THAT(TakePackets(), IsEmpty());
+    EXPECT_THAT(DrainPackets(), IsEmpty());
   }
 }
 

@@ -15,11 +15,11 @@ class ReadThread : public SerialTest {
   /// The thread's calls of these services while `duration_us` passes.
   ipodcomm::virtual_platform::Calls CallsDuring(std::int64_t duration_us,
                                                 const std::vector<std::string>& services) {
-    world_.TakeCalls();
+    world_.DrainCalls();
     world_.Record(services);
     world_.Advance(duration_us);
     world_.StopRecording();
-    return world_.TakeCalls().Of("read");
+    return world_.DrainCalls().Of("read");
   }
 };
 
@@ -28,7 +28,7 @@ TEST_F(ReadThread, BeginsWithTheFlagsTheMaskAndTheFirstRead) {
   EXPECT_EQ(serial_.Open(true), 0);
   world_.Settle();
   EXPECT_THAT(
-      world_.TakeCalls().Of("read").text(),
+      world_.DrainCalls().Of("read").text(),
       ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                   "SetCommMask(port1, 3)", "EnterCriticalSection(section2)", "ReadFile(port1, 1)"));
   EXPECT_TRUE(ThreadRunning());
@@ -75,12 +75,12 @@ TEST_F(ReadThread, SaysNothingAboutFailedReadsAndGoesOnAfterThem) {
   OpenForPackets();
   world_.line().Vanish();
   world_.Advance(kSecond);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
   world_.line().Restore();
   world_.Advance(60 * kMillisecond);
   Arrive("FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 // The assembler goes on where it was: a failed read is no byte.
@@ -88,7 +88,7 @@ TEST_F(ReadThread, FailedReadInsideAFrameLosesNothing) {
   OpenForPackets();
   world_.FailOnce("ReadFile", 3, 31, "read");
   Arrive("FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_F(ReadThread, QueuesUnderTheStateLockThenSignals) {
@@ -139,7 +139,7 @@ TEST_F(ReadThread, EmptiesTheQueueAtItsEnd) {
   EXPECT_EQ(CIpodSerialPeer::CopyOfReceived(serial_).size(), 2U);
   world_.Advance(60 * kMillisecond);
   EXPECT_THAT(CIpodSerialPeer::CopyOfReceived(serial_), IsEmpty());
-  EXPECT_THAT(TakePackets(), IsEmpty());
+  EXPECT_THAT(DrainPackets(), IsEmpty());
 }
 
 TEST_F(ReadThread, EndsWithCodeOneAfterTheDriverRestart) {
@@ -155,7 +155,7 @@ TEST_F(ReadThread, EndsWithCodeOneAfterTheDriverRestart) {
 TEST_F(ReadThread, OnAClosedPortOnlyRestartsTheDriver) {
   world_.Record();
   EXPECT_EQ(CIpodSerial::PortReadThread(&serial_), 1U);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "RegCreateKeyExW(HKEY_LOCAL_MACHINE, \"Drivers\\Active\\18\")",
@@ -171,7 +171,7 @@ TEST_F(ReadThread, ReadsNothingWhenTheRunningFlagIsOff) {
   CIpodSerialPeer::Running(serial_) = 0;
   world_.Record({"SetCommMask", "ReadFile"});
   EXPECT_EQ(CIpodSerial::PortReadThread(&serial_), 1U);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("SetCommMask(port1, 3)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("SetCommMask(port1, 3)"));
 }
 
 TEST_F(ReadThread, StartsWithAnEmptyAssembler) {
@@ -179,9 +179,9 @@ TEST_F(ReadThread, StartsWithAnEmptyAssembler) {
   Arrive("FF 55 02 00");
   EXPECT_EQ(serial_.Open(true), 0);
   Arrive("13 EB");
-  EXPECT_THAT(TakePackets(), IsEmpty());
+  EXPECT_THAT(DrainPackets(), IsEmpty());
   Arrive("FF 55 02 00 13 EB");
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_F(ReadThread, RemembersThePacketTypeAcrossThreads) {

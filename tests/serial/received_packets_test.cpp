@@ -30,7 +30,7 @@ class Received : public ReceivedPackets, public ::testing::WithParamInterface<Ro
 
 TEST_P(Received, YieldsThePackets) {
   Arrive(GetParam().received);
-  EXPECT_EQ(TakePackets(), GetParam().packets);
+  EXPECT_EQ(DrainPackets(), GetParam().packets);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -48,14 +48,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(ReceivedPackets, AreDroppedSilentlyWhenTheyAreBad) {
   Arrive("FF 55 02 00 13 EA");
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(ReceivedPackets, HaveNoLimitInNumber) {
   for (int i = 0; i < 100; ++i) Arrive("FF 55 02 00 13 EB");
-  EXPECT_EQ(TakePackets().size(), 100U);
+  EXPECT_EQ(DrainPackets().size(), 100U);
 }
 
 // ---- The consumer
@@ -65,7 +65,7 @@ TEST_F(ReceivedPackets, PacketInTheQueueIsTakenUnderTheLockAndItsSignalWithIt) {
   world_.Record();
   tagSERIAL_PACKET packet = {};
   EXPECT_TRUE(serial_.GetNextPacket(&packet, 5000));
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section1)",
                           "EventModify(event1 \"IPOD_PORT_EVENT_NAME\", EVENT_RESET)",
                           "LeaveCriticalSection(section1)"));
@@ -78,7 +78,7 @@ TEST_F(ReceivedPackets, ConsumerWaitsOnTheEventAndDoesNotResetItAgain) {
   world_.Record();
   tagSERIAL_PACKET packet = {};
   EXPECT_TRUE(serial_.GetNextPacket(&packet, 5000));
-  EXPECT_THAT(world_.TakeCalls().Of("host").text_with_results(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text_with_results(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "WaitForSingleObject(event1 \"IPOD_PORT_EVENT_NAME\", 5000) = signalled",
                           "EnterCriticalSection(section1)", "LeaveCriticalSection(section1)"));
@@ -130,7 +130,7 @@ TEST_F(ReceivedPackets, OnlyThePacketsBytesAreCopied) {
 TEST_F(ReceivedPackets, MayBeTakenAfterClosingUntilTheThreadHasNoticed) {
   Arrive("FF 55 02 00 13 EB");
   serial_.Close();
-  EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_F(ReceivedPackets, WaitThatFailsIsNoPacketAndTakesAMoment) {
@@ -158,7 +158,7 @@ TEST_F(ReceivedPackets, DamagedLineCostsTheFrameAndNotTheOnesBehind) {
       ipod_.Send(Bytes(1100, 0x00));
       world_.Advance(5 * kSecond);
       Arrive("FF 55 02 00 14 EA FF 55 02 00 14 EA");
-      const auto packets = TakePackets();
+      const auto packets = DrainPackets();
       ASSERT_FALSE(packets.empty());
       EXPECT_EQ(packets.back(), "FF 55 02 00 14 EA") << nth << " " << fault;
       // A doubled sync byte leaves a frame without one; a checksum sent twice leaves the frame.
@@ -173,7 +173,7 @@ TEST_F(ReceivedPackets, PauseInsideAFrameDoesNotPartIt) {
     ipod_.Send(test::Hex("FF 55 02"));
     world_.Advance(gap_us + 100 * kMillisecond);
     Arrive("00 13 EB");
-    EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB")) << gap_us;
+    EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB")) << gap_us;
   }
 }
 
@@ -186,7 +186,7 @@ TEST_F(ReceivedPackets, FramesMayBeSplitAnywhere) {
     world_.Advance(200 * kMillisecond);
     ipod_.Send(Bytes(middle, both.end()));
     world_.Advance(200 * kMillisecond);
-    EXPECT_THAT(TakePackets(), ElementsAre("FF 55 02 00 13 EB", "FF 55 00 00 03 00 13 00 EA"));
+    EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB", "FF 55 00 00 03 00 13 00 EA"));
   }
 }
 
@@ -199,7 +199,7 @@ RC_GTEST_FIXTURE_PROP(ReceivedPackets, RandomBytesNeverBreakThePort, (const Byte
     ipod_.Send(test::Hex("FF 55 02 00 13 EB"));
     world_.Advance(100 * kMillisecond);
   }
-  const auto packets = TakePackets();
+  const auto packets = DrainPackets();
   RC_ASSERT(!packets.empty());
   RC_ASSERT(packets.back() == "FF 55 02 00 13 EB");
 }

@@ -25,7 +25,7 @@ TEST_F(Reopening, ClosingSetsTheFlagUnderTheStateLockThenClosesThePort) {
   OpenForRawAccess();
   world_.Record();
   serial_.Close();
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "CloseHandle(port1)"));
   EXPECT_FALSE(Running());
@@ -36,7 +36,7 @@ TEST_F(Reopening, ClosingAClosedPortClosesNoHandle) {
   world_.Record({"CloseHandle"});
   serial_.Close();
   serial_.Close();
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(Reopening, ClosingDoesNotWaitForTheThread) {
@@ -50,7 +50,7 @@ TEST_F(Reopening, EndsTheThreadBetweenClosingTheOldPortAndOpeningTheNew) {
   world_.Advance(3 * kMillisecond);  // the thread is in its pause
   world_.Record();
   EXPECT_EQ(serial_.Open(false), 0);
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)",
                           "CloseHandle(port1)", "TerminateThread(read, 4294967295)",
                           "CloseHandle(read)", "CreateFileW(\"COM2:\")",
@@ -68,7 +68,7 @@ TEST_F(Reopening, ThreadThatHasLeftItsLoopIsNotTerminated) {
   world_.Advance(100 * kMillisecond);
   world_.Record({"TerminateThread", "CloseHandle"});
   EXPECT_EQ(serial_.Open(false), 0);
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CloseHandle(read)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CloseHandle(read)"));
   EXPECT_THAT(world_.live_threads(), ElementsAre("read"));
   world_.Advance(kSecond);
   EXPECT_THAT(world_.live_threads(), IsEmpty());
@@ -86,7 +86,7 @@ TEST_F(Reopening, WithoutAThreadTerminatesNone) {
   OpenForRawAccess();
   world_.Record({"TerminateThread", "CloseHandle"});
   OpenForRawAccess();
-  EXPECT_THAT(world_.TakeRecord(), ElementsAre("CloseHandle(port1)"));
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CloseHandle(port1)"));
 }
 
 // Also when the thread cannot be ended by force it lets go by itself.
@@ -96,7 +96,7 @@ TEST_F(Reopening, ThreadThatCannotBeTerminatedStillReadsNoMore) {
   EXPECT_EQ(serial_.Open(true), 0);
   world_.Record({"ReadFile"});
   world_.Advance(kSecond);
-  EXPECT_THAT(world_.TakeCalls().Of("read").all(), IsEmpty());
+  EXPECT_THAT(world_.DrainCalls().Of("read").all(), IsEmpty());
   EXPECT_THAT(world_.live_threads(), ElementsAre("read 2"));
   EXPECT_THAT(world_.drivers(), IsEmpty());
 }
@@ -112,7 +112,7 @@ TEST_F(Reopening, TakesAFewMillisecondsWhileTheThreadReads) {
 /// Which threads read which port, as "thread port", from a record of ReadFile.
 std::set<std::string> Readers(World& world) {
   std::set<std::string> readers;
-  for (const auto& call : world.TakeCalls().all()) {
+  for (const auto& call : world.DrainCalls().all()) {
     if (call.result == "failed 6") continue;  // on a port closed meanwhile: it read nothing
     const std::size_t begin = call.text.find('(') + 1;
     readers.insert(call.thread + " " + call.text.substr(begin, call.text.find(',') - begin));

@@ -25,7 +25,7 @@ class SerialTest : public DockTest {
   HANDLE Port() { return CIpodSerialPeer::Port(serial_); }
 
   /// What is queued, front first, as text; takes it.
-  std::vector<std::string> TakePackets() {
+  std::vector<std::string> DrainPackets() {
     std::vector<std::string> packets;
     tagSERIAL_PACKET packet = {};
     while (serial_.GetNextPacket(&packet, 0)) packets.push_back(Text(packet));

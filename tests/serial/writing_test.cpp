@@ -24,10 +24,10 @@ class Writing : public SerialTest {
 
 TEST_F(Writing, SendsTheFirstByteAloneThenTheRest) {
   EXPECT_EQ(Write("FF 55 02 00 13 EB"), 0);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("EnterCriticalSection(section2)", "WriteFile(port1, FF)", "Sleep(20)",
                           "WriteFile(port1, 55 02 00 13 EB)", "LeaveCriticalSection(section2)"));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 13 EB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 13 EB"));
 }
 
 TEST_F(Writing, KeepsTwentyMillisecondsOfSilenceAfterTheSyncByte) {
@@ -41,14 +41,14 @@ TEST_F(Writing, KeepsTwentyMillisecondsOfSilenceAfterTheSyncByte) {
 
 TEST_F(Writing, OneByteIsFollowedByThePauseToo) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write("FF"), 0); }), 20 * kMillisecond);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("EnterCriticalSection(section2)", "WriteFile(port1, FF)", "Sleep(20)",
                           "LeaveCriticalSection(section2)"));
 }
 
 TEST_F(Writing, TwoBytesAreTwoWrites) {
   EXPECT_EQ(Write("FF 55"), 0);
-  EXPECT_THAT(world_.TakeCalls().To({"WriteFile"}).text(),
+  EXPECT_THAT(world_.DrainCalls().To({"WriteFile"}).text(),
               ElementsAre("WriteFile(port1, FF)", "WriteFile(port1, 55)"));
 }
 
@@ -56,23 +56,23 @@ TEST_F(Writing, NothingIsAnInsufficientBuffer) {
   unsigned char byte = 0xFF;
   EXPECT_EQ(serial_.WritePacket(&byte, 0), 122);
   EXPECT_EQ(serial_.WritePacket(nullptr, 0), 122);
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Writing, ClosedPortRefusesToWrite) {
   serial_.Close();
-  world_.TakeRecord();
+  world_.DrainRecord();
   EXPECT_EQ(Write("FF 55"), 6);
   unsigned char byte = 0xFF;
   EXPECT_EQ(serial_.WritePacket(&byte, 0), 6);  // before the length is looked at
-  EXPECT_THAT(world_.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
 }
 
 TEST_F(Writing, FailedFirstByteSkipsThePauseAndTheRest) {
   world_.FailOnce("WriteFile", 1, 31);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write("FF 55 02 00 13 EB"), 31); }), 0);
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("EnterCriticalSection(section2)", "WriteFile(port1, FF)",
                           "LeaveCriticalSection(section2)"));
   EXPECT_EQ(Write("FF"), 0);
@@ -81,16 +81,16 @@ TEST_F(Writing, FailedFirstByteSkipsThePauseAndTheRest) {
 TEST_F(Writing, FailedRestReturnsItsCode) {
   world_.FailOnce("WriteFile", 2, 995);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write("FF 55 02 00 13 EB"), 995); }), 20 * kMillisecond);
-  EXPECT_THAT(world_.TakeCalls().To({"LeaveCriticalSection"}).text(),
+  EXPECT_THAT(world_.DrainCalls().To({"LeaveCriticalSection"}).text(),
               ElementsAre("LeaveCriticalSection(section2)"));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF"));
 }
 
 TEST_F(Writing, FailuresAreNotLogged) {
   world_.FailFrom("WriteFile", 1, 31);
   Write("FF 55");
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Writing, LineThatIsGoneFailsWithItsCode) {
@@ -114,12 +114,12 @@ TEST_F(WritingBesideTheReadThread, KeepsReadsOut) {
   OpenForPackets();
   for (int offset_us = 0; offset_us < 4000; offset_us += 100) {
     world_.Advance(offset_us);
-    world_.TakeCalls();
+    world_.DrainCalls();
     world_.Record({"ReadFile", "WriteFile"});
     unsigned char frame[] = {0xFF, 0x55, 0x02, 0x00, 0x13, 0xEB};
     ASSERT_EQ(serial_.WritePacket(frame, sizeof frame), 0);
     world_.StopRecording();
-    const auto calls = world_.TakeCalls();
+    const auto calls = world_.DrainCalls();
     const auto writes = calls.Of("host").all();
     ASSERT_EQ(writes.size(), 2U);
     for (const auto& read : calls.Of("read").all()) {

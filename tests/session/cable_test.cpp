@@ -25,7 +25,7 @@ class Cable : public SessionTest {
   std::size_t CallsInTenSeconds() {
     world_.Record();
     world_.Advance(10 * kSecond);
-    const auto calls = world_.TakeRecord().size();
+    const auto calls = world_.DrainRecord().size();
     world_.StopRecording();
     return calls;
   }
@@ -80,7 +80,7 @@ TEST_F(Cable, VanishedPortCannotBeOpenedUntilItIsBack) {
   world_.line().Restore();
   EXPECT_EQ(session_.Open(), 0);
   EXPECT_EQ(AskName(), 1);
-  test::TakeTraceLog();
+  test::DrainTraceLog();
 }
 
 TEST_F(Cable, RestoredPortWorksWithoutOpening) {
@@ -106,7 +106,7 @@ TEST_F(Cable, OpeningAndClosingAtAnyPaceWorks) {
     ASSERT_EQ(session_.Open(), 0) << pause_ms;
     EXPECT_EQ(AskName(), 1) << pause_ms;
   }
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Cable, ClosedSessionFallsSilent) {
@@ -115,7 +115,7 @@ TEST_F(Cable, ClosedSessionFallsSilent) {
   world_.Record();
   world_.Advance(10 * kSecond);
   // Ten waits of one second for each worker, and each looks into its queue before.
-  EXPECT_EQ(world_.TakeCalls().To({"WaitForSingleObject"}).text().size(), 20U);
+  EXPECT_EQ(world_.DrainCalls().To({"WaitForSingleObject"}).text().size(), 20U);
   EXPECT_LE(CallsInTenSeconds(), 2U * 10U * 3U + 6U);
 }
 

@@ -29,7 +29,7 @@ TEST_F(Construction, CreatesEverythingInOrderAndCyclesThePort) {
   world_.Record();
   session_.emplace();
   EXPECT_THAT(
-      world_.TakeCalls().Of("host").text_with_results(),
+      world_.DrainCalls().Of("host").text_with_results(),
       ElementsAre("InitializeCriticalSection(section1)",  // play status
                   "InitializeCriticalSection(section2)",  // transport: state
                   "InitializeCriticalSection(section3)",  // transport: port
@@ -55,14 +55,14 @@ TEST_F(Construction, CreatesEverythingInOrderAndCyclesThePort) {
 
 TEST_F(Construction, SendsTheWakeUpByteAndNothingElse) {
   session_.emplace();
-  EXPECT_THAT(TakeSent(), ElementsAre("FF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF"));
 }
 
 TEST_F(Construction, RestartsTheDriverOnce) {
   world_.Record({"DeactivateDevice", "ActivateDevice", "Sleep"});
   session_.emplace();
   world_.Advance(3 * kSecond);
-  const auto calls = world_.TakeCalls();
+  const auto calls = world_.DrainCalls();
   EXPECT_THAT(calls.To({"ActivateDevice"}).text(),
               ElementsAre("ActivateDevice(\"Drivers\\Builtin\\Serial2\", 18)"));
   EXPECT_THAT(calls.Of("read").text(), Contains("Sleep(1000)").Times(1));
@@ -91,9 +91,9 @@ TEST_F(Construction, LeavesTheSessionClosedAndUnidentified) {
 TEST_F(Construction, RefusedPortIsLoggedAndTheSessionStillWorksLater) {
   world_.FailOnce("CreateFileW", 1, 5);
   session_.emplace();
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodSerial::Open: Error opening iPod serial port"));
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(session_->Open(), 0);
   EXPECT_EQ(session_->IsOpen(), 1);
 }
@@ -128,7 +128,7 @@ TEST(FailingConstruction, IsSurvivedWhicheverCallFails) {
       }
     }
   }
-  test::TakeTraceLog();
+  test::DrainTraceLog();
 }
 
 TEST_F(OpenSession, OpeningEmptiesTheQueuesThenOpensThePort) {
@@ -137,7 +137,7 @@ TEST_F(OpenSession, OpeningEmptiesTheQueuesThenOpensThePort) {
   world_.Record();
   EXPECT_EQ(session_.Open(), 0);
   EXPECT_THAT(
-      world_.TakeCalls().Of("host").text(),
+      world_.DrainCalls().Of("host").text(),
       ElementsAre("EnterCriticalSection(section4)", "EventModify(event2, EVENT_RESET)",
                   "LeaveCriticalSection(section4)", "EnterCriticalSection(section6)",
                   "EventModify(event6, EVENT_RESET)", "LeaveCriticalSection(section6)",
@@ -188,7 +188,7 @@ TEST_F(OpenSession, FailedOpenReturnsTheTransportsCode) {
   world_.FailOnce("CreateFileW", 1, 5);
   EXPECT_EQ(session_.Open(), 5);
   EXPECT_EQ(session_.IsOpen(), 0);
-  EXPECT_THAT(test::TakeTraceLog(),
+  EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodSerial::Open: Error opening iPod serial port"));
 }
 
@@ -196,7 +196,7 @@ TEST_F(OpenSession, FailedOpenOfAnOpenSessionLeavesItsFlag) {
   world_.FailOnce("SetCommState", 1, 31);
   EXPECT_EQ(session_.Open(), 31);
   EXPECT_EQ(session_.IsOpen(), 1);
-  EXPECT_THAT(test::TakeTraceLog(), ElementsAre("CIpodSerial::Open: Error setting comm state"));
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre("CIpodSerial::Open: Error setting comm state"));
 }
 
 TEST_F(OpenSession, ClosingClosesThePortAndClearsTheFlags) {
@@ -205,7 +205,7 @@ TEST_F(OpenSession, ClosingClosesThePortAndClearsTheFlags) {
   EXPECT_EQ(session_.SupportsSports(), 1);
   world_.Record();
   session_.Close();
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section2)", "LeaveCriticalSection(section2)",
                           "CloseHandle(port2)"));
   EXPECT_EQ(session_.IsOpen(), 0);
@@ -217,7 +217,7 @@ TEST_F(OpenSession, ClosingRestartsTheDriverAboutASecondLater) {
   const std::int64_t closed_us = world_.now_us();
   session_.Close();
   world_.Advance(3 * kSecond);
-  const auto calls = world_.TakeCalls().all();
+  const auto calls = world_.DrainCalls().all();
   ASSERT_EQ(calls.size(), 1U);
   EXPECT_GE(calls[0].start_us - closed_us, 1000 * kMillisecond);
   EXPECT_LE(calls[0].start_us - closed_us, 1060 * kMillisecond);
@@ -242,7 +242,7 @@ TEST_F(Construction, DestructionReleasesEverythingInOrder) {
   world_.Record();
   session_.reset();
   EXPECT_THAT(
-      world_.TakeCalls().Of("host").To({"CloseHandle", "DeleteCriticalSection"}).text(),
+      world_.DrainCalls().Of("host").To({"CloseHandle", "DeleteCriticalSection"}).text(),
       ElementsAre("CloseHandle(routing)", "CloseHandle(notification)", "CloseHandle(event2)",
                   "DeleteCriticalSection(section4)", "DeleteCriticalSection(section5)",
                   "CloseHandle(event3)", "CloseHandle(event4)", "CloseHandle(event5)",
@@ -257,7 +257,7 @@ TEST_F(Construction, DestructionClosesThePortFirst) {
   session_->Open();
   world_.Record();
   session_.reset();
-  const auto calls = world_.TakeCalls().Of("host").To({"CloseHandle"}).text();
+  const auto calls = world_.DrainCalls().Of("host").To({"CloseHandle"}).text();
   ASSERT_FALSE(calls.empty());
   EXPECT_EQ(calls.front(), "CloseHandle(port2)");
 }

@@ -43,7 +43,7 @@ class Copies : public ::testing::TestWithParam<Row> {
   static std::size_t CallsPerMinute(World& world) {
     world.Record();
     world.Advance(60 * kSecond);
-    const auto calls = world.TakeRecord().size();
+    const auto calls = world.DrainRecord().size();
     world.StopRecording();
     return calls;
   }
@@ -80,7 +80,7 @@ TEST_P(Copies, OfASessionMayGoInEitherOrder) {
     EXPECT_EQ(CallsPerMinute(world), 0U);
     world.line().Unplug();
   }
-  test::TakeTraceLog();
+  test::DrainTraceLog();
 }
 
 TEST_P(Copies, SurvivorDoesNotSpinOnStaleHandles) {

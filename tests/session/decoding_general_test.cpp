@@ -229,7 +229,7 @@ TEST_F(GeneralDecoding, SecondPendingAcksTimeIsNeverWaitedFor) {
     read_.size = 2;
     world_.Record({"Sleep", "ClearCommError"});
     EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Decode("FF 55 04 00 02 06 03 F1"), IPOD_COMM_OK); }), 0);
-    EXPECT_THAT(world_.TakeCalls().Of("host").text(), IsEmpty());
+    EXPECT_THAT(world_.DrainCalls().Of("host").text(), IsEmpty());
     EXPECT_EQ(keep_, 0);
   }
   EXPECT_EQ(buffer_[0], 0x06);
@@ -268,7 +268,7 @@ TEST_F(GeneralDecoding, PendingAckOnTheLineIsFollowedByItsFinalOne) {
   ipod_.SendAt(world_.now_us() + 300 * kMillisecond, test::Hex("FF 55 04 00 02 00 03 F7"));
   EXPECT_EQ(session_.WriteReadCommand(&write, &read_), IPOD_COMM_OK);
   EXPECT_EQ(Taken().substr(0, 5), "00 03");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 03 FB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 03 FB"));
 }
 
 }  // namespace

@@ -52,16 +52,16 @@ TEST_F(SportsDecoding, CapabilityRequestIsServedAndTheWaitGoesOn) {
   read_.expected_command = 0x84;
   EXPECT_EQ(Decode("FF 55 02 09 03 F2"), IPOD_COMM_NO_ANSWER);
   EXPECT_EQ(keep_, 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
   EXPECT_EQ(Decode("FF 55 00 00 02 09 03 F2"), IPOD_COMM_NO_ANSWER);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
 }
 
 TEST_F(SportsDecoding, VersionRequestIsServedAndTheWaitGoesOn) {
   read_.expected_command = 0x84;
   EXPECT_EQ(Decode("FF 55 02 09 01 F4"), IPOD_COMM_NO_ANSWER);
   EXPECT_EQ(keep_, 1);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
 }
 
 TEST_F(SportsDecoding, ServesUnderIdentifiersToo) {
@@ -70,7 +70,7 @@ TEST_F(SportsDecoding, ServesUnderIdentifiersToo) {
   read_.expected_command = 0x84;
   Decode("FF 55 04 09 03 00 07 E9");
   Decode("FF 55 04 09 01 00 08 EA");
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 07 09 04 AB CD 02 00 00 72", "FF 55 06 09 02 12 35 01 01 A6"));
 }
 
@@ -85,7 +85,7 @@ TEST_F(SportsDecoding, AwaitedCommandIsAnAnswerNotARequest) {
   read_.expected_command = 0x01;
   EXPECT_EQ(Decode("FF 55 02 09 01 F4"), IPOD_COMM_OK);
   EXPECT_EQ(keep_, 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(SportsDecoding, NoOtherCommandIsServed) {
@@ -96,7 +96,7 @@ TEST_F(SportsDecoding, NoOtherCommandIsServed) {
     EXPECT_EQ(session_.ProcessLingoSportsReadCommand(frame, sizeof frame, &read_, &keep_),
               IPOD_COMM_UNEXPECTED);
   }
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 }  // namespace

@@ -61,11 +61,11 @@ TEST_F(Exchange, SilentIpodIsAskedThreeTimesInThreeSeconds) {
   TurnOnTransactionIds(0x0FFF);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(AskName(), IPOD_COMM_RETRIES_EXHAUSTED); }),
             3 * (kWrite + kWait));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 07 0F FF E7", "FF 55 04 00 07 10 00 E5",
-                                      "FF 55 04 00 07 10 01 E4"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 07 0F FF E7", "FF 55 04 00 07 10 00 E5",
+                                       "FF 55 04 00 07 10 01 E4"));
   EXPECT_EQ(read_.stored, 0U);
   EXPECT_EQ(read_.size, 8);
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Exchange, WithTheReadThreadAWriteWaitsForItsReadOfTwoMillisecondsAtMost) {
@@ -78,7 +78,7 @@ TEST_F(Exchange, NothingIsSentWithoutAttempts) {
   for (const std::int32_t retries : {0, -1, -2147483647}) {
     EXPECT_EQ(Elapsed([&] { EXPECT_EQ(AskName(retries), IPOD_COMM_RETRIES_EXHAUSTED); }), 0);
   }
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Exchange, AnswerEndsItAtOnce) {
@@ -90,14 +90,14 @@ TEST_F(Exchange, AnswerEndsItAtOnce) {
   EXPECT_EQ(read_.received_command, 0x08);
   EXPECT_EQ(read_.lingo, 0x00);
   EXPECT_EQ(test::ToHex(buffer_, 4), "41 42 00 00");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7"));
 }
 
 TEST_F(Exchange, LostAnswerIsAskedForAgain) {
   TurnOnTransactionIds(0x0010);
   Answer("FF 55 04 00 07 00 11 E4", "FF 55 06 00 08 00 11 41 00 A0");
   EXPECT_EQ(AskName(), IPOD_COMM_OK);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 07 00 10 E5", "FF 55 04 00 07 00 11 E4"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 07 00 10 E5", "FF 55 04 00 07 00 11 E4"));
   EXPECT_EQ(test::ToHex(buffer_, 2), "41 00");
 }
 
@@ -124,7 +124,7 @@ TEST_F(Exchange, SimpleRemoteCommandSucceedsOnceItIsWritten) {
   read.retries = 3;
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(session_.WriteReadCommand(&write, &read), IPOD_COMM_OK); }),
             kWrite);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 03 02 00 01 FA"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 02 00 01 FA"));
   EXPECT_EQ(session_.PeekNextReadPacket(), 0x01);
 }
 
@@ -134,7 +134,7 @@ TEST_F(Exchange, SimpleRemoteCommandIsRetriedWhileItCannotBeWritten) {
   tagIPOD_READ_PARAMS read = {};
   read.retries = 2;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read), IPOD_COMM_OK);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 02 00 FC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 02 00 FC"));
 }
 
 TEST_F(Exchange, SimpleRemoteCommandNeedsAnAttempt) {
@@ -148,7 +148,7 @@ TEST_F(Exchange, FailedWritesCostNoWait) {
   world_.FailFrom("WriteFile", 1, 31);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(AskName(), IPOD_COMM_RETRIES_EXHAUSTED); }), 0);
   EXPECT_EQ(world_.call_count("WriteFile"), 1U + 3U);  // the wake-up byte, three attempts
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Exchange, FailedWriteIsFollowedByTheNextAttempt) {
@@ -161,13 +161,13 @@ TEST_F(Exchange, FailedWriteKeepsTheResultOfTheAttemptBefore) {
   Answer("FF 55 04 04 00 18 05 DB", "FF 55 04 04 00 1B 00 DD");  // not the answer
   world_.FailFrom("WriteFile", 3, 31);                           // the second attempt's
   EXPECT_EQ(AskCount(), IPOD_COMM_UNEXPECTED);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 04 00 18 05 DB"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 18 05 DB"));
 }
 
 TEST_F(Exchange, OnlyUnexpectedPacketsEveryTimeGiveUnexpected) {
   Answer("FF 55 04 04 00 18 05 DB", "FF 55 04 04 00 1B 00 DD");
   EXPECT_EQ(AskCount(), IPOD_COMM_UNEXPECTED);
-  EXPECT_THAT(TakeSent(), SizeIs(3));
+  EXPECT_THAT(DrainSent(), SizeIs(3));
 }
 
 TEST_F(Exchange, SilenceInTheLastAttemptCountsNotTheUnexpectedBefore) {
@@ -256,7 +256,7 @@ TEST_F(Exchange, UnexpectedGeneralPacketAndSilenceReportSuccessWithNothingStored
   EXPECT_EQ(read_.stored, 0U);
   EXPECT_EQ(read_.received_command, 0x0A);
   EXPECT_THAT(buffer_, Each(0));
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7"));
 }
 
 /// An iPod that refuses a request names the command sent, not the one awaited.
@@ -266,14 +266,14 @@ TEST_F(Exchange, RefusalOfTheCommandSentReportsSuccessAndSetsTheAckFlag) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(AskName(), IPOD_COMM_OK); }), kWrite + kWait);
   EXPECT_NE(read_.ack_received, 0);
   EXPECT_EQ(read_.stored, 0U);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7"));
 }
 
 TEST_F(Exchange, RefusalOfTheAwaitedCommandIsRetried) {
   Answer("FF 55 02 00 07 F7", "FF 55 04 00 02 04 08 EE");
   EXPECT_EQ(AskName(), IPOD_COMM_RETRIES_EXHAUSTED);
   EXPECT_NE(read_.ack_received, 0);
-  EXPECT_THAT(TakeSent(), SizeIs(3));
+  EXPECT_THAT(DrainSent(), SizeIs(3));
 }
 
 TEST_F(Exchange, WhatWasQueuedBeforeIsReadFirst) {
@@ -291,7 +291,7 @@ TEST_F(Exchange, SportsVersionIsAnsweredDuringTheWaitWhichGoesOn) {
   read_.retries = 3;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read_), IPOD_COMM_OK);
   EXPECT_EQ(buffer_[0], 0x2A);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 0C 01 F1", "FF 55 04 09 02 01 01 EF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 0C 01 F1", "FF 55 04 09 02 01 01 EF"));
 }
 
 TEST_F(Exchange, SportsCapsAreAnsweredDuringTheWaitWhichGoesOn) {
@@ -303,13 +303,13 @@ TEST_F(Exchange, SportsCapsAreAnsweredDuringTheWaitWhichGoesOn) {
   read_.retries = 3;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read_), IPOD_COMM_OK);
   EXPECT_EQ(test::ToHex(buffer_, 3), "00 03 00");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 09 83 72", "FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 09 83 72", "FF 55 05 09 04 02 00 00 EC"));
 }
 
 TEST_F(Exchange, ServedRequestAndSilenceAreNoAnswer) {
   Queue("FF 55 02 09 01 F4");
   EXPECT_EQ(Read(0x84), IPOD_COMM_NO_ANSWER);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
 }
 
 /// The answer to the iPod takes the next identifier, so the awaited answer is not known any more by
@@ -324,7 +324,7 @@ TEST_F(Exchange, AnswerBehindAServedRequestKeepsItsIdentifier) {
   read_.retries = 3;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read_), IPOD_COMM_OK);
   EXPECT_EQ(test::ToHex(buffer_, 3), "00 10 2A");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 0C 01 00 10 DF", "FF 55 06 09 02 00 11 01 01 DC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 0C 01 00 10 DF", "FF 55 06 09 02 00 11 01 01 DC"));
 }
 
 TEST_F(Exchange, CommandOnAClosedPortFailsAtOnce) {

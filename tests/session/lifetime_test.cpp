@@ -41,7 +41,7 @@ class Life {
     EXPECT_THAT(world.live_threads(), UnorderedElementsAre("routing", "notification"));
     world.Record();
     world.Advance(3600 * kSecond);
-    EXPECT_THAT(world.TakeRecord(), IsEmpty());
+    EXPECT_THAT(world.DrainRecord(), IsEmpty());
     const std::string threads = world.DescribeThreads();
     EXPECT_THAT(threads, ::testing::HasSubstr("routing: Sleep for ever"));
     EXPECT_THAT(threads, ::testing::HasSubstr("notification: Sleep for ever"));
@@ -149,9 +149,9 @@ TEST(Destruction, IsQuickBesideAnotherSession) {
     life.world.Advance(3 * kSecond);
     life.world.Record();
     life.world.Advance(60 * kSecond);
-    EXPECT_THAT(life.world.TakeRecord(), IsEmpty());
+    EXPECT_THAT(life.world.DrainRecord(), IsEmpty());
   }
-  test::TakeTraceLog();
+  test::DrainTraceLog();
 }
 
 TEST(Destruction, LeavesNothingOpenButTheReadThreadsHandle) {
@@ -180,7 +180,7 @@ TEST(Destruction, ManySessionsInARowWork) {
   EXPECT_EQ(life.world.live_threads().size(), 42U);
   life.world.Record();
   life.world.Advance(60 * kSecond);
-  EXPECT_THAT(life.world.TakeRecord(), IsEmpty());
+  EXPECT_THAT(life.world.DrainRecord(), IsEmpty());
 }
 
 }  // namespace

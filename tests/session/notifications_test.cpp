@@ -49,7 +49,7 @@ TEST_F(PlayStatus, TickIsThatOfTheLastNotification) {
 TEST_F(PlayStatus, IsWrittenUnderItsLock) {
   world_.Record({"EnterCriticalSection", "GetTickCount", "LeaveCriticalSection"});
   Notify("FF 55 08 04 00 27 04 00 01 00 00 C8");
-  EXPECT_THAT(world_.TakeCalls().Of("notification").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("notification").text(),
               ElementsAre("EnterCriticalSection(section6)", "LeaveCriticalSection(section6)",
                           "EnterCriticalSection(section1)", "GetTickCount()",
                           "LeaveCriticalSection(section1)", "EnterCriticalSection(section6)",
@@ -59,7 +59,7 @@ TEST_F(PlayStatus, IsWrittenUnderItsLock) {
 TEST_F(PlayStatus, IsReadUnderItsLockWithoutWaiting) {
   world_.Record();
   Status();
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section1)", "LeaveCriticalSection(section1)"));
 }
 

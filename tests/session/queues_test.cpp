@@ -63,7 +63,7 @@ TEST_F(ResponseQueue, TakingAtOnceResetsTheEventUnderTheLock) {
   world_.Record();
   tagSERIAL_PACKET packet = {};
   EXPECT_TRUE(session_.GetNextReadPacket(&packet));
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section4)", "EventModify(event2, EVENT_RESET)",
                           "LeaveCriticalSection(section4)"));
 }
@@ -73,7 +73,7 @@ TEST_F(ResponseQueue, TakingAfterAWaitLeavesTheEventAlone) {
   world_.Record();
   tagSERIAL_PACKET packet = {};
   EXPECT_TRUE(session_.GetNextReadPacket(&packet));
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section4)", "LeaveCriticalSection(section4)",
                           "WaitForSingleObject(event2, 1000)", "EnterCriticalSection(section4)",
                           "LeaveCriticalSection(section4)"));
@@ -131,7 +131,7 @@ TEST_F(ResponseQueue, PeekLeavesThePacketAndTheEvent) {
   Append("FF 55 03 00 08 41 B4");
   world_.Record();
   EXPECT_EQ(session_.PeekNextReadPacket(), 0x08);
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section4)", "LeaveCriticalSection(section4)"));
   EXPECT_EQ(session_.PeekNextReadPacket(), 0x08);
   tagSERIAL_PACKET packet = {};
@@ -172,7 +172,7 @@ TEST_F(ResponseQueue, NotificationsAreTakenTheSameWay) {
       {"EnterCriticalSection", "LeaveCriticalSection", "EventModify", "WaitForSingleObject"});
   tagSERIAL_PACKET packet = {};
   EXPECT_EQ(Elapsed([&] { EXPECT_FALSE(session_.GetNextNotificationPacket(&packet)); }), kSecond);
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section6)", "LeaveCriticalSection(section6)",
                           "WaitForSingleObject(event6, 1000)"));
 }
@@ -183,7 +183,7 @@ TEST_F(ResponseQueue, NotificationThreadTakesWithTheSameCalls) {
       {"EnterCriticalSection", "LeaveCriticalSection", "EventModify", "WaitForSingleObject"});
   CIpodCommPeer::Notifications(session_).Append(Packet("FF 55 03 00 23 01 D9"));
   world_.Settle();
-  EXPECT_THAT(world_.TakeCalls().Of("notification").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("notification").text(),
               ElementsAre("EnterCriticalSection(section6)", "LeaveCriticalSection(section6)",
                           "EnterCriticalSection(section6)", "LeaveCriticalSection(section6)",
                           "WaitForSingleObject(event6, 1000)"));

@@ -27,7 +27,7 @@ class Request : public Requests, public ::testing::WithParamInterface<Row> {};
 
 TEST_P(Request, IsAnswered) {
   Arrive(GetParam().request);
-  EXPECT_EQ(TakeSent(), GetParam().answers);
+  EXPECT_EQ(DrainSent(), GetParam().answers);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -55,7 +55,7 @@ class RequestWithIdentifier : public Request {};
 TEST_P(RequestWithIdentifier, IsAnsweredUnderIt) {
   TurnOnTransactionIds(0x0100);
   Arrive(GetParam().request);
-  EXPECT_EQ(TakeSent(), GetParam().answers);
+  EXPECT_EQ(DrainSent(), GetParam().answers);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -100,30 +100,30 @@ TEST_F(Requests, StorageAnswerStartsTheWriteOffsetOver) {
 
 TEST_F(Requests, SportsVersionIsAskedForInVainWhileNothingIsAwaited) {
   Arrive("FF 55 02 09 01 F4");
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(session_.PeekNextReadPacket(), 0x01);
 }
 
 TEST_F(Requests, FailedAnswerIsForgotten) {
   world_.FailOnce("WriteFile", 1, 31, "notification");
   Arrive("FF 55 02 09 03 F2");
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
   Arrive("FF 55 02 09 03 F2");
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
 }
 
 TEST_F(Requests, ClosedPortLeavesThemUnanswered) {
   session_.Close();
-  TakeSent();
+  DrainSent();
   CIpodCommPeer::Notifications(session_).Append(Packet("FF 55 02 09 03 F2"));
   world_.Advance(100 * kMillisecond);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Requests, AnswersComeInTheOrderOfTheRequests) {
   Arrive("FF 55 02 09 03 F2 FF 55 03 00 27 00 D6 FF 55 02 0C 81 71 FF 55 02 09 03 F2");
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 05 09 04 02 00 00 EC", "FF 55 07 00 28 00 00 00 00 F3 DE",
                           kStorageCaps, "FF 55 05 09 04 02 00 00 EC"));
 }

@@ -28,7 +28,7 @@ class Routing : public SessionTest {
   std::vector<std::string> Route(const tagSERIAL_PACKET& packet) {
     world_.Record({"EventModify"});
     (session_.*CIpodCommPeer::kRoutePacket)(packet);
-    const auto set = world_.TakeCalls().Of("host").text();
+    const auto set = world_.DrainCalls().Of("host").text();
     world_.StopRecording();
     return set;
   }
@@ -100,7 +100,7 @@ TEST_F(Routing, AnswersStayInTheOrderOfTheirArrival) {
 TEST_F(Routing, PacketIsAppendedAndSignalledUnderTheQueuesLock) {
   world_.Record();
   (session_.*CIpodCommPeer::kRoutePacket)(Packet("FF 55 03 00 08 41 B4"));
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section4)", "EventModify(event2, EVENT_SET)",
                           "LeaveCriticalSection(section4)"));
 }
@@ -109,7 +109,7 @@ TEST_F(Routing, ThreadWaitsForPacketsOneSecondAtATime) {
   world_.Advance(kSecond);
   world_.Record({"WaitForSingleObject"});
   world_.Advance(5 * kSecond);
-  const auto waits = world_.TakeCalls();
+  const auto waits = world_.DrainCalls();
   EXPECT_THAT(waits.Of("routing").text(),
               ::testing::AllOf(::testing::SizeIs(5),
                                Each("WaitForSingleObject(event1 \"IPOD_PORT_EVENT_NAME\", 1000)")));
@@ -201,13 +201,13 @@ TEST_F(Routing, RequestDuringACommandGoesToTheNotificationThread) {
   EXPECT_EQ(read.received_command, 0x08);
   EXPECT_EQ(read.stored, 2U);
   EXPECT_EQ(name[0], 0x41);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 00 07 F7", "FF 55 07 00 28 00 00 00 00 F3 DE"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7", "FF 55 07 00 28 00 00 00 00 F3 DE"));
 }
 
 TEST_F(Routing, NothingIsRoutedFromABrokenFrame) {
   world_.Record({"EventModify"});
   Arrive("FF 55 03 00 08 41 B5");  // the checksum is B4
-  EXPECT_THAT(world_.TakeCalls().Of("routing").text(), IsEmpty());
+  EXPECT_THAT(world_.DrainCalls().Of("routing").text(), IsEmpty());
 }
 
 }  // namespace

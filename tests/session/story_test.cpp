@@ -64,7 +64,7 @@ void ExpectToWork(CIpodComm& session, const std::string& where) {
 class Stories : public ::testing::TestWithParam<std::uint64_t> {};
 
 TEST_P(Stories, IdentifiedBrowsedPlayedAndFollowedWithoutAMistake) {
-  test::TakeTraceLog();
+  test::DrainTraceLog();
   ipodsim::Settings settings;
   settings.seed = GetParam();
   ipodsim::SimulatedIpod ipod(settings);
@@ -92,7 +92,7 @@ TEST_P(Stories, IdentifiedBrowsedPlayedAndFollowedWithoutAMistake) {
   }
   world.Advance(2 * kSecond);
   EXPECT_THAT(Mistakes(ipod), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
   world.line().Unplug();
 }
 
@@ -124,7 +124,7 @@ TEST_P(FaultyStories, EndInTimeAndTheSessionWorksAfterwards) {
     ExpectToWork(session, where);
     session.Close();
   }
-  test::TakeTraceLog();
+  test::DrainTraceLog();
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, FaultyStories, ::testing::ValuesIn(ipodsim::Faults::All()),
@@ -152,7 +152,7 @@ TEST(Story, SilentIpodIsGivenUpAndASoundOneIsIdentifiedAfterwards) {
   EXPECT_EQ(how, IPOD_IDENTIFY_RESULT_NONE);
   world.line().PlugModel(sound);
   ExpectToWork(session, "after silence");
-  test::TakeTraceLog();
+  test::DrainTraceLog();
 }
 
 }  // namespace

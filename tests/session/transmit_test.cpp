@@ -44,7 +44,7 @@ class Frame : public Transmit, public ::testing::WithParamInterface<Row> {
 
 TEST_P(Frame, GoesOutWithoutIdentifier) {
   EXPECT_EQ(WriteRow(), IPOD_COMM_OK);
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().plain));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().plain));
   EXPECT_EQ(OwnIdentifier(), 0);
 }
 
@@ -53,7 +53,7 @@ TEST_P(Frame, GoesOutWithIdentifier) {
   auto& slots = CIpodCommPeer::IpodTransactionIds(session_);
   std::fill(std::begin(slots), std::end(slots), std::uint16_t{0xABCD});
   EXPECT_EQ(WriteRow(), IPOD_COMM_OK);
-  EXPECT_THAT(TakeSent(), ElementsAre(GetParam().with_identifier));
+  EXPECT_THAT(DrainSent(), ElementsAre(GetParam().with_identifier));
   EXPECT_EQ(OwnIdentifier(), GetParam().steps ? 0x1235 : 0x1234);
 }
 
@@ -115,8 +115,8 @@ TEST_F(Transmit, EchoedIdentifierOfRetAccessoryInfoIsThatOfItsLingo) {
 TEST_F(Transmit, ConsecutiveCommandsCarryConsecutiveIdentifiersAndWrap) {
   TurnOnTransactionIds(0xFFFE);
   for (int i = 0; i < 3; ++i) Write(0x00, 0x07, {});
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 00 07 FF FE F8", "FF 55 04 00 07 FF FF F7",
-                                      "FF 55 04 00 07 00 00 F5"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 00 07 FF FE F8", "FF 55 04 00 07 FF FF F7",
+                                       "FF 55 04 00 07 00 00 F5"));
   EXPECT_EQ(OwnIdentifier(), 1);
 }
 
@@ -134,7 +134,7 @@ TEST_P(Limit, IsALengthByteOf255) {
   if (with_identifier) TurnOnTransactionIds(5);
   EXPECT_EQ(Write(static_cast<std::uint8_t>(lingo), 0x55, Bytes(most, 0xA5)), IPOD_COMM_OK);
   EXPECT_EQ(OwnIdentifier(), with_identifier ? 6 : 0);
-  const auto sent = TakeSent();
+  const auto sent = DrainSent();
   ASSERT_EQ(sent.size(), 1U);
   EXPECT_EQ(sent[0].size(), 259U * 3 - 1);
   EXPECT_EQ(sent[0].substr(0, 8), "FF 55 FF");
@@ -149,7 +149,7 @@ TEST_P(Limit, RefusesOneByteMoreBeforeAnythingIsSent) {
             }),
             0);
   EXPECT_EQ(OwnIdentifier(), with_identifier ? 5 : 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Limit,
@@ -165,7 +165,7 @@ TEST_F(Transmit, AbsurdLengthsAreRefusedUnread) {
     tagIPOD_WRITE_PARAMS write = {0x07, 0x00, nullptr, length};
     EXPECT_EQ(session_.WriteCommand(&write), IPOD_COMM_NO_ANSWER) << length;
   }
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Transmit, RefusedPayloadIsNotRetriedOnTheLine) {
@@ -183,7 +183,7 @@ TEST_F(Transmit, RefusedPayloadIsNotRetriedOnTheLine) {
 TEST_F(Transmit, FrameIsBuiltUnderOneLockAndSentUnderTheOther) {
   world_.Record({"EnterCriticalSection", "LeaveCriticalSection", "WriteFile", "Sleep"});
   Write(0x00, 0x07, {});
-  EXPECT_THAT(world_.TakeCalls().Of("host").text(),
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
               ElementsAre("EnterCriticalSection(section5)", "LeaveCriticalSection(section5)",
                           "EnterCriticalSection(section3)", "WriteFile(port2, FF)", "Sleep(20)",
                           "WriteFile(port2, 55 02 00 07 F7)", "LeaveCriticalSection(section3)"));
@@ -196,13 +196,13 @@ TEST_F(Transmit, FailedWriteIsToldButTheIdentifierHasStepped) {
     EXPECT_EQ(Write(0x00, 0x07, {}), IPOD_COMM_NO_ANSWER);
     EXPECT_EQ(OwnIdentifier(), 8);
   }
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Transmit, ClosedPortRefusesCommands) {
   session_.Close();
   EXPECT_EQ(Write(0x00, 0x07, {}), IPOD_COMM_NO_ANSWER);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 }  // namespace

@@ -7,12 +7,12 @@ namespace test {
 
 LegacyTest::LegacyTest() {
   EXPECT_EQ(legacy_.openport(), 1);
-  TakeDebugOutput();
+  DrainDebugOutput();
 }
 
 LegacyTest::~LegacyTest() { legacy_.closeport(); }
 
-std::string LegacyTest::TakeSentBytes() {
+std::string LegacyTest::DrainSentBytes() {
   // What was written last may still be on the line.
   world_.Advance(50 * kMillisecond);
   const std::string sent = ToHex(ipod_.received());

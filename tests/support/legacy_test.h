@@ -20,7 +20,7 @@ class LegacyTest : public DockTest {
   /// Has the iPod send these bytes from now on.
   void Send(std::string_view bytes) { ipod_.Send(Hex(bytes)); }
   /// All bytes sent since the last look, as one text; frames of any kind.
-  std::string TakeSentBytes();
+  std::string DrainSentBytes();
   /// The payload area's bytes from its front on.
   std::string Payload(std::size_t count);
   /// Leaves every byte of the payload area holding its own position, for tests of what a command

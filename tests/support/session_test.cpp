@@ -24,12 +24,12 @@ DockTest::DockTest() {
   world_.NameRoutine(CIpodComm::ReadPacketThread, "routing");
   world_.NameRoutine(CIpodComm::NotificationThread, "notification");
   world_.line().Plug(ipod_);
-  TakeTraceLog();
+  DrainTraceLog();
 }
 
 DockTest::~DockTest() { world_.line().Unplug(); }
 
-std::vector<std::string> DockTest::TakeSent() {
+std::vector<std::string> DockTest::DrainSent() {
   // What was written last may still be on the line.
   world_.Advance(50 * kMillisecond);
   const Bytes sent = ipod_.received();
@@ -49,7 +49,7 @@ void DockTest::Answer(std::string_view request, std::string_view reply, std::int
   ipod_.Answer(Hex(request), Hex(reply), delay_us);
 }
 
-std::vector<std::string> DockTest::TakeDebugOutput() {
+std::vector<std::string> DockTest::DrainDebugOutput() {
   const std::vector<std::string> all = world_.debug_output();
   const auto taken = static_cast<std::ptrdiff_t>(debug_lines_taken_);
   debug_lines_taken_ = all.size();
@@ -59,8 +59,8 @@ std::vector<std::string> DockTest::TakeDebugOutput() {
 SessionTest::SessionTest() {
   world_.Advance(2 * kSecond);
   EXPECT_EQ(session_.Open(), 0);
-  TakeSent();
-  TakeDebugOutput();
+  DrainSent();
+  DrainDebugOutput();
 }
 
 void SessionTest::TurnOnTransactionIds(std::uint16_t own) {

@@ -33,7 +33,7 @@ class DockTest : public ::testing::Test {
 
   /// Frames that the iPod has received since the last call, as text; a lone sync byte stands for
   /// itself.
-  std::vector<std::string> TakeSent();
+  std::vector<std::string> DrainSent();
   /// Has the iPod send these bytes, and lets time pass until the session has dealt with them.
   void Arrive(std::string_view bytes);
   /// When `request` arrives at the iPod it sends `reply` after `delay_us`.
@@ -46,7 +46,7 @@ class DockTest : public ::testing::Test {
     return world_.now_us() - start_us;
   }
   /// What has been written to the debug output since the last call.
-  std::vector<std::string> TakeDebugOutput();
+  std::vector<std::string> DrainDebugOutput();
 
   World world_;
   ScriptedDevice ipod_;

@@ -22,7 +22,7 @@ std::string Narrow(const wchar_t* text) {
 
 }  // namespace
 
-std::vector<std::string> TakeTraceLog() {
+std::vector<std::string> DrainTraceLog() {
   const std::lock_guard<std::mutex> lock(mutex);
   return std::move(lines);
 }

@@ -8,6 +8,6 @@
 namespace test {
 
 /// Lines logged since the last call, as "source: message", in the order in which they were logged.
-std::vector<std::string> TakeTraceLog();
+std::vector<std::string> DrainTraceLog();
 
 }  // namespace test

@@ -18,40 +18,40 @@ class WorkoutAnswers : public SessionTest {
 
 TEST_F(WorkoutAnswers, SportsVersionIsOnePointOne) {
   ReturnSportsVersion();
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
 }
 
 TEST_F(WorkoutAnswers, SportsVersionCarriesTheOwnIdentifier) {
   TurnOnTransactionIds(0x1234);
   CIpodCommPeer::IpodTransactionIds(session_)[9] = 0x4321;
   ReturnSportsVersion();
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 06 09 02 12 34 01 01 A7"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 06 09 02 12 34 01 01 A7"));
   EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), 0x1235);
 }
 
 TEST_F(WorkoutAnswers, SportsCapabilitiesAreTwoZeroZero) {
   ReturnSportsCaps();
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 05 09 04 02 00 00 EC"));
 }
 
 TEST_F(WorkoutAnswers, SportsCapabilitiesEchoTheRequestsIdentifier) {
   TurnOnTransactionIds(0x1234);
   CIpodCommPeer::IpodTransactionIds(session_)[9] = 0x4321;
   ReturnSportsCaps();
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 07 09 04 43 21 02 00 00 86"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 09 04 43 21 02 00 00 86"));
   EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), 0x1235);
 }
 
 TEST_F(WorkoutAnswers, StorageCapabilitiesAreTwentyTwoBytes) {
   EXPECT_EQ(session_.Command_ST_RetAccessoryCaps(1, 2), 1);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 18 0C 82 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
                           "FF 01 02 58"));
 }
 
 TEST_F(WorkoutAnswers, StorageCapabilitiesCarryTheGivenVersion) {
   EXPECT_EQ(session_.Command_ST_RetAccessoryCaps(0xFE, 0x80), 1);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 18 0C 82 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
                           "FF FE 80 DD"));
 }
@@ -60,7 +60,7 @@ TEST_F(WorkoutAnswers, StorageCapabilitiesEchoTheRequestsIdentifier) {
   TurnOnTransactionIds(0x1234);
   CIpodCommPeer::IpodTransactionIds(session_)[12] = 0x4321;
   EXPECT_EQ(session_.Command_ST_RetAccessoryCaps(1, 2), 1);
-  EXPECT_THAT(TakeSent(),
+  EXPECT_THAT(DrainSent(),
               ElementsAre("FF 55 1A 0C 82 43 21 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
                           "00 00 FF 01 02 F2"));
 }
@@ -77,22 +77,22 @@ TEST_F(WorkoutAnswers, StorageCapabilitiesThatCannotBeWrittenFailAndStillStartTh
   CIpodCommPeer::StorageWriteOffset(session_) = 12345;
   EXPECT_EQ(session_.Command_ST_RetAccessoryCaps(1, 2), 0);
   EXPECT_EQ(CIpodCommPeer::StorageWriteOffset(session_), 0U);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(WorkoutAnswers, SportsAnswersOnAClosedPortAreForgotten) {
   session_.Close();
   ReturnSportsCaps();
   ReturnSportsVersion();
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(WorkoutAnswers, SupportIsWhatIdentificationFoundUntilTheSessionIsClosed) {
   EXPECT_EQ(session_.SupportsSports(), 0);
   CIpodCommPeer::Identity(session_).sports_supported = 1;
   EXPECT_EQ(session_.SupportsSports(), 1);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(session_.Open(), 0);
   EXPECT_EQ(session_.SupportsSports(), 1);
   session_.Close();

@@ -35,7 +35,7 @@ TEST_F(UserData, CapabilitiesAreAMaskAndAnExtraByte) {
   EXPECT_EQ(session_.Command_SportsGetIpodCaps(&caps, &extra), 1);
   EXPECT_EQ(caps, 0x8001);
   EXPECT_EQ(extra, 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps));
 }
 
 TEST_F(UserData, CapabilitiesAreOptionalOneByOne) {
@@ -55,8 +55,8 @@ TEST_F(UserData, UnansweredCapabilitiesFailAndTellNothing) {
   EXPECT_EQ(session_.Command_SportsGetIpodCaps(&caps, &extra), 0);
   EXPECT_EQ(caps, 7);
   EXPECT_EQ(extra, 7);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(UserData, IsReadItemByItem) {
@@ -68,7 +68,7 @@ TEST_F(UserData, IsReadItemByItem) {
   EXPECT_EQ(flag_, 1);
   EXPECT_EQ(weight_, 0x1234);
   EXPECT_EQ(value_, 0xAB);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskFlag, kAskWeight, kAskValue));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskFlag, kAskWeight, kAskValue));
 }
 
 TEST_F(UserData, OnlyWhatIsAskedForIsRead) {
@@ -77,17 +77,17 @@ TEST_F(UserData, OnlyWhatIsAskedForIsRead) {
   Answer(kAskWeight, "FF 55 05 09 89 03 12 34 20");
   Answer(kAskValue, "FF 55 04 09 89 04 AB BB");
   EXPECT_EQ(session_.Command_GetUserData(nullptr, &weight_, nullptr), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskWeight));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskWeight));
   EXPECT_EQ(session_.Command_GetUserData(&flag_, nullptr, nullptr), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskFlag));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskFlag));
   EXPECT_EQ(session_.Command_GetUserData(nullptr, nullptr, &value_), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskValue));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskValue));
 }
 
 TEST_F(UserData, OfNoItemsStillAsksForTheCapabilities) {
   Answer(kAskCaps, kUserDataOnly);
   EXPECT_EQ(session_.Command_GetUserData(nullptr, nullptr, nullptr), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps));
 }
 
 struct Flag {
@@ -121,35 +121,35 @@ TEST_P(WithoutUserData, NothingElseIsAsked) {
   EXPECT_EQ(value_, 7);
   EXPECT_EQ(session_.Command_GetUserData(nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(session_.Command_SetUserWeight(750), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Masks, WithoutUserData, ::testing::Values(kNoCaps, kGymOnly));
 
 TEST_F(UserData, SilentIpodIsAskedForItsCapabilitiesOnly) {
   EXPECT_EQ(Get(), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
   EXPECT_EQ(session_.Command_SetUserWeight(750), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
 }
 
 TEST_F(UserData, FirstFailureEndsItAndLeavesTheRestUntouched) {
   Answer(kAskCaps, kUserDataOnly);
   EXPECT_EQ(Get(), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskFlag, kAskFlag, kAskFlag));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskFlag, kAskFlag, kAskFlag));
   EXPECT_EQ(flag_, 7);
   Answer(kAskFlag, "FF 55 04 09 89 02 02 66");
   EXPECT_EQ(Get(), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskFlag, kAskWeight, kAskWeight, kAskWeight));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskFlag, kAskWeight, kAskWeight, kAskWeight));
   EXPECT_EQ(flag_, 1);
   EXPECT_EQ(weight_, 7);
   Answer(kAskWeight, "FF 55 05 09 89 03 12 34 20");
   EXPECT_EQ(Get(), 0);
   EXPECT_EQ(weight_, 0x1234);
   EXPECT_EQ(value_, 7);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 // The iPod refuses with a General ACK that names the request, and says nothing more. That counts as
@@ -169,7 +169,7 @@ TEST_F(UserData, WeightIsSetAsItIs) {
   Answer(kAskCaps, kUserDataOnly);
   Answer(kSetWeight, "FF 55 04 09 80 00 8A E9");
   EXPECT_EQ(session_.Command_SetUserWeight(750), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kSetWeight));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kSetWeight));
 }
 
 TEST_F(UserData, WeightIsSetUnderIdentifiers) {
@@ -183,15 +183,15 @@ TEST_F(UserData, RefusedWeightFails) {
   Answer(kAskCaps, kUserDataOnly);
   Answer(kSetWeight, "FF 55 04 09 80 04 8A E5");
   EXPECT_EQ(session_.Command_SetUserWeight(750), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kSetWeight));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kSetWeight));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(UserData, UnansweredWeightFails) {
   Answer(kAskCaps, kUserDataOnly);
   EXPECT_EQ(session_.Command_SetUserWeight(750), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kSetWeight, kSetWeight, kSetWeight));
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kSetWeight, kSetWeight, kSetWeight));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ TEST_F(Storage, CapabilitiesAreTakenFromTheirPlaces) {
   EXPECT_EQ(session_.Command_StorageGetIpodCaps(&total_space, &max_file_size, &max_write_size,
                                                 &major, &minor),
             1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps));
   EXPECT_EQ(total_space, 0x0000000180020101);
   EXPECT_EQ(max_file_size, 0x12345678U);
   EXPECT_EQ(max_write_size, 240);
@@ -76,13 +76,13 @@ TEST_F(Storage, UnansweredCapabilitiesFailAfterThreeAttemptsAndTellNothing) {
   });
   EXPECT_GE(elapsed_us, 3 * (20 * kMillisecond + kSecond));
   EXPECT_LE(elapsed_us, 3 * (22 * kMillisecond + kSecond));
-  EXPECT_THAT(TakeSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskCaps, kAskCaps, kAskCaps));
   EXPECT_EQ(total_space, 7);
   EXPECT_EQ(max_file_size, 7U);
   EXPECT_EQ(max_write_size, 7);
   EXPECT_EQ(major, 7);
   EXPECT_EQ(minor, 7);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 struct Space {
@@ -98,7 +98,7 @@ TEST_P(FreeSpace, RepeatsByteThreeAtItsEnd) {
   __int64 free_space = 0;
   EXPECT_EQ(session_.Command_GetiPodFreeSpace(&free_space), 1);
   EXPECT_EQ(free_space, GetParam().bytes);
-  EXPECT_THAT(TakeSent(), ElementsAre("FF 55 02 0C 10 E2"));
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 0C 10 E2"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -115,8 +115,8 @@ TEST_F(Storage, UnansweredFreeSpaceFailsAndTellsNothing) {
   __int64 free_space = 7;
   EXPECT_EQ(session_.Command_GetiPodFreeSpace(&free_space), 0);
   EXPECT_EQ(free_space, 7);
-  EXPECT_THAT(TakeSent(), SizeIs(3));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), SizeIs(3));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 // ---- Opening ------------------------------------------------------------------------------------
@@ -128,8 +128,8 @@ TEST_F(Storage, OpeningSendsTypeOptionsAndDataAndReturnsTheHandle) {
   unsigned char handle = 0;
   EXPECT_EQ(Open(1, 0x12345678, "ab", &handle), 1);
   EXPECT_EQ(handle, 0x2A);
-  EXPECT_THAT(TakeSent(), ElementsAre(kOpen));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kOpen));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Storage, OpeningNeedsNoData) {
@@ -163,15 +163,15 @@ TEST_F(Storage, RefusedOpeningIsReportedAndStartsTheOffsetOver) {
   EXPECT_EQ(Open(1, 0x12345678, "ab", &handle), 0);
   EXPECT_EQ(handle, 7);
   EXPECT_EQ(Offset(), 0U);
-  EXPECT_THAT(TakeSent(), ElementsAre(kOpen, kOpen, kOpen));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kOpen, kOpen, kOpen));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
 TEST_F(Storage, UnansweredOpeningIsReported) {
   unsigned char handle = 7;
   EXPECT_EQ(Open(1, 0x12345678, "ab", &handle), 0);
   EXPECT_EQ(handle, 7);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
 TEST_F(Storage, OpeningWithoutMemorySendsNothingAndIsReported) {
@@ -181,15 +181,15 @@ TEST_F(Storage, OpeningWithoutMemorySendsNothingAndIsReported) {
   EXPECT_EQ(Open(1, 0x12345678, "ab", &handle), 0);
   EXPECT_EQ(handle, 7);
   EXPECT_EQ(Offset(), 0U);
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
 TEST_F(Storage, OpeningWithDataBeyondAFrameIsRefusedUnsent) {
   unsigned char handle = 7;
   EXPECT_EQ(Open(2, 11, std::string(249, 'x'), &handle), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
+  EXPECT_THAT(DrainSent(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
 // ---- Writing ------------------------------------------------------------------------------------
@@ -206,7 +206,7 @@ TEST_F(Storage, WritesFollowEachOther) {
   EXPECT_EQ(Offset(), 3U);
   EXPECT_EQ(Write(0x2A, "de"), 1);
   EXPECT_EQ(Offset(), 5U);
-  EXPECT_THAT(TakeSent(), ElementsAre(kWriteAbc, kWriteDe));
+  EXPECT_THAT(DrainSent(), ElementsAre(kWriteAbc, kWriteDe));
 }
 
 TEST_F(Storage, AcknowledgementOfTwoBytesWillDo) {
@@ -232,28 +232,28 @@ TEST_F(Storage, RefusedWriteIsNotRepeatedAndLeavesAGap) {
   EXPECT_EQ(Write(0x2A, "abc"), 0);
   EXPECT_EQ(Offset(), 3U);
   EXPECT_EQ(Write(0x2A, "de"), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kWriteAbc, kWriteDe));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kWriteAbc, kWriteDe));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Storage, UnansweredWriteIsRepeatedAtItsOffsetAndLeavesAGap) {
   EXPECT_EQ(Write(0x2A, "abc"), 0);
   EXPECT_EQ(Offset(), 3U);
-  EXPECT_THAT(TakeSent(), ElementsAre(kWriteAbc, kWriteAbc, kWriteAbc));
+  EXPECT_THAT(DrainSent(), ElementsAre(kWriteAbc, kWriteAbc, kWriteAbc));
 }
 
 TEST_F(Storage, OffsetHasMovedBeforeTheWriteGoesOut) {
   world_.FailFrom("WriteFile", 1, 31);
   EXPECT_EQ(Write(0x2A, "abc"), 0);
   EXPECT_EQ(Offset(), 3U);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Storage, OffsetHasMovedThoughThereIsNoMemory) {
   world_.FailOnce("LocalAlloc", 1, 8);
   EXPECT_EQ(Write(0x2A, "abc"), 0);
   EXPECT_EQ(Offset(), 3U);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 TEST_F(Storage, OffsetIsBigEndianAndWrapsAt32Bits) {
@@ -276,17 +276,17 @@ TEST_F(Storage, WriteIsBuiltInAHeapBlockWithFiveBytesMoreAndReleasedAfterTheExch
   world_.Record({"LocalAlloc", "LocalFree", "WriteFile"});
   EXPECT_EQ(Write(0x2A, "abc"), 1);
   EXPECT_THAT(
-      world_.TakeCalls().Of("host").text(),
+      world_.DrainCalls().Of("host").text(),
       ElementsAre("LocalAlloc(64, 8)", "WriteFile(port2, FF)",
                   "WriteFile(port2, 55 0A 0C 07 00 00 00 00 2A 61 62 63 93)", "LocalFree(block1)"));
 }
 
 TEST_F(Storage, OneFrameCarries248BytesAtMost) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write(0x2A, std::string(249, 'x')), 0); }), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(Offset(), 249U);
   Write(0x2A, std::string(248, 'x'));
-  const auto sent = TakeSent();
+  const auto sent = DrainSent();
   ASSERT_THAT(sent, SizeIs(3));
   EXPECT_EQ(sent[0].substr(0, 32), "FF 55 FF 0C 07 00 00 00 F9 2A 78");
   EXPECT_EQ(test::Hex(sent[0]).size(), 259U);
@@ -302,18 +302,18 @@ TEST_F(Storage, HugeLengthIsRefusedUnsentWithoutTouchingTheDataOrTheHeap) {
     EXPECT_EQ(session_.Command_OpeniPodFeatureFile(2, 11, data, length, &handle), 0) << length;
   }
   EXPECT_EQ(handle, 7);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(world_.call_count("LocalAlloc"), blocks);
-  EXPECT_THAT(TakeDebugOutput(), SizeIs(4));
+  EXPECT_THAT(DrainDebugOutput(), SizeIs(4));
 }
 
 TEST_F(Storage, OneFrameWithIdentifierCarries246BytesAtMost) {
   TurnOnTransactionIds(0x1234);
   EXPECT_EQ(Write(0x2A, std::string(247, 'x')), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(CIpodCommPeer::OwnTransactionId(session_), 0x1234);
   Write(0x2A, std::string(246, 'x'));
-  EXPECT_EQ(TakeSent()[0].substr(0, 38), "FF 55 FF 0C 07 12 34 00 00 00 F7 2A 78");
+  EXPECT_EQ(DrainSent()[0].substr(0, 38), "FF 55 FF 0C 07 12 34 00 00 00 F7 2A 78");
 }
 
 // ---- Closing ------------------------------------------------------------------------------------
@@ -324,7 +324,7 @@ TEST_F(Storage, ClosingSendsTheHandle) {
   Answer(kClose, "FF 55 05 0C 00 00 08 2A BD");
   SetOffset(99);
   EXPECT_EQ(session_.Command_CloseiPodFile(0x2A), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(kClose));
+  EXPECT_THAT(DrainSent(), ElementsAre(kClose));
   EXPECT_EQ(Offset(), 99U);
 }
 
@@ -337,14 +337,14 @@ TEST_F(Storage, ClosingCarriesTheOwnIdentifier) {
 TEST_F(Storage, RefusedClosingFails) {
   Answer(kClose, "FF 55 05 0C 00 05 08 2A B8");
   EXPECT_EQ(session_.Command_CloseiPodFile(0x2A), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kClose));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kClose));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Storage, UnansweredClosingFails) {
   EXPECT_EQ(session_.Command_CloseiPodFile(0x2A), 0);
-  EXPECT_THAT(TakeSent(), ElementsAre(kClose, kClose, kClose));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre(kClose, kClose, kClose));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 // ---- Writing text -------------------------------------------------------------------------------
@@ -355,9 +355,9 @@ TEST_F(Storage, TextGoesToTheOpenFileAsUtf8AndAsItIs) {
   Answer(frame, kWriteAck);
   SetHandle(0x2A);
   EXPECT_EQ(WriteString(L"\u00E9\u20AC\U0001D11E<&>"), 1);
-  EXPECT_THAT(TakeSent(), ElementsAre(frame));
+  EXPECT_THAT(DrainSent(), ElementsAre(frame));
   EXPECT_EQ(Offset(), 12U);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Storage, RefusedTextIsReportedAsItIs) {
@@ -365,20 +365,20 @@ TEST_F(Storage, RefusedTextIsReportedAsItIs) {
   SetHandle(0x2A);
   EXPECT_EQ(WriteString(L"abc"), 0);
   EXPECT_EQ(Offset(), 3U);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to write xml file data! [abc]\r\n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to write xml file data! [abc]\r\n"));
 }
 
 TEST_F(Storage, UnansweredTextIsReported) {
   EXPECT_EQ(WriteString(L"\u00E9%s\n"), 0);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to write xml file data! [\xC3\xA9%s\n]\r\n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to write xml file data! [\xC3\xA9%s\n]\r\n"));
 }
 
 TEST_F(Storage, TextBeyondAFrameIsRefusedUnsentAndReportedWhole) {
   const std::wstring text(249, L'x');
   EXPECT_EQ(WriteString(text.c_str()), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_EQ(Offset(), 249U);
-  EXPECT_THAT(TakeDebugOutput(),
+  EXPECT_THAT(DrainDebugOutput(),
               ElementsAre("Failed to write xml file data! [" + std::string(249, 'x') + "]\r\n"));
 }
 
@@ -389,7 +389,7 @@ TEST_F(Storage, TextIsConvertedIntoAtMost512Bytes) {
   SetOffset(0);
   WriteString(std::wstring(600, L'x').c_str());
   EXPECT_EQ(Offset(), 511U);  // a cut text gives up its last character for a terminator
-  EXPECT_THAT(world_.TakeRecord(),
+  EXPECT_THAT(world_.DrainRecord(),
               ElementsAre("WideCharToMultiByte(512, 512)", "WideCharToMultiByte(600, 512)"));
 }
 
@@ -440,7 +440,7 @@ TEST_F(Storage, ClosedPortFailsEverything) {
   EXPECT_EQ(Open(1, 0, "", &handle), 0);
   EXPECT_EQ(Write(0x2A, "abc"), 0);
   EXPECT_EQ(session_.Command_CloseiPodFile(0x2A), 0);
-  EXPECT_THAT(TakeSent(), IsEmpty());
+  EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
 }  // namespace

@@ -63,7 +63,7 @@ class StoredDocument : public ::testing::Test {
     session_.Close();
     world_.line().Unplug();
     EXPECT_THAT(ipod_.mistakes(), ::testing::IsEmpty());
-    EXPECT_THAT(TakeTraceLog(), ::testing::IsEmpty());
+    EXPECT_THAT(DrainTraceLog(), ::testing::IsEmpty());
     std::filesystem::remove_all(folder_);
   }
 

@@ -58,7 +58,7 @@ class WorkoutHour : public ::testing::Test {
   ~WorkoutHour() override {
     session_.Close();
     world_.line().Unplug();
-    test::TakeTraceLog();
+    test::DrainTraceLog();
   }
 
   int Start() {

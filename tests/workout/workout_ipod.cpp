@@ -35,26 +35,26 @@ void WorkoutIpod::Reply(const std::string& kind, const std::vector<std::string>&
   for (const std::string& reply : replies) replies_[kind].push_back(Hex(reply));
 }
 
-std::vector<WorkoutIpod::Bytes> WorkoutIpod::TakeReceived() {
+std::vector<WorkoutIpod::Bytes> WorkoutIpod::DrainReceived() {
   const Unwatched unwatched;
   return std::exchange(frames_, {});
 }
 
-std::vector<std::string> WorkoutIpod::TakeFrames() {
+std::vector<std::string> WorkoutIpod::DrainFrames() {
   std::vector<std::string> frames;
-  for (const Bytes& frame : TakeReceived()) frames.push_back(ToHex(frame));
+  for (const Bytes& frame : DrainReceived()) frames.push_back(ToHex(frame));
   return frames;
 }
 
-std::vector<std::string> WorkoutIpod::TakeKinds() {
+std::vector<std::string> WorkoutIpod::DrainKinds() {
   std::vector<std::string> kinds;
-  for (const Bytes& frame : TakeReceived()) kinds.push_back(Kind(frame));
+  for (const Bytes& frame : DrainReceived()) kinds.push_back(Kind(frame));
   return kinds;
 }
 
-std::vector<WorkoutIpod::Write> WorkoutIpod::TakeWrites() {
+std::vector<WorkoutIpod::Write> WorkoutIpod::DrainWrites() {
   std::vector<Write> writes;
-  for (const Bytes& frame : TakeReceived()) {
+  for (const Bytes& frame : DrainReceived()) {
     if (Kind(frame) != "0C 07") continue;
     std::uint32_t offset = 0;
     for (int i = 5; i < 9; ++i) offset = offset << 8 | frame[static_cast<std::size_t>(i)];

@@ -30,18 +30,18 @@ class WorkoutIpod : public ipodcomm::virtual_platform::SerialDevice {
   void Reply(const std::string& kind, const std::vector<std::string>& replies);
 
   /// Frames received since the last call, as text.
-  std::vector<std::string> TakeFrames();
+  std::vector<std::string> DrainFrames();
   /// The kinds of the frames received since the last call.
-  std::vector<std::string> TakeKinds();
+  std::vector<std::string> DrainKinds();
   /// The writes among the frames received since the last call.
-  std::vector<Write> TakeWrites();
+  std::vector<Write> DrainWrites();
 
   void Receive(const std::uint8_t* data, std::size_t size, std::int64_t now_us) override;
   std::optional<std::int64_t> NextEvent() override;
   Bytes Transmit(std::int64_t now_us) override;
 
  private:
-  std::vector<Bytes> TakeReceived();
+  std::vector<Bytes> DrainReceived();
   void ReplyTo(const Bytes& frame);
 
   std::map<std::string, std::vector<Bytes>> replies_;

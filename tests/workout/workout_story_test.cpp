@@ -46,7 +46,7 @@ class Gym {
   ~Gym() {
     session_.Close();
     world_.line().Unplug();
-    test::TakeTraceLog();
+    test::DrainTraceLog();
   }
 
   void Identify() {
@@ -54,7 +54,7 @@ class Gym {
     session_.SetIDPSEnable(1);
     EXPECT_NE(session_.Command_IdentifyDeviceLingos(0, nullptr, nullptr, nullptr), 0);
     EXPECT_TRUE(ipod_.identified_by_tokens());
-    TakeDebugOutput();
+    DrainDebugOutput();
   }
   int Start(const Equipment& equipment) {
     return session_.Sports_StartWorkout(
@@ -108,7 +108,7 @@ class Gym {
   }
 
   /// What has been written to the debug output since the last call, or since identification.
-  std::vector<std::string> TakeDebugOutput() {
+  std::vector<std::string> DrainDebugOutput() {
     const std::vector<std::string> all = world_.debug_output();
     const auto taken = static_cast<std::ptrdiff_t>(debug_lines_taken_);
     debug_lines_taken_ = all.size();
@@ -164,7 +164,7 @@ TEST(WorkoutStory, FinishedDocumentIsStoredWholeAndEndedByTheIpod) {
   ExpectEnd(stored.substr(text.size()));
   EXPECT_THAT(gym.Mistakes(), IsEmpty());
   EXPECT_THAT(gym.ipod_.open_feature_files(), IsEmpty());
-  EXPECT_THAT(gym.TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(gym.DrainDebugOutput(), IsEmpty());
 }
 
 TEST(WorkoutStory, UnpluggingLeavesWhatWasWrittenAndTheNextWorkoutIsANewFile) {
@@ -174,7 +174,7 @@ TEST(WorkoutStory, UnpluggingLeavesWhatWasWrittenAndTheNextWorkoutIsANewFile) {
   gym.ipod_.Unplug(gym.world_.now_us());
   EXPECT_EQ(gym.Write(kMiddle), 0);
   EXPECT_EQ(gym.Finish(kMiddle), 0);
-  EXPECT_THAT(gym.TakeDebugOutput(), SizeIs(2));  // interval and summary
+  EXPECT_THAT(gym.DrainDebugOutput(), SizeIs(2));  // interval and summary
   gym.ipod_.Replug(gym.world_.now_us());
   gym.session_.Close();
   gym.world_.Advance(2 * kSecond);
@@ -209,8 +209,9 @@ TEST(WorkoutStory, FullDiskRefusesWhatNoLongerFitsAndKeepsTheRest) {
   EXPECT_EQ(gym.Write(kBegin), 1);
   EXPECT_EQ(gym.Write(kMiddle), 0);
   EXPECT_EQ(gym.Stored(0), test::HeaderText(kEquipment) + test::IntervalText(kBegin));
-  EXPECT_THAT(gym.TakeDebugOutput(), ::testing::ElementsAre("Failed to write xml file data! [" +
-                                                            test::IntervalText(kMiddle) + "]\r\n"));
+  EXPECT_THAT(gym.DrainDebugOutput(),
+              ::testing::ElementsAre("Failed to write xml file data! [" +
+                                     test::IntervalText(kMiddle) + "]\r\n"));
 }
 
 TEST(WorkoutStory, RefusedWriteInTheMiddleLeavesAGapOfItsLength) {
@@ -336,7 +337,7 @@ void WriteRandomWorkout(bool with_mishaps) {
   const std::string stored = gym.Stored(0);
   RC_ASSERT(stored.substr(0, text.size()) == text);
   ExpectEnd(stored.substr(text.size()));
-  RC_ASSERT(gym.TakeDebugOutput().empty());
+  RC_ASSERT(gym.DrainDebugOutput().empty());
   if (!with_mishaps) RC_ASSERT(gym.Mistakes().empty());
 }
 

@@ -38,17 +38,17 @@ class Workout : public SessionTest {
     return session_.Sports_FinishWorkout(3600, 450.25, 120.5, IPOD_DISTANCE_TYPE_FLOORS, 96.9,
                                          speed_type, 140);
   }
-  std::vector<std::string> TakeFrames() {
+  std::vector<std::string> DrainFrames() {
     world_.Advance(50 * kMillisecond);
-    return workout_ipod_.TakeFrames();
+    return workout_ipod_.DrainFrames();
   }
-  std::vector<std::string> TakeKinds() {
+  std::vector<std::string> DrainKinds() {
     world_.Advance(50 * kMillisecond);
-    return workout_ipod_.TakeKinds();
+    return workout_ipod_.DrainKinds();
   }
-  std::vector<WorkoutIpod::Write> TakeWrites() {
+  std::vector<WorkoutIpod::Write> DrainWrites() {
     world_.Advance(50 * kMillisecond);
-    return workout_ipod_.TakeWrites();
+    return workout_ipod_.DrainWrites();
   }
   std::uint32_t Offset() { return CIpodCommPeer::StorageWriteOffset(session_); }
   int Handle() { return CIpodCommPeer::OpenFileHandle(session_); }
@@ -140,24 +140,24 @@ TEST_F(Workout, IsWrittenFrameByFrame) {
   EXPECT_EQ(Start(), 1);
   std::vector<std::string> sent = {kAskSportsCaps, kAskStorageCaps, kAskFreeSpace, kOpen};
   sent.insert(sent.end(), std::begin(kHeader), std::end(kHeader));
-  EXPECT_THAT(TakeFrames(), ElementsAreArray(sent));
+  EXPECT_THAT(DrainFrames(), ElementsAreArray(sent));
   EXPECT_EQ(Offset(), 322U);
   EXPECT_EQ(Handle(), 0x2A);
 
   EXPECT_EQ(Interval(), 1);
-  EXPECT_THAT(TakeFrames(), ElementsAre(kStart));
+  EXPECT_THAT(DrainFrames(), ElementsAre(kStart));
   EXPECT_EQ(session_.Sports_IntervalWorkout(IPOD_INTERVAL_TYPE_CONTINUE, 3600, 450.25, 120.5,
                                             IPOD_DISTANCE_TYPE_FLOORS, 96.9, IPOD_SPEED_TYPE_SPM,
                                             2.5, 140, 0),
             1);
-  EXPECT_THAT(TakeFrames(), ElementsAre(kContinue));
+  EXPECT_THAT(DrainFrames(), ElementsAre(kContinue));
   EXPECT_EQ(Offset(), 656U);
 
   EXPECT_EQ(Finish(), 1);
-  EXPECT_THAT(TakeFrames(), ElementsAre(kSummary, kClose));
+  EXPECT_THAT(DrainFrames(), ElementsAre(kSummary, kClose));
   EXPECT_EQ(Offset(), 791U);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
-  EXPECT_THAT(test::TakeTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
 TEST_F(Workout, WriteTakesTheSyncPauseAndTheAnswersBytes) {
@@ -174,12 +174,12 @@ TEST_F(Workout, HeaderNamesTheEquipment) {
                                "\t\t<type>Other</type>\n"};
   for (int type = 0; type < 5; ++type) {
     EXPECT_EQ(Start(L"T9", static_cast<tagIPOD_EQUIPMENT_TYPE>(type)), 1);
-    const auto writes = TakeWrites();
+    const auto writes = DrainWrites();
     ASSERT_THAT(writes, SizeIs(13));
     EXPECT_EQ(writes[6].text, lines[type]);
   }
   EXPECT_EQ(Start(L"T9", static_cast<tagIPOD_EQUIPMENT_TYPE>(7)), 1);
-  const auto writes = TakeWrites();
+  const auto writes = DrainWrites();
   ASSERT_THAT(writes, SizeIs(12));
   EXPECT_EQ(writes[6].text, "\t\t<model>T9</model>\n");
 }
@@ -187,10 +187,10 @@ TEST_F(Workout, HeaderNamesTheEquipment) {
 TEST_F(Workout, SecondStartBeginsANewFile) {
   EXPECT_EQ(Start(), 1);
   EXPECT_EQ(Interval(), 1);
-  TakeWrites();
+  DrainWrites();
   workout_ipod_.Reply("0C 12", {"FF 55 03 0C 04 2B C2"});
   EXPECT_EQ(Start(), 1);
-  const auto writes = TakeWrites();
+  const auto writes = DrainWrites();
   EXPECT_EQ(writes[0].offset, 0U);
   for (const auto& write : writes) EXPECT_EQ(write.handle, 0x2B);
   EXPECT_EQ(Offset(), 322U);
@@ -200,7 +200,7 @@ TEST_F(Workout, IntervalAndFinishUseTheHandleThereIsWithoutAStart) {
   EXPECT_EQ(Interval(), 1);
   EXPECT_EQ(Finish(), 1);
   world_.Advance(50 * kMillisecond);
-  const auto frames = workout_ipod_.TakeFrames();
+  const auto frames = workout_ipod_.DrainFrames();
   ASSERT_THAT(frames, SizeIs(3));
   EXPECT_EQ(frames[0].substr(0, 29), "FF 55 94 0C 07 00 00 00 00 00");  // offset 0, handle 0
   EXPECT_EQ(frames[1].substr(0, 29), "FF 55 8E 0C 07 00 00 00 8D 00");
@@ -210,7 +210,7 @@ TEST_F(Workout, IntervalAndFinishUseTheHandleThereIsWithoutAStart) {
 TEST_F(Workout, SummaryIgnoresTheSpeedType) {
   for (const int type : {0, 1, 2, 7}) {
     EXPECT_EQ(Finish(static_cast<tagIPOD_SPEED_TYPE>(type)), 1);
-    const auto writes = TakeWrites();
+    const auto writes = DrainWrites();
     ASSERT_THAT(writes, SizeIs(1));
     EXPECT_EQ(writes[0].text, kSummaryText);
   }
@@ -221,16 +221,16 @@ TEST_F(Workout, SummaryIgnoresTheSpeedType) {
 TEST_F(Workout, WithoutAnswerAboutSportsIsNotStarted) {
   workout_ipod_.Reply("09 83", {kSilence});
   EXPECT_EQ(Start(), 0);
-  EXPECT_THAT(TakeKinds(), ElementsAre("09 83", "09 83", "09 83"));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "09 83", "09 83"));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, WithoutTheGymCapabilityIsNotStartedAndSaysSo) {
   for (const char* caps : {"FF 55 05 09 84 00 00 00 6E", "FF 55 05 09 84 00 02 00 6C"}) {
     workout_ipod_.Reply("09 83", {caps});
     EXPECT_EQ(Start(), 0);
-    EXPECT_THAT(TakeKinds(), ElementsAre("09 83"));
-    EXPECT_THAT(TakeDebugOutput(), ElementsAre("Gym caps not supported!\r\n"));
+    EXPECT_THAT(DrainKinds(), ElementsAre("09 83"));
+    EXPECT_THAT(DrainDebugOutput(), ElementsAre("Gym caps not supported!\r\n"));
   }
 }
 
@@ -239,29 +239,29 @@ TEST_F(Workout, NeedsTheGymCapabilityOnly) {
     workout_ipod_.Reply("09 83", {caps});
     EXPECT_EQ(Start(), 1);
   }
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, WithoutAnswerAboutStorageIsNotStarted) {
   workout_ipod_.Reply("0C 01", {kSilence});
   EXPECT_EQ(Start(), 0);
-  EXPECT_THAT(TakeKinds(), ElementsAre("09 83", "0C 01", "0C 01", "0C 01"));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01", "0C 01", "0C 01"));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, WithWritesBelow128BytesIsNotStartedAndSaysSo) {
   workout_ipod_.Reply("0C 01", {"FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 7F 00 00 00 "
                                 "00 00 00 01 02 08"});
   EXPECT_EQ(Start(), 0);
-  EXPECT_THAT(TakeKinds(), ElementsAre("09 83", "0C 01"));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Storage write size too small!\r\n"));
+  EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Storage write size too small!\r\n"));
 }
 
 TEST_F(Workout, IsStartedWithWritesOf128Bytes) {
   workout_ipod_.Reply("0C 01", {"FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 80 00 00 00 "
                                 "00 00 00 01 02 07"});
   EXPECT_EQ(Start(), 1);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, WithTooLittleSpaceIsNotStartedAndSaysNothing) {
@@ -271,8 +271,8 @@ TEST_F(Workout, WithTooLittleSpaceIsNotStartedAndSaysNothing) {
         "FF 55 0A 0C 11 FF 00 00 00 00 00 00 00 DA"}) {  // negative
     workout_ipod_.Reply("0C 10", {space});
     EXPECT_EQ(Start(), 0);
-    EXPECT_THAT(TakeKinds(), ElementsAre("09 83", "0C 01", "0C 10"));
-    EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+    EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01", "0C 10"));
+    EXPECT_THAT(DrainDebugOutput(), IsEmpty());
   }
 }
 
@@ -284,25 +284,25 @@ TEST_F(Workout, IsStartedWithSpaceOfFiveMebibytes) {
 TEST_F(Workout, IsStartedThoughTheFreeSpaceIsNotTold) {
   workout_ipod_.Reply("0C 10", {kSilence});
   EXPECT_EQ(Start(), 1);
-  EXPECT_THAT(TakeWrites(), SizeIs(13));
+  EXPECT_THAT(DrainWrites(), SizeIs(13));
   workout_ipod_.Reply("0C 10", {"FF 55 05 0C 00 05 10 00 DA"});
   EXPECT_EQ(Start(), 1);
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, RefusedFileIsReportedAndNothingIsWritten) {
   CIpodCommPeer::OpenFileHandle(session_) = 7;
   workout_ipod_.Reply("0C 12", {"FF 55 05 0C 00 05 12 2A AE"});
   EXPECT_EQ(Start(), 0);
-  EXPECT_THAT(TakeKinds(), ElementsAre("09 83", "0C 01", "0C 10", "0C 12", "0C 12", "0C 12"));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
+  EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01", "0C 10", "0C 12", "0C 12", "0C 12"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
   EXPECT_EQ(Handle(), 7);
 }
 
 TEST_F(Workout, FileThatIsNotOpenedInTimeIsReported) {
   workout_ipod_.Reply("0C 12", {kSilence});
   EXPECT_EQ(Start(), 0);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
 TEST_F(Workout, ChecksAreRepeatedLikeAnyCommand) {
@@ -317,8 +317,8 @@ TEST_F(Workout, ChecksAreRepeatedLikeAnyCommand) {
 TEST_F(Workout, RefusedHeaderLineIsReportedLeavesAGapAndDoesNotCount) {
   workout_ipod_.Reply("0C 07", {kWriteAck, kWriteRefusal, kWriteAck});
   EXPECT_EQ(Start(), 1);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report("<gymData>\n")));
-  const auto writes = TakeWrites();
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report("<gymData>\n")));
+  const auto writes = DrainWrites();
   ASSERT_THAT(writes, SizeIs(13));
   EXPECT_EQ(writes[1].offset, 39U);
   EXPECT_EQ(writes[2].offset, 49U);
@@ -329,7 +329,7 @@ TEST_F(Workout, HeaderIsWrittenToTheEndThoughEveryLineIsRefused) {
   workout_ipod_.Reply("0C 07", {kWriteRefusal});
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(
-      TakeDebugOutput(),
+      DrainDebugOutput(),
       ElementsAre(Report("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"), Report("<gymData>\n"),
                   Report("\t<vers>1</vers>\n"), Report("\t<equipmentInfo>\n"),
                   Report("\t\t<manufacturerID>AC&amp;ME</manufacturerID>\n"),
@@ -346,8 +346,8 @@ TEST_F(Workout, HeaderLineBeyondAFrameIsReportedAndTheOthersFollowBehindTheGap) 
   const std::wstring model(232, L'x');  // 249 bytes with its element
   EXPECT_EQ(Start(model.c_str()), 1);
   const std::string line = "\t\t<model>" + std::string(232, 'x') + "</model>\n";
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(line)));
-  const auto writes = TakeWrites();
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(line)));
+  const auto writes = DrainWrites();
   ASSERT_THAT(writes, SizeIs(12));
   EXPECT_EQ(writes[7].text, "\t\t<serialNumber>SN-0042</serialNumber>\n");
   EXPECT_EQ(writes[7].offset, writes[6].offset + writes[6].text.size() + line.size());
@@ -357,29 +357,29 @@ TEST_F(Workout, RefusedIntervalIsReportedAndLeavesAGap) {
   workout_ipod_.Reply("0C 07", {kWriteRefusal, kWriteAck});
   EXPECT_EQ(Interval(), 0);
   EXPECT_EQ(Interval(), 1);
-  const auto writes = TakeWrites();
+  const auto writes = DrainWrites();
   ASSERT_THAT(writes, SizeIs(2));
   EXPECT_EQ(writes[0].offset, 0U);
   EXPECT_EQ(writes[1].offset, 141U);
   EXPECT_EQ(writes[1].text, kIntervalText);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(kIntervalText)));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(kIntervalText)));
 }
 
 TEST_F(Workout, UnansweredIntervalIsTriedThreeTimesAndReported) {
   workout_ipod_.Reply("0C 07", {kSilence});
   EXPECT_EQ(Interval(), 0);
-  const auto writes = TakeWrites();
+  const auto writes = DrainWrites();
   ASSERT_THAT(writes, SizeIs(3));
   for (const auto& write : writes) EXPECT_EQ(write.offset, 0U);
   EXPECT_EQ(Offset(), 141U);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(kIntervalText)));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(kIntervalText)));
 }
 
 TEST_F(Workout, IntervalOfHugeNumbersIsReportedAndNotSent) {
   EXPECT_EQ(Interval(2e200), 0);
-  EXPECT_THAT(TakeFrames(), IsEmpty());
+  EXPECT_THAT(DrainFrames(), IsEmpty());
   EXPECT_EQ(Offset(), 341U);  // 201 digits instead of one
-  const auto output = TakeDebugOutput();
+  const auto output = DrainDebugOutput();
   ASSERT_THAT(output, SizeIs(1));
   EXPECT_THAT(output[0], ::testing::EndsWith(".00</kCal>\n\t\t<km>0.00</km>\n\t\t<pace>0</pace>\n"
                                              "\t\t<incline>0.0</incline>\n\t</interval>\n]\r\n"));
@@ -388,8 +388,8 @@ TEST_F(Workout, IntervalOfHugeNumbersIsReportedAndNotSent) {
 TEST_F(Workout, RefusedSummaryIsReportedAndTheFileClosed) {
   workout_ipod_.Reply("0C 07", {kWriteRefusal});
   EXPECT_EQ(Finish(), 1);
-  EXPECT_THAT(TakeKinds(), ElementsAre("0C 07", "0C 08"));
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(kSummaryText)));
+  EXPECT_THAT(DrainKinds(), ElementsAre("0C 07", "0C 08"));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(kSummaryText)));
 }
 
 // Neither the start's result nor the finish's tells of a missing line.
@@ -421,14 +421,14 @@ TEST_F(Workout, NextFileHasNothingMissingYet) {
 TEST_F(Workout, RefusedClosingFailsAndSaysNothing) {
   workout_ipod_.Reply("0C 08", {"FF 55 05 0C 00 05 08 2A B8"});
   EXPECT_EQ(Finish(), 0);
-  EXPECT_THAT(TakeKinds(), ElementsAre("0C 07", "0C 08"));
-  EXPECT_THAT(TakeDebugOutput(), IsEmpty());
+  EXPECT_THAT(DrainKinds(), ElementsAre("0C 07", "0C 08"));
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, UnansweredClosingFails) {
   workout_ipod_.Reply("0C 08", {kSilence});
   EXPECT_EQ(Finish(), 0);
-  EXPECT_THAT(TakeKinds(), ElementsAre("0C 07", "0C 08", "0C 08", "0C 08"));
+  EXPECT_THAT(DrainKinds(), ElementsAre("0C 07", "0C 08", "0C 08", "0C 08"));
 }
 
 TEST_F(Workout, UnpluggedOnTheWayFailsInThreeSecondsACommand) {
@@ -436,7 +436,7 @@ TEST_F(Workout, UnpluggedOnTheWayFailsInThreeSecondsACommand) {
   world_.line().Unplug();
   EXPECT_LE(Elapsed([&] { EXPECT_EQ(Interval(), 0); }), 3100 * kMillisecond);
   EXPECT_LE(Elapsed([&] { EXPECT_EQ(Finish(), 0); }), 6200 * kMillisecond);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(kIntervalText), Report(kSummaryText)));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(kIntervalText), Report(kSummaryText)));
 }
 
 TEST_F(Workout, OnAClosedPortFailsEverywhereAtOnce) {
@@ -447,7 +447,7 @@ TEST_F(Workout, OnAClosedPortFailsEverywhereAtOnce) {
               EXPECT_EQ(Finish(), 0);
             }),
             0);
-  EXPECT_THAT(TakeDebugOutput(), ElementsAre(Report(kIntervalText), Report(kSummaryText)));
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(kIntervalText), Report(kSummaryText)));
 }
 
 }  // namespace

@@ -89,9 +89,9 @@ class World {
   void StopRecording();
   Calls calls() const;
   /// The record so far; a new one begins.
-  Calls TakeCalls();
-  /// TakeCalls() as text, "Sleep(20)".
-  std::vector<std::string> TakeRecord();
+  Calls DrainCalls();
+  /// DrainCalls() as text, "Sleep(20)".
+  std::vector<std::string> DrainRecord();
 
   // The rest of the platform.
   /// 32-bit values of HKEY_LOCAL_MACHINE. Empty at first.

@@ -54,12 +54,12 @@ Calls World::calls() const {
   return state_->recorder.calls();
 }
 
-Calls World::TakeCalls() {
+Calls World::DrainCalls() {
   const Unwatched unwatched;
   return state_->recorder.Take();
 }
 
-std::vector<std::string> World::TakeRecord() { return TakeCalls().text(); }
+std::vector<std::string> World::DrainRecord() { return DrainCalls().text(); }
 
 void World::SetRegistryValue(const std::wstring& key, const std::wstring& name,
                              std::uint32_t value) {

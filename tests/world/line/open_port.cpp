@@ -151,7 +151,7 @@ void SerialPort::Purge(DWORD flags) {
 
 COMSTAT SerialPort::Queues() const { return {0, received_.size(), line_.to_device_.on_the_way()}; }
 
-DWORD SerialPort::TakeErrors() { return std::exchange(errors_, 0); }
+DWORD SerialPort::ReadErrors() { return std::exchange(errors_, 0); }
 
 void SerialPort::ByteArrived(std::uint8_t byte) {
   if (received_.size() == SerialLine::kReceiveQueueBytes) {

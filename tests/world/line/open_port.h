@@ -27,7 +27,7 @@ class SerialPort : public Object {
   void Purge(DWORD flags);
   COMSTAT Queues() const;
   /// Error flags since the last call.
-  DWORD TakeErrors();
+  DWORD ReadErrors();
 
   /// For the line.
   void ByteArrived(std::uint8_t byte);

@@ -69,13 +69,13 @@ void SerialLine::RunUntil(std::int64_t now_us, Scheduler& scheduler) {
 bool SerialLine::RunOnce(std::int64_t now_us, Scheduler& scheduler) {
   std::uint8_t byte = 0;
   if (to_device_.NextArrival() <= now_us) {
-    const bool arrived = to_device_.TakeArrival(&byte);
+    const bool arrived = to_device_.PopArrival(&byte);
     if (arrived && device_ != nullptr) device_->Receive(&byte, 1, now_us);
     if (port_ != nullptr) scheduler.WakeAll(*port_);
     return true;
   }
   if (to_host_.NextArrival() <= now_us) {
-    const bool arrived = to_host_.TakeArrival(&byte);
+    const bool arrived = to_host_.PopArrival(&byte);
     if (arrived && port_ != nullptr) port_->ByteArrived(byte);
     return true;
   }

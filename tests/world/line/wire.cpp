@@ -39,7 +39,7 @@ std::int64_t Wire::NextArrival() const {
   return bytes_.empty() ? kNever : bytes_.front().arrival_us;
 }
 
-bool Wire::TakeArrival(std::uint8_t* byte) {
+bool Wire::PopArrival(std::uint8_t* byte) {
   const Byte arrived = bytes_.front();
   bytes_.pop_front();
   *byte = arrived.value;

@@ -21,7 +21,7 @@ class Wire {
   /// When the next byte has arrived, or kNever.
   std::int64_t NextArrival() const;
   /// Takes the next byte, which has arrived. False where one was lost on the way.
-  bool TakeArrival(std::uint8_t* byte);
+  bool PopArrival(std::uint8_t* byte);
 
   /// Bytes whose last bit has not arrived.
   std::size_t on_the_way() const { return bytes_.size(); }

@@ -39,7 +39,7 @@ class Calls {
   Calls Of(const std::string& thread) const;
   Calls To(const std::set<std::string>& services) const;
 
-  // By value from a temporary, so that a loop over `world.TakeCalls().all()` is safe.
+  // By value from a temporary, so that a loop over `world.DrainCalls().all()` is safe.
   const std::vector<Call>& all() const& { return calls_; }
   std::vector<Call> all() && { return std::move(calls_); }
   /// "Sleep(20)"

@@ -184,7 +184,7 @@ BOOL ClearCommError(HANDLE port, DWORD* errors, COMSTAT* status) {
   if (call.ToldToFail()) return FALSE;
   const auto target = call->Find<SerialPort>(port);
   if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
-  const DWORD seen = target->TakeErrors();
+  const DWORD seen = target->ReadErrors();
   const COMSTAT queues = target->Queues();
   if (errors != nullptr) *errors = seen;
   if (status != nullptr) *status = queues;

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 TEST(VirtualRecord, IsOffUntilAskedFor) {
   World world;
   Sleep(1);
-  EXPECT_THAT(world.TakeRecord(), IsEmpty());
+  EXPECT_THAT(world.DrainRecord(), IsEmpty());
 }
 
 TEST(VirtualRecord, ShowsCallsWithTheirArgumentsInOrder) {
@@ -40,7 +40,7 @@ TEST(VirtualRecord, ShowsCallsWithTheirArgumentsInOrder) {
   CloseHandle(port);
   CloseHandle(port);
   EXPECT_THAT(
-      world.TakeRecord(),
+      world.DrainRecord(),
       ElementsAre("CreateFileW(\"COM2:\")",
                   "SetCommState(port1, 57600 baud, 8 bits, parity 0, stop bits code 1)",
                   "SetCommTimeouts(port1, 1, 1, 1, 0, 0)", "SetCommMask(port1, 3)",
@@ -63,7 +63,7 @@ TEST(VirtualRecord, ShowsResults) {
   WaitForSingleObject(event, 1000);
   WaitForSingleObject(event, 0);
   EventModify(event, EVENT_SET);
-  EXPECT_THAT(world.TakeCalls().text_with_results(),
+  EXPECT_THAT(world.DrainCalls().text_with_results(),
               ElementsAre("ReadFile(port1, 1) = 55", "ReadFile(port1, 1) = nothing",
                           "CloseHandle(null) = failed 6",
                           "CreateEventW(auto, set, \"IPOD_PORT_EVENT_NAME\") = "
@@ -84,7 +84,7 @@ TEST(VirtualRecord, IsFilteredByThreadAndService) {
   };
   StartThread(body);
   Sleep(100);
-  const Calls calls = world.TakeCalls();
+  const Calls calls = world.DrainCalls();
   EXPECT_THAT(calls.Of("host").text(), ElementsAre("CreateThread(read thread)", "Sleep(100)"));
   EXPECT_THAT(calls.Of("read thread").To({"Sleep"}).text_with_times(),
               ElementsAre("0 Sleep(2)", "2000 Sleep(50)"));
@@ -108,10 +108,10 @@ TEST(VirtualRecord, CallThatEndsAfterTheRecordWasTakenDisturbsNothing) {
   const std::function<void()> body = [] { Sleep(10); };
   StartThread(body);
   world.Advance(1000);
-  EXPECT_THAT(world.TakeRecord(), ElementsAre("Sleep(10)"));
+  EXPECT_THAT(world.DrainRecord(), ElementsAre("Sleep(10)"));
   GetTickCount();
   world.Advance(kSecond);
-  EXPECT_THAT(world.TakeRecord(), ElementsAre("GetTickCount()"));
+  EXPECT_THAT(world.DrainRecord(), ElementsAre("GetTickCount()"));
 }
 
 TEST(VirtualRecord, SectionsAndMemoryHaveStableNames) {
@@ -125,7 +125,7 @@ TEST(VirtualRecord, SectionsAndMemoryHaveStableNames) {
   const HLOCAL block = LocalAlloc(LPTR, 8);
   LocalFree(block);
   LocalFree(&section);
-  EXPECT_THAT(world.TakeCalls().text_with_results(),
+  EXPECT_THAT(world.DrainCalls().text_with_results(),
               ElementsAre("InitializeCriticalSection(section1)", "EnterCriticalSection(section1)",
                           "LeaveCriticalSection(section1)", "DeleteCriticalSection(section1)",
                           "LocalAlloc(64, 8) = block1", "LocalFree(block1) = null",
@@ -166,7 +166,7 @@ std::vector<std::string> LivelyRun(std::uint64_t seed) {
   }
   world.Advance(kSecond);
   std::vector<std::string> record = world.calls().text_with_times();
-  for (const std::string& call : world.TakeCalls().text_with_results()) record.push_back(call);
+  for (const std::string& call : world.DrainCalls().text_with_results()) record.push_back(call);
   world.EndThreads();
   return record;
 }

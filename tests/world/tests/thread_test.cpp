@@ -263,7 +263,7 @@ TEST(VirtualThreads, SecondThreadOfARoutineIsNumbered) {
   world.Record({"CreateThread"});
   CreateThread(nullptr, 0, routine, nullptr, 0, nullptr);
   CreateThread(nullptr, 0, routine, nullptr, 0, nullptr);
-  EXPECT_THAT(world.TakeRecord(), ElementsAre("CreateThread(worker)", "CreateThread(worker 2)"));
+  EXPECT_THAT(world.DrainRecord(), ElementsAre("CreateThread(worker)", "CreateThread(worker 2)"));
 }
 
 TEST(VirtualThreads, ThreadThatNeverRanIsGoneWithTheWorld) {
