@@ -58,12 +58,12 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
   request.lingo = frame.lingo;
   request.command = frame.command;
   request.data = frame.data;
-  const bool carries = TakeIdentifier(&request);
+  const bool carries = ParseIdentifier(&request);
   if (link.trace) {
     link.Note(TraceLine::Direction::kFromAccessory,
               Describe(frame, request.identifier.has_value()));
   }
-  if (!traits.speaks) return;
+  if (!traits.answers) return;
   link.BeginRequest();
   if (request.rule == nullptr) {
     link.Report(MistakeKind::kUnknownCommand, std::string(LingoName(frame.lingo)) + " " +
@@ -89,13 +89,14 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
   }
 }
 
-// Takes the transaction identifier off the data if there is one; says whether there should be.
-bool SimulatedIpod::Device::TakeIdentifier(Request* request) {
+// Moves the transaction identifier, if there is one, from the data to its place; says whether there
+// should be one.
+bool SimulatedIpod::Device::ParseIdentifier(Request* request) {
   const CommandRule* rule = request->rule;
   const std::size_t size = request->data.size();
   const std::size_t least = rule == nullptr ? 0 : rule->least;
   // StartIDPS comes before identifiers are agreed on, and yet with one from some accessories.
-  const bool starts = request->lingo == kGeneral && request->command == 0x38;
+  const bool starts = request->lingo == kGeneral && request->command == general::kStartIdps;
   const bool expected =
       !starts && link.identifiers_on() && (rule == nullptr || rule->CarriesIdentifier());
   if ((expected || starts) && size >= least + 2) {
@@ -138,8 +139,8 @@ void SimulatedIpod::Device::CheckOrder(const Request& request) {
 
 // The faults of the iPod itself. True when the command is not to be carried out.
 bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
-  const bool starts = request.lingo == kGeneral && request.command == 0x38;
-  if (starts && traits.takes_tokens && settings.start_idps_needs_identifier &&
+  const bool starts = request.lingo == kGeneral && request.command == general::kStartIdps;
+  if (starts && traits.identifies_by_tokens && settings.start_idps_needs_identifier &&
       !request.identifier) {
     return true;
   }

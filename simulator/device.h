@@ -51,7 +51,7 @@ class SimulatedIpod::Device {
 
  private:
   void OnFrame(const Frame& frame);
-  bool TakeIdentifier(Request* request);
+  bool ParseIdentifier(Request* request);
   bool CheckSize(const Request& request);
   void CheckOrder(const Request& request);
   bool StrikesFirst(const Request& request);

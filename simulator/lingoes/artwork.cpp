@@ -77,13 +77,13 @@ void PutArtworkCounts(Bytes& bytes, const Track& track) {
 bool Artwork::Handle(const Request& request) {
   if (request.lingo != kExtended) return false;
   switch (request.command) {
-    case 0x000E:
+    case extended::kGetArtworkFormats:
       ReturnFormats(request);
       return true;
-    case 0x0010:
+    case extended::kGetTrackArtworkData:
       ReturnData(request);
       return true;
-    case 0x001F:
+    case extended::kMisnumberedGetTrackArtworkTimes:
       // The number that the Display Remote lingo has for this request. Here it belongs to an answer
       // of the iPod's own, but it only ever arrives from older consoles that mean the times; an
       // iPod that takes it at its word does not know it.
@@ -93,7 +93,7 @@ bool Artwork::Handle(const Request& request) {
       }
       ReturnTimes(request);
       return true;
-    case 0x002A:
+    case extended::kGetTrackArtworkTimes:
       ReturnTimes(request);
       return true;
     default:
@@ -109,7 +109,7 @@ void Artwork::ReturnFormats(const Request& request) {
     Put16(data, format.width);
     Put16(data, format.height);
   }
-  link_->Reply(request, 0x000F, data);
+  link_->Reply(request, extended::kRetArtworkFormats, data);
 }
 
 // Whether the track has a picture in the format that both requests name in bytes 4 and 5.
@@ -133,7 +133,7 @@ void Artwork::ReturnTimes(const Request& request) {
   Bytes data;
   // The one picture appears with the track, at time 0.
   if (first == 0 && count > 0) Put32(data, 0);
-  link_->Reply(request, 0x002B, data);
+  link_->Reply(request, extended::kRetTrackArtworkTimes, data);
 }
 
 void Artwork::ReturnData(const Request& request) {
@@ -157,7 +157,7 @@ void Artwork::ReturnData(const Request& request) {
     at += static_cast<std::ptrdiff_t>(taken);
     answers.push_back(std::move(answer));
   }
-  link_->Stream(request, 0x0011, std::move(answers));
+  link_->Stream(request, extended::kRetTrackArtworkData, std::move(answers));
 }
 
 }  // namespace ipodsim

@@ -23,27 +23,27 @@ Browsing::Browsing(Link* link, Player* player, const Settings& settings)
 bool Browsing::Handle(const Request& request) {
   if (request.lingo != kExtended) return false;
   switch (request.command) {
-    case 0x0016:
+    case extended::kResetDbSelection:
       database_.Reset(Hierarchy::kAudio);
       link_->Acknowledge(request, AckStatus::kOk);
       return true;
-    case 0x003B:
+    case extended::kResetDbSelectionHierarchy:
       ResetHierarchy(request);
       return true;
-    case 0x0018:
+    case extended::kGetNumberCategorizedDbRecords:
       Count(request);
       return true;
-    case 0x001A:
+    case extended::kRetrieveCategorizedDatabaseRecords:
       Retrieve(request);
       return true;
-    case 0x0017:
-    case 0x0038:
+    case extended::kSelectDbRecord:
+    case extended::kSelectSortDbRecord:
       Select(request);
       return true;
-    case 0x0040:
+    case extended::kRetrieveDbTrackInfo:
       ReturnTrackInfo(request);
       return true;
-    case 0x0028:
+    case extended::kPlayCurrentSelection:
       PlaySelection(request);
       return true;
     default:
@@ -65,7 +65,7 @@ void Browsing::Count(const Request& request) {
   if (!CheckCategory(request)) return;
   Bytes data;
   Put32(data, database_.Count(static_cast<Category>(request.data[0])));
-  link_->Reply(request, 0x0019, data);
+  link_->Reply(request, extended::kReturnNumberCategorizedDbRecords, data);
 }
 
 void Browsing::Retrieve(const Request& request) {
@@ -92,11 +92,11 @@ void Browsing::Retrieve(const Request& request) {
     PutText(answer, database_.Name(category, index));
     answers.push_back(std::move(answer));
   }
-  link_->Stream(request, 0x001B, std::move(answers));
+  link_->Stream(request, extended::kReturnCategorizedDatabaseRecord, std::move(answers));
 }
 
 void Browsing::Select(const Request& request) {
-  if (request.command == 0x0017 && settings_.refuses_select_record) {
+  if (request.command == extended::kSelectDbRecord && settings_.refuses_select_record) {
     link_->Acknowledge(request, AckStatus::kUnknown);
     return;
   }
@@ -109,7 +109,7 @@ void Browsing::Select(const Request& request) {
     return;
   }
   // The index counts in the list as it was shown; the new order holds for what is listed next.
-  if (request.command == 0x0038) {
+  if (request.command == extended::kSelectSortDbRecord) {
     const std::uint8_t sort = request.data[5];
     if (sort > 9 && sort != 0xFF) {
       link_->Refuse(request, MistakeKind::kBadParameter, "sort order " + std::to_string(sort));
@@ -178,7 +178,7 @@ void Browsing::ReturnTrackInfo(const Request& request) {
     Put32(answer, static_cast<std::uint32_t>(settings_.library.tracks[tracks[index]].length_ms));
     answers.push_back(std::move(answer));
   }
-  link_->Stream(request, 0x0041, std::move(answers));
+  link_->Stream(request, extended::kReturnDbTrackInfo, std::move(answers));
 }
 
 bool Browsing::CheckCategory(const Request& request) {

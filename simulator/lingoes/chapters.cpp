@@ -10,10 +10,10 @@ namespace ipodsim {
 bool Chapters::Handle(const Request& request) {
   if (request.lingo != kExtended) return false;
   switch (request.command) {
-    case 0x0002:
+    case extended::kGetCurrentPlayingTrackChapterInfo:
       ReturnPlace(request);
       return true;
-    case 0x0007:
+    case extended::kGetCurrentPlayingTrackChapterName:
       ReturnName(request);
       return true;
     default:
@@ -39,7 +39,7 @@ void Chapters::ReturnPlace(const Request& request) {
   // Without chapters: index -1 of 0.
   Put32(data, count == 0 ? Player::kNothing : static_cast<std::uint32_t>(Current()));
   Put32(data, static_cast<std::uint32_t>(count));
-  link_->Reply(request, 0x0003, data);
+  link_->Reply(request, extended::kReturnCurrentPlayingTrackChapterInfo, data);
 }
 
 // Older consoles ask without saying which chapter; they mean the current one.
@@ -57,7 +57,7 @@ void Chapters::ReturnName(const Request& request) {
   }
   Bytes data;
   PutText(data, player_->current()->chapters[index]);
-  link_->Reply(request, 0x0008, data);
+  link_->Reply(request, extended::kReturnCurrentPlayingTrackChapterName, data);
 }
 
 }  // namespace ipodsim

@@ -21,15 +21,15 @@ constexpr std::size_t kFirstHeader = 11;
 bool Display::Handle(const Request& request) {
   if (request.lingo != kExtended) return false;
   switch (request.command) {
-    case 0x0032:
-      Take(request);
+    case extended::kSetDisplayImage:
+      StorePart(request);
       return true;
-    case 0x0033: {
+    case extended::kGetMonoDisplayImageLimits: {
       Bytes data;
       Put16(data, kWidth);
       Put16(data, kHeight);
       Put8(data, kMonochrome);
-      link_->Reply(request, 0x0034, data);
+      link_->Reply(request, extended::kReturnMonoDisplayImageLimits, data);
       return true;
     }
     default:
@@ -44,7 +44,7 @@ void Display::Forget() {
 }
 
 // A picture comes in parts that are numbered from 0, each acknowledged.
-void Display::Take(const Request& request) {
+void Display::StorePart(const Request& request) {
   const std::uint16_t part = Get16(request.data, 0);
   if (part == 0) {
     if (!Begin(request)) return;

@@ -19,7 +19,7 @@ class Display {
   const Bytes& image() const { return image_; }
 
  private:
-  void Take(const Request& request);
+  void StorePart(const Request& request);
   bool Begin(const Request& request);
 
   Link* link_;

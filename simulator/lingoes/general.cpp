@@ -72,42 +72,43 @@ bool General::Handle(const Request& request) {
 bool General::HandleIdentity(const Request& request) {
   Bytes data;
   switch (request.command) {
-    case 0x02:  // the accessory's own acknowledgement
+    case general::kAck:  // the accessory's own acknowledgement
       return true;
-    case 0x07:
+    case general::kRequestIpodName:
       PutText(data, settings_.name.empty() ? settings_.library.name : settings_.name);
-      link_->Reply(request, 0x08, data);
+      link_->Reply(request, general::kReturnIpodName, data);
       return true;
-    case 0x09:
-      link_->Reply(request, 0x0A, {traits_.software[0], traits_.software[1], traits_.software[2]});
+    case general::kRequestIpodSoftwareVersion:
+      link_->Reply(request, general::kReturnIpodSoftwareVersion,
+                   {traits_.software[0], traits_.software[1], traits_.software[2]});
       return true;
-    case 0x0B:
+    case general::kRequestIpodSerialNum:
       PutText(data, traits_.serial_number);
-      link_->Reply(request, 0x0C, data);
+      link_->Reply(request, general::kReturnIpodSerialNum, data);
       return true;
-    case 0x0D:
+    case general::kRequestIpodModelNum:
       Put32(data, settings_.model_id.value_or(traits_.model_id));
       PutText(data, settings_.model_number.empty() ? traits_.model_number : settings_.model_number);
-      link_->Reply(request, 0x0E, data);
+      link_->Reply(request, general::kReturnIpodModelNum, data);
       return true;
-    case 0x0F:
+    case general::kRequestLingoProtocolVersion:
       ReturnLingoVersion(request);
       return true;
-    case 0x11:
+    case general::kRequestMaxPayloadSize:
       Put16(data, kMaxPayload);
-      if (traits_.takes_tokens) {
-        link_->Reply(request, 0x12, data);
+      if (traits_.identifies_by_tokens) {
+        link_->Reply(request, general::kReturnMaxPayloadSize, data);
       } else {
         link_->Acknowledge(request, AckStatus::kUnknown);
       }
       return true;
-    case 0x29:
+    case general::kGetIpodPreferences:
       ReturnPreference(request);
       return true;
-    case 0x2B:
+    case general::kSetIpodPreferences:
       SetPreference(request);
       return true;
-    case 0x4B:
+    case general::kGetIpodOptionsForLingo:
       ReturnOptions(request);
       return true;
     default:
@@ -121,7 +122,8 @@ void General::ReturnLingoVersion(const Request& request) {
     link_->Acknowledge(request, AckStatus::kUnknown);
     return;
   }
-  link_->Reply(request, 0x10, {support->lingo, support->version.major, support->version.minor});
+  link_->Reply(request, general::kReturnLingoProtocolVersion,
+               {support->lingo, support->version.major, support->version.minor});
 }
 
 // Refused with an acknowledgement that names this command: by an iPod that knows no options, and by
@@ -132,7 +134,8 @@ void General::ReturnOptions(const Request& request) {
     link_->Acknowledge(request, AckStatus::kUnknown);
     return;
   }
-  link_->Reply(request, 0x4C, {support->lingo, 0, 0, 0, 0, 0, 0, 0, support->options});
+  link_->Reply(request, general::kRetIpodOptionsForLingo,
+               {support->lingo, 0, 0, 0, 0, 0, 0, 0, support->options});
 }
 
 bool General::KnowsPreferences() const {
@@ -146,7 +149,7 @@ void General::ReturnPreference(const Request& request) {
     link_->Acknowledge(request, AckStatus::kUnknown);
     return;
   }
-  link_->Reply(request, 0x2A, {preference->first, preference->second});
+  link_->Reply(request, general::kRetIpodPreferences, {preference->first, preference->second});
 }
 
 void General::SetPreference(const Request& request) {
@@ -168,18 +171,18 @@ void General::SetPreference(const Request& request) {
 
 bool General::HandleUserInterface(const Request& request) {
   switch (request.command) {
-    case 0x03:
+    case general::kRequestRemoteUiMode:
       // Answered by an acknowledgement, which is what consoles in the field wait for.
       if (settings_.remote_ui_is_pending_first) link_->AcknowledgePending(request);
       link_->Acknowledge(request, AckStatus::kOk);
       return true;
-    case 0x05:
+    case general::kEnterRemoteUiMode:
       SwitchUserInterface(request, 1);
       return true;
-    case 0x06:
+    case general::kExitRemoteUiMode:
       SwitchUserInterface(request, 0);
       return true;
-    case 0x37:
+    case general::kSetUiMode:
       if (!traits_.knows_ui_mode) {
         link_->Acknowledge(request, AckStatus::kUnknown);
       } else if (request.data[0] > 3) {
@@ -202,8 +205,8 @@ void General::SwitchUserInterface(const Request& request, std::uint8_t mode) {
 
 bool General::HandleEvents(const Request& request) {
   switch (request.command) {
-    case 0x49:
-      if (!traits_.takes_tokens) {
+    case general::kSetEventNotification:
+      if (!traits_.identifies_by_tokens) {
         link_->Acknowledge(request, AckStatus::kUnknown);
         return true;
       }
@@ -216,14 +219,14 @@ bool General::HandleEvents(const Request& request) {
       events_ = request.data;
       link_->Acknowledge(request, AckStatus::kOk);
       return true;
-    case 0x4F:
-      if (traits_.takes_tokens) {
-        link_->Reply(request, 0x51, kSupportedEvents);
+    case general::kGetEventNotification:
+      if (traits_.identifies_by_tokens) {
+        link_->Reply(request, general::kRetEventNotification, kSupportedEvents);
       } else {
         link_->Acknowledge(request, AckStatus::kUnknown);
       }
       return true;
-    case 0x50:
+    case general::kCancelCommand:
       // Carries nothing but the identifier of the request to give up.
       link_->CancelStreams(request.identifier);
       link_->Acknowledge(request, AckStatus::kOk);

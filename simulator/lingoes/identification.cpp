@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "simulator/protocol/accessory_information.h"
+
 namespace ipodsim {
 namespace {
 
@@ -22,10 +24,13 @@ struct RequiredToken {
   const char* name;
 };
 constexpr RequiredToken kRequired[] = {
-    {kIdentifyToken, -1, "identification"},     {kCapabilitiesToken, -1, "capabilities"},
-    {kInformationToken, 1, "accessory name"},   {kInformationToken, 4, "firmware version"},
-    {kInformationToken, 5, "hardware version"}, {kInformationToken, 6, "manufacturer"},
-    {kInformationToken, 7, "model number"},
+    {kIdentifyToken, -1, "identification"},
+    {kCapabilitiesToken, -1, "capabilities"},
+    {kInformationToken, kAccessoryName, "accessory name"},
+    {kInformationToken, kFirmwareVersion, "firmware version"},
+    {kInformationToken, kHardwareVersion, "hardware version"},
+    {kInformationToken, kManufacturer, "manufacturer"},
+    {kInformationToken, kModelNumber, "model number"},
 };
 
 }  // namespace
@@ -39,19 +44,19 @@ Identification::Identification(Link* link, Questions* questions, const Settings&
 bool Identification::Handle(const Request& request) {
   if (request.lingo != kGeneral) return false;
   switch (request.command) {
-    case 0x01:
+    case general::kIdentify:
       OldestIdentify(request);
       return true;
-    case 0x13:
+    case general::kIdentifyDeviceLingoes:
       IdentifyByLingoes(request);
       return true;
-    case 0x38:
+    case general::kStartIdps:
       StartTokens(request);
       return true;
-    case 0x39:
-      TakeTokens(request);
+    case general::kSetFidTokenValues:
+      AcceptTokens(request);
       return true;
-    case 0x3B:
+    case general::kEndIdps:
       EndTokens(request);
       return true;
     default:
@@ -60,7 +65,7 @@ bool Identification::Handle(const Request& request) {
 }
 
 void Identification::Forget() {
-  taking_tokens_ = false;
+  accepts_tokens_ = false;
   by_tokens_ = false;
   began_oldest_way_ = false;
   announced_ = 0;
@@ -69,16 +74,32 @@ void Identification::Forget() {
 }
 
 bool Identification::Begins(const Request& request) {
-  return request.lingo == kGeneral &&
-         (request.command == 0x01 || request.command == 0x13 || request.command == 0x38);
+  return request.lingo == kGeneral && (request.command == general::kIdentify ||
+                                       request.command == general::kIdentifyDeviceLingoes ||
+                                       request.command == general::kStartIdps);
 }
 
 bool Identification::IsAllowedBefore(const Request& request) {
   if (request.lingo != kGeneral) return false;
   // Leaving the remote user interface, too: a console cannot know in what state it left the iPod.
-  static const std::set<std::uint16_t> kAllowed = {0x01, 0x02, 0x03, 0x06, 0x0F, 0x11, 0x13,
-                                                   0x28, 0x38, 0x39, 0x3B, 0x4B, 0x50};
-  return kAllowed.count(request.command) != 0;
+  switch (request.command) {
+    case general::kIdentify:
+    case general::kAck:
+    case general::kRequestRemoteUiMode:
+    case general::kExitRemoteUiMode:
+    case general::kRequestLingoProtocolVersion:
+    case general::kRequestMaxPayloadSize:
+    case general::kIdentifyDeviceLingoes:
+    case general::kRetAccessoryInfo:
+    case general::kStartIdps:
+    case general::kSetFidTokenValues:
+    case general::kEndIdps:
+    case general::kGetIpodOptionsForLingo:
+    case general::kCancelCommand:
+      return true;
+    default:
+      return false;
+  }
 }
 
 // Names one lingo and is not answered. Such accessories speak the remote lingoes.
@@ -112,19 +133,19 @@ void Identification::IdentifyByLingoes(const Request& request) {
 }
 
 void Identification::StartTokens(const Request& request) {
-  if (!traits_.takes_tokens) {
+  if (!traits_.identifies_by_tokens) {
     if (!settings_.refuses_start_idps_silently) link_->Acknowledge(request, AckStatus::kUnknown);
     return;
   }
   Forget();
   questions_->Stop();
-  taking_tokens_ = true;
+  accepts_tokens_ = true;
   link_->SetIdentifiers(true);
   link_->Acknowledge(request, AckStatus::kOk);
 }
 
-void Identification::TakeTokens(const Request& request) {
-  if (!taking_tokens_) {
+void Identification::AcceptTokens(const Request& request) {
+  if (!accepts_tokens_) {
     link_->Report(MistakeKind::kTokensOutsideIdentification, "SetFIDTokenValues before StartIDPS");
     link_->Acknowledge(request, AckStatus::kFailed);
     return;
@@ -148,7 +169,7 @@ void Identification::TakeTokens(const Request& request) {
     Put8(answer, Judge(token));
     answer.insert(answer.end(), selector.begin(), selector.end());
   }
-  link_->Reply(request, 0x3A, std::move(answer));
+  link_->Reply(request, general::kRetFidTokenValueAcks, std::move(answer));
 }
 
 void Identification::Remember(const Token& token) {
@@ -172,18 +193,18 @@ std::uint8_t Identification::Judge(const Token& token) const {
 }
 
 void Identification::EndTokens(const Request& request) {
-  if (!taking_tokens_) {
+  if (!accepts_tokens_) {
     link_->Report(MistakeKind::kTokensOutsideIdentification, "EndIDPS before StartIDPS");
-    link_->Reply(request, 0x3C, {kTokensMissing});
+    link_->Reply(request, general::kIdpsStatus, {kTokensMissing});
     return;
   }
-  taking_tokens_ = false;
+  accepts_tokens_ = false;
   if (request.data[0] != 0) {
-    link_->Reply(request, 0x3C, {kAbandoned});
+    link_->Reply(request, general::kIdpsStatus, {kAbandoned});
     return;
   }
   if (ReportMissingTokens()) {
-    link_->Reply(request, 0x3C, {kTokensMissing});
+    link_->Reply(request, general::kIdpsStatus, {kTokensMissing});
     return;
   }
   for (const Token& token : tokens_) {
@@ -191,14 +212,14 @@ void Identification::EndTokens(const Request& request) {
       for (std::size_t i = 1; i <= token.fields[0]; ++i) announced_ |= 1u << (token.fields[i] & 31);
     }
     // The versions are left out: accessories that cannot read their own give them at random.
-    const bool comparable =
-        token.subtype == kInformationToken && (token.fields[0] == 1 || token.fields[0] == 6);
+    const bool comparable = token.subtype == kInformationToken &&
+                            (token.fields[0] == kAccessoryName || token.fields[0] == kManufacturer);
     if (comparable) {
       questions_->Expect(token.fields[0], Bytes(token.fields.begin() + 1, token.fields.end()));
     }
   }
   by_tokens_ = true;
-  link_->Reply(request, 0x3C, {kIdentified});
+  link_->Reply(request, general::kIdpsStatus, {kIdentified});
   questions_->Start(announced_);
 }
 

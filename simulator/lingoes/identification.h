@@ -35,7 +35,7 @@ class Identification {
   void OldestIdentify(const Request& request);
   void IdentifyByLingoes(const Request& request);
   void StartTokens(const Request& request);
-  void TakeTokens(const Request& request);
+  void AcceptTokens(const Request& request);
   void EndTokens(const Request& request);
   void Remember(const Token& token);
   bool ReportMissingTokens();
@@ -45,7 +45,7 @@ class Identification {
   Questions* questions_;
   const Settings& settings_;
   const Traits& traits_;
-  bool taking_tokens_ = false;
+  bool accepts_tokens_ = false;
   bool by_tokens_ = false;
   bool began_oldest_way_ = false;
   std::uint32_t announced_ = 0;

@@ -8,7 +8,26 @@
 namespace ipodsim {
 namespace {
 
-constexpr std::uint16_t kNotification = 0x0027;
+constexpr std::uint16_t kNotification = extended::kPlayStatusChangeNotification;
+
+// The first byte of a notification.
+enum Type : std::uint8_t {
+  kStopped = 0x00,
+  kTrackIndex = 0x01,
+  kMilliseconds = 0x04,
+  kStatus = 0x06,
+  kSeconds = 0x07,
+};
+
+// The second byte of one about the status.
+enum Status : std::uint8_t {
+  kStatusStopped = 0x02,
+  kStatusFastForward = 0x05,
+  kStatusRewind = 0x06,
+  kStatusFastEnded = 0x07,
+  kStatusPlaying = 0x0A,
+  kStatusPaused = 0x0B,
+};
 
 }  // namespace
 
@@ -62,30 +81,30 @@ std::optional<Microseconds> Notifications::NextEvent() const {
 }
 
 void Notifications::TellEvents() {
-  for (const PlayerEvent& event : player_->TakeEvents()) Tell(event);
+  for (const PlayerEvent& event : player_->PopEvents()) Tell(event);
 }
 
 void Notifications::Tell(const PlayerEvent& event) {
   using Kind = PlayerEvent::Kind;
   switch (event.kind) {
     case Kind::kStopped:
-      if ((mask_ & kStoppedBit) != 0) link_->Send(kExtended, kNotification, {0x00}, event.at);
-      TellStatus(0x02, event.at);
+      if ((mask_ & kStoppedBit) != 0) link_->Send(kExtended, kNotification, {kStopped}, event.at);
+      TellStatus(kStatusStopped, event.at);
       break;
     case Kind::kPlaying:
-      TellStatus(0x0A, event.at);
+      TellStatus(kStatusPlaying, event.at);
       break;
     case Kind::kPaused:
-      TellStatus(0x0B, event.at);
+      TellStatus(kStatusPaused, event.at);
       break;
     case Kind::kFastForward:
-      TellStatus(0x05, event.at);
+      TellStatus(kStatusFastForward, event.at);
       break;
     case Kind::kRewind:
-      TellStatus(0x06, event.at);
+      TellStatus(kStatusRewind, event.at);
       break;
     case Kind::kEndedFast:
-      TellStatus(0x07, event.at);
+      TellStatus(kStatusFastEnded, event.at);
       break;
     case Kind::kTrackChanged:
       TellTrack(event.at);
@@ -94,13 +113,13 @@ void Notifications::Tell(const PlayerEvent& event) {
 }
 
 void Notifications::TellStatus(std::uint8_t status, Microseconds at) {
-  if ((mask_ & kStatusBit) != 0) link_->Send(kExtended, kNotification, {0x06, status}, at);
+  if ((mask_ & kStatusBit) != 0) link_->Send(kExtended, kNotification, {kStatus, status}, at);
 }
 
 void Notifications::TellTrack(Microseconds at) {
   last_told_second_ = -1;
   if ((mask_ & kTrackBit) == 0) return;
-  Bytes data = {0x01};
+  Bytes data = {kTrackIndex};
   Put32(data, player_->index());
   link_->Send(kExtended, kNotification, data, at);
 }
@@ -108,14 +127,14 @@ void Notifications::TellTrack(Microseconds at) {
 void Notifications::TellPosition(Microseconds at) {
   const std::int64_t position_ms = player_->position_ms(at);
   if ((mask_ & kMillisecondsBit) != 0) {
-    Bytes data = {0x04};
+    Bytes data = {kMilliseconds};
     Put32(data, static_cast<std::uint32_t>(position_ms));
     link_->Send(kExtended, kNotification, data, at);
   }
   const std::int64_t second = position_ms / 1000;
   if ((mask_ & kSecondsBit) != 0 && second != last_told_second_) {
     last_told_second_ = second;
-    Bytes data = {0x07};
+    Bytes data = {kSeconds};
     Put32(data, static_cast<std::uint32_t>(second));
     link_->Send(kExtended, kNotification, data, at);
   }

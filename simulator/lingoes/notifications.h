@@ -10,13 +10,7 @@ namespace ipodsim {
 
 class Notifications {
  public:
-  // Bits of the 32-bit mask of SetPlayStatusChangeNotification, and the type of each notification.
-  //   bit 0  0x00  playback stopped
-  //   bit 1  0x06  extended play status (stopped 2, fast 5, rewind 6, fast ended 7, playing 10,
-  //                paused 11)
-  //   bit 2  0x01  track index
-  //   bit 3  0x04  position in milliseconds
-  //   bit 4  0x07  position in seconds
+  /// Bits of the 32-bit mask of SetPlayStatusChangeNotification.
   static constexpr std::uint32_t kStoppedBit = 0x01;
   static constexpr std::uint32_t kStatusBit = 0x02;
   static constexpr std::uint32_t kTrackBit = 0x04;

@@ -7,6 +7,22 @@
 #include "track_facts.h"
 
 namespace ipodsim {
+namespace {
+
+// The first byte of GetIndexedPlayingTrackInfo.
+enum TrackInfo : std::uint8_t {
+  kCapabilitiesInfo = 0,
+  kPodcastInfo = 1,
+  kReleaseDateInfo = 2,
+  kDescriptionInfo = 3,
+  kLyricsInfo = 4,
+  kGenreInfo = 5,
+  kComposerInfo = 6,
+  kArtworkInfo = 7,
+};
+
+}  // namespace
+
 const Track* TrackOrRefusal(Link* link, const Player& player, const Request& request,
                             std::uint32_t index) {
   const Track* track = player.at(index);
@@ -51,21 +67,21 @@ bool Playback::Control(PlayControl control) {
 bool Playback::HandleStatus(const Request& request) {
   Bytes data;
   switch (request.command) {
-    case 0x001C:
+    case extended::kGetPlayStatus:
       ReturnStatus(request);
       return true;
-    case 0x001E:
+    case extended::kGetCurrentPlayingTrackIndex:
       Put32(data, player_->index());
-      link_->Reply(request, 0x001F, data);
+      link_->Reply(request, extended::kReturnCurrentPlayingTrackIndex, data);
       return true;
-    case 0x0035:
+    case extended::kGetNumPlayingTracks:
       Put32(data, player_->size());
-      link_->Reply(request, 0x0036, data);
+      link_->Reply(request, extended::kReturnNumPlayingTracks, data);
       return true;
-    case 0x0026:
+    case extended::kSetPlayStatusChangeNotification:
       SetNotifications(request);
       return true;
-    case 0x0029:
+    case extended::kPlayControl:
       if (request.data[0] < 1 || request.data[0] > 11) {
         link_->Refuse(request, MistakeKind::kBadParameter,
                       "play control " + std::to_string(request.data[0]));
@@ -74,7 +90,7 @@ bool Playback::HandleStatus(const Request& request) {
         link_->Acknowledge(request, done ? AckStatus::kOk : AckStatus::kFailed);
       }
       return true;
-    case 0x0037:
+    case extended::kSetCurrentPlayingTrack:
       JumpTo(request);
       return true;
     default:
@@ -87,7 +103,7 @@ void Playback::ReturnStatus(const Request& request) {
   Put32(data, static_cast<std::uint32_t>(player_->length_ms()));
   Put32(data, static_cast<std::uint32_t>(player_->position_ms(link_->now())));
   Put8(data, static_cast<std::uint8_t>(player_->state()));
-  link_->Reply(request, 0x001D, data);
+  link_->Reply(request, extended::kReturnPlayStatus, data);
 }
 
 void Playback::JumpTo(const Request& request) {
@@ -99,16 +115,16 @@ void Playback::JumpTo(const Request& request) {
 
 bool Playback::HandleTexts(const Request& request) {
   switch (request.command) {
-    case 0x0020:
+    case extended::kGetIndexedPlayingTrackTitle:
       ReturnTrackText(request, &Track::title);
       return true;
-    case 0x0022:
+    case extended::kGetIndexedPlayingTrackArtistName:
       ReturnTrackText(request, &Track::artist);
       return true;
-    case 0x0024:
+    case extended::kGetIndexedPlayingTrackAlbumName:
       ReturnTrackText(request, &Track::album);
       return true;
-    case 0x000C:
+    case extended::kGetIndexedPlayingTrackInfo:
       ReturnTrackInfo(request);
       return true;
     default:
@@ -130,28 +146,28 @@ void Playback::ReturnTrackInfo(const Request& request) {
   const std::uint8_t type = request.data[0];
   Bytes data = {type};
   switch (type) {
-    case 0:
+    case kCapabilitiesInfo:
       PutCapabilities(data, *track);
       break;
-    case 1:
+    case kPodcastInfo:
       PutText(data, track->kind == MediaKind::kPodcast ? track->album : "");
       break;
-    case 2:
+    case kReleaseDateInfo:
       data.insert(data.end(), {0, 0, 12, 1, 9, 0x07, 0xD8, 1});  // noon, Monday, 1 September 2008
       break;
-    case 3:
+    case kDescriptionInfo:
       PutText(data, "");
       break;
-    case 4:
+    case kLyricsInfo:
       PutLyrics(data, *track);
       break;
-    case 5:
+    case kGenreInfo:
       PutText(data, track->genre);
       break;
-    case 6:
+    case kComposerInfo:
       PutText(data, track->composer);
       break;
-    case 7:
+    case kArtworkInfo:
       PutArtworkCounts(data, *track);
       break;
     default:
@@ -159,27 +175,29 @@ void Playback::ReturnTrackInfo(const Request& request) {
                     "track information " + std::to_string(type));
       return;
   }
-  link_->Reply(request, 0x000D, data);
+  link_->Reply(request, extended::kReturnIndexedPlayingTrackInfo, data);
 }
 
 bool Playback::HandleModes(const Request& request) {
   switch (request.command) {
-    case 0x002C:
-      link_->Reply(request, 0x002D, {static_cast<std::uint8_t>(player_->shuffle())});
+    case extended::kGetShuffle:
+      link_->Reply(request, extended::kReturnShuffle,
+                   {static_cast<std::uint8_t>(player_->shuffle())});
       return true;
-    case 0x002E:
+    case extended::kSetShuffle:
       SetShuffle(request);
       return true;
-    case 0x002F:
-      link_->Reply(request, 0x0030, {static_cast<std::uint8_t>(player_->repeat())});
+    case extended::kGetRepeat:
+      link_->Reply(request, extended::kReturnRepeat,
+                   {static_cast<std::uint8_t>(player_->repeat())});
       return true;
-    case 0x0031:
+    case extended::kSetRepeat:
       SetRepeat(request);
       return true;
-    case 0x0009:
-      link_->Reply(request, 0x000A, {audiobook_speed_});
+    case extended::kGetAudiobookSpeed:
+      link_->Reply(request, extended::kReturnAudiobookSpeed, {audiobook_speed_});
       return true;
-    case 0x000B:
+    case extended::kSetAudiobookSpeed:
       audiobook_speed_ = request.data[0];
       link_->Acknowledge(request, AckStatus::kOk);
       return true;

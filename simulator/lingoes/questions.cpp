@@ -5,20 +5,21 @@
 
 #include <algorithm>
 
+#include "simulator/protocol/accessory_information.h"
+
 namespace ipodsim {
 namespace {
 
-constexpr std::uint8_t kCapabilities = 0;
 // The information that is asked for when the accessory says that it has it.
-constexpr std::uint8_t kWanted[] = {1, 4, 5, 6, 7, 8, 9};
-
-bool IsText(std::uint8_t type) { return type == 1 || type == 6 || type == 7 || type == 8; }
+constexpr std::uint8_t kWanted[] = {kAccessoryName, kFirmwareVersion, kHardwareVersion,
+                                    kManufacturer,  kModelNumber,     kSerialNumber,
+                                    kMaxPayload};
 
 std::size_t SizeOf(std::uint8_t type) {
   switch (type) {
     case kCapabilities:
       return 4;
-    case 9:
+    case kMaxPayload:
       return 2;
     default:
       return 3;
@@ -31,9 +32,12 @@ void Questions::Start(std::uint32_t announced_lingoes) {
   Stop();
   answers_.clear();
   if (!settings_.asks_accessory) return;
-  waiting_.push_back({kGeneral, 0x27, {kCapabilities}, 0x28});
-  if ((announced_lingoes & (1u << kSports)) != 0) waiting_.push_back({kSports, 0x03, {}, 0x04});
-  if ((announced_lingoes & (1u << kStorage)) != 0) waiting_.push_back({kStorage, 0x81, {}, 0x82});
+  waiting_.push_back(
+      {kGeneral, general::kGetAccessoryInfo, {kCapabilities}, general::kRetAccessoryInfo});
+  if ((announced_lingoes & (1u << kSports)) != 0)
+    waiting_.push_back({kSports, sports::kGetDeviceCaps, {}, sports::kRetDeviceCaps});
+  if ((announced_lingoes & (1u << kStorage)) != 0)
+    waiting_.push_back({kStorage, storage::kGetAccessoryCaps, {}, storage::kRetAccessoryCaps});
   AskNext();
 }
 
@@ -53,16 +57,16 @@ void Questions::Forget() {
 
 void Questions::AskOutOfTurn() {
   static const Question kQuestions[] = {
-      {kGeneral, 0x27, {kCapabilities}, 0x28},
-      {kGeneral, 0x27, {1}, 0x28},
-      {kSports, 0x03, {}, 0x04},
-      {kStorage, 0x81, {}, 0x82},
+      {kGeneral, general::kGetAccessoryInfo, {kCapabilities}, general::kRetAccessoryInfo},
+      {kGeneral, general::kGetAccessoryInfo, {kAccessoryName}, general::kRetAccessoryInfo},
+      {kSports, sports::kGetDeviceCaps, {}, sports::kRetDeviceCaps},
+      {kStorage, storage::kGetAccessoryCaps, {}, storage::kRetAccessoryCaps},
   };
   Random& random = link_->dice().Choices(Fault::kUnaskedRequests);
   const std::uint32_t choice = random.Below(5);
   if (choice == 4) {
     // A notification that nobody answers.
-    link_->Send(kGeneral, 0x4A, {0x02, 0x00}, link_->now());
+    link_->Send(kGeneral, general::kIpodNotification, {0x02, 0x00}, link_->now());
     return;
   }
   AskAside(kQuestions[choice]);
@@ -70,12 +74,12 @@ void Questions::AskOutOfTurn() {
 
 void Questions::AskAbout(const Request& request) {
   if (!settings_.asks_during_session) return;
-  if (request.lingo == kSports && request.command == 0x83) {
-    AskAside({kSports, 0x01, {}, 0x02});
-    AskAside({kSports, 0x03, {}, 0x04});
+  if (request.lingo == kSports && request.command == sports::kGetIpodCaps) {
+    AskAside({kSports, sports::kGetDeviceVersion, {}, sports::kRetDeviceVersion});
+    AskAside({kSports, sports::kGetDeviceCaps, {}, sports::kRetDeviceCaps});
   }
-  if (request.lingo == kStorage && request.command == 0x01) {
-    AskAside({kStorage, 0x81, {}, 0x82});
+  if (request.lingo == kStorage && request.command == storage::kGetIpodCaps) {
+    AskAside({kStorage, storage::kGetAccessoryCaps, {}, storage::kRetAccessoryCaps});
   }
 }
 
@@ -149,7 +153,7 @@ void Questions::CheckInformation(const Request& request) {
   const std::uint8_t type = request.data[0];
   const std::string name = "RetAccessoryInfo of type " + std::to_string(type);
   Bytes value(request.data.begin() + 1, request.data.end());
-  if (IsText(type)) {
+  if (IsTextInformation(type)) {
     if (value.empty() || value.back() != 0 || std::count(value.begin(), value.end(), 0) != 1) {
       link_->Report(MistakeKind::kWrongAnswer, name + " is not a text that ends in one zero byte");
       return;
@@ -168,7 +172,9 @@ void Questions::CheckInformation(const Request& request) {
     const std::uint32_t mask = Get32(value, 0);
     std::deque<Question> wanted;
     for (const std::uint8_t kind : kWanted) {
-      if ((mask & (1u << kind)) != 0) wanted.push_back({kGeneral, 0x27, {kind}, 0x28});
+      if ((mask & (1u << kind)) != 0)
+        wanted.push_back(
+            {kGeneral, general::kGetAccessoryInfo, {kind}, general::kRetAccessoryInfo});
     }
     // Only the first answer leads to questions; asked again out of turn it just confirms.
     if (answers_.count(kCapabilities) == 0) {

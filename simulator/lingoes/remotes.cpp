@@ -21,13 +21,26 @@ constexpr std::uint32_t kRepeatAdvance = 0x00010000;
 constexpr std::uint32_t kFastForward = 0x00100000;
 constexpr std::uint32_t kRewind = 0x00200000;
 
-constexpr std::uint8_t kContextButtons = 0x00;
+// The first byte of GetIndexedPlayingTrackInfo, numbered otherwise than in the Extended Interface.
+enum TrackInfo : std::uint8_t {
+  kCapabilitiesInfo = 0,
+  kChapterInfo = 1,
+  kArtistInfo = 2,
+  kAlbumInfo = 3,
+  kGenreInfo = 4,
+  kTitleInfo = 5,
+  kComposerInfo = 6,
+  kLyricsInfo = 7,
+  kArtworkInfo = 8,
+};
 
 }  // namespace
 
 bool Remotes::Handle(const Request& request) {
   if (request.lingo == kSimpleRemote) return HandleButtons(request);
-  if (request.lingo != kDisplayRemote || request.command != 0x12) return false;
+  if (request.lingo != kDisplayRemote ||
+      request.command != display_remote::kGetIndexedPlayingTrackInfo)
+    return false;
   ReturnTrackInfo(request);
   return true;
 }
@@ -45,7 +58,8 @@ bool Remotes::HandleButtons(const Request& request) {
     if ((held_ & ~held & button) != 0) Release(button);
   }
   held_ = held;
-  if (request.command != kContextButtons) link_->Acknowledge(request, AckStatus::kOk);
+  if (request.command != simple_remote::kContextButtonStatus)
+    link_->Acknowledge(request, AckStatus::kOk);
   return true;
 }
 
@@ -97,32 +111,32 @@ void Remotes::ReturnTrackInfo(const Request& request) {
   const std::uint8_t type = request.data[0];
   Bytes data = {type};
   switch (type) {
-    case 0:
+    case kCapabilitiesInfo:
       PutCapabilities(data, *track);
       break;
-    case 1:
+    case kChapterInfo:
       Put32(data, 0);
       PutText(data, track->title);
       break;
-    case 2:
+    case kArtistInfo:
       PutText(data, track->artist);
       break;
-    case 3:
+    case kAlbumInfo:
       PutText(data, track->album);
       break;
-    case 4:
+    case kGenreInfo:
       PutText(data, track->genre);
       break;
-    case 5:
+    case kTitleInfo:
       PutText(data, track->title);
       break;
-    case 6:
+    case kComposerInfo:
       PutText(data, track->composer);
       break;
-    case 7:
+    case kLyricsInfo:
       PutLyrics(data, *track);
       break;
-    case 8:
+    case kArtworkInfo:
       PutArtworkCounts(data, *track);
       break;
     default:
@@ -130,7 +144,7 @@ void Remotes::ReturnTrackInfo(const Request& request) {
                     "track information " + std::to_string(type));
       return;
   }
-  link_->Reply(request, 0x13, data);
+  link_->Reply(request, display_remote::kRetIndexedPlayingTrackInfo, data);
 }
 
 }  // namespace ipodsim

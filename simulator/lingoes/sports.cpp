@@ -17,13 +17,13 @@ bool Sports::Handle(const Request& request) {
     return false;
   }
   switch (request.command) {
-    case 0x83:
+    case sports::kGetIpodCaps:
       ReturnCapabilities(request);
       return true;
-    case 0x88:
+    case sports::kGetUserData:
       ReturnUserData(request);
       return true;
-    case 0x8A:
+    case sports::kSetUserData:
       SetUserData(request);
       return true;
     default:
@@ -36,7 +36,7 @@ void Sports::ReturnCapabilities(const Request& request) {
   Bytes data;
   Put16(data, settings_.sports.capabilities);
   Put8(data, 0);
-  link_->Reply(request, 0x84, data);
+  link_->Reply(request, sports::kRetIpodCaps, data);
 }
 
 // An accessory is told by the capabilities whether it may ask.
@@ -67,7 +67,7 @@ void Sports::ReturnUserData(const Request& request) {
                     "user data of type " + std::to_string(type));
       return;
   }
-  link_->Reply(request, 0x89, data);
+  link_->Reply(request, sports::kRetUserData, data);
 }
 
 void Sports::SetUserData(const Request& request) {

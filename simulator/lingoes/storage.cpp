@@ -26,19 +26,19 @@ bool Storage::Handle(const Request& request) {
     return false;
   }
   switch (request.command) {
-    case 0x01:
+    case storage::kGetIpodCaps:
       ReturnCapabilities(request);
       return true;
-    case 0x07:
+    case storage::kWriteIpodFileData:
       Write(request);
       return true;
-    case 0x08:
+    case storage::kCloseIpodFile:
       Close(request);
       return true;
-    case 0x10:
+    case storage::kGetIpodFreeSpace:
       ReturnFreeSpace(request);
       return true;
-    case 0x12:
+    case storage::kOpenIpodFeatureFile:
       Open(request);
       return true;
     default:
@@ -67,13 +67,13 @@ void Storage::ReturnCapabilities(const Request& request) {
   data.insert(data.end(), 6, 0);  // reserved
   Put8(data, version.major);
   Put8(data, version.minor);
-  link_->Reply(request, 0x02, data);
+  link_->Reply(request, storage::kRetIpodCaps, data);
 }
 
 void Storage::ReturnFreeSpace(const Request& request) {
   Bytes data;
   Put64(data, free_space_);
-  link_->Reply(request, 0x11, data);
+  link_->Reply(request, storage::kRetIpodFreeSpace, data);
 }
 
 // Feature type, four bytes of options, and data for the end of the file. Every time a new file,
@@ -93,7 +93,7 @@ void Storage::Open(const Request& request) {
     ++last_handle_;
   } while (last_handle_ == 0 || open_.count(last_handle_) != 0);
   open_[last_handle_] = std::move(file);
-  link_->Reply(request, 0x04, {last_handle_});
+  link_->Reply(request, storage::kRetIpodFileHandle, {last_handle_});
 }
 
 bool Storage::CheckOpen(const Request& request) {

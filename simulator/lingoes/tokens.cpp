@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "simulator/protocol/accessory_information.h"
+
 namespace ipodsim {
 namespace {
 
@@ -27,19 +29,19 @@ std::string Texted(const Token& token, std::size_t begin) {
 std::string InformationProblem(const Token& token) {
   const std::uint8_t type = token.fields.empty() ? 0 : token.fields[0];
   switch (type) {
-    case 0x01:
-    case 0x06:
-    case 0x07:
-    case 0x08:
+    case kAccessoryName:
+    case kManufacturer:
+    case kModelNumber:
+    case kSerialNumber:
       return Texted(token, 1);
-    case 0x04:
-    case 0x05:
+    case kFirmwareVersion:
+    case kHardwareVersion:
       return Sized(token, 4);
-    case 0x09:
+    case kMaxPayload:
       return Sized(token, 3);
-    case 0x0B:
-    case 0x0C:
-      // 0x0C: four certification bytes, of which accessories in the field set three.
+    case kStatusTypes:
+    case kCertification:
+      // Four bytes of certification, of which accessories in the field set three.
       return Sized(token, 5);
     default:
       return "information token of unknown type " + std::to_string(type);
@@ -56,7 +58,7 @@ std::string IdentifyProblem(const Token& token) {
 
 Bytes Token::Selector() const {
   const bool selected = subtype == kInformationToken || subtype == kPreferenceToken ||
-                        subtype == 0x04 || subtype == 0x08;
+                        subtype == kProtocolToken || subtype == kProtocolMetadataToken;
   if (!selected || fields.empty()) return {};
   return {fields[0]};
 }
@@ -71,15 +73,15 @@ std::string Token::Name() const {
       return "information";
     case kPreferenceToken:
       return "preference";
-    case 0x04:
+    case kProtocolToken:
       return "protocol";
-    case 0x05:
+    case kBundleSeedToken:
       return "bundle seed";
-    case 0x08:
+    case kProtocolMetadataToken:
       return "protocol metadata";
-    case 0x0E:
+    case kSampleRatesToken:
       return "sample rates";
-    case 0x0F:
+    case kVideoDelayToken:
       return "video delay";
     default:
       return "unknown";
@@ -96,15 +98,15 @@ std::string LayoutProblem(const Token& token) {
       return InformationProblem(token);
     case kPreferenceToken:
       return Sized(token, 3);
-    case 0x04:
+    case kProtocolToken:
       return Texted(token, 1);
-    case 0x05:
+    case kBundleSeedToken:
       return Sized(token, 11);
-    case 0x08:
+    case kProtocolMetadataToken:
       return Sized(token, 2);
-    case 0x0E:
+    case kSampleRatesToken:
       return token.fields.size() % 4 == 0 ? "" : "sample rates token with half a rate";
-    case 0x0F:
+    case kVideoDelayToken:
       return Sized(token, 4);
     default:
       return "token of unknown subtype " + std::to_string(token.subtype);

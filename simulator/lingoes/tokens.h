@@ -27,6 +27,11 @@ constexpr std::uint8_t kIdentifyToken = 0x00;
 constexpr std::uint8_t kCapabilitiesToken = 0x01;
 constexpr std::uint8_t kInformationToken = 0x02;
 constexpr std::uint8_t kPreferenceToken = 0x03;
+constexpr std::uint8_t kProtocolToken = 0x04;
+constexpr std::uint8_t kBundleSeedToken = 0x05;
+constexpr std::uint8_t kProtocolMetadataToken = 0x08;
+constexpr std::uint8_t kSampleRatesToken = 0x0E;
+constexpr std::uint8_t kVideoDelayToken = 0x0F;
 
 struct TokenPacket {
   std::vector<Token> tokens;

@@ -130,7 +130,7 @@ std::optional<Microseconds> Player::NextChange() const {
   return anchor_time_ + (distance + speed - 1) / speed;
 }
 
-std::vector<PlayerEvent> Player::TakeEvents() {
+std::vector<PlayerEvent> Player::PopEvents() {
   std::vector<PlayerEvent> events;
   events.swap(events_);
   return events;

@@ -66,7 +66,7 @@ class Player {
   void Advance(Microseconds now);
   // When the current track ends or its rewinding reaches the start, if it is moving at all.
   std::optional<Microseconds> NextChange() const;
-  std::vector<PlayerEvent> TakeEvents();
+  std::vector<PlayerEvent> PopEvents();
 
   PlayerState state() const { return state_; }
   Shuffle shuffle() const { return shuffle_; }

@@ -1,22 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The commands of each lingo, by number: what they are called and how long they are.
+// What is known of each command: what it is called, how long it is, whether it is answered.
 
 #pragma once
 
 #include <string>
 
 #include "simulator/base/bytes.h"
+#include "simulator/protocol/commands.h"
 
 namespace ipodsim {
-
-enum Lingo : std::uint8_t {
-  kGeneral = 0x00,
-  kSimpleRemote = 0x02,
-  kDisplayRemote = 0x03,
-  kExtended = 0x04,
-  kSports = 0x09,
-  kStorage = 0x0C,
-};
 
 enum class AckStatus : std::uint8_t {
   kOk = 0,
@@ -67,7 +59,8 @@ enum class Sender { kAccessory, kIpod };
 // command of that number.
 std::string CommandName(std::uint8_t lingo, std::uint16_t command,
                         Sender sender = Sender::kAccessory);
-// The lingo's acknowledgement from the iPod; 0xFFFF when there is none.
+// The lingo's acknowledgement from the iPod; kNoAck where there is none.
+constexpr std::uint16_t kNoAck = 0xFFFF;
 std::uint16_t AckCommand(std::uint8_t lingo);
 
 }  // namespace ipodsim

@@ -55,7 +55,7 @@ class PtyServer::Impl {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (terminal_.is_open()) {
       // What the accessory wrote last still counts.
-      TakeBytes();
+      ReceiveBytes();
       ipod_.Finish(Now());
       Vanish();
     }
@@ -110,7 +110,7 @@ class PtyServer::Impl {
   Microseconds Exchange() {
     if (terminal_.is_open()) {
       connected_ = terminal_.Connected();
-      TakeBytes();
+      ReceiveBytes();
       FollowUnplug();
     }
     const Microseconds now = Now();
@@ -127,7 +127,7 @@ class PtyServer::Impl {
     return wait;
   }
 
-  void TakeBytes() {
+  void ReceiveBytes() {
     const Bytes bytes = terminal_.Read();
     if (!bytes.empty()) ipod_.Receive(bytes.data(), bytes.size(), Now());
   }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -31,18 +32,18 @@ struct LingoSupport {
 
 // The facts of one kind of iPod.
 struct Traits {
-  Profile profile;
-  const char* name;
-  const char* description;
-  bool takes_tokens;             // StartIDPS and what follows it
-  bool knows_options;            // GetiPodOptionsForLingo
-  bool knows_wide_notification;  // SetPlayStatusChangeNotification with a 32-bit mask
-  bool knows_ui_mode;            // the newer SetUIMode
-  bool speaks;
-  std::uint32_t model_id;
-  const char* model_number;
-  const char* serial_number;
-  std::uint8_t software[3];
+  Profile profile = Profile::kNano;
+  const char* name = "";
+  const char* description = "";
+  bool identifies_by_tokens = false;     // StartIDPS and what follows it
+  bool knows_options = false;            // GetiPodOptionsForLingo
+  bool knows_wide_notification = false;  // SetPlayStatusChangeNotification with a 32-bit mask
+  bool knows_ui_mode = false;            // the newer SetUIMode
+  bool answers = true;
+  std::uint32_t model_id = 0;
+  const char* model_number = "";
+  const char* serial_number = "";
+  std::array<std::uint8_t, 3> software = {};
   std::vector<LingoSupport> lingoes;
 
   const LingoSupport* Lingo(std::uint8_t lingo) const;

@@ -3,12 +3,13 @@
 
 #include "frame.h"
 
+#include "simulator/protocol/commands.h"
+
 namespace ipodsim {
 namespace {
 
 constexpr std::uint8_t kSync = 0xFF;
 constexpr std::uint8_t kStart = 0x55;
-constexpr std::uint8_t kExtendedLingo = 4;
 constexpr std::size_t kLongestShortContent = 255;
 
 std::uint8_t SumFrom(const Bytes& wire, std::size_t begin) {
@@ -30,7 +31,7 @@ std::size_t ContentStart(const Bytes& wire) { return wire[2] == 0 ? 5 : 3; }
 Bytes BuildFrame(const Frame& frame, bool large) {
   Bytes content;
   Put8(content, frame.lingo);
-  if (frame.lingo == kExtendedLingo) Put8(content, frame.command >> 8);
+  if (frame.lingo == kExtended) Put8(content, frame.command >> 8);
   Put8(content, frame.command);
   content.insert(content.end(), frame.data.begin(), frame.data.end());
 
@@ -53,7 +54,7 @@ bool ParseFrame(const Bytes& wire, Frame* frame) {
   const std::size_t end = wire.size() - 1;
   if (at >= end) return false;
   frame->lingo = wire[at++];
-  const std::size_t command_size = frame->lingo == kExtendedLingo ? 2 : 1;
+  const std::size_t command_size = frame->lingo == kExtended ? 2 : 1;
   if (at + command_size > end) return false;
   frame->command = command_size == 2 ? Get16(wire, at) : wire[at];
   at += command_size;

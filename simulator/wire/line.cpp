@@ -67,7 +67,7 @@ std::optional<Microseconds> Line::NextDue() const {
   return chunks_.front().due;
 }
 
-Bytes Line::Take(Microseconds now) {
+Bytes Line::PopDue(Microseconds now) {
   Bytes bytes;
   while (!chunks_.empty() && chunks_.front().due <= now) {
     const Bytes& chunk = chunks_.front().bytes;

@@ -18,7 +18,7 @@ class Line {
 
   void Send(const Bytes& wire, Microseconds at);
   std::optional<Microseconds> NextDue() const;
-  Bytes Take(Microseconds now);
+  Bytes PopDue(Microseconds now);
   void Clear();
 
  private:

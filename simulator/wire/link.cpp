@@ -23,7 +23,7 @@ void Link::Acknowledge(const Request& request, AckStatus status) {
   if (request.lingo == kExtended) Put8(data, request.command >> 8);
   Put8(data, request.command);
   const std::uint16_t command = AckCommand(request.lingo);
-  if (command != 0xFFFF) Reply(request, command, std::move(data));
+  if (command != kNoAck) Reply(request, command, std::move(data));
 }
 
 void Link::Refuse(const Request& request, MistakeKind kind, const std::string& detail) {
@@ -45,7 +45,7 @@ void Link::AcknowledgePending(const Request& request) {
   Put8(data, request.command);
   Put32(data, static_cast<std::uint32_t>(settings_.pending_time / kMillisecond));
   const std::uint16_t command = AckCommand(request.lingo);
-  if (command == 0xFFFF || pending_) return;
+  if (command == kNoAck || pending_) return;
   Queue(NextReplyTime(), request.lingo, command, std::move(data), request.identifier, false);
   pending_ = true;
 }
@@ -79,7 +79,7 @@ void Link::CheckIdentifier(const Request& request) {
     ++allowed_extra_steps_;
     return;
   }
-  const bool cancels = request.lingo == kGeneral && request.command == 0x50;
+  const bool cancels = request.lingo == kGeneral && request.command == general::kCancelCommand;
   if (!cancels && last_identifier_) {
     const auto steps = static_cast<std::uint16_t>(identifier - *last_identifier_);
     // An accessory that has just opened its port counts from 0 again.
@@ -119,7 +119,7 @@ std::optional<Microseconds> Link::NextDue() const {
 Bytes Link::Transmit(Microseconds now) {
   Microseconds due = 0;
   Outbox::Item item;
-  while (outbox_.Take(now, &due, &item)) {
+  while (outbox_.Pop(now, &due, &item)) {
     if (trace) {
       Frame frame;
       ParseFrame(item.wire, &frame);
@@ -128,7 +128,7 @@ Bytes Link::Transmit(Microseconds now) {
     }
     line_.Send(item.wire, due);
   }
-  return line_.Take(now);
+  return line_.PopDue(now);
 }
 
 void Link::Clear() {

@@ -12,7 +12,7 @@ std::optional<Microseconds> Outbox::NextDue() const {
   return items_.begin()->first;
 }
 
-bool Outbox::Take(Microseconds now, Microseconds* due, Item* item) {
+bool Outbox::Pop(Microseconds now, Microseconds* due, Item* item) {
   const auto first = items_.begin();
   if (first == items_.end() || first->first > now) return false;
   *due = first->first;

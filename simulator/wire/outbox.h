@@ -24,7 +24,7 @@ class Outbox {
   void Add(Microseconds due, Item item) { items_.emplace(due, std::move(item)); }
   std::optional<Microseconds> NextDue() const;
   // The frame due first, when its time has come.
-  bool Take(Microseconds now, Microseconds* due, Item* item);
+  bool Pop(Microseconds now, Microseconds* due, Item* item);
   // Drops what is left of streamed answers; of one request, when an identifier is given.
   void CancelStreams(std::optional<std::uint16_t> identifier);
   void Clear() { items_.clear(); }

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdio>
 
+#include "simulator/protocol/accessory_information.h"
+
 namespace ipodsim {
 namespace {
 
@@ -40,27 +42,25 @@ const char* StatusName(std::uint8_t status) {
 std::size_t TextStart(const Frame& frame) {
   if (frame.lingo == kGeneral) {
     switch (frame.command) {
-      case 0x08:
-      case 0x0C:
+      case general::kReturnIpodName:
+      case general::kReturnIpodSerialNum:
         return 1;
-      case 0x0E:
+      case general::kReturnIpodModelNum:
         return 5;
-      case 0x28: {
-        const std::uint8_t type = frame.data.empty() ? 0 : frame.data[0];
-        return type == 1 || type == 6 || type == 7 || type == 8 ? 2 : 0;
-      }
+      case general::kRetAccessoryInfo:
+        return !frame.data.empty() && IsTextInformation(frame.data[0]) ? 2 : 0;
       default:
         return 0;
     }
   }
   if (frame.lingo != kExtended) return 0;
   switch (frame.command) {
-    case 0x0008:
-    case 0x0021:
-    case 0x0023:
-    case 0x0025:
+    case extended::kReturnCurrentPlayingTrackChapterName:
+    case extended::kReturnIndexedPlayingTrackTitle:
+    case extended::kReturnIndexedPlayingTrackArtistName:
+    case extended::kReturnIndexedPlayingTrackAlbumName:
       return 1;
-    case 0x001B:
+    case extended::kReturnCategorizedDatabaseRecord:
       return 5;
     default:
       return 0;

@@ -115,13 +115,13 @@ TEST_F(PlayerTest, EventsSayWhatHappenedWhen) {
   player.Start({0, 1}, 0, 0);
   player.Advance(2 * kSecond);
   std::vector<std::pair<PlayerEvent::Kind, Microseconds>> told;
-  for (const PlayerEvent& event : player.TakeEvents()) told.push_back({event.kind, event.at});
+  for (const PlayerEvent& event : player.PopEvents()) told.push_back({event.kind, event.at});
   using Kind = PlayerEvent::Kind;
   EXPECT_THAT(told, ElementsAre(std::pair(Kind::kTrackChanged, Microseconds{0}),
                                 std::pair(Kind::kPlaying, Microseconds{0}),
                                 std::pair(Kind::kTrackChanged, kSecond),
                                 std::pair(Kind::kStopped, 2 * kSecond)));
-  EXPECT_TRUE(player.TakeEvents().empty());
+  EXPECT_TRUE(player.PopEvents().empty());
 }
 
 TEST_F(PlayerTest, FastForwardGoesOnIntoTheNextTrack) {
