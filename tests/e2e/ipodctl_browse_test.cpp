@@ -6,18 +6,20 @@
 
 #include <nlohmann/json.hpp>
 
-#include "dock.h"
+#include "docked_ipod.h"
 
-using e2e::Dock;
+using e2e::DockedIpod;
 using nlohmann::json;
+using test::Ended;
+using test::Process;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
 namespace {
 
 TEST(IpodctlInfo, TellsPeopleAndMachinesWhoIsInTheDock) {
-  const Dock dock;
-  const Dock machines_dock;
+  const DockedIpod dock;
+  const DockedIpod machines_dock;
   const auto for_machines = machines_dock.Start({"info", "--json"});
   const Ended ended = dock.Ipodctl({"info"});
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -43,7 +45,7 @@ TEST(IpodctlInfo, TellsPeopleAndMachinesWhoIsInTheDock) {
 }
 
 TEST(IpodctlInfo, IdentifiesWithoutTokensWhenToldTo) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"--no-idps", "--model", "T-1000", "info", "--json"});
   EXPECT_EQ(ended.status, 0) << ended.err;
   EXPECT_EQ(json::parse(ended.out).at("identified_by"), "lingoes");
@@ -58,7 +60,7 @@ TEST(IpodctlInfo, IdentifiesWithoutTokensWhenToldTo) {
 }
 
 TEST(IpodctlBrowse, CountsEveryCategoryWithoutArguments) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"browse", "--json"});
   EXPECT_EQ(ended.status, 0) << ended.err;
   const json categories = json::parse(ended.out).at("categories");
@@ -73,8 +75,8 @@ TEST(IpodctlBrowse, CountsEveryCategoryWithoutArguments) {
 }
 
 TEST(IpodctlBrowse, WalksDownByNameInAnyCaseAndScript) {
-  const Dock dock;
-  const Dock kanji_dock;
+  const DockedIpod dock;
+  const DockedIpod kanji_dock;
   const auto kanji = kanji_dock.Start({"browse", "albums", "都市", "--json"});
   const Ended ended = dock.Ipodctl({"browse", "artists", "the hum", "Spans"});
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -95,13 +97,13 @@ TEST(IpodctlBrowse, WalksDownByNameInAnyCaseAndScript) {
 }
 
 TEST(IpodctlBrowse, ListsARangeAnotherCategoryOrAnotherHierarchy) {
-  const Dock range_dock;
+  const DockedIpod range_dock;
   const auto range =
       range_dock.Start({"browse", "tracks", "--from", "5", "--count", "9", "--json"});
-  const Dock category_dock;
+  const DockedIpod category_dock;
   const auto category =
       category_dock.Start({"browse", "genres", "Rock", "--category", "tracks", "--json"});
-  const Dock video_dock;
+  const DockedIpod video_dock;
   const auto video = video_dock.Start({"browse", "tracks", "--hierarchy", "video"});
 
   const json list = json::parse(range->Wait().out);
@@ -115,8 +117,8 @@ TEST(IpodctlBrowse, ListsARangeAnotherCategoryOrAnotherHierarchy) {
 }
 
 TEST(IpodctlBrowse, SaysWhatToDoAboutRecordsThatAreNotThere) {
-  const Dock dock;
-  const Dock number_dock;
+  const DockedIpod dock;
+  const DockedIpod number_dock;
   const auto by_number = number_dock.Start({"browse", "artists", "@3"});
   const Ended ended = dock.Ipodctl({"browse", "artists", "Nobody"});
   EXPECT_EQ(ended.status, 1);
@@ -130,8 +132,8 @@ TEST(IpodctlBrowse, SaysWhatToDoAboutRecordsThatAreNotThere) {
 }
 
 TEST(IpodctlBrowse, TakesAPartOfANameUnlessItIsAmbiguous) {
-  const Dock dock;
-  const Dock ambiguous_dock;
+  const DockedIpod dock;
+  const DockedIpod ambiguous_dock;
   const auto ambiguous = ambiguous_dock.Start({"browse", "artists", "The Hum", "a"});
   const Ended ended = dock.Ipodctl({"play", "tracks", "Bri"});
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -145,8 +147,8 @@ TEST(IpodctlBrowse, TakesAPartOfANameUnlessItIsAmbiguous) {
 }
 
 TEST(IpodctlBrowse, ShowsProgressOnATerminalOnly) {
-  const Dock dock;
-  const Dock piped_dock;
+  const DockedIpod dock;
+  const DockedIpod piped_dock;
   const auto piped = piped_dock.Start({"browse", "artists"});
   Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "browse", "artists"},
                       Process::Setting::kErrorsOnTerminal);

@@ -8,13 +8,18 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "dock.h"
+#include "docked_ipod.h"
+#include "support/temporary_folder.h"
 
-using e2e::Dock;
+using e2e::DockedIpod;
 using e2e::SettingsOf;
-using e2e::TemporaryFolder;
 using ipodsim::Profile;
 using nlohmann::json;
+using test::Ended;
+using test::Ipodctl;
+using test::Process;
+using test::RunProgram;
+using test::TemporaryFolder;
 using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -109,7 +114,7 @@ TEST(IpodctlPort, RefusesWhatIsNoSerialLine) {
 }
 
 TEST(IpodctlPort, SaysWhatPermissionIsMissing) {
-  const Dock dock;
+  const DockedIpod dock;
   std::filesystem::permissions(dock.device(), std::filesystem::perms::none);
   Process stranger(IPODCTL_PROGRAM, {"--port", dock.device(), "info"},
                    Process::Setting::kBoundByFileModes);
@@ -117,7 +122,7 @@ TEST(IpodctlPort, SaysWhatPermissionIsMissing) {
 }
 
 TEST(IpodctlPort, RefusesADeviceInUseUntilCtrlCReleasesIt) {
-  const Dock dock;
+  const DockedIpod dock;
   const auto owner = dock.Start({"now", "--follow"});
   ASSERT_TRUE(owner->WaitForOutput("Stopped\n"));
   ExpectRefused(dock.Ipodctl({"info"}), 2, "cannot open " + dock.device() + ": it is in use");
@@ -147,7 +152,7 @@ TEST(IpodctlLibrary, TakesAGoodFileAndRefusesAnyOther) {
 }
 
 TEST(IpodctlProfiles, EachIpodIsTakenForWhatItIs) {
-  const Dock classic_dock(SettingsOf(Profile::kClassic));
+  const DockedIpod classic_dock(SettingsOf(Profile::kClassic));
   const auto classic = classic_dock.Start({"info", "--json"});
   Process without_sports(IPODCTL_PROGRAM, {"--simulated=nosports", "info"});
   Process old(IPODCTL_PROGRAM, {"--simulated=old", "info"});
@@ -201,7 +206,7 @@ TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {
 TEST(IpodctlFailure, TellsAnInterruptFromSuccess) {
   ipodsim::Settings settings;
   settings.library = e2e::NumberedTracks(900);  // half a minute's reading
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   Process browser(IPODCTL_PROGRAM, {"--port", dock.device(), "browse", "tracks"});
   ASSERT_TRUE(browser.WaitForOutput("    0  Track 000\n"));
   browser.Signal(SIGINT);
@@ -213,7 +218,7 @@ TEST(IpodctlFailure, TellsAnInterruptFromSuccess) {
 }
 
 TEST(IpodctlFailure, ReportsOutputThatCannotBeWritten) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = RunProgram("/bin/sh", {"-c", "exec \"$0\" --port \"$1\" info >/dev/full",
                                              IPODCTL_PROGRAM, dock.device()});
   ExpectRefused(ended, 1, "cannot write the output");

@@ -7,14 +7,18 @@
 #include <csignal>
 #include <nlohmann/json.hpp>
 
-#include "dock.h"
+#include "docked_ipod.h"
+#include "support/temporary_folder.h"
 
-using e2e::Dock;
+using e2e::DockedIpod;
 using e2e::SettingsOf;
-using e2e::TemporaryFolder;
 using ipodsim::PlayerState;
 using ipodsim::Profile;
 using nlohmann::json;
+using test::Ended;
+using test::Ipodctl;
+using test::Process;
+using test::TemporaryFolder;
 using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -23,7 +27,7 @@ using ::testing::StartsWith;
 namespace {
 
 // Runs a command through the legacy interface, and runs it well.
-std::string Legacy(const Dock& dock, std::vector<std::string> arguments) {
+std::string Legacy(const DockedIpod& dock, std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), "--legacy");
   const Ended ended = dock.Ipodctl(arguments);
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -40,7 +44,7 @@ void ExpectRefused(const Ended& ended, int status, const std::string& part) {
 }
 
 TEST(IpodctlLegacy, TellsWhatIsInTheDockInItsOwnWords) {
-  const Dock dock;
+  const DockedIpod dock;
   EXPECT_EQ(Legacy(dock, {"info"}), "Zoë's iPod on " + dock.device() +
                                         "\n"
                                         "  Model               MB598LL\n"
@@ -67,7 +71,7 @@ TEST(IpodctlLegacy, AsksAboutWorkoutsOnlyModelsThatTakeThem) {
                                       {0x00130001, false}}) {
     ipodsim::Settings settings = SettingsOf(Profile::kNano);
     settings.model_id = id;
-    const Dock dock(settings);
+    const DockedIpod dock(settings);
     const json info = json::parse(Legacy(dock, {"info", "--json"}));
     EXPECT_EQ(info.at("sports"), supported) << id;
     EXPECT_EQ(dock.mistakes(), "") << id;
@@ -75,7 +79,7 @@ TEST(IpodctlLegacy, AsksAboutWorkoutsOnlyModelsThatTakeThem) {
 }
 
 TEST(IpodctlLegacy, CountsAndListsRecords) {
-  const Dock dock;
+  const DockedIpod dock;
   EXPECT_THAT(Legacy(dock, {"browse"}), AllOf(HasSubstr("  artists             3\n"),
                                               HasSubstr("  tracks              7\n")));
   EXPECT_EQ(Legacy(dock, {"browse", "artists", "the hum", "Spans"}),
@@ -99,7 +103,7 @@ TEST(IpodctlLegacy, NameTooLongForItIsLeftOutOfAList) {
   ipodsim::Settings settings;
   settings.library = e2e::NumberedTracks(3);
   settings.library.tracks[1].title = "Track 001" + std::string(300, 'x');
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const json list = json::parse(Legacy(dock, {"browse", "tracks", "--json"}));
   EXPECT_EQ(list.at("records"), json::parse(R"([{"index": 0, "name": "Track 000"},
                                                 {"index": 1, "name": ""},
@@ -107,7 +111,7 @@ TEST(IpodctlLegacy, NameTooLongForItIsLeftOutOfAList) {
 }
 
 TEST(IpodctlLegacy, PlaysPausesAndTellsWhatItPlays) {
-  const Dock dock;
+  const DockedIpod dock;
   EXPECT_THAT(Legacy(dock, {"play", "albums", "Spans", "Arches"}),
               AllOf(HasSubstr("  State               Playing\n"
                               "  Title               Arches\n"
@@ -140,7 +144,7 @@ TEST(IpodctlLegacy, TellsChaptersAndVideos) {
   for (ipodsim::Track& track : settings.library.tracks) {
     if (track.kind == ipodsim::MediaKind::kAudiobook) track.chapters = {"Opening", "End"};
   }
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const json book = json::parse(Legacy(dock, {"play", "audiobooks", "@0", "--json"}));
   EXPECT_EQ(book.at("title"), "Chapter 1");
   EXPECT_EQ(book.at("chapter"), "Opening");
@@ -151,7 +155,7 @@ TEST(IpodctlLegacy, TellsChaptersAndVideos) {
 }
 
 TEST(IpodctlLegacy, NothingPlaysAtFirst) {
-  const Dock dock;
+  const DockedIpod dock;
   EXPECT_EQ(Legacy(dock, {"now"}), "  State               Stopped\n");
   EXPECT_EQ(Legacy(dock, {"pause", "--json"}), "{\"state\":\"Stopped\"}\n");
 }
@@ -161,14 +165,14 @@ TEST(IpodctlLegacy, SortsByNameOnModelsThatWantIt) {
   settings.model_id = 0x00100001;
   // Only sorted selections are taken, so one that is not sorted would fail.
   settings.refuses_select_record = true;
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   EXPECT_THAT(Legacy(dock, {"browse", "albums", "Spans"}), HasSubstr("  0  Arches\n"
                                                                      "  1  Bridges\n"
                                                                      "  2  Piers\n"));
 }
 
 TEST(IpodctlLegacy, ShowsAndSetsPreferences) {
-  const Dock dock;
+  const DockedIpod dock;
   EXPECT_EQ(Legacy(dock, {"prefs"}),
             "  video-out           Off\n"
             "  screen              Fill Entire Screen\n"
@@ -191,7 +195,7 @@ TEST(IpodctlLegacy, ShowsAndSetsPreferences) {
 TEST(IpodctlLegacy, PreferenceThatIsRefusedIsOneSentence) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.refused[{0x00, 0x2B}] = ipodsim::AckStatus::kFailed;
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   ExpectRefused(dock.Ipodctl({"--legacy", "prefs", "set", "video-out", "on"}), 1,
                 "the iPod refused to set video-out to on");
   ExpectRefused(dock.Ipodctl({"--legacy", "prefs", "set", "aspect", "16:9"}), 1,
@@ -199,7 +203,7 @@ TEST(IpodctlLegacy, PreferenceThatIsRefusedIsOneSentence) {
 }
 
 TEST(IpodctlLegacy, WorkoutIsWrittenInTheOlderForm) {
-  const Dock dock;
+  const DockedIpod dock;
   const std::string out = Legacy(dock, {"workout", "--equipment", "bike", "--duration", "10",
                                         "--interval", "5", "--speed", "1000"});
   EXPECT_THAT(out, AllOf(StartsWith("Workout on bike, 0:10, written to the iPod in 3 intervals\n"
@@ -237,7 +241,7 @@ TEST(IpodctlLegacy, WorkoutIsWrittenInTheOlderForm) {
 }
 
 TEST(IpodctlLegacy, NamesOfAWorkoutKeepTheirAccents) {
-  const Dock dock;
+  const DockedIpod dock;
   Legacy(dock, {"workout", "--duration", "1", "--speed", "1000", "--model", "Größe 9",
                 "--serial-number", "7"});
   dock.server().Inspect([&](const ipodsim::SimulatedIpod& ipod) {
@@ -250,7 +254,7 @@ TEST(IpodctlLegacy, RefusedLineEndsAWorkoutAndTellsWhatIsSaved) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   // The header has 14 lines; the second line of the first interval fails.
   settings.storage.failing_writes[16] = ipodsim::AckStatus::kOutOfResources;
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const Ended ended = dock.Ipodctl({"--legacy", "workout", "--duration", "1", "--speed", "1000"});
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.err,
@@ -260,7 +264,7 @@ TEST(IpodctlLegacy, RefusedLineEndsAWorkoutAndTellsWhatIsSaved) {
 }
 
 TEST(IpodctlLegacy, IpodWithoutWorkoutsIsOneSentence) {
-  const Dock dock(SettingsOf(Profile::kClassic));
+  const DockedIpod dock(SettingsOf(Profile::kClassic));
   ExpectRefused(dock.Ipodctl({"--legacy", "workout"}), 1,
                 "this iPod does not take workouts from the legacy interface");
   EXPECT_EQ(dock.mistakes(), "");
@@ -289,7 +293,7 @@ TEST(IpodctlLegacy, PortsThatDoNotOpenAreOneSentence) {
                 "cannot open /dev/no-such-dock: there is no such device");
   ExpectRefused(Ipodctl({"--port", "/dev/null", "--legacy", "info"}), 2,
                 "cannot open /dev/null: it is in use, or does not work as a serial line");
-  const Dock dock;
+  const DockedIpod dock;
   const auto owner = dock.Start({"now", "--follow"});
   ASSERT_TRUE(owner->WaitForOutput("Stopped\n"));
   ExpectRefused(dock.Ipodctl({"--legacy", "info"}), 2,
@@ -304,7 +308,7 @@ TEST(IpodctlLegacy, SilentIpodIsOneSentence) {
 }
 
 TEST(IpodctlLegacy, RecordsThatAreNotThereAreOneSentence) {
-  const Dock dock;
+  const DockedIpod dock;
   ExpectRefused(dock.Ipodctl({"--legacy", "play", "artists", "Nobody"}), 1,
                 "there is no artist 'Nobody' here");
   ExpectRefused(dock.Ipodctl({"--legacy", "browse", "albums", "@9"}), 1,
@@ -329,7 +333,7 @@ TEST(IpodctlLegacy, PulledCableIsOneSentence) {
 TEST(IpodctlLegacy, InterruptIsToldFromSuccess) {
   ipodsim::Settings settings;
   settings.library = e2e::NumberedTracks(900);
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const auto browser = dock.Start({"--legacy", "browse", "tracks"});
   ASSERT_TRUE(browser->WaitForOutput("    0  Track 000\n"));
   browser->Signal(SIGINT);

@@ -5,20 +5,23 @@
 
 #include <nlohmann/json.hpp>
 
-#include "dock.h"
-#include "json_lines.h"
+#include "docked_ipod.h"
+#include "support/json_lines.h"
 
-using e2e::Dock;
-using e2e::Objects;
+using e2e::DockedIpod;
 using ipodsim::PlayerState;
 using nlohmann::json;
+using test::Ended;
+using test::Ipodctl;
+using test::Objects;
+using test::Process;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
 namespace {
 
 TEST(IpodctlPlay, PlaysANamedTrackPausesGoesOnAndIsFollowed) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended played = dock.Ipodctl({"play", "artists", "The Hum", "Spans", "Arches", "--json"});
   EXPECT_EQ(played.status, 0) << played.err;
   const json now = json::parse(played.out);
@@ -52,7 +55,7 @@ TEST(IpodctlPlay, PlaysANamedTrackPausesGoesOnAndIsFollowed) {
 }
 
 TEST(IpodctlPlay, PlaysAListFromItsFirstTrackSkipsAndStops) {
-  const Dock dock;
+  const DockedIpod dock;
   EXPECT_EQ(dock.Ipodctl({"play", "playlists", "Morning Run"}).status, 0);
   EXPECT_EQ(dock.title(), "歩く 🎧");
   const Ended next = dock.Ipodctl({"next"});
@@ -71,8 +74,8 @@ TEST(IpodctlPlay, PlaysAListFromItsFirstTrackSkipsAndStops) {
 }
 
 TEST(IpodctlPlay, WindsForwardAndBack) {
-  const Dock dock;
-  const Dock idle_dock;
+  const DockedIpod dock;
+  const DockedIpod idle_dock;
   const auto idle = idle_dock.Start({"seek", "back"});
   EXPECT_EQ(dock.Ipodctl({"play", "tracks", "Bridges"}).status, 0);
   // Three seconds of winding cover twenty-four.
@@ -93,11 +96,11 @@ TEST(IpodctlPlay, WindsForwardAndBack) {
 }
 
 TEST(IpodctlModes, SetAndReadShuffleRepeatAndPreferences) {
-  const Dock shuffle_dock;
+  const DockedIpod shuffle_dock;
   const auto shuffle = shuffle_dock.Start({"shuffle", "albums", "--keep"});
-  const Dock repeat_dock;
+  const DockedIpod repeat_dock;
   const auto repeat = repeat_dock.Start({"repeat", "one"});
-  const Dock prefs_dock;
+  const DockedIpod prefs_dock;
   const auto prefs = prefs_dock.Start({"prefs", "set", "aspect", "4:3"});
   EXPECT_EQ(shuffle->Wait().out, "Shuffle: albums\n");
   EXPECT_EQ(repeat->Wait().out, "Repeat: one\n");
@@ -125,8 +128,8 @@ TEST(IpodctlModes, SetAndReadShuffleRepeatAndPreferences) {
 
 // The library prints a trace line on standard output whenever a track is started.
 TEST(IpodctlOutput, KeepsTheLibrarysOwnPrintsOutOfTheData) {
-  const Dock dock;
-  const Dock verbose_dock;
+  const DockedIpod dock;
+  const DockedIpod verbose_dock;
   const auto verbose = verbose_dock.Start({"play", "tracks", "@0", "--json", "--verbose"});
   const Ended quiet = dock.Ipodctl({"play", "tracks", "@0", "--json"});
   EXPECT_EQ(json::parse(quiet.out).at("state"), "playing");

@@ -9,16 +9,20 @@
 #include <mutex>
 #include <nlohmann/json.hpp>
 
-#include "dock.h"
+#include "docked_ipod.h"
 #include "ipod/live_text.h"
-#include "json_lines.h"
+#include "support/json_lines.h"
+#include "support/temporary_folder.h"
 
-using e2e::Dock;
-using e2e::Objects;
+using e2e::DockedIpod;
 using e2e::SettingsOf;
-using e2e::TemporaryFolder;
 using ipodsim::Profile;
 using nlohmann::json;
+using test::Ended;
+using test::Ipodctl;
+using test::Objects;
+using test::Process;
+using test::TemporaryFolder;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -26,7 +30,7 @@ using ::testing::Not;
 namespace {
 
 TEST(IpodctlSelftest, GoodIpodPassesEveryStep) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"selftest"});
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.err, "");
@@ -48,7 +52,7 @@ TEST(IpodctlSelftest, GoodIpodPassesEveryStep) {
 
 // The library writes the text while its call lasts; the tracks' stand for two seconds each.
 TEST(IpodctlSelftest, TerminalShowsEachActionWhileItLasts) {
-  const Dock dock;
+  const DockedIpod dock;
   Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "selftest"},
                       Process::Setting::kErrorsOnTerminal);
   const Ended ended = on_terminal.Wait();
@@ -81,7 +85,7 @@ TEST(LiveText, IsShownOnceForEachChange) {
 }
 
 TEST(IpodctlSelftest, JsonHasAnObjectForEachStepAndOneForAll) {
-  const Dock dock(SettingsOf(Profile::kClassic));
+  const DockedIpod dock(SettingsOf(Profile::kClassic));
   // The flag adds nothing: the self-test is the legacy interface's own.
   const Ended ended = dock.Ipodctl({"--legacy", "selftest", "--json"});
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -101,7 +105,7 @@ TEST(IpodctlSelftest, AlbumWithOneTrackIsEnough) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.library.tracks.resize(1);
   settings.library.playlists.clear();
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const Ended ended = dock.Ipodctl({"selftest"});
   EXPECT_EQ(ended.status, 0) << ended.err;
   EXPECT_THAT(ended.out, HasSubstr("pass  Select Tracks from Album 0 Test\n"
@@ -112,7 +116,7 @@ TEST(IpodctlSelftest, FailedStepNamesItsActionAndTheOthersGoOn) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.library.tracks.clear();
   settings.library.playlists.clear();
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const Ended ended = dock.Ipodctl({"selftest"});
   EXPECT_EQ(ended.status, 1);
   EXPECT_THAT(ended.out, HasSubstr("FAIL  Select Tracks from Album 0 Test\n"

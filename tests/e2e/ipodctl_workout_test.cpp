@@ -8,16 +8,19 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "dock.h"
-#include "json_lines.h"
+#include "docked_ipod.h"
+#include "support/json_lines.h"
+#include "support/temporary_folder.h"
 
-using e2e::Dock;
-using e2e::Objects;
+using e2e::DockedIpod;
 using e2e::SettingsOf;
-using e2e::TemporaryFolder;
 using ipodsim::AckStatus;
 using ipodsim::Profile;
 using nlohmann::json;
+using test::Ended;
+using test::Objects;
+using test::Process;
+using test::TemporaryFolder;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
@@ -58,14 +61,14 @@ constexpr const char* kClimbIntervals =
     "\t<workoutSummary>\n\t\t<sec>30</sec>\n\t\t<kCal>6.00</kCal>\n"
     "\t\t<floors>12.0</floors>\n\t\t<spm>30</spm>\n\t\t<bpm>102</bpm>\n\t</workoutSummary>\n";
 
-std::string FileOf(const Dock& dock, const std::string& name = "gym-0001.xml") {
+std::string FileOf(const DockedIpod& dock, const std::string& name = "gym-0001.xml") {
   std::string content;
   dock.server().Inspect(
       [&](const ipodsim::SimulatedIpod& ipod) { content = ipod.feature_files().Read(name); });
   return content;
 }
 
-std::vector<std::string> OpenFiles(const Dock& dock) {
+std::vector<std::string> OpenFiles(const DockedIpod& dock) {
   std::vector<std::string> names;
   dock.server().Inspect(
       [&](const ipodsim::SimulatedIpod& ipod) { names = ipod.open_feature_files(); });
@@ -91,7 +94,7 @@ void ExpectSentence(const Ended& ended, int status, const std::string& sentence)
 }
 
 /// A workout of 20 seconds in half a second: 13 header lines, 5 intervals, a summary.
-std::unique_ptr<Process> StartShortWorkout(const Dock& dock) {
+std::unique_ptr<Process> StartShortWorkout(const DockedIpod& dock) {
   return dock.Start({"workout", "--duration", "20", "--speed", "40"});
 }
 
@@ -103,7 +106,7 @@ ipodsim::Settings FailingWrite(std::uint32_t number, AckStatus status = AckStatu
 }
 
 TEST(IpodctlWorkout, LogsAGeneratedWorkoutWithNamesEscaped) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"workout", "--duration", "1:30", "--speed", "100", "--weight",
                                     "68.54", "--manufacturer", "Größe & <Söhne>", "--serial-number",
                                     "橋 7", "--model", "QZ\"104"});
@@ -143,7 +146,7 @@ TEST(IpodctlWorkout, LogsAGeneratedWorkoutWithNamesEscaped) {
 
 TEST(IpodctlWorkout, WritesARecordedWorkoutByteForByte) {
   const TemporaryFolder folder;
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"workout", "--equipment", "stepper", "--from",
                                     folder.Write("climb.csv", kClimb), "--speed", "100"});
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -161,7 +164,7 @@ TEST(IpodctlWorkout, WritesARecordedWorkoutByteForByte) {
 
 TEST(IpodctlWorkout, TellsMachinesEveryInterval) {
   const TemporaryFolder folder;
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"workout", "--equipment", "stepper", "--from",
                                     folder.Write("climb.csv", kClimb), "--speed", "100", "--json"});
   EXPECT_EQ(ended.status, 0) << ended.err;
@@ -212,7 +215,7 @@ TEST(IpodctlWorkout, NamesTheFileThatASimulatedIpodKeeps) {
 }
 
 TEST(IpodctlWorkout, ShowsALiveLineOnATerminal) {
-  const Dock dock;
+  const DockedIpod dock;
   Process terminal(IPODCTL_PROGRAM,
                    {"--port", dock.device(), "workout", "--duration", "15", "--speed", "15"},
                    Process::Setting::kErrorsOnTerminal);
@@ -224,7 +227,7 @@ TEST(IpodctlWorkout, ShowsALiveLineOnATerminal) {
 }
 
 TEST(IpodctlWorkout, PassesTheLibrarysDebugOutputOnWhenVerbose) {
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended =
       dock.Ipodctl({"workout", "--duration", "5", "--speed", "100", "--verbose", "--json"});
   EXPECT_EQ(ended.status, 0);
@@ -233,7 +236,7 @@ TEST(IpodctlWorkout, PassesTheLibrarysDebugOutputOnWhenVerbose) {
 }
 
 TEST(IpodctlWorkout, CtrlCEndsTheDocumentInGoodOrder) {
-  const Dock dock;
+  const DockedIpod dock;
   const auto workout = dock.Start({"workout", "--duration", "1:00:00"});
   ASSERT_TRUE(workout->WaitForOutput("start"));
   workout->Signal(SIGINT);
@@ -252,7 +255,7 @@ TEST(IpodctlWorkout, CtrlCEndsTheDocumentInGoodOrder) {
 }
 
 TEST(IpodctlWorkout, StartsAndEndsALogThatIsInterruptedInItsHeader) {
-  const Dock dock;
+  const DockedIpod dock;
   const auto workout = dock.Start({"workout", "--duration", "1:00:00"});
   ASSERT_TRUE(workout->WaitForOutput("written to the iPod"));
   workout->Signal(SIGINT);
@@ -267,7 +270,7 @@ TEST(IpodctlWorkout, StartsAndEndsALogThatIsInterruptedInItsHeader) {
 
 TEST(IpodctlWorkout, StartsTheClockAtARecordingsFirstReading) {
   const TemporaryFolder folder;
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl(
       {"workout", "--from",
        folder.Write("late.csv", "seconds,km,kcal,pace\n359000,0,0,0\n359001,0,0,0\n")});
@@ -304,10 +307,10 @@ TEST(IpodctlWorkout, SaysWhyAnIpodTakesNone) {
        "--interval makes it smaller"},
       {closed, "the iPod refused to open a file for the workout; nothing was saved"},
   };
-  std::vector<std::unique_ptr<Dock>> docks;
+  std::vector<std::unique_ptr<DockedIpod>> docks;
   std::vector<std::unique_ptr<Process>> runs;
   for (const auto& [settings, sentence] : cases) {
-    docks.push_back(std::make_unique<Dock>(settings));
+    docks.push_back(std::make_unique<DockedIpod>(settings));
     runs.push_back(StartShortWorkout(*docks.back()));
   }
   for (std::size_t i = 0; i < cases.size(); ++i) {
@@ -318,12 +321,12 @@ TEST(IpodctlWorkout, SaysWhyAnIpodTakesNone) {
 }
 
 TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodRefusesAPart) {
-  const Dock header_dock(FailingWrite(5));
-  const Dock interval_dock(FailingWrite(kHeaderLines + 3, AckStatus::kOutOfResources));
-  const Dock summary_dock(FailingWrite(kHeaderLines + 6));
+  const DockedIpod header_dock(FailingWrite(5));
+  const DockedIpod interval_dock(FailingWrite(kHeaderLines + 3, AckStatus::kOutOfResources));
+  const DockedIpod summary_dock(FailingWrite(kHeaderLines + 6));
   ipodsim::Settings keeps_open = SettingsOf(Profile::kNano);
   keeps_open.refused[{0x0C, 0x08}] = AckStatus::kFailed;
-  const Dock close_dock(keeps_open);
+  const DockedIpod close_dock(keeps_open);
   const auto header = StartShortWorkout(header_dock);
   const auto interval = StartShortWorkout(interval_dock);
   const auto summary = StartShortWorkout(summary_dock);
@@ -370,7 +373,7 @@ class FullDisk : public ipodsim::MemoryFeatureFiles {
 TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheDiskIsFull) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.storage.files = std::make_shared<FullDisk>();
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   const Ended ended = StartShortWorkout(dock)->Wait();
   const std::string file = FileOf(dock);
   ExpectSentence(ended, 1,
@@ -419,7 +422,7 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodIsPulledOutOrFallsSilent) {
 TEST(IpodctlWorkout, RefusesABadRecordingBeforeAnythingIsSaved) {
   const TemporaryFolder folder;
   const std::string file = folder.Write("bad.csv", "seconds,km,kcal,pace\n0,0,0,0\n9,much,0,0\n");
-  const Dock dock;
+  const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"workout", "--from", file});
   ExpectSentence(ended, 66, file + ", line 3: km 'much' is not a number");
   ExpectSentence(dock.Ipodctl({"workout", "--from", folder.path("none.csv")}), 66,
@@ -432,16 +435,16 @@ TEST(IpodctlWorkout, RefusesABadRecordingBeforeAnythingIsSaved) {
 TEST(IpodctlUserdata, ShowsAndSetsWhatTheIpodKnowsAboutItsUser) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.sports.user_data = {2, 755, 41};
-  const Dock dock(settings);
-  const Dock no_data_dock([] {
+  const DockedIpod dock(settings);
+  const DockedIpod no_data_dock([] {
     ipodsim::Settings none = SettingsOf(Profile::kNano);
     none.sports.capabilities = ipodsim::kGymCapability;
     return none;
   }());
-  const Dock no_sports_dock(SettingsOf(Profile::kNoSports));
+  const DockedIpod no_sports_dock(SettingsOf(Profile::kNoSports));
   ipodsim::Settings stubborn = SettingsOf(Profile::kNano);
   stubborn.refused[{0x09, 0x8A}] = AckStatus::kFailed;
-  const Dock stubborn_dock(stubborn);
+  const DockedIpod stubborn_dock(stubborn);
   const auto no_data = no_data_dock.Start({"userdata"});
   const auto no_sports = no_sports_dock.Start({"userdata", "--weight", "70"});
   const auto refused = stubborn_dock.Start({"userdata", "--weight", "70"});

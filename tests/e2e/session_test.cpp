@@ -11,10 +11,10 @@
 #include <thread>
 #include <vector>
 
-#include "dock.h"
+#include "docked_ipod.h"
 #include "ipodcomm/CIpodComm.h"
 
-using e2e::Dock;
+using e2e::DockedIpod;
 using e2e::NumberedTracks;
 using e2e::SettingsOf;
 using ipodsim::Fault;
@@ -27,7 +27,7 @@ constexpr unsigned char kTracks = 5;
 constexpr unsigned long kStatePositionAndTrackEvents = 0x1F;
 
 /// Makes the library's port stand for this dock.
-void UsePort(const Dock& dock) { ::setenv("IPODCOMM_COM2", dock.device().c_str(), 1); }
+void UsePort(const DockedIpod& dock) { ::setenv("IPODCOMM_COM2", dock.device().c_str(), 1); }
 
 /// Opens and identifies by tokens.
 tagIPOD_IDENTIFY_RESULT Identify(CIpodComm& ipod) {
@@ -68,7 +68,7 @@ ipodsim::Settings WithTracks(int count) {
 /// A session that has used a faulty line goes on to a clean one and must work as if new.
 void ExpectToWorkOn(CIpodComm& ipod) {
   ipod.Close();
-  const Dock clean(WithTracks(3));
+  const DockedIpod clean(WithTracks(3));
   UsePort(clean);
   EXPECT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
   wchar_t name[256] = {};
@@ -79,7 +79,7 @@ void ExpectToWorkOn(CIpodComm& ipod) {
 }
 
 TEST(SessionOverTerminal, IdentifiesAndReadsFiftyNamesInOrder) {
-  const Dock dock(WithTracks(50));
+  const DockedIpod dock(WithTracks(50));
   UsePort(dock);
   CIpodComm ipod;
   ASSERT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
@@ -100,7 +100,7 @@ TEST(SessionOverTerminal, IdentifiesAndReadsFiftyNamesInOrder) {
 }
 
 TEST(SessionOverTerminal, PlaysAndHearsThePositionMove) {
-  const Dock dock(WithTracks(3));
+  const DockedIpod dock(WithTracks(3));
   UsePort(dock);
   CIpodComm ipod;
   PlayFirstTrack(ipod);
@@ -125,7 +125,7 @@ TEST(SessionOverTerminal, PlaysAndHearsThePositionMove) {
 TEST(SessionOverTerminal, MayBeDestroyedWhileNotificationsStream) {
   ipodsim::Settings settings = WithTracks(3);
   settings.position_period = 60 * ipodsim::kMillisecond;  // about as fast as the line can take
-  const Dock dock(settings);
+  const DockedIpod dock(settings);
   UsePort(dock);
   {
     auto ipod = std::make_unique<CIpodComm>();
@@ -143,7 +143,7 @@ TEST(SessionOverTerminal, MayBeDestroyedWhileNotificationsStream) {
 }
 
 TEST(SessionOverTerminal, MayBeDestroyedAtAnyStageOfItsStart) {
-  const Dock dock(WithTracks(3));
+  const DockedIpod dock(WithTracks(3));
   UsePort(dock);
   { CIpodComm never_opened; }
   {
@@ -163,7 +163,7 @@ TEST(SessionOverTerminal, MayBeDestroyedAtAnyStageOfItsStart) {
 // A copy shares its source's handles: whichever goes first leaves the other with stale ones, whose
 // use fails and does nothing worse.
 TEST(SessionOverTerminal, ACopyMayOutliveItsSource) {
-  const Dock dock(WithTracks(3));
+  const DockedIpod dock(WithTracks(3));
   UsePort(dock);
   auto source = std::make_unique<CIpodComm>();
   ASSERT_EQ(Identify(*source), IPOD_IDENTIFY_RESULT_IDPS);
@@ -178,7 +178,7 @@ TEST(SessionOverTerminal, ACopyMayOutliveItsSource) {
 }
 
 TEST(SessionOverTerminal, ASourceMayOutliveItsCopy) {
-  const Dock dock(WithTracks(3));
+  const DockedIpod dock(WithTracks(3));
   UsePort(dock);
   {
     CIpodComm source;
@@ -213,7 +213,7 @@ TEST_P(SessionOnBadLine, SurvivesAndWorksAfterwards) {
   settings.faults.one_in = 20;
   std::unique_ptr<CIpodComm> session;
   {
-    const Dock dock(settings);
+    const DockedIpod dock(settings);
     UsePort(dock);
     session = std::make_unique<CIpodComm>();
     // Whether any of this succeeds is the fault's business; that it ends is the library's.
@@ -240,7 +240,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<BadLine>& tested) { return tested.param.name; });
 
 TEST(SessionOverTerminal, FailsInTimeWhenTheCableIsPulledAndComesBack) {
-  auto dock = std::make_unique<Dock>(WithTracks(3));
+  auto dock = std::make_unique<DockedIpod>(WithTracks(3));
   UsePort(*dock);
   CIpodComm ipod;
   ASSERT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);

@@ -9,11 +9,16 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "../../e2e/process.h"
 #include "documents.h"
+#include "support/process.h"
+#include "support/temporary_folder.h"
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using test::Ended;
+using test::Ipodctl;
+using test::Process;
+using test::RunProgram;
 using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -23,17 +28,10 @@ namespace {
 
 class ReportCommand : public ::testing::Test {
  protected:
-  ReportCommand() {
-    std::string name = ::testing::TempDir() + "ipodctl-report-XXXXXX";
-    folder_ = ::mkdtemp(name.data());
-  }
-  ~ReportCommand() override { fs::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return folder_ + "/" + name; }
+  std::string Path(const std::string& name) const { return folder_.path(name); }
 
   std::string Write(const std::string& name, const std::string& content) const {
-    std::ofstream(Path(name), std::ios::binary) << content;
-    return Path(name);
+    return folder_.Write(name, content);
   }
 
   static std::string Content(const std::string& path) {
@@ -53,7 +51,7 @@ class ReportCommand : public ::testing::Test {
   }
 
  private:
-  std::string folder_;
+  test::TemporaryFolder folder_;
 };
 
 TEST_F(ReportCommand, WritesThePageBesideTheDocument) {

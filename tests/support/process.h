@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace test {
+
 /// How a program ended and what it printed.
 struct Ended {
   int status = -1;  // exit status; -1 when it was killed or did not end in time
@@ -53,3 +55,5 @@ class Process {
 Ended RunProgram(const std::string& program, const std::vector<std::string>& arguments);
 /// Runs ipodctl.
 Ended Ipodctl(const std::vector<std::string>& arguments);
+
+}  // namespace test

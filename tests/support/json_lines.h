@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a program told machines: one JSON object a line.
+// What a program prints for other programs: one JSON object a line.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace e2e {
+namespace test {
 
 inline std::vector<nlohmann::json> Objects(const std::string& lines) {
   std::vector<nlohmann::json> objects;
@@ -18,4 +18,4 @@ inline std::vector<nlohmann::json> Objects(const std::string& lines) {
   return objects;
 }
 
-}  // namespace e2e
+}  // namespace test

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Child processes with both their streams read as they come.
-#include "process.h"
+#include "support/process.h"
 
 #include <fcntl.h>
 #include <linux/capability.h>
@@ -12,6 +12,8 @@
 #include <unistd.h>
 
 #include <chrono>
+
+namespace test {
 
 namespace {
 
@@ -125,3 +127,5 @@ Ended RunProgram(const std::string& program, const std::vector<std::string>& arg
 Ended Ipodctl(const std::vector<std::string>& arguments) {
   return RunProgram(IPODCTL_PROGRAM, arguments);
 }
+
+}  // namespace test

@@ -1,10 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Docks simulated iPods for the tests.
-#include "dock.h"
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include "docked_ipod.h"
 
 namespace e2e {
 
@@ -48,39 +43,26 @@ ipodsim::Library NumberedTracks(int count) {
   return library;
 }
 
-TemporaryFolder::TemporaryFolder() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "ipodctl-XXXXXX").string();
-  if (::mkdtemp(pattern.data()) == nullptr) std::abort();
-  folder_ = pattern;
-}
-
-TemporaryFolder::~TemporaryFolder() { std::filesystem::remove_all(folder_); }
-
-std::string TemporaryFolder::Write(const std::string& name, const std::string& content) const {
-  std::ofstream(path(name), std::ios::binary) << content;
-  return path(name);
-}
-
-Dock::Dock(ipodsim::Settings settings) : server_(std::move(settings)) {
+DockedIpod::DockedIpod(ipodsim::Settings settings) : server_(std::move(settings)) {
   EXPECT_TRUE(server_.Start()) << server_.error();
 }
 
-Ended Dock::Ipodctl(const std::vector<std::string>& arguments) const {
+test::Ended DockedIpod::Ipodctl(const std::vector<std::string>& arguments) const {
   return Start(arguments)->Wait();
 }
 
-std::unique_ptr<Process> Dock::Start(std::vector<std::string> arguments) const {
+std::unique_ptr<test::Process> DockedIpod::Start(std::vector<std::string> arguments) const {
   arguments.insert(arguments.begin(), {"--port", device()});
-  return std::make_unique<Process>(IPODCTL_PROGRAM, arguments);
+  return std::make_unique<test::Process>(IPODCTL_PROGRAM, arguments);
 }
 
-ipodsim::PlayerState Dock::state() const {
+ipodsim::PlayerState DockedIpod::state() const {
   ipodsim::PlayerState state = ipodsim::PlayerState::kStopped;
   server_.Inspect([&](const ipodsim::SimulatedIpod& ipod) { state = ipod.player().state(); });
   return state;
 }
 
-std::string Dock::title() const {
+std::string DockedIpod::title() const {
   std::string title;
   server_.Inspect([&](const ipodsim::SimulatedIpod& ipod) {
     const ipodsim::Track* track = ipod.player().current();
@@ -89,7 +71,7 @@ std::string Dock::title() const {
   return title;
 }
 
-std::string Dock::mistakes() const {
+std::string DockedIpod::mistakes() const {
   std::string lines;
   for (const ipodsim::Mistake& mistake : server_.mistakes()) {
     lines += mistake.name + ": " + mistake.detail + "\n";
