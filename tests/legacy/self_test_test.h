@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "answering_ipod.h"
+#include "support/answering_ipod.h"
 #include "support/legacy_test.h"
 
 namespace test {

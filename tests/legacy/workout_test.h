@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "answering_ipod.h"
+#include "support/answering_ipod.h"
 #include "support/legacy_test.h"
 
 namespace test {

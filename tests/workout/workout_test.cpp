@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Whole workouts on the wire: every frame of a document, the checks before it in their order, and
 // what is told when the iPod refuses or falls silent at any step.
+#include "support/answering_ipod.h"
 #include "support/session_test.h"
-#include "workout/workout_ipod.h"
 
 namespace {
 
+using test::AnsweringIpod;
 using test::kMillisecond;
 using test::kSecond;
 using test::SessionTest;
-using test::WorkoutIpod;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
@@ -21,7 +21,18 @@ constexpr const char* kWriteAck = "FF 55 05 0C 00 00 07 2A BE";
 
 class Workout : public SessionTest {
  protected:
-  Workout() { world_.line().Plug(workout_ipod_); }
+  /// The iPod knows workouts and acknowledges everything; the file's handle is 2A.
+  Workout() {
+    answering_.Answer("09 83", "FF 55 05 09 84 00 03 05 66");
+    answering_.Answer("0C 01",
+                      "FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 F0 00 00 00 00 00 00 "
+                      "01 02 97");
+    answering_.Answer("0C 10", "FF 55 0A 0C 11 00 00 00 00 40 00 00 00 99");
+    answering_.Answer("0C 12", "FF 55 03 0C 04 2A C3");
+    answering_.Answer("0C 07", kWriteAck);
+    answering_.Answer("0C 08", "FF 55 05 0C 00 00 08 2A BD");
+    world_.line().Plug(answering_);
+  }
   ~Workout() override { world_.line().Unplug(); }
 
   int Start(const wchar_t* model = L"T9",
@@ -40,20 +51,20 @@ class Workout : public SessionTest {
   }
   std::vector<std::string> DrainFrames() {
     world_.Advance(50 * kMillisecond);
-    return workout_ipod_.DrainFrames();
+    return answering_.DrainFrames();
   }
   std::vector<std::string> DrainKinds() {
     world_.Advance(50 * kMillisecond);
-    return workout_ipod_.DrainKinds();
+    return answering_.DrainKinds();
   }
-  std::vector<WorkoutIpod::Write> DrainWrites() {
+  std::vector<AnsweringIpod::Write> DrainWrites() {
     world_.Advance(50 * kMillisecond);
-    return workout_ipod_.DrainWrites();
+    return answering_.DrainWrites();
   }
   std::uint32_t Offset() { return CIpodCommPeer::StorageWriteOffset(session_); }
   int Handle() { return CIpodCommPeer::OpenFileHandle(session_); }
 
-  WorkoutIpod workout_ipod_;
+  AnsweringIpod answering_;
 };
 
 constexpr const char* kAskSportsCaps = "FF 55 02 09 83 72";
@@ -188,7 +199,7 @@ TEST_F(Workout, SecondStartBeginsANewFile) {
   EXPECT_EQ(Start(), 1);
   EXPECT_EQ(Interval(), 1);
   DrainWrites();
-  workout_ipod_.Reply("0C 12", {"FF 55 03 0C 04 2B C2"});
+  answering_.Answer("0C 12", "FF 55 03 0C 04 2B C2");
   EXPECT_EQ(Start(), 1);
   const auto writes = DrainWrites();
   EXPECT_EQ(writes[0].offset, 0U);
@@ -200,7 +211,7 @@ TEST_F(Workout, IntervalAndFinishUseTheHandleThereIsWithoutAStart) {
   EXPECT_EQ(Interval(), 1);
   EXPECT_EQ(Finish(), 1);
   world_.Advance(50 * kMillisecond);
-  const auto frames = workout_ipod_.DrainFrames();
+  const auto frames = answering_.DrainFrames();
   ASSERT_THAT(frames, SizeIs(3));
   EXPECT_EQ(frames[0].substr(0, 29), "FF 55 94 0C 07 00 00 00 00 00");  // offset 0, handle 0
   EXPECT_EQ(frames[1].substr(0, 29), "FF 55 8E 0C 07 00 00 00 8D 00");
@@ -219,7 +230,7 @@ TEST_F(Workout, SummaryIgnoresTheSpeedType) {
 // ---- The checks before it, in their order -------------------------------------------------------
 
 TEST_F(Workout, WithoutAnswerAboutSportsIsNotStarted) {
-  workout_ipod_.Reply("09 83", {kSilence});
+  answering_.Answer("09 83", kSilence);
   EXPECT_EQ(Start(), 0);
   EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "09 83", "09 83"));
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
@@ -227,7 +238,7 @@ TEST_F(Workout, WithoutAnswerAboutSportsIsNotStarted) {
 
 TEST_F(Workout, WithoutTheGymCapabilityIsNotStartedAndSaysSo) {
   for (const char* caps : {"FF 55 05 09 84 00 00 00 6E", "FF 55 05 09 84 00 02 00 6C"}) {
-    workout_ipod_.Reply("09 83", {caps});
+    answering_.Answer("09 83", caps);
     EXPECT_EQ(Start(), 0);
     EXPECT_THAT(DrainKinds(), ElementsAre("09 83"));
     EXPECT_THAT(DrainDebugOutput(), ElementsAre("Gym caps not supported!\r\n"));
@@ -236,30 +247,32 @@ TEST_F(Workout, WithoutTheGymCapabilityIsNotStartedAndSaysSo) {
 
 TEST_F(Workout, NeedsTheGymCapabilityOnly) {
   for (const char* caps : {"FF 55 05 09 84 00 01 00 6D", "FF 55 05 09 84 80 01 00 ED"}) {
-    workout_ipod_.Reply("09 83", {caps});
+    answering_.Answer("09 83", caps);
     EXPECT_EQ(Start(), 1);
   }
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, WithoutAnswerAboutStorageIsNotStarted) {
-  workout_ipod_.Reply("0C 01", {kSilence});
+  answering_.Answer("0C 01", kSilence);
   EXPECT_EQ(Start(), 0);
   EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01", "0C 01", "0C 01"));
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, WithWritesBelow128BytesIsNotStartedAndSaysSo) {
-  workout_ipod_.Reply("0C 01", {"FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 7F 00 00 00 "
-                                "00 00 00 01 02 08"});
+  answering_.Answer("0C 01",
+                    "FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 7F 00 00 00 "
+                    "00 00 00 01 02 08");
   EXPECT_EQ(Start(), 0);
   EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01"));
   EXPECT_THAT(DrainDebugOutput(), ElementsAre("Storage write size too small!\r\n"));
 }
 
 TEST_F(Workout, IsStartedWithWritesOf128Bytes) {
-  workout_ipod_.Reply("0C 01", {"FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 80 00 00 00 "
-                                "00 00 00 01 02 07"});
+  answering_.Answer("0C 01",
+                    "FF 55 18 0C 02 00 00 00 00 40 00 00 00 00 10 00 00 00 80 00 00 00 "
+                    "00 00 00 01 02 07");
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
@@ -269,7 +282,7 @@ TEST_F(Workout, WithTooLittleSpaceIsNotStartedAndSaysNothing) {
        {"FF 55 0A 0C 11 00 00 00 00 00 4F FF FF 8C",     // a byte below 5 MiB
         "FF 55 0A 0C 11 80 00 00 00 00 00 00 00 59",     // the least number there is
         "FF 55 0A 0C 11 FF 00 00 00 00 00 00 00 DA"}) {  // negative
-    workout_ipod_.Reply("0C 10", {space});
+    answering_.Answer("0C 10", space);
     EXPECT_EQ(Start(), 0);
     EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01", "0C 10"));
     EXPECT_THAT(DrainDebugOutput(), IsEmpty());
@@ -277,22 +290,22 @@ TEST_F(Workout, WithTooLittleSpaceIsNotStartedAndSaysNothing) {
 }
 
 TEST_F(Workout, IsStartedWithSpaceOfFiveMebibytes) {
-  workout_ipod_.Reply("0C 10", {"FF 55 0A 0C 11 00 00 00 00 00 50 00 00 89"});
+  answering_.Answer("0C 10", "FF 55 0A 0C 11 00 00 00 00 00 50 00 00 89");
   EXPECT_EQ(Start(), 1);
 }
 
 TEST_F(Workout, IsStartedThoughTheFreeSpaceIsNotTold) {
-  workout_ipod_.Reply("0C 10", {kSilence});
+  answering_.Answer("0C 10", kSilence);
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(DrainWrites(), SizeIs(13));
-  workout_ipod_.Reply("0C 10", {"FF 55 05 0C 00 05 10 00 DA"});
+  answering_.Answer("0C 10", "FF 55 05 0C 00 05 10 00 DA");
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, RefusedFileIsReportedAndNothingIsWritten) {
   CIpodCommPeer::OpenFileHandle(session_) = 7;
-  workout_ipod_.Reply("0C 12", {"FF 55 05 0C 00 05 12 2A AE"});
+  answering_.Answer("0C 12", "FF 55 05 0C 00 05 12 2A AE");
   EXPECT_EQ(Start(), 0);
   EXPECT_THAT(DrainKinds(), ElementsAre("09 83", "0C 01", "0C 10", "0C 12", "0C 12", "0C 12"));
   EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
@@ -300,14 +313,14 @@ TEST_F(Workout, RefusedFileIsReportedAndNothingIsWritten) {
 }
 
 TEST_F(Workout, FileThatIsNotOpenedInTimeIsReported) {
-  workout_ipod_.Reply("0C 12", {kSilence});
+  answering_.Answer("0C 12", kSilence);
   EXPECT_EQ(Start(), 0);
   EXPECT_THAT(DrainDebugOutput(), ElementsAre("Failed to open iPod feature file!\r\n"));
 }
 
 TEST_F(Workout, ChecksAreRepeatedLikeAnyCommand) {
-  workout_ipod_.Reply("09 83", {kSilence, "FF 55 05 09 84 00 03 05 66"});
-  workout_ipod_.Reply("0C 12", {kSilence, kSilence, "FF 55 03 0C 04 2A C3"});
+  answering_.AnswerInTurn("09 83", {kSilence, "FF 55 05 09 84 00 03 05 66"});
+  answering_.AnswerInTurn("0C 12", {kSilence, kSilence, "FF 55 03 0C 04 2A C3"});
   EXPECT_EQ(Start(), 1);
   EXPECT_EQ(Handle(), 0x2A);
 }
@@ -315,7 +328,7 @@ TEST_F(Workout, ChecksAreRepeatedLikeAnyCommand) {
 // ---- Failures on the way ------------------------------------------------------------------------
 
 TEST_F(Workout, RefusedHeaderLineIsReportedLeavesAGapAndDoesNotCount) {
-  workout_ipod_.Reply("0C 07", {kWriteAck, kWriteRefusal, kWriteAck});
+  answering_.AnswerInTurn("0C 07", {kWriteAck, kWriteRefusal, kWriteAck});
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report("<gymData>\n")));
   const auto writes = DrainWrites();
@@ -326,7 +339,7 @@ TEST_F(Workout, RefusedHeaderLineIsReportedLeavesAGapAndDoesNotCount) {
 }
 
 TEST_F(Workout, HeaderIsWrittenToTheEndThoughEveryLineIsRefused) {
-  workout_ipod_.Reply("0C 07", {kWriteRefusal});
+  answering_.Answer("0C 07", kWriteRefusal);
   EXPECT_EQ(Start(), 1);
   EXPECT_THAT(
       DrainDebugOutput(),
@@ -354,7 +367,7 @@ TEST_F(Workout, HeaderLineBeyondAFrameIsReportedAndTheOthersFollowBehindTheGap) 
 }
 
 TEST_F(Workout, RefusedIntervalIsReportedAndLeavesAGap) {
-  workout_ipod_.Reply("0C 07", {kWriteRefusal, kWriteAck});
+  answering_.AnswerInTurn("0C 07", {kWriteRefusal, kWriteAck});
   EXPECT_EQ(Interval(), 0);
   EXPECT_EQ(Interval(), 1);
   const auto writes = DrainWrites();
@@ -366,7 +379,7 @@ TEST_F(Workout, RefusedIntervalIsReportedAndLeavesAGap) {
 }
 
 TEST_F(Workout, UnansweredIntervalIsTriedThreeTimesAndReported) {
-  workout_ipod_.Reply("0C 07", {kSilence});
+  answering_.Answer("0C 07", kSilence);
   EXPECT_EQ(Interval(), 0);
   const auto writes = DrainWrites();
   ASSERT_THAT(writes, SizeIs(3));
@@ -386,7 +399,7 @@ TEST_F(Workout, IntervalOfHugeNumbersIsReportedAndNotSent) {
 }
 
 TEST_F(Workout, RefusedSummaryIsReportedAndTheFileClosed) {
-  workout_ipod_.Reply("0C 07", {kWriteRefusal});
+  answering_.Answer("0C 07", kWriteRefusal);
   EXPECT_EQ(Finish(), 1);
   EXPECT_THAT(DrainKinds(), ElementsAre("0C 07", "0C 08"));
   EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report(kSummaryText)));
@@ -394,14 +407,14 @@ TEST_F(Workout, RefusedSummaryIsReportedAndTheFileClosed) {
 
 // Neither the start's result nor the finish's tells of a missing line.
 TEST_F(Workout, FileTellsItsHandleItsOffsetAndWhatWasNotWritten) {
-  workout_ipod_.Reply("0C 07", {kWriteRefusal, kWriteRefusal, kWriteAck});
+  answering_.AnswerInTurn("0C 07", {kWriteRefusal, kWriteRefusal, kWriteAck});
   EXPECT_EQ(Start(), 1);
   tagIPOD_WORKOUT_FILE file = {};
   EXPECT_EQ(session_.GetWorkoutFile(&file), 1);
   EXPECT_EQ(file.handle, 0x2AU);
   EXPECT_EQ(file.write_offset, 322U);
   EXPECT_EQ(file.failed_writes, 2U);
-  workout_ipod_.Reply("0C 07", {kWriteRefusal});
+  answering_.Answer("0C 07", kWriteRefusal);
   EXPECT_EQ(Interval(), 0);
   EXPECT_EQ(Finish(), 1);
   session_.GetWorkoutFile(&file);
@@ -409,9 +422,9 @@ TEST_F(Workout, FileTellsItsHandleItsOffsetAndWhatWasNotWritten) {
 }
 
 TEST_F(Workout, NextFileHasNothingMissingYet) {
-  workout_ipod_.Reply("0C 07", {kWriteRefusal});
+  answering_.Answer("0C 07", kWriteRefusal);
   EXPECT_EQ(Start(), 1);
-  workout_ipod_.Reply("0C 07", {kWriteAck});
+  answering_.Answer("0C 07", kWriteAck);
   EXPECT_EQ(Start(), 1);
   tagIPOD_WORKOUT_FILE file = {};
   session_.GetWorkoutFile(&file);
@@ -419,14 +432,14 @@ TEST_F(Workout, NextFileHasNothingMissingYet) {
 }
 
 TEST_F(Workout, RefusedClosingFailsAndSaysNothing) {
-  workout_ipod_.Reply("0C 08", {"FF 55 05 0C 00 05 08 2A B8"});
+  answering_.Answer("0C 08", "FF 55 05 0C 00 05 08 2A B8");
   EXPECT_EQ(Finish(), 0);
   EXPECT_THAT(DrainKinds(), ElementsAre("0C 07", "0C 08"));
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
 }
 
 TEST_F(Workout, UnansweredClosingFails) {
-  workout_ipod_.Reply("0C 08", {kSilence});
+  answering_.Answer("0C 08", kSilence);
   EXPECT_EQ(Finish(), 0);
   EXPECT_THAT(DrainKinds(), ElementsAre("0C 07", "0C 08", "0C 08", "0C 08"));
 }

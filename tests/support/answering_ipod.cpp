@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "answering_ipod.h"
+#include "support/answering_ipod.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "world/threads/race_detector.h"
+
 namespace test {
+
+using ipodcomm::virtual_platform::Unwatched;
 
 namespace {
 
@@ -21,40 +25,78 @@ bool BeginsWith(const Bytes& bytes, const Bytes& start) {
   return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
 }
 
-Bytes WriteTo(std::uint8_t handle, std::uint32_t offset) {
-  const auto byte = [offset](int shift) { return static_cast<std::uint8_t>(offset >> shift); };
-  return {0x0C, 0x07, byte(24), byte(16), byte(8), byte(0), handle};
+/// 0C 07 offset(4) handle(1) text
+bool IsWrite(const Bytes& request) {
+  return request.size() >= 7 && BeginsWith(request, {0x0C, 0x07});
+}
+
+AnsweringIpod::Write WriteOf(const Bytes& request) {
+  std::uint32_t offset = 0;
+  for (std::size_t i = 2; i < 6; ++i) offset = offset << 8 | request[i];
+  return {offset, request[6], std::string(request.begin() + 7, request.end())};
 }
 
 }  // namespace
 
 void AnsweringIpod::AnswerNth(std::string_view start, unsigned nth, std::string_view reply) {
+  const Unwatched unwatched;
   rules_.insert(rules_.begin(), {Hex(start), Hex(reply), nth});
   std::stable_sort(rules_.begin(), rules_.end(), [](const Rule& one, const Rule& other) {
     return one.start.size() > other.start.size();
   });
 }
 
+void AnsweringIpod::AnswerInTurn(std::string_view start, const std::vector<std::string>& replies) {
+  Answer(start, replies.back());
+  for (unsigned i = 0; i + 1 < replies.size(); ++i) AnswerNth(start, i + 1, replies[i]);
+}
+
+std::vector<AnsweringIpod::Frame> AnsweringIpod::Drain() {
+  const Unwatched unwatched;
+  return std::exchange(frames_, {});
+}
+
 std::vector<std::string> AnsweringIpod::DrainFrames() {
   std::vector<std::string> texts;
-  for (const Frame& frame : std::exchange(frames_, {})) {
+  for (const Frame& frame : Drain()) {
     texts.push_back((frame.right ? "" : "wrong ") + frame.caption + ToHex(frame.bytes));
   }
   return texts;
 }
 
-std::vector<std::string> AnsweringIpod::DrainLines(std::uint8_t handle, std::uint32_t offset) {
-  constexpr std::size_t kTextPosition = 7;
+std::vector<std::string> AnsweringIpod::DrainKinds() {
+  std::vector<std::string> kinds;
+  for (const Frame& frame : Drain()) {
+    kinds.push_back((frame.right ? "" : "wrong ") + ToHex(frame.Request().data(), 2));
+  }
+  return kinds;
+}
+
+std::vector<AnsweringIpod::Write> AnsweringIpod::DrainWrites() {
+  std::vector<Write> writes;
+  for (const Frame& frame : Drain()) {
+    const Bytes request = frame.Request();
+    if (IsWrite(request)) writes.push_back(WriteOf(request));
+  }
+  return writes;
+}
+
+std::vector<std::string> AnsweringIpod::DrainLines(int handle, std::uint32_t offset) {
   std::vector<std::string> lines;
-  for (const Frame& frame : std::exchange(frames_, {})) {
+  for (const Frame& frame : Drain()) {
     if (!frame.right) lines.emplace_back("wrong");
-    const Bytes request(frame.bytes.begin() + kRequestPosition, frame.bytes.end() - 1);
-    if (!BeginsWith(request, {0x0C, 0x07})) continue;
-    if (!BeginsWith(request, WriteTo(handle, offset))) lines.emplace_back("misplaced");
-    lines.emplace_back(request.begin() + kTextPosition, request.end());
-    offset += static_cast<std::uint32_t>(request.size() - kTextPosition);
+    const Bytes request = frame.Request();
+    if (!IsWrite(request)) continue;
+    const Write write = WriteOf(request);
+    if (write.handle != handle || write.offset != offset) lines.emplace_back("misplaced");
+    lines.push_back(write.text);
+    offset += static_cast<std::uint32_t>(write.text.size());
   }
   return lines;
+}
+
+Bytes AnsweringIpod::Frame::Request() const {
+  return {bytes.begin() + kRequestPosition, bytes.end() - 1};
 }
 
 void AnsweringIpod::Receive(const std::uint8_t* data, std::size_t size, std::int64_t /*now_us*/) {
@@ -62,6 +104,8 @@ void AnsweringIpod::Receive(const std::uint8_t* data, std::size_t size, std::int
   for (std::size_t i = 0; i < size; ++i) {
     if (bytes.empty() && caption_) receiving_.caption = caption_() + ": ";
     bytes.push_back(data[i]);
+    // A lone sync byte wakes the iPod; the frame begins with the next one.
+    if (bytes.size() == 2 && bytes[1] == 0xFF) bytes.pop_back();
     if (bytes.size() > 2 && bytes.size() == bytes[2] + kAroundRequest) AcceptFrame();
   }
 }
@@ -69,8 +113,7 @@ void AnsweringIpod::Receive(const std::uint8_t* data, std::size_t size, std::int
 void AnsweringIpod::AcceptFrame() {
   receiving_.right = IsRight(receiving_.bytes);
   frames_.push_back(std::exchange(receiving_, {}));
-  const Bytes& frame = frames_.back().bytes;
-  if (frames_.back().right) Reply({frame.begin() + kRequestPosition, frame.end() - 1});
+  if (frames_.back().right) Reply(frames_.back().Request());
 }
 
 void AnsweringIpod::Reply(const Bytes& request) {
