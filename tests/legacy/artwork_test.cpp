@@ -9,6 +9,7 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::Each;
 using ::testing::ElementsAre;
@@ -18,8 +19,6 @@ constexpr const char* kGetCount = "FF 55 0A 04 00 0C 07 00 00 01 02 00 00 DC";
 constexpr const char* kGetTimes = "FF 55 0D 04 00 1F 00 00 01 02 0A 0B 00 00 00 01 B7";
 constexpr const char* kGetIndex = "FF 55 03 04 00 1E DB";
 constexpr const char* kIndex258 = "FF 55 07 04 00 1F 00 00 01 02 D3";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class Artwork : public LegacyTest {
  protected:

@@ -5,6 +5,7 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -15,8 +16,6 @@ constexpr const char* kCountArtists = "FF 55 04 04 00 18 02 DE";
 constexpr const char* kCountAlbums = "FF 55 04 04 00 18 03 DD";
 constexpr const char* kCount258 = "FF 55 07 04 00 19 00 00 01 02 D9";
 constexpr const char* kPurging = "Error reading port, purging rx...\r\n";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class LegacyBrowsing : public test::LegacyBrowsingTest {};
 

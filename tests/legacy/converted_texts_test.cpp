@@ -10,14 +10,13 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 
 constexpr const char* kName = "FF 55 02 00 07 F7";
 constexpr const char* kSerial = "FF 55 02 00 0B F3";
 constexpr const char* kModel = "FF 55 02 00 0D F1";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 /// A getter of converted text, its request, and two replies: "Zoë" with its terminator, and "AB"
 /// without.

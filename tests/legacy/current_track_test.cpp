@@ -8,12 +8,11 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 
 constexpr const char* kGetIndex = "FF 55 03 04 00 1E DB";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class CurrentTrack : public LegacyTest {
  protected:

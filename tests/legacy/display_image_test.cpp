@@ -5,14 +5,13 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr const char* kGetLimits = "FF 55 03 04 00 33 C6";
 constexpr const char* kLimits128x64 = "FF 55 08 04 00 34 00 80 00 40 01 FF";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class DisplayImage : public LegacyTest {
  protected:

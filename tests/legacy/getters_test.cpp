@@ -8,6 +8,7 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -15,9 +16,6 @@ using ::testing::IsEmpty;
 constexpr const char* kVersion = "FF 55 02 00 09 F5";
 constexpr const char* kModel = "FF 55 02 00 0D F1";
 constexpr const char* kLingoVersion = "FF 55 03 00 0F 00 EE";
-
-// The pause behind the sync byte and five empty reads of 400 ms, each with a pause of 200 ms.
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class Getters : public LegacyTest {
  protected:

@@ -6,7 +6,6 @@
 namespace {
 
 using test::kMillisecond;
-using test::kSecond;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 using ::testing::Not;
@@ -83,7 +82,7 @@ TEST_F(LegacyIdentification, AsksForPowerWhenTheArgumentIsNotZero) {
 TEST_F(LegacyIdentification, OfASilentIpodCostsOneReplyAndKeepsTheBasicLingoes) {
   SetFlags(1, 1);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_identifydevicelingos(0), 1); }),
-            3 * 5 * kMillisecond + 3 * kSecond);
+            3 * 5 * kMillisecond + test::kEmptyReadsUs);
   EXPECT_THAT(DrainSent(), ElementsAre(kIdentify, kRequestModel, kFourLingoes));
   EXPECT_EQ(ipodPeer::ExtendedModel(legacy_), 0);
   EXPECT_EQ(ipodPeer::NameSort(legacy_), 1);

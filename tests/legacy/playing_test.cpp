@@ -10,6 +10,7 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -18,8 +19,6 @@ constexpr const char* kGetPlayStatus = "FF 55 03 04 00 1C DD";
 constexpr const char* kPlaying = "FF 55 0C 04 00 1D 00 04 17 0A 00 00 30 39 01 44";
 constexpr const char* kPaused = "FF 55 0C 04 00 1D 00 04 17 0A 00 00 30 39 02 43";
 constexpr const char* kPurging = "Error reading port, purging rx...\r\n";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class Playing : public LegacyTest {
  protected:

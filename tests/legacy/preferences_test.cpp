@@ -9,13 +9,12 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using test::LegacyTest;
 using ::testing::ElementsAre;
 
 constexpr const char* kGetConnection = "FF 55 03 00 29 08 CC";
 constexpr const char* kSetVideoOut = "FF 55 05 00 2B 00 01 01 CE";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class LegacyPreferences : public LegacyTest {
  protected:

@@ -11,7 +11,6 @@
 namespace {
 
 using test::Bytes;
-using test::kMillisecond;
 using test::World;
 
 constexpr std::size_t kMaxRoom = 600;

@@ -119,7 +119,7 @@ TEST_F(ReadPort, EndsALargeFrameOfLengthZeroAfterTheWrappedCount) {
 
 TEST_F(ReadPort, SilenceEndsAfterFiveEmptyReadsAndTheirPauses) {
   world_.Record();
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(), ""); }), 3 * kSecond);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(), ""); }), test::kEmptyReadsUs);
   EXPECT_THAT(
       world_.DrainCalls().text_with_results(),
       ElementsAre("ReadFile(port1, 1) = nothing", "Sleep(200)",  //
@@ -198,7 +198,7 @@ TEST_F(ReadPort, ShortGapsBetweenBytesCostNothing) {
 
 TEST_F(ReadPort, UnfinishedFrameIsReturnedAsFarAsItCame) {
   Arrived("41 FF 55 09 00 08");
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(), "FF 55 09 00 08"); }), 3 * kSecond);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(), "FF 55 09 00 08"); }), test::kEmptyReadsUs);
 }
 
 TEST_F(ReadPort, EmptyReadsOfOneCallDoNotCountInTheNext) {

@@ -5,6 +5,7 @@
 namespace {
 
 using test::kMillisecond;
+using test::kSilenceUs;
 using ::testing::ElementsAre;
 
 constexpr const char* kCountAlbums = "FF 55 04 04 00 18 03 DD";
@@ -12,8 +13,6 @@ constexpr const char* kCount258 = "FF 55 07 04 00 19 00 00 01 02 D9";
 constexpr const char* kSelectArtist = "FF 55 08 04 00 17 02 00 00 01 04 D6";
 constexpr const char* kSelectAck = "FF 55 06 04 00 01 00 00 17 DE";
 constexpr const char* kSelectTrace = "SelectDBRecord, Data 0-4, 2 0 0 1 4\n";
-
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 class Selecting : public test::LegacyBrowsingTest {};
 

@@ -170,7 +170,6 @@ TEST_F(FailingStep, EndFailsWhenItCannotBeSentAndClosesThePortAllTheSame) {
 // ---- A silent iPod
 
 TEST_F(FailingStep, SilentIpodFailsEachStepInThePrescribedTime) {
-  constexpr std::int64_t kSilence = 3000 * kMillisecond;  // five empty reads
   constexpr std::int64_t kSending = 5 * kMillisecond;
   world_.line().Unplug();
   legacy_.closeport();
@@ -178,16 +177,17 @@ TEST_F(FailingStep, SilentIpodFailsEachStepInThePrescribedTime) {
 
   Step step;
   // Six requests; the model and twice the ACK are awaited, with a pause before the second wait.
-  EXPECT_EQ(Elapsed([&] { step = Next(); }), 6 * kSending + 3 * kSilence + 20 * kMillisecond);
+  EXPECT_EQ(Elapsed([&] { step = Next(); }),
+            6 * kSending + 3 * test::kEmptyReadsUs + 20 * kMillisecond);
   EXPECT_EQ(step.result, 0);
   EXPECT_EQ(step.detail, "Enter Remote UI mode");
-  EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending + kSilence);
+  EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending + test::kEmptyReadsUs);
   EXPECT_EQ(step.result, 0);
   EXPECT_EQ(step.detail, "Getting Model Name");
-  EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending + kSilence);
+  EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending + test::kEmptyReadsUs);
   EXPECT_EQ(step.result, 0);
   EXPECT_EQ(step.detail, "Select Top Album Both");
-  EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending + kSilence);
+  EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending + test::kEmptyReadsUs);
   EXPECT_EQ(step.result, 0);
   EXPECT_EQ(step.detail, "Setting to Play");
   EXPECT_EQ(step.more, 1);

@@ -37,7 +37,7 @@ TEST_F(LegacyWaitingCommands, EnteringRemoteUiModePassesOverOtherFrames) {
 
 TEST_F(LegacyWaitingCommands, EnteringRemoteUiModeWaitsTwiceForASilentIpod) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_enterremoteuimode(), 0); }),
-            5 * kMillisecond + 3 * kSecond + 20 * kMillisecond + 3 * kSecond);
+            5 * kMillisecond + test::kEmptyReadsUs + 20 * kMillisecond + test::kEmptyReadsUs);
   EXPECT_THAT(DrainSent(), ElementsAre(kEnter));
 }
 
@@ -80,7 +80,7 @@ TEST_F(LegacyWaitingCommands, PlayControlFailsOnARefusingAck) {
 
 TEST_F(LegacyWaitingCommands, PlayControlSucceedsOnASilentIpod) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(legacy_.command_playcontrol(1), 1); }),
-            5 * kMillisecond + 3 * kSecond);
+            5 * kMillisecond + test::kEmptyReadsUs);
   EXPECT_THAT(DrainDebugOutput(), ElementsAre("Error reading port, purging rx...\r\n"));
 }
 

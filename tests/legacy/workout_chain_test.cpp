@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(Statuses, RefusedLine, ::testing::Values(1, 2, 5, 10, 1
 
 TEST_F(WorkoutLine, FailsWithoutAnAckAndKeepsItsStatus) {
   answering_.Answer("0C 07", "");
-  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write(L"A\n"), 0); }), 3005 * kMillisecond);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write(L"A\n"), 0); }), test::kSilenceUs);
   EXPECT_EQ(Status(), "A\n");
 }
 

@@ -10,14 +10,12 @@ using test::kCloseOfNone;
 using test::kHandle;
 using test::kMillisecond;
 using test::kOpen;
+using test::kSilenceUs;
 using test::kSportsRequest;
 using test::kStorageRequest;
 using test::WorkoutTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-/// A request goes out 5 ms behind its sync byte; then silence lasts five empty reads.
-constexpr std::int64_t kSilenceUs = 3005 * kMillisecond;
 
 // ---- Asking
 
