@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ipodcomm/CIpodSerial.h"
@@ -16,7 +17,6 @@
 #include "ipodcomm/platform.h"
 
 namespace ipodcomm {
-class IdentificationSequence;
 struct ReceivedFrame;
 }  // namespace ipodcomm
 
@@ -335,11 +335,12 @@ class IPODCOMM_API CIpodComm {
   int GetWorkoutFile(tagIPOD_WORKOUT_FILE* file);
 
  private:
-  friend class ipodcomm::IdentificationSequence;
   friend struct CIpodCommPeer;  // the tests' look inside
 
+  class IdentificationSequence;  // identify/identification_sequence.h
   struct PlayStatus;
   struct Outgoing;
+  struct ModelNumber;
 
   // Session (session/session.cpp)
   static HANDLE NewEvent();
@@ -382,7 +383,8 @@ class IPODCOMM_API CIpodComm {
   bool ExchangeForLoggedAck(tagIPOD_WRITE_PARAMS write, const wchar_t* function,
                             const wchar_t* refusal);
 
-  // Identification tokens (identify/tokens.cpp)
+  // Identification (identify/identification_sequence.cpp) and its tokens (identify/tokens.cpp)
+  void ForgetIdentification();
   unsigned long AddIdentifyToken(unsigned char* destination, unsigned long capacity,
                                  tagIdentifyToken& token);
   unsigned long AddAccCapsToken(unsigned char* destination, unsigned long capacity,
@@ -414,7 +416,7 @@ class IPODCOMM_API CIpodComm {
   void Return_AccessoryInfo(unsigned char* request, unsigned long length);
   void Return_SportsDeviceVersion();
   void Return_SportsDeviceCaps();
-  std::string Model() const;
+  ModelNumber Model() const;
 
   // Workout (workout/storage.cpp, workout/sports.cpp, workout/workout.cpp)
   bool ExchangeFileData(std::uint16_t command, const unsigned char (&head)[5],
@@ -448,11 +450,21 @@ class IPODCOMM_API CIpodComm {
     std::uint32_t track_index;
     std::uint32_t tick_ms;
   };
+  /// The accessory's model number. One that is longer fits neither a token nor a frame, so the rest
+  /// of it is not kept.
+  struct ModelNumber {
+    static constexpr std::size_t kMaxChars = 520;
+
+    std::string_view text() const { return {chars, length}; }
+
+    char chars[kMaxChars + 1];  // with a terminator
+    std::size_t length;
+  };
   /// What goes out: the frame being built and the facts that it is built from.
   struct Outgoing {
     unsigned char frame[1024];
     std::uint16_t ipod_transaction_ids[kLingoSlots];  // of the last request, by lingo
-    std::string model;
+    ModelNumber model;
   };
   /// What identification has found out and the host has set. Used by the host's thread only.
   struct Identity {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: what the host tells about the accessory, and the answers to the iPod's requests for
 // it: `28 type information...` for `27 type`.
+#include <algorithm>
+#include <cstddef>
 #include <string>
-#include <utility>
-#include <vector>
+#include <string_view>
 
 #include "identify/accessory_identity.h"
 #include "identify/file_version.h"
@@ -11,41 +12,29 @@
 #include "platform/services.h"
 #include "protocol/commands.h"
 #include "session/exchange.h"
+#include "session/heap_array.h"
 
 using ipodcomm::LockScope;
 
 namespace {
 
-using Answer = std::vector<unsigned char>;
-
-Answer TextAnswer(unsigned char type, const std::string& text) {
-  Answer answer;
-  answer.reserve(text.size() + 2);
-  answer.push_back(type);
-  answer.insert(answer.end(), text.begin(), text.end());
-  answer.push_back(0x00);
-  return answer;
-}
-
-Answer VersionAnswer(unsigned char type, const ipodcomm::HostVersion& version) {
-  return {type, version.bytes[0], version.bytes[1], version.bytes[2]};
-}
-
-/// The answer for a kind of information, empty for those that are not answered.
-Answer AnswerFor(unsigned char type, const ipodcomm::HostVersion& version,
-                 const std::string& model) {
+// What the answer to a kind of information holds behind its type, texts with their terminators.
+// Empty for those that are not answered.
+std::string_view InformationOf(unsigned char type, const ipodcomm::HostVersion& version,
+                               std::string_view model) {
+  static constexpr char kAnsweredTypes[] = {0x00, 0x00, 0x00, '\xF3'};  // as a mask
   switch (type) {
-    case ipodcomm::kInfoCapabilities:  // a mask of the kinds answered
-      return {type, 0x00, 0x00, 0x00, 0xF3};
+    case ipodcomm::kInfoCapabilities:
+      return {kAnsweredTypes, sizeof kAnsweredTypes};
     case ipodcomm::kInfoName:
-      return TextAnswer(type, ipodcomm::kAccessoryName);
+      return {ipodcomm::kAccessoryName, sizeof ipodcomm::kAccessoryName};
     case ipodcomm::kInfoFirmware:
     case ipodcomm::kInfoHardware:
-      return VersionAnswer(type, version);
+      return {reinterpret_cast<const char*>(version.bytes), sizeof version.bytes};
     case ipodcomm::kInfoManufacturer:
-      return TextAnswer(type, ipodcomm::kAccessoryManufacturer);
+      return {ipodcomm::kAccessoryManufacturer, sizeof ipodcomm::kAccessoryManufacturer};
     case ipodcomm::kInfoModelNumber:
-      return TextAnswer(type, model);
+      return model;
     default:
       return {};
   }
@@ -53,17 +42,25 @@ Answer AnswerFor(unsigned char type, const ipodcomm::HostVersion& version,
 
 }  // namespace
 
-/// Runs on the notification thread. A failed write is not reported.
+// Runs on the notification thread. An answer that cannot be built or written is not reported.
 void CIpodComm::Return_AccessoryInfo(unsigned char* request, unsigned long length) {
   if (length == 0) return;
   const unsigned char type = request[0];
   // Read for every request, of whatever kind.
   const ipodcomm::HostVersion version = ipodcomm::ReadHostVersion();
-  const Answer answer = AnswerFor(type, version, Model());
-  if (answer.empty()) return;
-  tagIPOD_WRITE_PARAMS write = ipodcomm::Command(
-      ipodcomm::kGeneralLingo, ipodcomm::general::kRetAccessoryInfo, answer.data(), answer.size());
-  WriteCommand(&write);
+  const ModelNumber model = Model();
+  const std::string_view information =
+      InformationOf(type, version, {model.chars, model.length + 1});
+  if (information.empty()) return;
+  const std::size_t size = 1 + information.size();
+  const ipodcomm::HeapArray<unsigned char> payload(size);
+  if (payload.data() != nullptr) {
+    payload.data()[0] = type;
+    std::copy(information.begin(), information.end(), payload.data() + 1);
+    tagIPOD_WRITE_PARAMS write = ipodcomm::Command(
+        ipodcomm::kGeneralLingo, ipodcomm::general::kRetAccessoryInfo, payload.data(), size);
+    WriteCommand(&write);
+  }
   if (type == ipodcomm::kInfoModelNumber) EventModify(identification_event_, EVENT_SET);
 }
 
@@ -72,11 +69,14 @@ void CIpodComm::SetAccessoryInfo(tagIPOD_ACCESSORY_INFO* info) {
 }
 
 void CIpodComm::SetModel(std::string model) {
+  ModelNumber stored = {};
+  stored.length = std::min(model.size(), ModelNumber::kMaxChars);
+  std::copy_n(model.begin(), stored.length, stored.chars);
   const LockScope lock(transmit_lock_);
-  outgoing_.model = std::move(model);
+  outgoing_.model = stored;
 }
 
-std::string CIpodComm::Model() const {
+CIpodComm::ModelNumber CIpodComm::Model() const {
   const LockScope lock(transmit_lock_);
   return outgoing_.model;
 }

@@ -7,7 +7,11 @@
 #include "protocol/commands.h"
 #include "session/exchange.h"
 
-namespace ipodcomm {
+using ipodcomm::Answer;
+using ipodcomm::Command;
+using ipodcomm::kGeneralLingo;
+using ipodcomm::kIdentifyFunction;
+namespace general = ipodcomm::general;
 
 namespace {
 
@@ -20,21 +24,24 @@ constexpr DWORD kAttemptPauseMs = 100;
 
 }  // namespace
 
-IdentificationSequence::IdentificationSequence(CIpodComm& session, int flag,
-                                               bool (*keep_going)(void* context), void* context)
+CIpodComm::IdentificationSequence::IdentificationSequence(CIpodComm& session, int flag,
+                                                          tagIPOD_IDENTIFY_RESULT* result,
+                                                          bool (*keep_going)(void* context),
+                                                          void* context)
     : session_(session),
+      result_(result),
       keep_going_(keep_going),
       context_(context),
-      announcement_{{}, {0, 0, 0, flag != 0 ? kPowerSomeHigh : kPowerLow}, {0, 0, 0, 0}},
-      version_(ReadHostVersion()) {}
+      options_{0, 0, 0, flag != 0 ? kPowerSomeHigh : kPowerLow},
+      version_(ipodcomm::ReadHostVersion()) {}
 
-int IdentificationSequence::Run() {
+int CIpodComm::IdentificationSequence::Run() {
   Outcome outcome = WakeUp();
   if (outcome == Outcome::kDone) outcome = IdentifyByTokens();
   switch (outcome) {
     case Outcome::kDone:
       session_.identity_.idps_done = 1;
-      result_ = IPOD_IDENTIFY_RESULT_IDPS;
+      SetResult(IPOD_IDENTIFY_RESULT_IDPS);
       AdjustEventNotifications();
       AwaitRemoteUiRequest();
       return 1;
@@ -46,45 +53,54 @@ int IdentificationSequence::Run() {
   return 0;
 }
 
-/// Wakes the iPod and starts the token identification. kDone when the iPod takes it.
-IdentificationSequence::Outcome IdentificationSequence::WakeUp() {
+// A host that stops finds "not identified", whatever it was told before.
+bool CIpodComm::IdentificationSequence::KeepGoing() {
+  if (keep_going_ == nullptr || keep_going_(context_)) return true;
+  SetResult(IPOD_IDENTIFY_RESULT_NONE);
+  return false;
+}
+
+void CIpodComm::IdentificationSequence::SetResult(tagIPOD_IDENTIFY_RESULT result) {
+  if (result_ != nullptr) *result_ = result;
+}
+
+// Wakes the iPod and starts the token identification. kDone when the iPod accepts it.
+auto CIpodComm::IdentificationSequence::WakeUp() -> Outcome {
   for (int attempt = 1;; ++attempt) {
     if (!BeginAttempt(attempt) || !KeepGoing()) return Outcome::kAbandoned;
     if (session_.identity_.idps_enabled == 0) return Outcome::kFallBack;
     unsigned char ack[2] = {};
     tagIPOD_READ_PARAMS read = Answer(general::kAck, ack);
     read.retries = 1;  // the loop is the retry
-    if (session_.Exchange(Command(kGeneralLingo, general::kStartIdps), &read))
-      return TakeStartStatus(ack[0]);
+    if (session_.Exchange(Command(kGeneralLingo, general::kStartIdps), &read)) {
+      return EnterTokenMode(ack[0]);
+    }
     CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Did not receive ack of start IDPS message");
     session_.transaction_id_mode_ = 0;
   }
 }
 
-/// False when the wake-up byte cannot be written.
-bool IdentificationSequence::BeginAttempt(int attempt) {
-  CIpodComm::Identity& identity = session_.identity_;
-  identity.sports_supported = 0;
-  identity.database_track_info = 0;
-  identity.idps_done = 0;
-  session_.browsing_.sort_select_only = 0;
-  if (attempt > kTokenAttempts) identity.idps_enabled = 0;
+// False when the wake-up byte cannot be written.
+bool CIpodComm::IdentificationSequence::BeginAttempt(int attempt) {
+  SetResult(IPOD_IDENTIFY_RESULT_NONE);
+  session_.ForgetIdentification();
+  if (attempt > kTokenAttempts) session_.identity_.idps_enabled = 0;
   Sleep(kAttemptPauseMs);
   started_ms_ = GetTickCount();
   return session_.SendWakeUpByte();
 }
 
-/// From here on frames carry transaction identifiers, unless the iPod refuses.
-IdentificationSequence::Outcome IdentificationSequence::TakeStartStatus(unsigned char status) {
-  const bool taken = status == 0;
-  session_.transaction_id_mode_ = taken ? 1 : 0;
-  if (taken) return Outcome::kDone;
+// From here on frames carry transaction identifiers, unless the iPod refuses.
+auto CIpodComm::IdentificationSequence::EnterTokenMode(unsigned char start_status) -> Outcome {
+  const bool accepted = start_status == 0;
+  session_.transaction_id_mode_ = accepted ? 1 : 0;
+  if (accepted) return Outcome::kDone;
   session_.identity_.idps_enabled = 0;
   return Outcome::kFallBack;
 }
 
-/// Asks for the event notifications that the session knows, of those that the iPod supports.
-void IdentificationSequence::AdjustEventNotifications() {
+// Asks for the event notifications that the session knows, of those that the iPod supports.
+void CIpodComm::IdentificationSequence::AdjustEventNotifications() {
   unsigned char supported[8] = {};
   if (session_.Command_GetEventNotification(supported) == 0) return;
   unsigned char mask[8] = {};
@@ -93,23 +109,24 @@ void IdentificationSequence::AdjustEventNotifications() {
   session_.Command_SetEventNotification(mask);
 }
 
-/// After the tokens the iPod may send a General 03. Read without sending anything; whether it comes
-/// does not matter.
-void IdentificationSequence::AwaitRemoteUiRequest() {
+// After the tokens the iPod may send a General 03. Read without sending anything; whether it comes
+// does not matter.
+void CIpodComm::IdentificationSequence::AwaitRemoteUiRequest() {
   unsigned char reply[2] = {};
   tagIPOD_READ_PARAMS read = Answer(general::kRequestRemoteUiMode, reply);
   session_.ReadCommand(&read);
 }
 
-}  // namespace ipodcomm
-
 int CIpodComm::Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,
                                             bool (*keep_going)(void* context), void* context) {
-  if (result != nullptr) *result = IPOD_IDENTIFY_RESULT_NONE;  // what the callback finds
-  ipodcomm::IdentificationSequence sequence(*this, flag, keep_going, context);
-  const int identified = sequence.Run();
-  if (result != nullptr) *result = sequence.result();
-  return identified;
+  return IdentificationSequence(*this, flag, result, keep_going, context).Run();
+}
+
+void CIpodComm::ForgetIdentification() {
+  identity_.sports_supported = 0;
+  identity_.database_track_info = 0;
+  identity_.idps_done = 0;
+  browsing_.sort_select_only = 0;
 }
 
 void CIpodComm::SetIDPSEnable(int enable) { identity_.idps_enabled = enable; }

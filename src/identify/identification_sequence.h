@@ -2,45 +2,40 @@
 // One run of the identification sequence.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "identify/file_version.h"
 #include "identify/token_packet.h"
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/IpodTypes.h"
 
-namespace ipodcomm {
-
-/// A preference that identification announces or sets.
-struct PreferenceSetting {
-  unsigned char preference_class;
-  unsigned char setting;
-};
-
 /// Makes the iPod accept the accessory.
 ///
-///   wake up, StartIDPS (3 attempts) --- taken --> tokens, EndIDPS --- status 0 --> identified
-///        |  IDPS disabled, not taken                   |  failed
-///        v                                             v
+///   wake up, StartIDPS (3 attempts) --- accepted --> tokens, EndIDPS --- status 0 --> identified
+///        |  IDPS disabled, refused                        |  failed
+///        v                                                v
 ///   IdentifyDeviceLingoes (General) -> lingo version survey -> IdentifyDeviceLingoes -> identified
 ///
 /// Runs on the host's thread, which may stop it between the steps.
-class IdentificationSequence {
+class CIpodComm::IdentificationSequence {
  public:
-  IdentificationSequence(CIpodComm& session, int flag, bool (*keep_going)(void* context),
-                         void* context);
+  /// @param result optional; what the host has been told so far, at every call of `keep_going`
+  IdentificationSequence(CIpodComm& session, int flag, tagIPOD_IDENTIFY_RESULT* result,
+                         bool (*keep_going)(void* context), void* context);
 
   /// @return non-zero when the accessory is identified
   int Run();
-  tagIPOD_IDENTIFY_RESULT result() const { return result_; }
 
  private:
   friend struct IdentificationSequencePeer;  // the tests' look inside
 
   /// How a phase ended.
   enum class Outcome {
-    kDone,       // as hoped: the sequence goes on with the next phase of its branch
-    kFallBack,   // the iPod does not take tokens: go on with IdentifyDeviceLingoes
+    kDone,       // the sequence goes on with the next phase of its branch
+    kFallBack,   // the iPod does not accept tokens: go on with IdentifyDeviceLingoes
     kAbandoned,  // stopped by the host, or failed for good
   };
   /// What the iPod tells about a lingo: its number and eight option bytes.
@@ -51,13 +46,40 @@ class IdentificationSequence {
 
     bool OptionSet() const { return (reply[8] & 0x02) != 0; }
   };
+  /// The lingoes to announce, in their order.
+  struct Lingoes {
+    void Add(unsigned char lingo) { numbers[count++] = lingo; }
 
-  bool KeepGoing() const { return keep_going_ == nullptr || keep_going_(context_); }
+    unsigned char numbers[7];
+    std::size_t count;
+  };
+  /// One token to be sent, before its bytes are written.
+  struct Token {
+    enum class Kind {
+      kLingoes,
+      kCapabilities,
+      kText,
+      kVersion,
+      kMaxPayload,
+      kCertification,
+      kPreference
+    };
+
+    Kind kind;
+    unsigned char number = 0;   // kind of information, or class of preference
+    unsigned char setting = 0;  // of a preference
+    std::string_view text = {};
+  };
+  static constexpr std::size_t kTokens = 16;
+  using TokenList = std::array<Token, kTokens>;
+
+  bool KeepGoing();
+  void SetResult(tagIPOD_IDENTIFY_RESULT result);
 
   // Wake-up and StartIDPS (identification_sequence.cpp)
   Outcome WakeUp();
   bool BeginAttempt(int attempt);
-  Outcome TakeStartStatus(unsigned char status);
+  Outcome EnterTokenMode(unsigned char start_status);
   void AdjustEventNotifications();
   void AwaitRemoteUiRequest();
 
@@ -66,11 +88,11 @@ class IdentificationSequence {
   Outcome SurveyOptions();
   LingoOptions RequestOptions(std::uint8_t lingo);
   Outcome SendTokens();
-  bool SendIdentifyToken(TokenPacket* packet);
-  bool AddTokens(TokenPacket* packet);
-  static bool Added(TokenPacket::Result result);
+  static TokenList Tokens(std::string_view model);
+  const Token* Pack(const Token* next, const Token* end, ipodcomm::TokenPacket* packet);
+  unsigned long Write(const Token& token, ipodcomm::TokenPacket* packet);
   Outcome EndTokens();
-  Outcome TakeEndStatus(unsigned char status);
+  Outcome JudgeTokens(unsigned char end_status);
 
   // By lingoes (lingo_identification.cpp)
   int IdentifyByLingoes();
@@ -79,16 +101,20 @@ class IdentificationSequence {
   void SurveyVersions();
   void SurveyVersion(const wchar_t* name, std::uint8_t lingo, tagIPOD_VERSION* version);
   bool VersionsSuffice() const;
-  void SetPreferences();
+  int ConfigureIpod();
 
   CIpodComm& session_;
+  tagIPOD_IDENTIFY_RESULT* result_;
   bool (*keep_going_)(void* context);
   void* context_;
-  tagIdentifyToken announcement_;  // lingoes, options word and device ID
-  HostVersion version_;
+  unsigned char options_[4];  // of the announcement, as is the device ID
+  unsigned char device_id_[4] = {};
+  Lingoes lingoes_ = {};
+  ipodcomm::HostVersion version_;
   unsigned long started_ms_ = 0;
-  tagIPOD_IDENTIFY_RESULT result_ = IPOD_IDENTIFY_RESULT_NONE;
 };
+
+namespace ipodcomm {
 
 /// The sequence's source name in the trace log.
 constexpr wchar_t kIdentifyFunction[] = L"CIpodComm::Command_IdentifyDeviceLingos";

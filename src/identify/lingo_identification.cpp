@@ -9,13 +9,16 @@
 #include "serial/event_wait.h"
 #include "session/exchange.h"
 
-namespace ipodcomm {
+using ipodcomm::Answer;
+using ipodcomm::Command;
+using ipodcomm::kGeneralLingo;
+namespace general = ipodcomm::general;
 
 namespace {
 
 constexpr std::uint32_t kGeneralOnly = 0x00000001;
-constexpr std::uint32_t kLingoes = 0x00000019;            // General, Display Remote, Extended
-constexpr std::uint32_t kLingoesWithSports = 0x00001219;  // and Sports and Storage
+constexpr std::uint32_t kWithoutSports = 0x00000019;  // General, Display Remote, Extended
+constexpr std::uint32_t kWithSports = 0x00001219;     // and Sports and Storage
 
 constexpr tagIPOD_VERSION kMinGeneral = {1, 2};
 constexpr tagIPOD_VERSION kMinDisplayRemote = {1, 1};
@@ -28,6 +31,11 @@ bool AtLeast(const tagIPOD_VERSION& version, const tagIPOD_VERSION& minimum) {
          (version.major == minimum.major && version.minor >= minimum.minor);
 }
 
+struct PreferenceSetting {
+  unsigned char preference_class;
+  unsigned char setting;
+};
+
 // Preferences set after identification.
 constexpr PreferenceSetting kPreferences[] = {
     {3, 1}, {1, 0}, {2, 0}, {8, 1}, {9, 0}, {10, 1}, {15, 1}, {0, 1},
@@ -35,7 +43,7 @@ constexpr PreferenceSetting kPreferences[] = {
 
 }  // namespace
 
-int IdentificationSequence::IdentifyByLingoes() {
+int CIpodComm::IdentificationSequence::IdentifyByLingoes() {
   if (!AnnounceLingoes(kGeneralOnly, nullptr) || !KeepGoing()) return 0;
   AwaitModelNumberRequest();
 
@@ -43,36 +51,32 @@ int IdentificationSequence::IdentifyByLingoes() {
   if (!KeepGoing()) return 0;
   if (!VersionsSuffice()) {
     NKDbgPrintfW(L"iPod version too old!\r\n");
-    result_ = IPOD_IDENTIFY_RESULT_TOOOLD;
+    SetResult(IPOD_IDENTIFY_RESULT_TOOOLD);
     return 0;
   }
-  CIpodComm::Identity& identity = session_.identity_;
+  Identity& identity = session_.identity_;
   if (AtLeast(identity.sports, kMinSports) && AtLeast(identity.storage, kMinStorage)) {
     identity.sports_supported = 1;
   }
 
   unsigned char status = 0;
   const bool sports = identity.sports_supported != 0;
-  if (!AnnounceLingoes(sports ? kLingoesWithSports : kLingoes, &status)) return 0;
+  if (!AnnounceLingoes(sports ? kWithSports : kWithoutSports, &status)) return 0;
   if (status != 0) {
     AwaitModelNumberRequest();
     return 0;
   }
-  if (!KeepGoing()) return 0;
-  AwaitModelNumberRequest();
-  SetPreferences();
-  if (!KeepGoing()) return 0;
-  AdjustEventNotifications();
-  result_ = IPOD_IDENTIFY_RESULT_LINGOS;
-  return 1;
+  // Identified from here on: the host is told before the iPod is configured, which takes seconds.
+  SetResult(IPOD_IDENTIFY_RESULT_LINGOS);
+  return ConfigureIpod();
 }
 
-/// IdentifyDeviceLingoes: `13 mask options device-id`, ACK. True when the exchange succeeded.
-bool IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsigned char* status) {
+// IdentifyDeviceLingoes: `13 mask options device-id`, ACK. True when the exchange succeeded.
+bool CIpodComm::IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsigned char* status) {
   unsigned char data[12] = {};
-  WriteNumber32(data, mask);
-  std::memcpy(data + 4, announcement_.options, 4);
-  std::memcpy(data + 8, announcement_.device_id, 4);
+  ipodcomm::WriteNumber32(data, mask);
+  std::memcpy(data + 4, options_, 4);
+  std::memcpy(data + 8, device_id_, 4);
   unsigned char ack[2] = {};
   if (!session_.Exchange(Command(kGeneralLingo, general::kIdentifyDeviceLingoes, data),
                          Answer(general::kAck, ack))) {
@@ -82,23 +86,23 @@ bool IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsigned char* 
   return true;
 }
 
-/// The iPod asks for the model number last of all. A time-out is normal.
-void IdentificationSequence::AwaitModelNumberRequest() {
+// The iPod asks for the model number last of all. A time-out is normal.
+void CIpodComm::IdentificationSequence::AwaitModelNumberRequest() {
   constexpr unsigned long kWaitMs = 1000;
-  WaitForEvent(session_.identification_event_, kWaitMs);
+  ipodcomm::WaitForEvent(session_.identification_event_, kWaitMs);
 }
 
-void IdentificationSequence::SurveyVersions() {
-  CIpodComm::Identity& identity = session_.identity_;
+void CIpodComm::IdentificationSequence::SurveyVersions() {
+  Identity& identity = session_.identity_;
   SurveyVersion(L"General", kGeneralLingo, &identity.general);
-  SurveyVersion(L"Display Remote", kDisplayRemoteLingo, &identity.display_remote);
-  SurveyVersion(L"Extended", kExtendedLingo, &identity.extended);
-  SurveyVersion(L"Sports", kSportsLingo, &identity.sports);
-  SurveyVersion(L"Storage", kStorageLingo, &identity.storage);
+  SurveyVersion(L"Display Remote", ipodcomm::kDisplayRemoteLingo, &identity.display_remote);
+  SurveyVersion(L"Extended", ipodcomm::kExtendedLingo, &identity.extended);
+  SurveyVersion(L"Sports", ipodcomm::kSportsLingo, &identity.sports);
+  SurveyVersion(L"Storage", ipodcomm::kStorageLingo, &identity.storage);
 }
 
-void IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
-                                           tagIPOD_VERSION* version) {
+void CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
+                                                      tagIPOD_VERSION* version) {
   if (session_.Command_RequestLingoProtocolVersion(lingo, version) == 0) {
     NKDbgPrintfW(L"Lingo Version - %s = not supported\r\n", name);
     return;
@@ -106,17 +110,20 @@ void IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lin
   NKDbgPrintfW(L"Lingo Version - %s = %d.%02d\r\n", name, version->major, version->minor);
 }
 
-bool IdentificationSequence::VersionsSuffice() const {
-  const CIpodComm::Identity& identity = session_.identity_;
+bool CIpodComm::IdentificationSequence::VersionsSuffice() const {
+  const Identity& identity = session_.identity_;
   return AtLeast(identity.general, kMinGeneral) &&
          AtLeast(identity.display_remote, kMinDisplayRemote) &&
          AtLeast(identity.extended, kMinExtended);
 }
 
-void IdentificationSequence::SetPreferences() {
+int CIpodComm::IdentificationSequence::ConfigureIpod() {
+  if (!KeepGoing()) return 0;
+  AwaitModelNumberRequest();
   for (const PreferenceSetting& preference : kPreferences) {
     session_.Command_SetPreference(preference.preference_class, preference.setting);
   }
+  if (!KeepGoing()) return 0;
+  AdjustEventNotifications();
+  return 1;
 }
-
-}  // namespace ipodcomm

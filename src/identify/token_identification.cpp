@@ -7,23 +7,24 @@
 #include "protocol/commands.h"
 #include "session/exchange.h"
 
-namespace ipodcomm {
+using ipodcomm::Answer;
+using ipodcomm::Command;
+using ipodcomm::kExtendedLingo;
+using ipodcomm::kGeneralLingo;
+using ipodcomm::kIdentifyFunction;
+using ipodcomm::kSportsLingo;
+namespace general = ipodcomm::general;
 
 namespace {
 
 constexpr DWORD kSettlePauseMs = 300;
 constexpr int kMaxPayload = 255;
 
-// Preferences announced with the tokens.
-constexpr PreferenceSetting kPreferences[] = {
-    {0x01, 0x00}, {0x02, 0x00}, {0x03, 0x01}, {0x08, 0x01}, {0x0A, 0x01}, {0x00, 0x01},
-};
-
 }  // namespace
 
-/// kDone when the iPod has accepted the tokens. On a failure identifiers go off again, because the
-/// iPod has then not accepted them.
-IdentificationSequence::Outcome IdentificationSequence::IdentifyByTokens() {
+// kDone when the iPod has accepted the tokens. On a failure identifiers go off again, because the
+// iPod has then not accepted them.
+auto CIpodComm::IdentificationSequence::IdentifyByTokens() -> Outcome {
   Outcome outcome = SurveyOptions();
   if (outcome == Outcome::kDone) outcome = SendTokens();
   if (outcome == Outcome::kDone) outcome = KeepGoing() ? EndTokens() : Outcome::kAbandoned;
@@ -31,13 +32,13 @@ IdentificationSequence::Outcome IdentificationSequence::IdentifyByTokens() {
   return outcome;
 }
 
-/// Asks what the iPod supports, which decides the lingoes to announce.
-IdentificationSequence::Outcome IdentificationSequence::SurveyOptions() {
+// Asks what the iPod supports, which decides the lingoes to announce.
+auto CIpodComm::IdentificationSequence::SurveyOptions() -> Outcome {
   if (!KeepGoing()) return Outcome::kAbandoned;
   Sleep(kSettlePauseMs);
   session_.Command_RequestMaxPayloadSize();
 
-  CIpodComm::Identity& identity = session_.identity_;
+  Identity& identity = session_.identity_;
   const LingoOptions general = RequestOptions(kGeneralLingo);
   if (general.exchanged) identity.general_option = (general.reply[6] & 0xF0) == 0 ? 1 : 0;
 
@@ -46,25 +47,28 @@ IdentificationSequence::Outcome IdentificationSequence::SurveyOptions() {
   NKDbgPrintfW(L"Supports Sports %d\n", identity.sports_supported);
   if (!KeepGoing()) return Outcome::kAbandoned;
 
-  announcement_.lingoes = {kGeneralLingo, kDisplayRemoteLingo};
+  lingoes_ = {};
+  lingoes_.Add(kGeneralLingo);
+  lingoes_.Add(ipodcomm::kDisplayRemoteLingo);
   if (identity.sports_supported != 0) {
-    announcement_.lingoes.push_back(kSportsLingo);
-    announcement_.lingoes.push_back(kStorageLingo);
+    lingoes_.Add(kSportsLingo);
+    lingoes_.Add(ipodcomm::kStorageLingo);
   }
   const LingoOptions extended = RequestOptions(kExtendedLingo);
-  announcement_.lingoes.push_back(kExtendedLingo);
+  lingoes_.Add(kExtendedLingo);
   if (extended.exchanged) {
     identity.database_track_info = extended.OptionSet() ? 1 : 0;
   } else {
-    // The General lingo is then announced three times in all. Prescribed so; iPods accept it.
-    announcement_.lingoes.push_back(kGeneralLingo);
-    announcement_.lingoes.push_back(kGeneralLingo);
+    // An iPod that does not tell its options finds the General lingo announced three times in all.
+    // Those in the field accept it so.
+    lingoes_.Add(kGeneralLingo);
+    lingoes_.Add(kGeneralLingo);
   }
   return Outcome::kDone;
 }
 
-/// GetiPodOptionsForLingo: `4B lingo`, answered by `4C lingo options(8)`.
-IdentificationSequence::LingoOptions IdentificationSequence::RequestOptions(std::uint8_t lingo) {
+// GetiPodOptionsForLingo: `4B lingo`, answered by `4C lingo options(8)`.
+auto CIpodComm::IdentificationSequence::RequestOptions(std::uint8_t lingo) -> LingoOptions {
   const unsigned char data[] = {lingo};
   LingoOptions options = {};
   tagIPOD_READ_PARAMS read = Answer(general::kRetIpodOptionsForLingo, options.reply);
@@ -74,80 +78,94 @@ IdentificationSequence::LingoOptions IdentificationSequence::RequestOptions(std:
   return options;
 }
 
-IdentificationSequence::Outcome IdentificationSequence::SendTokens() {
-  TokenPacket packet([this](unsigned char* payload, unsigned long length) {
-    return session_.Command_SetFIDTokenValue(payload, length);
-  });
-  if (!SendIdentifyToken(&packet) || !AddTokens(&packet)) return Outcome::kFallBack;
-  if (packet.Send()) return Outcome::kDone;
-  CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Error setting FID tokens.");
-  return Outcome::kFallBack;
+// Sends the tokens in as many packets as they need. The log's text is the same for every token.
+auto CIpodComm::IdentificationSequence::SendTokens() -> Outcome {
+  const ModelNumber model = session_.Model();
+  const TokenList tokens = Tokens(model.text());
+  const Token* const end = tokens.data() + tokens.size();
+  ipodcomm::TokenPacket packet;
+  for (const Token* next = tokens.data(); next != end;) {
+    const Token* const rest = Pack(next, end, &packet);
+    if (rest == next) {
+      CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Error adding caps token");
+      return Outcome::kFallBack;
+    }
+    if (!session_.Command_SetFIDTokenValue(packet.bytes(), packet.size())) {
+      if (rest == end) {
+        CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Error setting FID tokens.");
+      }
+      return Outcome::kFallBack;
+    }
+    next = rest;
+  }
+  return Outcome::kDone;
 }
 
-/// The identification token always travels alone.
-bool IdentificationSequence::SendIdentifyToken(TokenPacket* packet) {
-  return Added(packet->Add([this](unsigned char* destination, unsigned long capacity) {
-           return session_.AddIdentifyToken(destination, capacity, announcement_);
-         })) &&
-         packet->Send();
+// The tokens in the order in which iPods expect them.
+auto CIpodComm::IdentificationSequence::Tokens(std::string_view model) -> TokenList {
+  using Kind = Token::Kind;
+  return {{{Kind::kLingoes},
+           {Kind::kCapabilities},
+           {Kind::kText, ipodcomm::kInfoName, 0, ipodcomm::kAccessoryName},
+           {Kind::kVersion, ipodcomm::kInfoFirmware},
+           {Kind::kVersion, ipodcomm::kInfoHardware},
+           {Kind::kText, ipodcomm::kInfoManufacturer, 0, ipodcomm::kAccessoryManufacturer},
+           {Kind::kText, ipodcomm::kInfoModelNumber, 0, model},
+           {Kind::kText, ipodcomm::kInfoSerialNumber, 0, ipodcomm::kAccessorySerialNumber},
+           {Kind::kMaxPayload},
+           {Kind::kCertification},
+           {Kind::kPreference, 0x01, 0x00},
+           {Kind::kPreference, 0x02, 0x00},
+           {Kind::kPreference, 0x03, 0x01},
+           {Kind::kPreference, 0x08, 0x01},
+           {Kind::kPreference, 0x0A, 0x01},
+           {Kind::kPreference, 0x00, 0x01}}};
 }
 
-/// Adds the other tokens in their order, as far as they can be sent.
-bool IdentificationSequence::AddTokens(TokenPacket* packet) {
+// Packs tokens into a fresh packet as far as they fit. Returns the first one that is left: `next`
+// itself when it does not fit even alone. The lingoes always travel alone.
+auto CIpodComm::IdentificationSequence::Pack(const Token* next, const Token* end,
+                                             ipodcomm::TokenPacket* packet) -> const Token* {
+  packet->Clear();
+  for (; next != end; ++next) {
+    if (!packet->Add(Write(*next, packet))) break;
+    if (next->kind == Token::Kind::kLingoes) return next + 1;
+  }
+  return next;
+}
+
+// Writes a token at the packet's end. Returns its size, kNoRoom when it does not fit.
+unsigned long CIpodComm::IdentificationSequence::Write(const Token& token,
+                                                       ipodcomm::TokenPacket* packet) {
   unsigned char caps[] = {0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x05};
-  unsigned char scratch[8] = {};
-  const auto text = [this](unsigned char type, const std::string& value) {
-    return [this, type, value](unsigned char* destination, unsigned long capacity) {
-      return session_.AddAccNameToken(destination, capacity, type, value);
-    };
-  };
-  const auto version = [this](unsigned char type) {
-    return [this, type](unsigned char* destination, unsigned long capacity) {
-      return session_.AddAccVersionToken(destination, capacity, type, version_.bytes);
-    };
-  };
-  const auto capabilities = [&](unsigned char* destination, unsigned long capacity) {
-    return session_.AddAccCapsToken(destination, capacity, caps);
-  };
-  const auto max_payload = [&](unsigned char* destination, unsigned long capacity) {
-    return session_.AddAccMaxPayloadToken(destination, capacity, kMaxPayload);
-  };
-  const auto certification = [&](unsigned char* destination, unsigned long capacity) {
-    return session_.AddAccRFCertToken(destination, capacity, scratch);
-  };
-  // A certification token that needs a fresh packet becomes a status token there. Prescribed so.
-  const auto status = [&](unsigned char* destination, unsigned long capacity) {
-    return session_.AddAccStatusToken(destination, capacity, scratch);
-  };
-
-  const bool added =
-      Added(packet->Add(capabilities)) && Added(packet->Add(text(kInfoName, kAccessoryName))) &&
-      Added(packet->Add(version(kInfoFirmware))) && Added(packet->Add(version(kInfoHardware))) &&
-      Added(packet->Add(text(kInfoManufacturer, kAccessoryManufacturer))) &&
-      Added(packet->Add(text(kInfoModelNumber, session_.Model()))) &&
-      Added(packet->Add(text(kInfoSerialNumber, kAccessorySerialNumber))) &&
-      Added(packet->Add(max_payload)) && Added(packet->Add(certification, status));
-  if (!added) return false;
-  for (const PreferenceSetting& preference : kPreferences) {
-    const auto token = [&](unsigned char* destination, unsigned long capacity) {
-      return session_.AddPreferenceToken(destination, capacity, preference.preference_class,
-                                         preference.setting);
-    };
-    if (!Added(packet->Add(token))) return false;
+  unsigned char zeros[4] = {};
+  unsigned char* const end = packet->end();
+  const unsigned long room = packet->room();
+  switch (token.kind) {
+    case Token::Kind::kLingoes:
+      return ipodcomm::WriteIdentifyToken(end, room,
+                                          {lingoes_.numbers, lingoes_.count, options_, device_id_});
+    case Token::Kind::kCapabilities:
+      return session_.AddAccCapsToken(end, room, caps);
+    case Token::Kind::kText:
+      return ipodcomm::WriteInfoTextToken(end, room, token.number, token.text);
+    case Token::Kind::kVersion:
+      return session_.AddAccVersionToken(end, room, token.number, version_.bytes);
+    case Token::Kind::kMaxPayload:
+      return session_.AddAccMaxPayloadToken(end, room, kMaxPayload);
+    case Token::Kind::kCertification:
+      // One that did not fit, and so begins a packet, goes out as a status. iPods in the field
+      // have known it so.
+      return packet->empty() ? session_.AddAccStatusToken(end, room, zeros)
+                             : session_.AddAccRFCertToken(end, room, zeros);
+    case Token::Kind::kPreference:
+      return session_.AddPreferenceToken(end, room, token.number, token.setting);
   }
-  return true;
+  return ipodcomm::kNoRoom;
 }
 
-/// Whether a token went into a packet. The text is the same for every token.
-bool IdentificationSequence::Added(TokenPacket::Result result) {
-  if (result == TokenPacket::Result::kDoesNotFit) {
-    CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Error adding caps token");
-  }
-  return result == TokenPacket::Result::kAdded;
-}
-
-/// EndIDPS: `3B 00`, answered by `3C status`.
-IdentificationSequence::Outcome IdentificationSequence::EndTokens() {
+// EndIDPS: `3B 00`, answered by `3C status`.
+auto CIpodComm::IdentificationSequence::EndTokens() -> Outcome {
   const unsigned char data[] = {0x00};
   unsigned char reply[1] = {};
   if (!session_.Exchange(Command(kGeneralLingo, general::kEndIdps, data),
@@ -156,19 +174,17 @@ IdentificationSequence::Outcome IdentificationSequence::EndTokens() {
     return KeepGoing() ? Outcome::kFallBack : Outcome::kAbandoned;
   }
   NKDbgPrintfW(L"Time to do IDPS %d\n", static_cast<std::uint32_t>(GetTickCount() - started_ms_));
-  return TakeEndStatus(reply[0]);
+  return JudgeTokens(reply[0]);
 }
 
-IdentificationSequence::Outcome IdentificationSequence::TakeEndStatus(unsigned char status) {
+auto CIpodComm::IdentificationSequence::JudgeTokens(unsigned char end_status) -> Outcome {
   constexpr unsigned char kTooManyFailures = 5;
-  if (status == 0) return Outcome::kDone;
-  CKORVATrace::LogSoftwareError(kIdentifyFunction, L"IDPS failed with code %02x", status);
-  if (status == kTooManyFailures) {
+  if (end_status == 0) return Outcome::kDone;
+  CKORVATrace::LogSoftwareError(kIdentifyFunction, L"IDPS failed with code %02x", end_status);
+  if (end_status == kTooManyFailures) {
     session_.identity_.idps_enabled = 0;  // retrying is pointless
   } else {
-    NKDbgPrintfW(L"IDPS Failed = %2x\r\n", status);
+    NKDbgPrintfW(L"IDPS Failed = %2x\r\n", end_status);
   }
   return Outcome::kFallBack;
 }
-
-}  // namespace ipodcomm

@@ -1,40 +1,31 @@
 // SPDX-License-Identifier: MIT
-// Packs identification tokens into SetFIDTokenValues packets.
+// The buffer in which identification tokens are packed for one command.
 #pragma once
 
-#include <functional>
-#include <utility>
+#include "identify/tokens.h"
 
 namespace ipodcomm {
 
-/// The buffer of one packet: a count byte, then tokens back to back. A token that does not fit is
-/// written again into a fresh packet, once what the buffer holds has been sent.
+/// A count byte, then tokens back to back. Each is written at end() by its builder.
 class TokenPacket {
  public:
-  /// Sends `length` bytes, the count byte included; false when the iPod did not take them.
-  using Sender = std::function<bool(unsigned char* payload, unsigned long length)>;
-  /// Writes a token into at most `capacity` bytes; its size, or 0xFFFFFFFF when it does not fit.
-  using Builder = std::function<unsigned long(unsigned char* destination, unsigned long capacity)>;
+  unsigned char* end() { return bytes_ + size_; }
+  unsigned long room() const { return kCapacity - size_; }
 
-  enum class Result { kAdded, kNotSent, kDoesNotFit };
+  /// Adds the token of `size` bytes that was written at end(). False for kNoRoom.
+  bool Add(unsigned long size);
+  /// Empties the packet. Its old bytes stay behind the end.
+  void Clear();
 
-  explicit TokenPacket(Sender sender) : sender_(std::move(sender)) {}
-
-  /// Adds a token behind the others. `retry` builds it when it needs a fresh packet.
-  Result Add(const Builder& builder, const Builder& retry);
-  Result Add(const Builder& builder) { return Add(builder, builder); }
-
-  /// Sends the buffer and begins a new packet. What the buffer held is not cleared.
-  bool Send();
+  bool empty() const { return bytes_[0] == 0; }
+  unsigned char* bytes() { return bytes_; }
+  unsigned long size() const { return size_; }
 
  private:
-  static constexpr unsigned long kSize = 520;
+  static constexpr unsigned long kCapacity = 520;
 
-  unsigned long Build(const Builder& builder);
-
-  Sender sender_;
-  unsigned char buffer_[kSize] = {};
-  unsigned long offset_ = 1;
+  unsigned char bytes_[kCapacity] = {};
+  unsigned long size_ = 1;
 };
 
 }  // namespace ipodcomm

@@ -5,7 +5,9 @@
 //
 // Every builder writes one token at `destination` and returns its size, or writes nothing and
 // returns 0xFFFFFFFF when fewer bytes than it demands are left. It always demands at least one byte
-// more than it writes; the bounds are prescribed.
+// more than it writes, as hosts' buffers are sized.
+#include "identify/tokens.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -15,9 +17,9 @@
 #include "protocol/numbers.h"
 #include "session/exchange.h"
 
-namespace {
+using ipodcomm::kNoRoom;
 
-constexpr unsigned long kNoRoom = 0xFFFFFFFF;
+namespace {
 
 // Subtypes.
 constexpr unsigned char kIdentify = 0x00;
@@ -35,7 +37,7 @@ constexpr unsigned char kMaxPayload = 0x09;
 constexpr unsigned char kStatus = 0x0B;
 constexpr unsigned char kRfCertification = 0x0C;
 
-/// Writes the three bytes that every token starts with. The length is taken modulo 256.
+// Writes the three bytes that every token starts with. The length is taken modulo 256.
 unsigned char* Begin(unsigned char* token, std::size_t length, unsigned char subtype) {
   *token++ = static_cast<unsigned char>(length);
   *token++ = 0x00;
@@ -43,29 +45,41 @@ unsigned char* Begin(unsigned char* token, std::size_t length, unsigned char sub
   return token;
 }
 
-unsigned long TextToken(unsigned char* destination, unsigned long capacity, unsigned char subtype,
-                        unsigned char number, const std::string& text) {
-  const unsigned long size = static_cast<unsigned long>(text.size()) + 5;
+unsigned long WriteTextToken(unsigned char* destination, unsigned long capacity,
+                             unsigned char subtype, unsigned char number, std::string_view text) {
+  const std::size_t size = text.size() + 5;
   if (capacity <= size) return kNoRoom;
   unsigned char* next = Begin(destination, text.size() + 4, subtype);
   *next++ = number;
   next = std::copy(text.begin(), text.end(), next);
   *next = 0x00;
-  return size;
+  return static_cast<unsigned long>(size);
 }
 
 }  // namespace
 
-unsigned long CIpodComm::AddIdentifyToken(unsigned char* destination, unsigned long capacity,
-                                          tagIdentifyToken& token) {
-  const std::size_t count = token.lingoes.size();
+unsigned long ipodcomm::WriteIdentifyToken(unsigned char* destination, unsigned long capacity,
+                                           const LingoAnnouncement& announcement) {
+  const std::size_t count = announcement.lingo_count;
   if (capacity <= count + 12) return kNoRoom;
   unsigned char* next = Begin(destination, count + 11, kIdentify);
   *next++ = static_cast<unsigned char>(count);
-  next = std::copy(token.lingoes.begin(), token.lingoes.end(), next);
-  next = std::copy_n(token.options, sizeof token.options, next);
-  std::copy_n(token.device_id, sizeof token.device_id, next);
+  next = std::copy_n(announcement.lingoes, count, next);
+  next = std::copy_n(announcement.options, 4, next);
+  std::copy_n(announcement.device_id, 4, next);
   return static_cast<unsigned long>(count + 12);
+}
+
+unsigned long ipodcomm::WriteInfoTextToken(unsigned char* destination, unsigned long capacity,
+                                           unsigned char info_type, std::string_view text) {
+  return WriteTextToken(destination, capacity, kInfo, info_type, text);
+}
+
+unsigned long CIpodComm::AddIdentifyToken(unsigned char* destination, unsigned long capacity,
+                                          tagIdentifyToken& token) {
+  return ipodcomm::WriteIdentifyToken(
+      destination, capacity,
+      {token.lingoes.data(), token.lingoes.size(), token.options, token.device_id});
 }
 
 unsigned long CIpodComm::AddAccCapsToken(unsigned char* destination, unsigned long capacity,
@@ -102,8 +116,8 @@ unsigned long CIpodComm::AddAccStatusToken(unsigned char* destination, unsigned 
   return 8;
 }
 
-/// The length announces four certification bytes, of which three are written: the fourth is
-/// whatever the buffer holds. Prescribed so; iPods in the field accept it.
+// The length announces four certification bytes, of which three are written: the fourth is whatever
+// the buffer holds. iPods in the field accept it.
 unsigned long CIpodComm::AddAccRFCertToken(unsigned char* destination, unsigned long capacity,
                                            unsigned char* cert) {
   if (capacity < 9) return kNoRoom;
@@ -133,7 +147,7 @@ unsigned long CIpodComm::AddEAPMetaToken(unsigned char* destination, unsigned lo
   return 5;
 }
 
-/// The byte argument is ignored: the subtype is always 0F. Prescribed so.
+// The byte argument is ignored: the subtype is always 0F, the only one that iPods know for this.
 unsigned long CIpodComm::AddAVDelayToken(unsigned char* destination, unsigned long capacity,
                                          unsigned char /*unused*/, unsigned long delay) {
   if (capacity < 8) return kNoRoom;
@@ -143,15 +157,15 @@ unsigned long CIpodComm::AddAVDelayToken(unsigned char* destination, unsigned lo
 
 unsigned long CIpodComm::AddAccNameToken(unsigned char* destination, unsigned long capacity,
                                          unsigned char info_type, std::string name) {
-  return TextToken(destination, capacity, kInfo, info_type, name);
+  return WriteTextToken(destination, capacity, kInfo, info_type, name);
 }
 
 unsigned long CIpodComm::AddEAPToken(unsigned char* destination, unsigned long capacity,
                                      unsigned char protocol_index, std::string protocol) {
-  return TextToken(destination, capacity, kProtocol, protocol_index, protocol);
+  return WriteTextToken(destination, capacity, kProtocol, protocol_index, protocol);
 }
 
-/// Demands two spare bytes, unlike the others. Prescribed so.
+// Demands two spare bytes, unlike the others: hosts' buffers are sized for it.
 unsigned long CIpodComm::AddBundleSeedToken(unsigned char* destination, unsigned long capacity,
                                             std::string seed) {
   constexpr std::size_t kSize = 14;
@@ -175,7 +189,7 @@ unsigned long CIpodComm::AddAudioSampleToken(unsigned char* destination, unsigne
   return static_cast<unsigned long>(size);
 }
 
-/// Sends one packet of tokens: `39 count tokens...`, answered by `3A`.
+// Sends one packet of tokens: `39 count tokens...`, answered by `3A`.
 bool CIpodComm::Command_SetFIDTokenValue(unsigned char* payload, unsigned long length) {
   unsigned char reply[64] = {};
   tagIPOD_READ_PARAMS read = ipodcomm::Answer(ipodcomm::general::kRetFidTokenValueAcks, reply);

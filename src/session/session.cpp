@@ -2,7 +2,6 @@
 // CIpodComm: construction, copying, destruction, opening and closing.
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
@@ -47,10 +46,10 @@ void CIpodComm::CopySession(const CIpodComm& other) {
     const LockScope lock(play_status_lock_);
     play_status_ = play_status;
   }
-  Outgoing outgoing = other.CopyOfOutgoing();
+  const Outgoing outgoing = other.CopyOfOutgoing();
   {
     const LockScope lock(transmit_lock_);
-    outgoing_ = std::move(outgoing);
+    outgoing_ = outgoing;
   }
   log_level_ = other.log_level_;
   window_ = other.window_;

@@ -123,11 +123,19 @@ TEST_F(AccessoryInfo, LongestModelFillsTheFrame) {
 }
 
 TEST_F(AccessoryInfo, ModelThatFitsNoFrameIsNotSentButSignalled) {
-  session_.SetModel(std::string(252, 'M'));
+  for (const std::size_t length : {252, 520, 521, 100000}) {
+    session_.SetModel(std::string(length, 'M'));
+    Return({7});
+    EXPECT_THAT(DrainSent(), IsEmpty());
+    EXPECT_TRUE(ConsumeSignal());
+    EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  }
+}
+
+TEST_F(AccessoryInfo, ModelMayHoldTerminators) {
+  session_.SetModel(std::string("Q\0Z", 3));
   Return({7});
-  EXPECT_THAT(DrainSent(), IsEmpty());
-  EXPECT_TRUE(ConsumeSignal());
-  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 00 28 07 51 00 5A 00 1F"));
 }
 
 TEST_F(AccessoryInfo, FailedWriteIsNotReportedAndSignalledAllTheSame) {
@@ -136,6 +144,24 @@ TEST_F(AccessoryInfo, FailedWriteIsNotReportedAndSignalledAllTheSame) {
   world_.ClearFaults();
   EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+  EXPECT_THAT(DrainDebugOutput(), IsEmpty());
+  EXPECT_TRUE(ConsumeSignal());
+}
+
+TEST_F(AccessoryInfo, AnswerIsBuiltInAHeapBlockThatGoesBackAfterTheWrite) {
+  session_.SetModel("QZ");
+  world_.Record({"LocalAlloc", "LocalFree", "WriteFile"});
+  Return({7});
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
+              ElementsAre("LocalAlloc(64, 4)", "WriteFile(port2, FF)",
+                          "WriteFile(port2, 55 06 00 28 07 51 5A 00 20)", "LocalFree(block1)"));
+}
+
+TEST_F(AccessoryInfo, WithoutMemoryNothingIsSentAndTheSignalComesAllTheSame) {
+  world_.FailFrom("LocalAlloc", 1, 8);
+  for (const std::uint8_t type : test::Hex("00 01 04 05 06 07")) Return({type});
+  world_.ClearFaults();
+  EXPECT_THAT(DrainSent(), IsEmpty());
   EXPECT_THAT(DrainDebugOutput(), IsEmpty());
   EXPECT_TRUE(ConsumeSignal());
 }

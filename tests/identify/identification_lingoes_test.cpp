@@ -266,6 +266,17 @@ INSTANTIATE_TEST_SUITE_P(WithStatus, RefusedLingoes, ::testing::Values("01", "02
 
 // ---- Preferences --------------------------------------------------------------------------------
 
+// From the accepted announcement on, while the iPod is still being configured.
+TEST_F(Lingoes, HostIsToldThatTheIpodIsIdentifiedBeforeTheLastQuestions) {
+  AcceptLingoes();
+  std::vector<tagIPOD_IDENTIFY_RESULT> results;
+  on_step_ = [&](int) { results.push_back(result_); };
+  EXPECT_EQ(Identify(), 1);
+  EXPECT_THAT(results, ElementsAre(IPOD_IDENTIFY_RESULT_NONE, IPOD_IDENTIFY_RESULT_NONE,
+                                   IPOD_IDENTIFY_RESULT_NONE, IPOD_IDENTIFY_RESULT_LINGOS,
+                                   IPOD_IDENTIFY_RESULT_LINGOS));
+}
+
 TEST_F(Lingoes, PreferencesAreSetInOrder) {
   ExpectIdentified();
   EXPECT_THAT(DrainSentOf("00 2B"),

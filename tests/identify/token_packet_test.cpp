@@ -1,24 +1,46 @@
 // SPDX-License-Identifier: MIT
-// How tokens are packed into packets of 520 bytes: where each goes, when a packet is sent, and what
-// happens to tokens that do not fit. The second half packs the real tokens for a sender that takes
-// packets of any size, which the line does not.
+// How tokens are packed into packets of 520 bytes: where each goes, when a packet ends, and what
+// happens to tokens that do not fit. Packets are compared as they are packed, for the line does not
+// carry the longest of them.
 #include "identify/token_packet.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "identify/identification.h"
 #include "identify/identification_sequence.h"
 
-namespace ipodcomm {
-
+/// Packs tokens as identification does, without sending them.
 struct IdentificationSequencePeer {
-  static bool AddTokens(IdentificationSequence& sequence, TokenPacket* packet) {
-    return sequence.AddTokens(packet);
-  }
-};
+  using Sequence = CIpodCommPeer::IdentificationSequence;
+  using Token = Sequence::Token;
 
-}  // namespace ipodcomm
+  /// Appends the packets' bytes to `packets`. False when a token fits no packet.
+  static bool Pack(CIpodComm& session, const std::vector<Token>& tokens,
+                   std::vector<test::Bytes>* packets) {
+    Sequence sequence(session, 0, nullptr, nullptr, nullptr);
+    const Token* const end = tokens.data() + tokens.size();
+    ipodcomm::TokenPacket packet;
+    for (const Token* next = tokens.data(); next != end;) {
+      const Token* const rest = sequence.Pack(next, end, &packet);
+      if (rest == next) return false;
+      packets->emplace_back(packet.bytes(), packet.bytes() + packet.size());
+      next = rest;
+    }
+    return true;
+  }
+  /// What identification sends behind the announcement of the lingoes.
+  static std::vector<Token> Tokens(std::string_view model) {
+    const auto tokens = Sequence::Tokens(model);
+    return {tokens.begin() + 1, tokens.end()};
+  }
+  /// A text token of `size` bytes in all.
+  static Token Text(std::size_t size, const std::string& letters) {
+    return {Token::Kind::kText, 0x07, 0, std::string_view(letters).substr(0, size - 5)};
+  }
+  static Token Certification() { return {Token::Kind::kCertification}; }
+};
 
 namespace {
 
@@ -26,112 +48,120 @@ using ipodcomm::TokenPacket;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
-using Result = TokenPacket::Result;
+using Peer = IdentificationSequencePeer;
 
 constexpr unsigned long kNoRoom = 0xFFFFFFFF;
 
-class Packing : public ::testing::Test {
+// ---- One packet ---------------------------------------------------------------------------------
+
+class OnePacket : public ::testing::Test {
  protected:
-  /// A token of `size` equal bytes, which demands one byte more.
-  TokenPacket::Builder Token(unsigned long size, unsigned char byte) {
-    return [this, size, byte](unsigned char* destination, unsigned long capacity) {
-      rooms_.push_back(capacity);
-      if (capacity <= size) return kNoRoom;
-      std::fill_n(destination, size, byte);
-      return size;
-    };
+  /// Adds a token of `size` equal bytes.
+  bool Add(unsigned long size, unsigned char byte) {
+    std::fill_n(packet_.end(), size, byte);
+    return packet_.Add(size);
+  }
+  std::string Text() {
+    return test::ToHex(test::Bytes(packet_.bytes(), packet_.bytes() + packet_.size()));
   }
 
-  std::vector<test::Bytes> sent_;
-  std::vector<unsigned long> rooms_;  // offered to the tokens, in order
-  bool taken_ = true;
-  TokenPacket packet_{[this](unsigned char* payload, unsigned long length) {
-    sent_.emplace_back(payload, payload + length);
-    return taken_;
-  }};
+  TokenPacket packet_;
 };
 
-TEST_F(Packing, TokensLieBackToBackBehindTheirCount) {
-  EXPECT_EQ(packet_.Add(Token(3, 0xAA)), Result::kAdded);
-  EXPECT_EQ(packet_.Add(Token(2, 0xBB)), Result::kAdded);
-  EXPECT_THAT(rooms_, ElementsAre(519, 516));
-  EXPECT_THAT(sent_, IsEmpty());
-  EXPECT_TRUE(packet_.Send());
-  EXPECT_THAT(sent_, ElementsAre(test::Hex("02 AA AA AA BB BB")));
+TEST_F(OnePacket, TokensLieBackToBackBehindTheirCount) {
+  EXPECT_EQ(packet_.room(), 519U);
+  EXPECT_TRUE(Add(3, 0xAA));
+  EXPECT_EQ(packet_.room(), 516U);
+  EXPECT_TRUE(Add(2, 0xBB));
+  EXPECT_EQ(Text(), "02 AA AA AA BB BB");
 }
 
-TEST_F(Packing, PacketWithoutTokensIsItsCount) {
-  EXPECT_TRUE(packet_.Send());
-  EXPECT_THAT(sent_, ElementsAre(test::Hex("00")));
+TEST_F(OnePacket, WithoutTokensIsItsCount) {
+  EXPECT_TRUE(packet_.empty());
+  EXPECT_EQ(Text(), "00");
 }
 
-TEST_F(Packing, SendingBeginsANewPacket) {
-  packet_.Add(Token(3, 0xAA));
-  packet_.Send();
-  packet_.Add(Token(1, 0xBB));
-  packet_.Send();
-  EXPECT_THAT(rooms_, ElementsAre(519, 519));
-  EXPECT_THAT(sent_, ElementsAre(test::Hex("01 AA AA AA"), test::Hex("01 BB")));
+TEST_F(OnePacket, ClearingBeginsANewOne) {
+  Add(3, 0xAA);
+  packet_.Clear();
+  EXPECT_TRUE(packet_.empty());
+  EXPECT_EQ(packet_.room(), 519U);
+  Add(1, 0xBB);
+  EXPECT_FALSE(packet_.empty());
+  EXPECT_EQ(Text(), "01 BB");
 }
+
+TEST_F(OnePacket, StaysAsItIsWhenATokenDoesNotFit) {
+  Add(3, 0xAA);
+  EXPECT_FALSE(packet_.Add(kNoRoom));
+  EXPECT_EQ(Text(), "01 AA AA AA");
+}
+
+TEST_F(OnePacket, BytesOfTheOneBeforeStayBehindTheEnd) {
+  Add(8, 0xAA);
+  packet_.Clear();
+  packet_.end()[0] = 0x11;  // leaves the second byte alone
+  packet_.Add(2);
+  EXPECT_EQ(Text(), "01 11 AA");
+}
+
+// ---- Several packets ----------------------------------------------------------------------------
+
+class Packing : public ::testing::Test {
+ protected:
+  bool Pack(const std::vector<Peer::Token>& tokens) {
+    test::DrainTraceLog();
+    return Peer::Pack(session_, tokens, &packed_);
+  }
+  Peer::Token Text(std::size_t size) const { return Peer::Text(size, letters_); }
+
+  /// A text token's bytes: "0F 00 02 07 4D 4D ... 00".
+  static std::string TextBytes(const char* length_byte, std::size_t size) {
+    return std::string(length_byte) + " 00 02 07 " + test::Repeated("4D", size - 5) + " 00";
+  }
+  std::vector<std::string> Packed() const {
+    std::vector<std::string> texts;
+    for (const test::Bytes& packet : packed_) texts.push_back(test::ToHex(packet));
+    return texts;
+  }
+  std::vector<std::size_t> Sizes() const {
+    std::vector<std::size_t> sizes;
+    for (const test::Bytes& packet : packed_) sizes.push_back(packet.size());
+    return sizes;
+  }
+
+  test::World world_;
+  CIpodComm session_;
+  std::vector<test::Bytes> packed_;
+  const std::string letters_ = std::string(600, 'M');
+};
 
 TEST_F(Packing, TokenThatDoesNotFitGoesIntoTheNextPacket) {
-  packet_.Add(Token(10, 0xAA));
-  EXPECT_EQ(packet_.Add(Token(509, 0xBB)), Result::kAdded);
-  EXPECT_THAT(rooms_, ElementsAre(519, 509, 519));
-  EXPECT_THAT(sent_, ElementsAre(test::Hex("01 " + test::Repeated("AA", 10))));
-  EXPECT_EQ(packet_.Add(Token(1, 0xCC)), Result::kAdded);
-  packet_.Send();
-  EXPECT_EQ(test::ToHex(sent_[1]), "02 " + test::Repeated("BB", 509) + " CC");
+  EXPECT_TRUE(Pack({Text(10), Text(509), Text(6)}));
+  EXPECT_THAT(Packed(), ElementsAre("01 " + TextBytes("09", 10),
+                                    "02 " + TextBytes("FC", 509) + " " + TextBytes("05", 6)));
 }
 
 TEST_F(Packing, TokenThatJustFitsStays) {
-  packet_.Add(Token(10, 0xAA));
-  EXPECT_EQ(packet_.Add(Token(508, 0xBB)), Result::kAdded);
-  EXPECT_THAT(sent_, IsEmpty());
-  packet_.Send();
-  EXPECT_THAT(sent_, ElementsAre(SizeIs(519)));
+  EXPECT_TRUE(Pack({Text(10), Text(508)}));
+  EXPECT_THAT(Sizes(), ElementsAre(519));
 }
 
-TEST_F(Packing, TokenThatFitsNoPacketIsReportedAfterTheOthersWereSent) {
-  packet_.Add(Token(1, 0xAA));
-  EXPECT_EQ(packet_.Add(Token(519, 0xBB)), Result::kDoesNotFit);
-  EXPECT_THAT(sent_, ElementsAre(test::Hex("01 AA")));
-  EXPECT_THAT(rooms_, ElementsAre(519, 518, 519));
+TEST_F(Packing, TokenThatFitsNoPacketIsReportedAfterTheOthersWerePacked) {
+  EXPECT_FALSE(Pack({Text(6), Text(519)}));
+  EXPECT_THAT(Packed(), ElementsAre("01 " + TextBytes("05", 6)));
 }
 
-TEST_F(Packing, TokenIsNotBuiltAgainWhenThePacketIsNotTaken) {
-  packet_.Add(Token(1, 0xAA));
-  taken_ = false;
-  EXPECT_EQ(packet_.Add(Token(519, 0xBB)), Result::kNotSent);
-  EXPECT_THAT(rooms_, ElementsAre(519, 518));
-  EXPECT_FALSE(packet_.Send());
+TEST_F(Packing, CertificationThatDoesNotFitBecomesAStatusInTheNextPacket) {
+  EXPECT_TRUE(Pack({Text(511), Peer::Certification(), Text(6)}));
+  EXPECT_THAT(Packed(), ElementsAre("01 " + TextBytes("FE", 511),
+                                    "02 07 00 02 0B 00 00 00 00 " + TextBytes("05", 6)));
 }
 
-TEST_F(Packing, BytesOfTheLastPacketStayBehindTheOffset) {
-  packet_.Add(Token(8, 0xAA));
-  packet_.Send();
-  packet_.Add([](unsigned char* destination, unsigned long) -> unsigned long {
-    destination[0] = 0x11;  // leaves the second byte alone
-    return 2;
-  });
-  packet_.Send();
-  EXPECT_EQ(test::ToHex(sent_[1]), "01 11 AA");
-}
-
-TEST_F(Packing, AnotherTokenMayTakeThePlaceInAFreshPacket) {
-  EXPECT_EQ(packet_.Add(Token(500, 0xAA), Token(1, 0x11)), Result::kAdded);
-  EXPECT_EQ(packet_.Add(Token(20, 0xBB), Token(2, 0x22)), Result::kAdded);
-  packet_.Send();
-  EXPECT_EQ(test::ToHex(sent_[0]), "01 " + test::Repeated("AA", 500));
-  EXPECT_EQ(test::ToHex(sent_[1]), "01 22 22");
-}
-
-TEST_F(Packing, AnotherTokenIsNotUsedWhileTheFirstFits) {
-  packet_.Add(Token(20, 0xBB), Token(2, 0x22));
-  packet_.Send();
-  EXPECT_EQ(test::ToHex(sent_[0]), "01 " + test::Repeated("BB", 20));
+TEST_F(Packing, CertificationThatFitsStaysOne) {
+  EXPECT_TRUE(Pack({Text(510), Peer::Certification()}));
+  EXPECT_THAT(Packed(), ElementsAre("02 " + TextBytes("FD", 510) + " 07 00 02 0C 00 00 00 00"));
 }
 
 // ---- The real tokens ----------------------------------------------------------------------------
@@ -153,37 +183,24 @@ class RealTokens : public Packing {
   RealTokens() { world_.SetFileVersion(L"qz104.exe", L"2,5,0,17"); }
 
   /// Packs everything behind the announcement, with a model number of `model_length` letters.
-  bool Pack(std::size_t model_length) {
-    CIpodComm session;
-    session.SetModel(std::string(model_length, 'M'));
-    ipodcomm::IdentificationSequence sequence(session, 0, nullptr, nullptr);
-    test::DrainTraceLog();
-    if (!ipodcomm::IdentificationSequencePeer::AddTokens(sequence, &packet_)) return false;
-    return packet_.Send();
+  bool PackAll(std::size_t model_length) {
+    return Pack(Peer::Tokens(std::string_view(letters_).substr(0, model_length)));
   }
   static std::string Model(const char* length_byte, std::size_t model_length) {
-    return std::string(" ") + length_byte + " 00 02 07 " + test::Repeated("4D", model_length) +
-           " 00";
+    return " " + TextBytes(length_byte, model_length + 5);
   }
-  std::vector<std::string> Sent() const {
-    std::vector<std::string> texts;
-    for (const test::Bytes& packet : sent_) texts.push_back(test::ToHex(packet));
-    return texts;
-  }
-
-  test::World world_;
 };
 
 TEST_F(RealTokens, FillOnePacketInTheirOrder) {
-  EXPECT_TRUE(Pack(2));
-  EXPECT_THAT(Sent(),
+  EXPECT_TRUE(PackAll(2));
+  EXPECT_THAT(Packed(),
               ElementsAre(std::string("0F ") + kToModel + Model("06", 2) + kSerial + kMaxPayload +
                           kCertification + kFourPreferences + kFifthPreference + kSixthPreference));
 }
 
 TEST_F(RealTokens, CertificationInAFreshPacketBecomesAStatus) {
-  EXPECT_TRUE(Pack(428));
-  EXPECT_THAT(Sent(),
+  EXPECT_TRUE(PackAll(428));
+  EXPECT_THAT(Packed(),
               ElementsAre(std::string("08 ") + kToModel + Model("B0", 428) + kSerial + kMaxPayload,
                           std::string("07 07 00 02 0B 00 00 00 00") + kFourPreferences +
                               kFifthPreference + kSixthPreference));
@@ -191,15 +208,15 @@ TEST_F(RealTokens, CertificationInAFreshPacketBecomesAStatus) {
 
 TEST_F(RealTokens, CertificationAnnouncesAByteOfThePacketBefore) {
   // In the second packet the certification's unwritten byte falls on the 02 of what was the name.
-  EXPECT_TRUE(Pack(436));
-  EXPECT_THAT(Sent(), ElementsAre(std::string("07 ") + kToModel + Model("B8", 436) + kSerial,
-                                  std::string("08") + kMaxPayload + " 07 00 02 0C 00 00 00 02" +
-                                      kFourPreferences + kFifthPreference + kSixthPreference));
+  EXPECT_TRUE(PackAll(436));
+  EXPECT_THAT(Packed(), ElementsAre(std::string("07 ") + kToModel + Model("B8", 436) + kSerial,
+                                    std::string("08") + kMaxPayload + " 07 00 02 0C 00 00 00 02" +
+                                        kFourPreferences + kFifthPreference + kSixthPreference));
 }
 
 TEST_F(RealTokens, LastPreferenceMayNeedAPacketOfItsOwn) {
-  EXPECT_TRUE(Pack(392));
-  EXPECT_THAT(Sent(),
+  EXPECT_TRUE(PackAll(392));
+  EXPECT_THAT(Packed(),
               ElementsAre(std::string("0E ") + kToModel + Model("8C", 392) + kSerial + kMaxPayload +
                               kCertification + kFourPreferences + kFifthPreference,
                           std::string("01") + kSixthPreference));
@@ -215,10 +232,8 @@ void PrintTo(const Length& length, std::ostream* stream) { *stream << length.mod
 class PacketSizes : public RealTokens, public ::testing::WithParamInterface<Length> {};
 
 TEST_P(PacketSizes, FollowFromTheModelNumbersLength) {
-  EXPECT_TRUE(Pack(GetParam().model));
-  std::vector<std::size_t> sizes;
-  for (const test::Bytes& packet : sent_) sizes.push_back(packet.size());
-  EXPECT_THAT(sizes, ElementsAreArray(GetParam().packets));
+  EXPECT_TRUE(PackAll(GetParam().model));
+  EXPECT_THAT(Sizes(), ElementsAreArray(GetParam().packets));
   EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
@@ -233,18 +248,9 @@ INSTANTIATE_TEST_SUITE_P(Limits, PacketSizes,
                            return "Model" + std::to_string(tested.param.model);
                          });
 
-TEST_F(RealTokens, ModelNumberThatFitsNoPacketIsLogged) {
-  EXPECT_FALSE(Pack(514));
-  EXPECT_THAT(sent_, ElementsAre(SizeIs(62)));
-  EXPECT_THAT(test::DrainTraceLog(),
-              ElementsAre("CIpodComm::Command_IdentifyDeviceLingos: Error adding caps token"));
-}
-
-TEST_F(RealTokens, PacketThatIsNotTakenEndsThePackingWithoutALog) {
-  taken_ = false;
-  EXPECT_FALSE(Pack(453));
-  EXPECT_THAT(sent_, ElementsAre(SizeIs(62)));
-  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+TEST_F(RealTokens, ModelNumberThatFitsNoPacketEndsThePacking) {
+  EXPECT_FALSE(PackAll(514));
+  EXPECT_THAT(Sizes(), ElementsAre(62));
 }
 
 }  // namespace

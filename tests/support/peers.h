@@ -26,6 +26,8 @@ struct CIpodSerialPeer {
 };
 
 struct CIpodCommPeer {
+  using IdentificationSequence = CIpodComm::IdentificationSequence;
+
   static auto& Browsing(CIpodComm& session) { return session.browsing_; }
   static auto& IdentificationEvent(CIpodComm& session) { return session.identification_event_; }
   static auto& Identity(CIpodComm& session) { return session.identity_; }
