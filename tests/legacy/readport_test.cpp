@@ -2,6 +2,7 @@
 // Reading one frame from the legacy serial port, byte by byte.
 #include <array>
 
+#include "support/legacy_times.h"
 #include "support/packets.h"
 #include "support/session_test.h"
 

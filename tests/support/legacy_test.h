@@ -6,14 +6,10 @@
 #include <string>
 
 #include "ipodcomm/ipod.h"
+#include "support/legacy_times.h"
 #include "support/session_test.h"
 
 namespace test {
-
-/// Silence as the legacy interface waits for it: five empty reads of 400 ms, 200 ms after each.
-inline constexpr std::int64_t kEmptyReadsUs = 3 * kSecond;
-/// A command that nobody answers: its frame goes out 5 ms behind the sync byte.
-inline constexpr std::int64_t kSilenceUs = 5 * kMillisecond + kEmptyReadsUs;
 
 /// An open legacy interface, `legacy_`, beside what a dock has. Arrive is not for it, which reads
 /// only when it is asked to: have the iPod send instead.
