@@ -46,13 +46,14 @@ int ipod::getipodlingoversion(wchar_t* text, unsigned char ignored_lingo) {
     return 0;
   }
   if (text != nullptr) {
-    wsprintfW(text, L"%d - %d.%d", ReplyByte(reply[0]), ReplyByte(reply[1]), ReplyByte(reply[2]));
+    StringCchPrintfW(text, SIZE_IPODLINGOVERSIONGENERAL, L"%d - %d.%d", ReplyByte(reply[0]),
+                     ReplyByte(reply[1]), ReplyByte(reply[2]));
   }
   return 1;
 }
 
-/// Extracts a reply's UTF-8 text straight into the host's and converts it there. That is done after
-/// a failure too, when the text is empty.
+// Extracts a reply's UTF-8 text straight into the host's and converts it there. That is done after
+// a failure too, when the text is empty.
 int ipod::ReadGeneralText(int sent, unsigned char reply_command, unsigned char offset,
                           wchar_t* text) {
   ipodcomm::HostText<kReplyCharacters> target(text);

@@ -149,10 +149,18 @@ TEST_F(Getters, LingoVersionIsTheReplysLingoAndItsVersion) {
   EXPECT_STREQ(text_, L"0 - 1.9");
 }
 
-TEST_F(Getters, LingoVersionShowsAnyNumber) {
+TEST_F(Getters, LingoVersionMayFillItsTenCharacters) {
+  Answer(kLingoVersion, "FF 55 05 00 10 0C 01 0C D2");
+  EXPECT_EQ(legacy_.getipodlingoversion(text_, 0), 1);
+  EXPECT_STREQ(text_, L"12 - 1.12");
+  EXPECT_EQ(text_[10], L'x');
+}
+
+TEST_F(Getters, LingoVersionIsCutToItsTenCharacters) {
   Answer(kLingoVersion, "FF 55 05 00 10 FF FE FD F1");
   EXPECT_EQ(legacy_.getipodlingoversion(text_, 0), 1);
-  EXPECT_STREQ(text_, L"255 - 254.253");
+  EXPECT_STREQ(text_, L"255 - 254");
+  EXPECT_EQ(text_[10], L'x');
 }
 
 TEST_F(Getters, LingoVersionAsksForLingo0WhateverItsArgument) {

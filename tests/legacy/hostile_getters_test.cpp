@@ -38,7 +38,7 @@ std::vector<Tried> TextGetters() {
   return {
       {[](ipod& dock) { return dock.getipodsoftwareversion(Exactly<wchar_t, 12>(), 12); }, {0x0A}},
       {Text<10>(&ipod::getipodmodelnum), {0x0E}},
-      {[](ipod& dock) { return dock.getipodlingoversion(Exactly<wchar_t, 14>(), 0); }, {0x10}},
+      {[](ipod& dock) { return dock.getipodlingoversion(Exactly<wchar_t, 10>(), 0); }, {0x10}},
       {Text<250>(&ipod::getipodname), {0x08}},
       {Text<250>(&ipod::getipodserailnum), {0x0C}},
       {Text<250>(&ipod::getipodmodelname), {0x0E}},
