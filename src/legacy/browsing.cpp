@@ -89,6 +89,7 @@ int ipod::ReadRecordName(wchar_t* name, int capacity, unsigned long index) {
     return 0;
   }
   StringCchCopyW(name, static_cast<std::size_t>(capacity), reply + kNamePosition);
+  ipodcomm::EndBehindWholeCharacter(name, static_cast<std::size_t>(capacity));
   return *name != L'\0';
 }
 

@@ -148,13 +148,16 @@ int ipod::VerifyReceivePacketChecksum(unsigned char* frame, unsigned long length
 wchar_t* ipod::utf8tounicode(wchar_t* text) {
   constexpr std::size_t kCapacity = 512;
   if (text == nullptr) return nullptr;
-  // A text of exactly the capacity keeps its last character. Prescribed so.
   std::size_t length = 0;
   while (length <= kCapacity && text[length] != L'\0') ++length;
-  if (length > kCapacity) length = kCapacity - 1;
+  // A text of exactly the capacity is converted whole; one that is longer loses a byte more than it
+  // has to. Hosts in the field see as many characters.
+  const bool cut = length > kCapacity;
+  if (cut) length = kCapacity - 1;
   unsigned char narrow[kCapacity] = {};
   std::transform(text, text + length, narrow,
                  [](wchar_t unit) { return static_cast<unsigned char>(unit); });
+  if (cut) length = ipodcomm::WholeUtf8(reinterpret_cast<const char*>(narrow), length);
   ipodcomm::TextFromUtf8(narrow, length, text, kCapacity);
   return text;
 }

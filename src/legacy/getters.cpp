@@ -60,6 +60,7 @@ int ipod::ReadGeneralText(int sent, unsigned char reply_command, unsigned char o
   *target.get() = L'\0';
   const int read = sent && extractdatafrompacket(reply_command, target.get(), kReplyCharacters,
                                                  offset, kIgnored);
+  ipodcomm::EndBehindWholeCharacter(target.get(), kReplyCharacters);
   utf8tounicode(target.get());
   return read;
 }

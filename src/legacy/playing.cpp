@@ -120,6 +120,7 @@ int ipod::getipodcurrentplayingtrackchaptername(wchar_t* text) {
   const int read = command_getcurrentplayingtrackchaptername() &&
                    ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTERNAME,
                                                  name.get(), kCharacters, 0, kIgnored);
+  ipodcomm::EndBehindWholeCharacter(name.get(), kCharacters);
   utf8tounicode(name.get());
   return read;
 }

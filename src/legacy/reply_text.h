@@ -31,6 +31,10 @@ void Store(Output* output, Value value) {
   if (output != nullptr) *output = static_cast<Output>(value);
 }
 
+/// A text of UTF-8 bytes, one to a character, that fills its buffer was cut there: ends it behind
+/// its last whole character. Any other text stays as it is.
+void EndBehindWholeCharacter(wchar_t* text, std::size_t capacity);
+
 /// Shows a text in the host's buffer, which has room for it, or nowhere when the host gave none.
 inline void ShowText(wchar_t* text, const wchar_t* shown) {
   if (text == nullptr) return;

@@ -103,6 +103,24 @@ TEST_F(Name, LongestFillsTheBufferAndIsCutByItsTerminator) {
   EXPECT_EQ(std::wstring(text.get()), std::wstring(249, L'A'));
 }
 
+TEST_F(Name, IsCutBetweenTwoCharacters) {
+  std::string reply = "FF 55 FC 00 08";
+  for (int i = 0; i < 125; ++i) reply += " C3 A9";
+  Answer(kName, reply + " 40");
+  wchar_t text[250] = {};
+  EXPECT_EQ(legacy_.getipodname(text), 1);
+  EXPECT_EQ(std::wstring(text), std::wstring(124, L'\u00E9'));
+}
+
+TEST_F(Name, WhoseCharactersFillTheBufferIsWhole) {
+  std::string reply = "FF 55 FC 00 08";
+  for (int i = 0; i < 83; ++i) reply += " E2 82 AC";
+  Answer(kName, reply + " 41 8B");
+  wchar_t text[250] = {};
+  EXPECT_EQ(legacy_.getipodname(text), 1);
+  EXPECT_EQ(std::wstring(text), std::wstring(83, L'\u20AC'));
+}
+
 TEST_F(Name, BytesThatAreNoUtf8BecomeReplacementCharacters) {
   Answer(kName, "FF 55 06 00 08 41 FF 42 00 70");
   wchar_t text[250] = {};

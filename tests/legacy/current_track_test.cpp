@@ -116,6 +116,14 @@ TEST_F(CurrentTrack, LongChapterNameIsCutTo24Characters) {
   EXPECT_EQ(text_[25], L'x');
 }
 
+TEST_F(CurrentTrack, LongChapterNameIsCutBetweenTwoCharacters) {
+  Answer("FF 55 03 04 00 07 F2",
+         "FF 55 23 04 00 08 41 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 C3 A9 "
+         "C3 A9 C3 A9 C3 A9 C3 A9 00 3C");
+  EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 1);
+  EXPECT_EQ(std::wstring(text_), L"A" + std::wstring(11, L'\u00E9'));
+}
+
 TEST_F(CurrentTrack, ChapterNameWithoutATerminatorIsFollowedByTheRestOfUnknown) {
   Answer("FF 55 03 04 00 07 F2", "FF 55 05 04 00 08 41 42 6C");  // the checksum is 6C, "l"
   EXPECT_EQ(legacy_.getipodcurrentplayingtrackchaptername(text_), 1);

@@ -49,11 +49,23 @@ TEST_F(Records, NameIsCutToItsCapacity) {
   EXPECT_EQ(name_[4], L'x');
 }
 
-TEST_F(Records, NameCutInsideACharacterEndsWithAReplacement) {
+TEST_F(Records, NameIsCutBetweenTwoCharacters) {
   Answer(kRetrieve, kZoe);
   EXPECT_EQ(Read(4), 1);
-  EXPECT_STREQ(name_, L"Zo\uFFFD");
+  EXPECT_STREQ(name_, L"Zo");
   EXPECT_EQ(name_[4], L'x');
+}
+
+TEST_F(Records, NameWhoseCharactersFillItsCapacityIsWhole) {
+  Answer(kRetrieve, kZoe);
+  EXPECT_EQ(Read(5), 1);
+  EXPECT_STREQ(name_, L"Zo\u00EB");
+}
+
+TEST_F(Records, NameCutInsideItsFirstCharacterIsEmptyAndFails) {
+  Answer(kRetrieve, "FF 55 0B 04 00 1B 00 00 01 02 E2 82 AC 00 C3");
+  EXPECT_EQ(Read(3), 0);
+  EXPECT_STREQ(name_, L"");
 }
 
 TEST_F(Records, NameWithoutATerminatorIsFollowedByItsChecksum) {
