@@ -835,7 +835,10 @@ class IPODCOMM_API ipod {
   int SendExtended(std::uint16_t command, std::initializer_list<ipodcomm::PayloadField> payload);
   int SendDisplayImage(unsigned long header_size, unsigned long count);
   void FillPayload(std::initializer_list<ipodcomm::PayloadField> payload);
+  int ExtractReply(std::uint8_t command, bool (*is_reply)(const ipodcomm::FrameBytes& frame),
+                   wchar_t* text, std::uint8_t capacity, std::uint8_t offset);
   bool AnswerRequest(const ipodcomm::FrameBytes& frame);
+  bool AwaitStorageAck(std::uint8_t* status);
   void NoteModel();
 
   int ReadGeneralText(int sent, unsigned char reply_command, unsigned char offset, wchar_t* text);

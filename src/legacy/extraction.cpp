@@ -14,7 +14,7 @@ namespace {
 constexpr int kFrameCapacity = 256;
 constexpr unsigned long kShortestExtendedFrame = 7;
 
-/// A frame as it came; what lies past its end reads as 0.
+// A frame as it came; what lies past its end reads as 0.
 struct ReceivedBytes {
   unsigned char bytes[kFrameCapacity] = {};
   unsigned long length = 0;
@@ -28,7 +28,7 @@ ReceivedBytes ReadFrame(ipodserial* serial) {
   return received;
 }
 
-/// The same for a reply with a two-byte command; of length 0 when nothing of use came.
+// The same for a reply with a two-byte command; of length 0 when nothing of use came.
 ReceivedBytes ReadExtendedFrame(ipodserial* serial) {
   ReceivedBytes received = ReadFrame(serial);
   if (received.length < kShortestExtendedFrame) {
@@ -44,23 +44,29 @@ bool IsFrom(const FrameBytes& frame, std::uint8_t lingo, std::uint8_t command) {
          frame[ipod::IPOD_PACKET_COMMAND_LOC] == command;
 }
 
+// A frame that breaks off before its command has none, not even command 0.
+bool HasCommand(const FrameBytes& frame, std::uint8_t command) {
+  return frame.length() > ipod::IPOD_PACKET_COMMAND_LOC &&
+         frame[ipod::IPOD_PACKET_COMMAND_LOC] == command;
+}
+
 bool IsAcceptingAck(const FrameBytes& frame) {
   return frame[ipod::IPOD_PACKET_EXT_COMMAND_LOC_HIGH] == 0 &&
          frame[ipod::IPOD_PACKET_EXT_COMMAND_LOC_LOW] == ipod::IPOD_COMMAND_EXTENDEDACK &&
          frame[ipod::IPOD_ACKE_STATUS_LOC] == ipod::IPOD_ACKE_STATUS_OK;
 }
 
-/// Weighs the high byte by ten, not by 256, in 8 bits. Prescribed so; hosts in the field depend on
-/// which replies it lets through.
+// Weighs the high byte by ten, not by 256, in 8 bits: hosts in the field get every reply that this
+// lets through.
 std::uint8_t WeighedCommand(const FrameBytes& frame) {
   return static_cast<std::uint8_t>(frame[ipod::IPOD_PACKET_EXT_COMMAND_LOC_HIGH] * 10 +
                                    frame[ipod::IPOD_PACKET_EXT_COMMAND_LOC_LOW]);
 }
 
-/// One byte into one character, from `position` on, as many as the length byte minus 2 says; that
-/// is one too many in a reply with a two-byte command, whose checksum then follows the text. The
-/// terminator goes into the buffer's last character and not behind the text. Both prescribed so;
-/// hosts in the field clear their buffers first.
+// One byte into one character, from `position` on, as many as the length byte minus 2 says. That is
+// one too many in a reply with a two-byte command, and too many from an offset on: the checksum
+// then follows the text. The terminator goes into the buffer's last character and not behind the
+// text: hosts in the field clear their buffers first, and iPods terminate what they send.
 void CopyText(const FrameBytes& frame, std::uint32_t position, wchar_t* text,
               unsigned char capacity) {
   if (text == nullptr || capacity == 0) return;
@@ -73,17 +79,24 @@ void CopyText(const FrameBytes& frame, std::uint32_t position, wchar_t* text,
 
 }  // namespace
 
-// Frames that are not the reply are passed over for as long as they keep arriving; the first read
-// that brings nothing ends the search. Acknowledgements are passed over like any other command that
-// is not expected. The lingo of the reply is never compared.
+// The lingo of the reply is never compared: hosts in the field read replies of any lingo with it.
 int ipod::extractdatafrompacket(unsigned char expected_command, wchar_t* text,
                                 unsigned char capacity, unsigned char offset, int /*ignored*/) {
+  const auto any = [](const FrameBytes&) { return true; };
+  return ExtractReply(expected_command, any, text, capacity, offset);
+}
+
+// Frames that are not the reply are passed over for as long as they keep arriving; the first read
+// that brings nothing ends the search. Acknowledgements are passed over like any other command that
+// is not expected.
+int ipod::ExtractReply(std::uint8_t command, bool (*is_reply)(const FrameBytes& frame),
+                       wchar_t* text, std::uint8_t capacity, std::uint8_t offset) {
   for (;;) {
     ReceivedBytes received = ReadFrame(&serial_);
     if (received.length == 0) return 0;
     const FrameBytes frame = received.frame();
-    if (AnswerRequest(frame) || frame[IPOD_PACKET_COMMAND_LOC] != expected_command ||
-        VerifyReceivePacketChecksum(received.bytes, received.length) == 0) {
+    if (AnswerRequest(frame) || !HasCommand(frame, command) ||
+        VerifyReceivePacketChecksum(received.bytes, received.length) == 0 || !is_reply(frame)) {
       continue;
     }
     CopyText(frame, static_cast<std::uint32_t>(IPOD_PACKET_DATA_LOC) + offset, text, capacity);
@@ -91,8 +104,8 @@ int ipod::extractdatafrompacket(unsigned char expected_command, wchar_t* text,
   }
 }
 
-// The request for the Sports version is answered and yet not settled: who expects its command takes
-// the request for the reply. Prescribed so; hosts in the field depend on it.
+// The request for the Sports version is answered and yet not settled: hosts in the field that
+// expect its number take the request for the reply.
 bool ipod::AnswerRequest(const FrameBytes& frame) {
   if (IsFrom(frame, IPOD_LINGO_GENERAL, IPOD_COMMAND_GETACCESSORYINFO)) {
     command_returnaccessoryinfo(frame[IPOD_PACKET_DATA_LOC]);

@@ -7,31 +7,31 @@
 #include "ipodcomm/ipod.h"
 #include "legacy/reply_text.h"
 #include "platform/services.h"
+#include "protocol/frame.h"
 
+using ipodcomm::FrameBytes;
 using ipodcomm::kIgnored;
 using ipodcomm::ReplyByte;
 using ipodcomm::Store;
 
 namespace {
 
-constexpr std::size_t kAckUnits = 10;
-
 template <std::size_t kCapacity>
 void Show(wchar_t (&status)[kCapacity], const wchar_t* text) {
   StringCchCopyW(status, kCapacity, text);
 }
 
-/// The lines of one call. The first one that fails ends the writing: later ones are left out.
+// The lines of one call. The first one that fails ends the writing: later ones are left out.
 class Lines {
  public:
   explicit Lines(ipod& writer) : writer_(writer) {}
 
-  /// 1 as long as nothing has failed.
+  // 1 as long as nothing has failed.
   int result() const { return result_; }
   void Fail() { result_ = 0; }
 
-  /// Writes a formatted line. One that is cut here is longer than a frame holds all the same, so it
-  /// is refused, never written in part.
+  // Writes a formatted line. One that is cut here is longer than a frame holds all the same, so it
+  // is refused, never written in part.
   template <class... Values>
   void Write(const wchar_t* format, Values... values) {
     wchar_t line[256];
@@ -44,7 +44,7 @@ class Lines {
   int result_ = 1;
 };
 
-/// Names by code, which counts from 1 here; null for a code that is none.
+// Names by code, which counts from 1 here; null for a code that is none.
 template <std::size_t kNames>
 const wchar_t* Name(const wchar_t* const (&names)[kNames], unsigned char code) {
   return code >= 1 && code <= kNames ? names[code - 1] : nullptr;
@@ -54,18 +54,24 @@ constexpr const wchar_t* kEquipment[] = {L"Treadmill", L"Elliptical", L"Stepper"
                                          L"Other"};
 constexpr const wchar_t* kEvents[] = {L"start", L"end", L"continue", L"pause", L"resume"};
 
-/// Reads the Storage lingo's acknowledgement. False when none comes.
-bool AwaitStorageAck(ipod& reader, wchar_t* status) {
-  wchar_t reply[kAckUnits] = {};
-  if (reader.extractdatafrompacket(ipod::IPOD_COMMAND_STORAGE_ACK, reply, kAckUnits, 0, kIgnored) ==
-      0) {
-    return false;
-  }
-  *status = reply[0];
-  return true;
+// The Storage ACK, `0C 00 status command`, and nothing else that carries a 0 in its command's
+// place: the Extended Interface's notifications, whose commands begin with one, the ACKs of other
+// lingoes, and frames that break off before the status.
+bool IsStorageAck(const FrameBytes& frame) {
+  constexpr std::uint8_t kLengthThroughStatus = 3;  // lingo, command, status
+  return frame[ipod::IPOD_PACKET_LINGO_LOC] == ipod::IPOD_LINGO_STORAGE &&
+         frame[ipod::IPOD_PACKET_PAYLOADLEN_LOC] >= kLengthThroughStatus;
 }
 
 }  // namespace
+
+bool ipod::AwaitStorageAck(std::uint8_t* status) {
+  constexpr std::uint8_t kAckUnits = 10;
+  wchar_t ack[kAckUnits] = {};
+  if (ExtractReply(IPOD_COMMAND_STORAGE_ACK, IsStorageAck, ack, kAckUnits, 0) == 0) return false;
+  *status = ReplyByte(ack[0]);
+  return true;
+}
 
 int ipod::issports(int* supported, unsigned char* extra) {
   constexpr int kGymAndUserData =
@@ -87,13 +93,13 @@ int ipod::issports(int* supported, unsigned char* extra) {
   if (command_storagegetipodcaps() == 0) return 0;
   const int told = extractdatafrompacket(IPOD_COMMAND_STORAGE_RETURNIPODCAPS, storage,
                                          kStorageUnits, 0, kIgnored);
-  // Whether or not the answer came. Prescribed so; hosts in the field look at the result as well.
+  // Whether or not the answer came: hosts in the field look at the result as well.
   Store(supported, 1);
   return told;
 }
 
-/// The port is closed and opened again before every line. Prescribed so; iPods in the field depend
-/// on it.
+// The port is closed and opened again before every line, which discards what iPods in the field
+// have sent since: an answer that was late for the line before is not taken for this one's.
 int ipod::ipodstoragewritestring(int previous_ok, wchar_t* text) {
   if (previous_ok == 0 || text == nullptr) return 0;
   Show(status_text_, text);
@@ -101,12 +107,11 @@ int ipod::ipodstoragewritestring(int previous_ok, wchar_t* text) {
   openport();
   const auto count = static_cast<unsigned short>(std::wcslen(text));
   if (command_storeagewriteipodfiledata(text, count) == 0) return 0;
-  wchar_t status = 0;
-  if (!AwaitStorageAck(*this, &status)) return 0;
+  std::uint8_t status = 0;
+  if (!AwaitStorageAck(&status)) return 0;
   if (status == 0) return 1;
   StringCchPrintfW(status_text_, std::size(status_text_),
-                   L"Error in Ack from Storage Write, value is %d, should be 0",
-                   static_cast<int>(status));
+                   L"Error in Ack from Storage Write, value is %d, should be 0", status);
   return 0;
 }
 
@@ -115,9 +120,9 @@ int ipod::startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_
                        wchar_t* gym_location, float weight_kg) {
   constexpr std::size_t kHandleUnits = 10;
   Show(status_text_, L"Makeing sure iPod supports workout");
-  wchar_t status = 0;
+  std::uint8_t status = 0;
   command_storagecloseipodfile();  // a file that is still open, if there is one
-  AwaitStorageAck(*this, &status);
+  AwaitStorageAck(&status);
   int supported = 0;
   unsigned char extra = 0;
   if (issports(&supported, &extra) == 0 || supported == 0) return 0;
@@ -167,7 +172,8 @@ int ipod::intervalworkout(unsigned char event, unsigned int seconds, unsigned in
   Show(status_text_, L"Starting Interval Write");
   Lines lines(*this);
   lines.Write(L"\t<interval>\n");
-  // Not after a failure, so that a refusal stays readable.
+  // Not when that line failed. The step is left out with all that follows the failure, and hosts in
+  // the field show the refusal of this line like that of any other.
   if (lines.result() != 0) Show(status_text_, L"Writing Event if Needed");
   if (name != nullptr) {
     lines.Write(L"\t\t<event>%s</event>\n", name);
@@ -198,7 +204,7 @@ int ipod::finishworkout(unsigned int seconds, unsigned int kcal, float km, float
   lines.Write(L"\t\t<bpm>%d</bpm>\n", bpm);
   lines.Write(L"\t</workoutSummary>\n");
   // Closed also when a line failed: the iPod keeps what it has.
-  wchar_t status = 0;
-  const bool closed = command_storagecloseipodfile() != 0 && AwaitStorageAck(*this, &status);
+  std::uint8_t status = 0;
+  const bool closed = command_storagecloseipodfile() != 0 && AwaitStorageAck(&status);
   return lines.result() != 0 && closed && status == 0 ? 1 : 0;
 }

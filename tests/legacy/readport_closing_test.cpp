@@ -10,7 +10,7 @@ using test::kMillisecond;
 using test::kSecond;
 using test::World;
 
-/// A world with an open port and a thread that closes it after a time.
+// A world with an open port and a thread that closes it after a time.
 class ClosedPort {
  public:
   explicit ClosedPort(World& world, DWORD delay_ms) : world_(world), delay_ms_(delay_ms) {
@@ -27,6 +27,9 @@ class ClosedPort {
   }
 
   void Send(const char* bytes) { device_.Send(test::Hex(bytes)); }
+  void SendAt(std::int64_t time_us, const char* bytes) {
+    device_.SendAt(time_us, test::Hex(bytes));
+  }
   std::string Read() {
     unsigned char buffer[256] = {};
     const unsigned long count = serial_.readport(buffer, 256);
@@ -67,7 +70,17 @@ TEST(ReadPortClosing, EndsAReadThatPauses) {
   EXPECT_EQ(world.now_us() - start_us, 600 * kMillisecond + 4 * 200 * kMillisecond);
 }
 
-/// Sends a byte and takes the port's handle away while it is on the line.
+// Bytes that are no part of a frame are no empty reads, and nothing else ends the read.
+TEST(ReadPortClosing, EndsAReadThatFindsOnlyNoise) {
+  World world({1, CooperativeSchedule()});
+  ClosedPort port(world, 60'000);
+  const std::int64_t start_us = world.now_us();
+  for (int i = 0; i < 700; ++i) port.SendAt(start_us + i * 100 * kMillisecond, "00");
+  EXPECT_EQ(port.Read(), "");
+  EXPECT_EQ(world.now_us() - start_us, 60 * kSecond + kSecond);
+}
+
+// Sends a byte and takes the port's handle away while it is on the line.
 class ClosingDevice : public test::ScriptedDevice {
  public:
   explicit ClosingDevice(ipodserial& serial) : serial_(serial) {}

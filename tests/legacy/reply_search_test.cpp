@@ -78,6 +78,15 @@ TEST_F(LegacyReply, ThatDoesNotComeAfterOtherFramesFailsToo) {
   EXPECT_THAT(text_, Each(kUntouched));
 }
 
+TEST_F(LegacyReply, IsAwaitedForAsLongAsOtherFramesKeepComing) {
+  const std::int64_t start_us = world_.now_us();
+  for (int half_seconds = 1; half_seconds <= 120; ++half_seconds) {
+    ipod_.SendAt(start_us + half_seconds * kSecond / 2,
+                 test::Hex("FF 55 08 04 00 27 04 00 00 01 00 C8"));
+  }
+  EXPECT_GT(Elapsed([&] { EXPECT_EQ(Extract(0x08), 0); }), 60 * kSecond + 3 * kSecond);
+}
+
 // Its checksum fails, and the next read brings nothing.
 TEST_F(LegacyReply, CutShortIsPassedOver) {
   Send("FF 55 04 00 08 41");
@@ -89,6 +98,15 @@ TEST_F(LegacyReply, CutInItsHeaderIsPassedOver) {
   for (const char* beginning : {"FF", "FF 55", "FF 55 04", "FF 55 04 00", "FF 55 00 00"}) {
     Send(beginning);
     EXPECT_EQ(Extract(0x08), 0) << beginning;
+  }
+  EXPECT_THAT(text_, Each(kUntouched));
+}
+
+// Its command would be the byte behind what came.
+TEST_F(LegacyReply, CutBeforeItsCommandIsNoCommand0) {
+  for (const char* beginning : {"FF", "FF 55", "FF 55 00"}) {
+    Send(beginning);
+    EXPECT_EQ(Extract(0x00), 0) << beginning;
   }
   EXPECT_THAT(text_, Each(kUntouched));
 }

@@ -82,6 +82,53 @@ TEST_F(WorkoutLine, FailsWithoutAnAckAndKeepsItsStatus) {
   EXPECT_EQ(Status(), "A\n");
 }
 
+TEST_F(WorkoutLine, IsNotAcknowledgedByTheBeginningOfAFrame) {
+  for (const char* beginning : {"FF 55 00", "FF 55 00 00 00", "FF 55 00 0C 00 F4"}) {
+    answering_.Answer("0C 07", beginning);
+    EXPECT_EQ(Write(L"A\n"), 0) << beginning;
+    EXPECT_EQ(Status(), "A\n");
+  }
+}
+
+struct NoAckRow {
+  const char* name;
+  const char* frame;
+};
+
+class NoStorageAck : public WorkoutTest, public ::testing::WithParamInterface<NoAckRow> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    Is, NoStorageAck,
+    ::testing::Values(NoAckRow{"AccessoryInfoRequest", "FF 55 03 00 27 09 CD"},
+                      NoAckRow{"IdentifyRequest", "FF 55 02 00 00 FE"},
+                      NoAckRow{"PlayStatusNotification", "FF 55 08 04 00 27 04 00 00 01 00 C8"},
+                      NoAckRow{"SportsAck", "FF 55 04 09 00 05 01 ED"},
+                      NoAckRow{"StorageAckWithoutAStatus", "FF 55 02 0C 00 F2"}),
+    test::RowName());
+
+TEST_P(NoStorageAck, AndTheAckBehindItIsAwaited) {
+  answering_.Answer("0C 07", std::string(GetParam().frame) + " FF 55 04 0C 00 00 07 E9");
+  EXPECT_EQ(Write(L"A\n"), 1);
+}
+
+TEST_P(NoStorageAck, AndTheRefusalBehindItIsAwaited) {
+  answering_.Answer("0C 07", std::string(GetParam().frame) + " " + kRefused);
+  EXPECT_EQ(Write(L"A\n"), 0);
+  EXPECT_EQ(Status(), kRefusal);
+}
+
+TEST_P(NoStorageAck, AndTheLineFailsWithoutOne) {
+  answering_.Answer("0C 07", GetParam().frame);
+  EXPECT_EQ(Write(L"A\n"), 0);
+  EXPECT_EQ(Status(), "A\n");
+}
+
+TEST_P(NoStorageAck, AndTheFileIsNotClosedWithoutOne) {
+  Begin();
+  answering_.Answer("0C 08", GetParam().frame);
+  EXPECT_EQ(Finish(), 0);
+}
+
 TEST_F(WorkoutLine, FailsWhenItCannotBeSentAndAwaitsNothing) {
   world_.FailOnce("WriteFile", 2, 31);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Write(L"A\n"), 0); }), 5 * kMillisecond);
