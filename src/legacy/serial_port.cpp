@@ -133,5 +133,5 @@ void ipodserial::Error() {
   const DWORD code = GetLastError();
   wchar_t text[kErrorTextCapacity] = {};
   FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, text, kErrorTextCapacity, nullptr);
-  NKDbgPrintfW(L"Error in Serial Read Number %d, %s\n", code, text);
+  NKDbgPrintfW(L"Error in Serial Read Number %d, %s\n", static_cast<int>(code), text);
 }
