@@ -21,8 +21,10 @@ struct PayloadField;
 /// purpose.
 ///
 /// It has no thread and no queue: an operation sends its request, reads the reply from the port on
-/// the caller's thread, and is done. One thread at a time may use an object. A copy refers to the
-/// same open port, and nothing closes it but closeport.
+/// the caller's thread, and is done. One thread at a time may use an object, except that any thread
+/// may call closeport to end another's wait for a reply. Nothing closes the port but closeport. A
+/// copy refers to the same open port; when one of the two has closed it, the other must open a port
+/// anew before anything else, for the system may give the old handle's value to another object.
 class IPODCOMM_API ipod {
  public:
   // Frame byte positions and marker values
@@ -466,20 +468,25 @@ class IPODCOMM_API ipod {
   int sendpacketextendedlarge(unsigned char* ignored);
 
   // The extractors read the reply straight from the port and copy its payload from byte `offset`
-  // on, a byte to a character, undecoded. At most `capacity` characters are copied, then the
-  // buffer's last character, not the one behind the text, becomes a terminator: clear the buffer
-  // first. A capacity of 0 and null for the buffer take the reply and copy nothing.
+  // on, a byte to a character, undecoded. The length byte less 2 tells how many: where an offset or
+  // a two-byte command leaves fewer, the frame's checksum follows them and then zeros. At most
+  // `capacity` characters are copied, then the buffer's last character, not the one behind the
+  // text, becomes a terminator: clear the buffer first. A capacity of 0 and null for the buffer
+  // take the reply and copy nothing.
+  //
+  // Only silence ends their wait, five empty reads and about three seconds of it. Noise without a
+  // sync byte keeps every one of them waiting for as long as it lasts, and so do other frames, one
+  // every half second is enough, where they are passed over. A host gets out by calling closeport
+  // on another thread: the wait then fails within a second and a half.
 
   /// Reads until a frame with the one-byte command `expected_command` comes, of whatever lingo,
   /// passes over others, and answers the iPod's own requests for accessory information (lingo 0,
   /// `27`) and about the Sports lingo (lingo 9, `01` and `03`).
-  /// @return 1, or 0 after a read that brought nothing: about three seconds of silence. The text is
-  /// then untouched.
+  /// @return 1, or 0 after a read that brought nothing. The text is then untouched.
   int extractdatafrompacket(unsigned char expected_command, wchar_t* text, unsigned char capacity,
                             unsigned char offset, int ignored);
   /// Reads one frame with a two-byte command, or two when the first is an accepting ACK and no ACK
-  /// is expected. The command counts as its high byte times ten and its low byte, in 8 bits. The
-  /// text is followed by the frame's checksum where there is room.
+  /// is expected. The command counts as its high byte times ten and its low byte, in 8 bits.
   /// @return 1, or 0 for another command, a bad checksum, and fewer than 7 bytes. The last is told
   /// on the debug output and discards what the port has received.
   int ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t* text,
@@ -493,7 +500,7 @@ class IPODCOMM_API ipod {
   /// @return 1 when the checksum is right, else 0.
   int VerifyReceivePacketChecksum(unsigned char* frame, unsigned long length);
   /// Decodes text that holds a byte of UTF-8 in each character, in place: at most 512 bytes of it,
-  /// into at most 511 characters and a terminator.
+  /// into at most 511 characters and a terminator. A longer text is cut between two characters.
   /// @return `text`
   wchar_t* utf8tounicode(wchar_t* text);
 
@@ -627,9 +634,10 @@ class IPODCOMM_API ipod {
 
   // Unless said otherwise an operation of this and the next three sections sends its request and
   // reads the answer, returns 1 when both succeeded and 0 when not, and takes null for an output
-  // that the host does not want. An answer that does not come costs about three seconds. Texts are
-  // emptied first, or begin as "Unknown", and stay so after a failure; sizes count characters.
-  // Every request overwrites the packet area.
+  // that the host does not want. An answer that does not come costs about three seconds on a silent
+  // line, and no less than that on another (see the extractors). Texts are emptied first, or begin
+  // as "Unknown", and stay so after a failure; sizes count characters. Every request overwrites the
+  // packet area.
 
   /// Software version as "2.1.0": `09`, answer `0A major minor patch`, cut to `size` characters.
   /// @return 1 when the major version is not 0; a version 0.x has its text all the same.
@@ -638,18 +646,20 @@ class IPODCOMM_API ipod {
   int getipodmodelnum(wchar_t* text);
   /// Always 0; nothing is sent and the text is not touched.
   int getipodprotocolversion(wchar_t* text);
-  /// Lingo and its version as "0 - 1.9", into at least SIZE_IPODLINGOVERSIONGENERAL characters, 14
-  /// for any answer: `0F 00`, answer `10 lingo major minor`. Always asks for lingo 0.
+  /// Lingo and its version as "0 - 1.9", cut to SIZE_IPODLINGOVERSIONGENERAL characters: `0F 00`,
+  /// answer `10 lingo major minor`. Always asks for lingo 0.
   int getipodlingoversion(wchar_t* text, unsigned char ignored_lingo);
   /// The iPod's name, into at least 250 characters: `07`, answer `08 name`. This and the other
-  /// converted texts are read into the host's buffer, with a terminator in its last character, and
-  /// converted from UTF-8 there. One that the iPod sends without its terminator is followed by its
-  /// checksum (Extended Interface only) and by what the buffer held.
+  /// converted texts are read into the host's buffer, with a terminator in its last character, cut
+  /// between two characters if need be, and converted from UTF-8 there. One that the iPod sends
+  /// without its terminator is followed by what the buffer held, after the frame's checksum where
+  /// that is copied too: in the model's name and in texts of the Extended Interface.
   int getipodname(wchar_t* text);
   /// Serial number, converted, into at least 250 characters: `0B`, answer `0C text`.
   int getipodserailnum(wchar_t* text);
   /// Model number behind the identifier, converted, into at least 250 characters: `0D`, answer `0E
-  /// iiiiiiii text`.
+  /// iiiiiiii text`. Without its terminator it is followed by one character that is the frame's
+  /// checksum.
   int getipodmodelname(wchar_t* text);
   /// Reads a preference: `29 cc`, answer `2A cc ss`. Only an answer for the class asked counts;
   /// otherwise `setting` stays as it is. @param preference_class IPOD_PREFERENCE_...
@@ -689,7 +699,9 @@ class IPODCOMM_API ipod {
   /// with a good checksum is taken for the answer.
   int GetIpodPlayerStateNumEx(unsigned char* state, unsigned long* length, unsigned long* position);
   /// The state as "Stopped", "Playing", "Paused", "Fast Forward", "Fast Rewind", "Ending Fast
-  /// Forward or Rewind" or "Unknown": into at least 30 characters, more than SIZE_IPODPLAYERSTATE.
+  /// Forward or Rewind" or "Unknown": into at least 30 characters, as screens show the texts whole.
+  /// The three that begin with "Fast" or "Ending" overrun a buffer of SIZE_IPODPLAYERSTATE; who has
+  /// no more calls getipodplayerstatenum.
   int getipodplayerstate(wchar_t* text);
   /// 1 when the iPod plays, 0 when not and after a failure.
   int isplaying();
@@ -738,7 +750,7 @@ class IPODCOMM_API ipod {
   int select(unsigned char category, unsigned short index, unsigned long* count);
   /// Reads a record's name, converted: `001A cc index(4) 00000001`, answer `001B index(4) name`. A
   /// failure or an empty name is tried once more.
-  /// @param capacity characters of `name`; the name is cut to fit
+  /// @param capacity characters of `name`; a name that does not fit is cut between two characters
   /// @return 1 when the name is not empty.
   int getnextcategorizeddbrecord(wchar_t* name, int capacity, unsigned long index);
   /// Releases record lists of the platform's heap (LocalAlloc): the elements of `*names`, whose
@@ -774,7 +786,8 @@ class IPODCOMM_API ipod {
   // ---- Workout (legacy/workout.cpp) ------------------------------------------------------------
 
   // A workout is started, gets any number of intervals, and is finished. `getlasttry` tells what
-  // was tried last: the step, the line written, or the status with which the iPod refused it. A
+  // was tried last: the step, the line written, or the status with which the iPod refused it, which
+  // no later step of the same call replaces. Only the Storage lingo's ACK counts as the iPod's. A
   // name goes out with the low byte of each of its characters, as it is; the other elements are
   // numbers.
 
@@ -818,7 +831,9 @@ class IPODCOMM_API ipod {
   // A regression test for a service screen: it is started, and then every call performs a step.
   // Title and detail are texts to show and hold 256 characters each; any output may be null.
 
-  /// Opens the stored port and starts over with the first step. @return 1 when the port opened.
+  /// Opens the stored port and starts over with the first step. Close an open port first: it would
+  /// stay open, out of reach, and when it is the stored one, opening fails. `detail` says that the
+  /// port was opened in either case. @return 1 when the port opened.
   int startregressiontest(wchar_t* detail);
   /// Performs the next step: connection, information, tracks of the first album, play and pause and
   /// stop, end. `detail` follows what is being done, and names what failed. Blocks for as long as

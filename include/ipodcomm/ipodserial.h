@@ -10,8 +10,10 @@
 /// Opens a port, writes raw bytes and reads one frame at a time, byte by byte, on the caller's
 /// thread.
 ///
-/// A copy refers to the same open port; whichever of the two closes it leaves the other with a
-/// stale handle, whose use fails. Nothing closes the port by itself: the owner does.
+/// A copy refers to the same open port. Whichever of the two closes it leaves the other with a
+/// stale handle, which must not be used: the system may give its value to another object, and on
+/// Windows soon does. The other opens a port anew first. Nothing closes the port by itself: the
+/// owner does.
 class IPODCOMM_API ipodserial {
  public:
   /// "COM2:" at 57600 baud, 8 data bits, no parity; opens nothing.
@@ -36,8 +38,10 @@ class IPODCOMM_API ipodserial {
   /// port. Bytes before it are dropped; its checksum is not judged.
   /// @param size bytes that `buffer` has room for; a longer frame ends there
   /// @return the bytes stored: fewer than the frame's after five empty reads of up to 400 ms, each
-  /// followed by a pause of 200 ms, wherever they fall; 0 when the port is closed. When another
-  /// thread closes the port meanwhile, no later than a second after that.
+  /// followed by a pause of 200 ms, wherever they fall, so about three seconds of silence in all; 0
+  /// when the port is closed. Bytes before the frame are no empty reads: noise without a sync byte
+  /// keeps the call waiting for as long as it lasts. When another thread closes the port meanwhile,
+  /// the call ends within a second and a half.
   unsigned long readport(unsigned char* buffer, int size);
 
   /// Discards what was received and not read.
