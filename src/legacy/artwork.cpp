@@ -17,12 +17,12 @@ namespace {
 
 constexpr std::uint8_t kFill = 0x55;
 
-/// A reply in a buffer filled beforehand, so that a walk over its records sees where it ends.
+// A reply in a buffer filled beforehand, so that a walk over its records sees where it ends.
 struct FilledReply {
   wchar_t characters[256];
 
   FilledReply() { std::fill(std::begin(characters), std::end(characters), wchar_t{kFill}); }
-  /// What lies behind the buffer reads as 0.
+  // What lies behind the buffer reads as 0.
   std::uint8_t operator[](std::size_t position) const {
     return position < std::size(characters) ? ReplyByte(characters[position]) : std::uint8_t{0};
   }
@@ -31,7 +31,7 @@ struct FilledReply {
   }
 };
 
-/// `id(2) pixel format(1) width(2) height(2)`, repeated.
+// `id(2) pixel format(1) width(2) height(2)`, repeated.
 void StoreFormatIds(const FilledReply& reply, unsigned short* format_ids) {
   constexpr std::size_t kRecordBytes = 7;
   constexpr std::size_t kMaxRecords = 20;
@@ -43,9 +43,9 @@ void StoreFormatIds(const FilledReply& reply, unsigned short* format_ids) {
   }
 }
 
-/// Prescribed so: the walk starts at the information type, not behind it, so the value stored is
-/// made of the type and half a format identifier; and the end is looked for byte by byte while the
-/// entries are four bytes long. Hosts in the field depend on it.
+// The walk starts at the information type, not behind it, so the value stored is made of the type
+// and half a format identifier; and the end is looked for byte by byte while the entries are four
+// bytes long. Hosts in the field ask for artwork with the value that comes of it.
 void StoreArtworkCount(const FilledReply& reply, unsigned short* value) {
   constexpr std::size_t kEntryBytes = 4;
   constexpr std::size_t kMaxEntries = 256;
@@ -57,7 +57,7 @@ void StoreArtworkCount(const FilledReply& reply, unsigned short* value) {
   }
 }
 
-/// One row of the test image on the platform's heap: 00 01 02 03, repeated.
+// One row of the test image on the platform's heap: 00 01 02 03, repeated.
 class TestRow {
  public:
   explicit TestRow(std::size_t bytes)
@@ -83,7 +83,8 @@ int ipod::getmonodisplayimagelimits(unsigned short* width, unsigned short* heigh
   wchar_t reply[10] = {};
   const int read = ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNMONODISPLAYIMAGELIMITS, reply,
                                                  10, 0, kIgnored);
-  // Prescribed so: stored without an answer as well, then as 0; hosts in the field depend on it.
+  // Stored without an answer as well, then as 0: hosts in the field read the limits, not the
+  // result.
   Store(width, ipodcomm::ReplyNumber16(reply));
   Store(height, ipodcomm::ReplyNumber16(reply + 2));
   Store(pixel_format, ReplyByte(reply[4]));
@@ -99,7 +100,8 @@ int ipod::setmonoimage() {
   const unsigned long row_bytes = (width + 31UL) / 32 * 4;
   const TestRow row(row_bytes);
   if (row.bytes() == nullptr) return 0;
-  // Prescribed so: the height goes where the width belongs, and the width where the height does.
+  // The height goes where the width belongs, and the width where the height does. The frame carries
+  // neither, so no iPod sees the difference.
   int sent = command_setdisplayimagefirst(pixel_format, height, width, row_bytes, row.bytes());
   for (unsigned short index = 1; sent && index < height; ++index) {
     sent = command_setdisplayimagerest(index, row_bytes, row.bytes());
@@ -108,7 +110,7 @@ int ipod::setmonoimage() {
 }
 
 int ipod::getartworkformats(unsigned short* format_ids, unsigned char* count) {
-  // Prescribed so: it stays 0; hosts in the field count the identifiers themselves.
+  // It stays 0: hosts in the field count the identifiers themselves.
   Store(count, 0);
   if (!command_getartworkformats()) return 0;
   FilledReply reply;
@@ -134,8 +136,8 @@ int ipod::gettrackartworktimes(unsigned long track, unsigned short format_id, un
                                      kReplyCharacters, 0, kIgnored)) {
     return 0;
   }
-  // Prescribed so: the lower half is the sum of its two bytes and 256; iPods in the field are asked
-  // for their artwork with the time that this makes.
+  // The lower half is the sum of its two bytes and 256: iPods in the field are asked for their
+  // artwork with the time that this makes.
   Store(time, (static_cast<std::uint32_t>(reply.Number16(0)) << 16) + reply[2] + reply[3] + 256U);
   return 1;
 }
@@ -143,8 +145,8 @@ int ipod::gettrackartworktimes(unsigned long track, unsigned short format_id, un
 int ipod::getcurrenttrackartworkdata(unsigned short format_id) {
   unsigned long track = 0;
   if (!getcurrentplayingtrackindex(&track)) return 0;
-  // Prescribed so: what the count stores takes the place of the format identifier, and neither of
-  // the two results matters; hosts and iPods in the field depend on it.
+  // What the count stores takes the place of the format identifier, and neither of the two results
+  // matters: iPods in the field are asked for their artwork under that number.
   getindexedplayingtrackartworkcount(track, &format_id);
   unsigned long time = 0;
   gettrackartworktimes(track, format_id, &time);

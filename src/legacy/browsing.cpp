@@ -30,7 +30,7 @@ int ipod::loadipodcategorydbrecordcount(unsigned long* count) {
   return 1;
 }
 
-/// Waits for the ACK of a selection and enters `category` when it tells success.
+// Waits for the ACK of a selection and enters `category` when it tells success.
 int ipod::EnterWhenAcknowledged(unsigned char category, unsigned long* count) {
   wchar_t reply[25] = {255};
   if (!ExtractDataFromPacketExtended(IPOD_COMMAND_EXTENDEDACK, reply, 25, 0, kIgnored)) return 0;
@@ -108,8 +108,8 @@ int ipod::getnextcategorizeddbrecord(wchar_t* name, int capacity, unsigned long 
 void ipod::deleterecords(wchar_t*** names, unsigned long** values) {
   if (names != nullptr && *names != nullptr) {
     wchar_t** const array = *names;
-    // Prescribed so: the first element is the number of elements and is released like the others,
-    // which the heap refuses; hosts in the field depend on it.
+    // The first element is the number of elements and is released like the others, which the heap
+    // refuses: hosts in the field count it among the elements.
     const auto count = reinterpret_cast<std::uintptr_t>(array[0]);
     for (std::uintptr_t i = 0; i < count; ++i) LocalFree(array[i]);
     LocalFree(array);

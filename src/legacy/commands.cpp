@@ -29,8 +29,7 @@ int ipod::command_enterremoteuimode() {
   constexpr DWORD kSecondWaitPauseMs = 20;
   constexpr unsigned char kCapacity = 128;
   if (SendSmall(IPOD_LINGO_GENERAL, IPOD_COMMAND_ENTERREMOTEUIMODE, {}) == 0) return 0;
-  // Whether the iPod accepts or refuses is not looked at. Prescribed so; hosts in the field depend
-  // on it.
+  // Whether the iPod accepts or refuses is not looked at: hosts in the field go on after either.
   wchar_t text[kCapacity] = {};
   if (extractdatafrompacket(IPOD_COMMAND_ACK, text, kCapacity, 0, 0) != 0) return 1;
   Sleep(kSecondWaitPauseMs);
@@ -57,8 +56,8 @@ int ipod::command_requestipodmodelnum() {
   return SendSmall(IPOD_LINGO_GENERAL, IPOD_COMMAND_REQUESTIPODMODELNUM, {});
 }
 
-// Goes out under the lingo of the command before and always asks for the version of lingo 0.
-// Prescribed so; iPods in the field depend on it.
+// Goes out under the lingo of the command before and always asks for the version of lingo 0. Hosts
+// in the field show what iPods answer to just that.
 int ipod::command_requestlingoprotocolversion(unsigned char /*ignored_lingo*/) {
   return SendSmall(lingo_, IPOD_COMMAND_REQUESTLINGOPROTOCOLVERSION, {IPOD_LINGO_GENERAL});
 }
@@ -135,8 +134,8 @@ int ipod::command_getindexedplayingtrackinfo(unsigned char type, unsigned long t
 int ipod::command_playcontrol(unsigned char code) {
   constexpr unsigned char kCapacity = 25;
   if (SendExtended(IPOD_COMMAND_PLAYCONTROL, {code}) == 0) return 0;
-  // A missing reply leaves the status at 0 and counts as accepted. Prescribed so; hosts in the
-  // field depend on it.
+  // A missing reply leaves the status at 0 and counts as accepted: hosts in the field take 0 for
+  // the iPod's refusal.
   wchar_t text[kCapacity] = {};
   ExtractDataFromPacketExtended(IPOD_COMMAND_EXTENDEDACK, text, kCapacity, 0, 0);
   return text[0] == IPOD_ACKE_STATUS_OK ? 1 : 0;
@@ -177,8 +176,8 @@ int ipod::command_getmonodisplayimagelimits() {
 
 int ipod::command_getartworkformats() { return SendExtended(IPOD_COMMAND_GETARTWORKFORMATS, {}); }
 
-// Sends the Display Remote's number of this request under the Extended Interface. Prescribed so;
-// iPods in the field depend on it.
+// Sends the Display Remote's number of this request under the Extended Interface: iPods in the
+// field are asked so, and hosts there read what they answer.
 int ipod::command_gettrackartworktimes(unsigned long track, unsigned short format_id,
                                        unsigned short artwork_index, unsigned short count) {
   return SendExtended(

@@ -13,8 +13,8 @@ bool Fits(unsigned long header_size, unsigned long count) {
 }  // namespace
 
 // The image never leaves the accessory: its frames carry, at the length that the image would need,
-// what the commands before left in the payload area, and lose their last two bytes. Prescribed so;
-// hosts and iPods in the field depend on it.
+// what the commands before left in the payload area, and lose their last two bytes. Hosts in the
+// field go by the results, and iPods there keep the display that they have.
 
 int ipod::command_setdisplayimagefirst(unsigned char /*pixel_format*/, unsigned short /*width*/,
                                        unsigned short /*height*/, unsigned long count,

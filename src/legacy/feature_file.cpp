@@ -17,8 +17,8 @@ int ipod::command_storageopenipodfeaturefile() {
                     '<', '/', 'g', 'y', 'm', 'D', 'a', 't', 'a', '>'});
 }
 
-// The offset goes ahead of the handle, and grows whether or not the write succeeds. Prescribed so;
-// iPods in the field depend on it.
+// The offset goes ahead of the handle, and grows whether or not the write succeeds. iPods in the
+// field are written to in this layout, and find what follows a lost write at its own place.
 int ipod::command_storeagewriteipodfiledata(wchar_t* text, unsigned short count) {
   constexpr int kHeaderSize = 5;
   constexpr int kMaxPayload = 250;

@@ -12,14 +12,15 @@ constexpr std::uint8_t kStartByte = 0x55;
 
 }  // namespace
 
-bool FrameHunt::Take(std::uint8_t byte) {
+bool FrameHunt::Accept(std::uint8_t byte) {
   switch (state_) {
     case State::kSync:
-      return TakeIf(byte == kSyncByte, State::kStart);
+      return AcceptIf(byte == kSyncByte, State::kStart);
     case State::kStart:
       // Whatever comes instead of the start byte, the hunt goes on for it and does not return to
-      // the sync byte. Prescribed so; iPods in the field depend on it.
-      return TakeIf(byte == kStartByte, State::kLength);
+      // the sync byte: on docks in the field that double the sync byte or put noise behind it, the
+      // frame is found all the same.
+      return AcceptIf(byte == kStartByte, State::kLength);
     case State::kLength:
       remaining_ = byte;
       state_ = byte != 0 ? State::kPayload : State::kLengthHigh;
@@ -33,7 +34,8 @@ bool FrameHunt::Take(std::uint8_t byte) {
       state_ = State::kPayload;
       return true;
     case State::kPayload:
-      // A large frame of length 0 wraps to 65535 here. Prescribed so.
+      // A large frame of length 0 wraps to 65535 here. Hosts in the field then get what follows,
+      // up to the end of their buffer or of what arrives.
       --remaining_;
       if (remaining_ == 0) state_ = State::kChecksum;
       return true;
@@ -46,7 +48,7 @@ bool FrameHunt::Take(std::uint8_t byte) {
   return false;
 }
 
-bool FrameHunt::TakeIf(bool expected, State next) {
+bool FrameHunt::AcceptIf(bool expected, State next) {
   if (expected) state_ = next;
   return expected;
 }

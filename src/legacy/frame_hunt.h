@@ -6,15 +6,15 @@
 
 namespace ipodcomm {
 
-/// Takes the bytes one by one and keeps nothing but its place in the frame:
+/// Is given the bytes one by one and keeps nothing but its place in the frame:
 ///
 ///   FF 55 LL          lingo command data...  checksum       short form, LL 1..255
 ///   FF 55 00 HH LL    lingo command data...  checksum       large form
 class FrameHunt {
  public:
   /// Whether `byte` belongs to the frame; other bytes are to be dropped.
-  bool Take(std::uint8_t byte);
-  /// Whether the byte taken last was the checksum.
+  bool Accept(std::uint8_t byte);
+  /// Whether the byte accepted last was the checksum.
   bool complete() const { return state_ == State::kComplete; }
 
  private:
@@ -29,7 +29,7 @@ class FrameHunt {
     kComplete
   };
 
-  bool TakeIf(bool expected, State next);
+  bool AcceptIf(bool expected, State next);
 
   State state_ = State::kSync;
   std::uint16_t remaining_ = 0;  // bytes from the lingo on

@@ -19,8 +19,8 @@ int ipod::getipodsoftwareversion(wchar_t* text, unsigned long size) {
     StringCchPrintfW(text, size, L"%d.%d.%d", ReplyByte(reply[0]), ReplyByte(reply[1]),
                      ReplyByte(reply[2]));
   }
-  // Prescribed so: a major version of 0 reads as a failure, and hosts in the field take it for one,
-  // although the text is there.
+  // A major version of 0 reads as a failure, and hosts in the field take it for one, although the
+  // text is there.
   return ReplyByte(reply[0]) != 0;
 }
 

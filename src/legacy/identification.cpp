@@ -37,8 +37,8 @@ int ipod::command_identifydevicelingos(int option) {
                    {Number32(lingoes), Number32(options), Number32(kDeviceId)});
 }
 
-// The name-sort flag is never cleared again. Prescribed so; hosts in the field depend on the order
-// in which records are selected.
+// The name-sort flag is never cleared again: hosts in the field keep the order in which records are
+// selected when another iPod is docked.
 void ipod::NoteModel() {
   wchar_t model[25] = {};
   if (getipodmodelnum(model) == 0) return;

@@ -14,14 +14,14 @@ constexpr DWORD kSyncPauseMs = 5;
 constexpr unsigned kFrameCapacity = 256;
 constexpr unsigned kChecksumSize = 1;
 
-/// A frame being built in front of its payload.
+// A frame being built in front of its payload.
 struct Frame {
   unsigned char bytes[kFrameCapacity] = {ipod::IPOD_PACKET_SYNC_VAL, ipod::IPOD_PACKET_START_VAL};
 
   static bool Holds(unsigned payload_position, unsigned payload_length) {
     return payload_position + payload_length + kChecksumSize <= kFrameCapacity;
   }
-  /// Appends payload and checksum; returns the frame's length.
+  // Appends payload and checksum; returns the frame's length.
   unsigned Finish(unsigned payload_position, const std::uint8_t* payload, unsigned payload_length) {
     std::copy_n(payload, payload_length, bytes + payload_position);
     const unsigned length = payload_position + payload_length + kChecksumSize;
@@ -30,7 +30,7 @@ struct Frame {
   }
 };
 
-/// The sync byte goes out alone, ahead of the rest, and the iPod's receiver wakes up on it.
+// The sync byte goes out alone, ahead of the rest, and the iPod's receiver wakes up on it.
 int Write(ipodserial* serial, Frame* frame, unsigned length) {
   unsigned long written = serial->writeport(frame->bytes, 1);
   Sleep(kSyncPauseMs);
@@ -71,7 +71,8 @@ int ipod::sendpacketextended() {
 }
 
 // The frame's last two bytes, its last payload byte and its checksum, are never transmitted, and
-// the argument is ignored. Prescribed so; hosts and iPods in the field depend on it.
+// the argument is ignored. Hosts in the field take the result for whether the port took the rest;
+// an iPod waits for an end that does not come.
 int ipod::sendpacketextendedlarge(unsigned char* /*ignored*/) {
   constexpr unsigned kNotTransmitted = 2;
   if (!Frame::Holds(IPOD_PACKET_EXT_LARGE_DATA_LOC, payload_length_)) return 0;

@@ -70,10 +70,10 @@ int ipod::isplaying() {
   return getipodplayerstatenum(&state) && state == IPOD_PLAYERSTATE_PLAYING;
 }
 
-/// Prescribed so: once the reply has been extracted, what is shown is the number at the front of
-/// the outgoing payload, not the reply's, so length and position read alike. Screens in the field
-/// depend on it; GetIpodPlayerStateNumEx tells the true values. The request clears the first of the
-/// four bytes, so the number has at most eight digits.
+// Once the reply has been extracted, what is shown is the number at the front of the outgoing
+// payload, not the reply's, so length and position read alike. Screens in the field show it;
+// GetIpodPlayerStateNumEx tells the true values. The request clears the first of the four bytes, so
+// the number has at most eight digits.
 wchar_t* ipod::ShowPlayTime(wchar_t* text, unsigned char offset) {
   ShowText(text, L"Unknown");
   if (!command_getplaystatus()) return text;
@@ -96,7 +96,7 @@ int ipod::getcurrentplayingtrackindex(unsigned long* index) {
   wchar_t reply[5] = {};
   const int read = ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKINDEX, reply,
                                                  5, 0, kIgnored);
-  // Prescribed so: stored without an answer as well, then as 0; hosts in the field depend on it.
+  // Stored without an answer as well, then as 0: hosts in the field go on with the first track.
   Store(index, ipodcomm::ReplyNumber32(reply));
   return read;
 }

@@ -11,7 +11,7 @@ using ipodcomm::ShowText;
 
 namespace {
 
-/// A preference's class and the texts of its settings, from 0 on.
+// A preference's class and the texts of its settings, from 0 on.
 struct ShownPreference {
   unsigned char preference_class;
   const wchar_t* texts[4];
@@ -36,7 +36,7 @@ constexpr ShownPreference kSubtitles = {ipod::IPOD_PREFERENCE_SUBTITLES, {L"Off"
 constexpr ShownPreference kVideoAlternateAudio = {ipod::IPOD_PREFERENCE_VIDEOALTERNATEAUDIO,
                                                   {L"Off", L"On"}};
 
-/// Loads a preference and shows its setting; one without a text stays "Unknown".
+// Loads a preference and shows its setting; one without a text stays "Unknown".
 int Show(ipod& dock, const ShownPreference& preference, wchar_t* text) {
   ShowText(text, L"Unknown");
   unsigned char setting = 255;

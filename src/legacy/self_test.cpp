@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kTextUnits = 256;
 constexpr DWORD kPlaybackStartsMs = 2000;
 
-/// What a step shows: the host's two texts.
+// What a step shows: the host's two texts.
 struct Screen {
   wchar_t* title;
   wchar_t* detail;
@@ -21,7 +21,7 @@ struct Screen {
   void ShowAction(const wchar_t* text) const { ipodcomm::ShowText(detail, text); }
 };
 
-/// @param top_selection the result of entering the video tracks; it does not count for the step
+// `top_selection` gets the result of entering the video tracks, which does not count for the step.
 int SetUpConnection(ipod& docked, const Screen& screen, std::int32_t* top_selection) {
   constexpr int kLowPower = 0;
   screen.ShowTitle(L"Set Up Connection Test");
@@ -62,7 +62,7 @@ int GetInformation(ipod& docked, const Screen& screen) {
   return 1;
 }
 
-/// The texts that one track's part of a step shows.
+// The texts that one track's part of a step shows.
 struct TrackTexts {
   const wchar_t* get_record;
   const wchar_t* select;
@@ -76,7 +76,7 @@ constexpr TrackTexts kSecondTrack = {L"Get Next Catorgized DB Record Index 1 Tra
                                      L"Select Track 1",
                                      L"Compare Playing Track 1 Name to Selected Track Name"};
 
-/// Plays a track of the album entered and finds out whether it is the one that plays.
+// Plays a track of the album entered and finds out whether it is the one that plays.
 int PlayTrack(ipod& docked, const Screen& screen, const TrackTexts& texts, unsigned short index) {
   wchar_t name[kTextUnits] = {};
   wchar_t playing[kTextUnits] = {};

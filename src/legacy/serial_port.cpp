@@ -45,8 +45,8 @@ ipodserial::ipodserial(const ipodserial& other) = default;
 
 ipodserial& ipodserial::operator=(const ipodserial& other) = default;
 
-// A port that is open already is forgotten, not closed, and the name is not stored: prescribed so,
-// and hosts in the field depend on it.
+// A port that is open already is forgotten, not closed: copies that hosts in the field made share
+// its handle. Nor is the name stored: the same hosts get back to "COM2:" by opening without one.
 int ipodserial::openport(const wchar_t* name, int baud_rate) {
   baud_rate_ = baud_rate;
   port_ = CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -70,8 +70,7 @@ bool ipodserial::ConfigureLine() {
   port_state_.BaudRate = static_cast<std::uint32_t>(baud_rate_);
   port_state_.ByteSize = static_cast<std::uint8_t>(data_bits_);
   port_state_.Parity = static_cast<std::uint8_t>(parity_);
-  // The field's code 1 means one and a half stop bits, not one. Prescribed so; docks in the field
-  // depend on it.
+  // The field's code 1 means one and a half stop bits, not one. Docks in the field are driven so.
   port_state_.StopBits = static_cast<std::uint8_t>(stop_bits_);
   SetCommMask(port_, EV_RXCHAR);
   return SetCommState(port_, &port_state_) != FALSE;
@@ -104,8 +103,8 @@ unsigned long ipodserial::writeport(unsigned char* bytes, int count) {
   return accepted ? written : 0;
 }
 
-// Empty reads are counted over the whole call, wherever they fall in the frame. Prescribed so;
-// hosts in the field depend on how long a call lasts.
+// Empty reads are counted over the whole call, wherever they fall in the frame: hosts in the field
+// count on how long a call lasts when the line falls silent.
 unsigned long ipodserial::readport(unsigned char* buffer, int size) {
   if (port_ == INVALID_HANDLE_VALUE || buffer == nullptr) return 0;
   ipodcomm::FrameHunt hunt;
@@ -118,7 +117,7 @@ unsigned long ipodserial::readport(unsigned char* buffer, int size) {
       ++empty_reads;
       continue;
     }
-    if (hunt.Take(byte)) buffer[stored++] = byte;
+    if (hunt.Accept(byte)) buffer[stored++] = byte;
     // Another thread may have closed the port meanwhile.
     if (port_ == INVALID_HANDLE_VALUE) break;
   }

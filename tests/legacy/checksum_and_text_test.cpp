@@ -59,7 +59,7 @@ TEST_F(DockTest, LegacyChecksumOfNothingIsWrong) {
 
 class LegacyText : public DockTest {
  protected:
-  /// The text converted in place, with what lies behind it.
+  // The text converted in place, with what lies behind it.
   std::string Converted(std::wstring text, std::size_t count) {
     text.resize(600, L'#');
     EXPECT_EQ(legacy_.utf8tounicode(text.data()), text.data());
@@ -95,7 +95,7 @@ TEST_F(LegacyText, ThatIsMissingIsReturnedAsItIs) {
   EXPECT_EQ(legacy_.utf8tounicode(nullptr), nullptr);
 }
 
-/// `count` bytes of two-byte characters, of which the last may be cut in two.
+// `count` bytes of two-byte characters, of which the last may be cut in two.
 std::wstring Accents(std::size_t count) {
   std::wstring text;
   for (std::size_t i = 0; i < count; ++i) text += i % 2 == 0 ? L'\x00C3' : L'\x00A9';

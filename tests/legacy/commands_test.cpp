@@ -145,7 +145,7 @@ class LegacyCommand : public LegacyTest, public ::testing::WithParamInterface<Co
     world_.Record({"WriteFile", "Sleep", "ReadFile"});
   }
   int Command() { return GetParam().send(legacy_); }
-  /// What the commands before left at a place of the payload area.
+  // What the commands before left at a place of the payload area.
   static std::uint8_t Left(int position) { return static_cast<std::uint8_t>(0xFF - position); }
 };
 

@@ -18,8 +18,8 @@ constexpr const char* kName = "FF 55 02 00 07 F7";
 constexpr const char* kSerial = "FF 55 02 00 0B F3";
 constexpr const char* kModel = "FF 55 02 00 0D F1";
 
-/// A getter of converted text, its request, and two replies: "Zoë" with its terminator, and "AB"
-/// without.
+// A getter of converted text, its request, and two replies: "Zoë" with its terminator, and "AB"
+// without.
 struct ConvertedText {
   const char* name;
   int (ipod::*getter)(wchar_t*);

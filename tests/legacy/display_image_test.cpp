@@ -88,8 +88,8 @@ TEST_F(DisplayImage, ImageTakesFiveMillisecondsToAFrame) {
   EXPECT_EQ(world_.DrainRecord(), std::vector<std::string>(65, "Sleep(5)"));
 }
 
-/// A width as the iPod tells it, of a display with two rows, and the length that the first frame
-/// then tells: 14 more than a row has bytes.
+// A width as the iPod tells it, of a display with two rows, and the length that the first frame
+// then tells: 14 more than a row has bytes.
 struct Width {
   const char* limits;
   const char* length;

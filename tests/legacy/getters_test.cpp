@@ -20,7 +20,7 @@ constexpr const char* kLingoVersion = "FF 55 03 00 0F 00 EE";
 class Getters : public LegacyTest {
  protected:
   Getters() { std::fill(std::begin(text_), std::end(text_), L'x'); }
-  /// Fails every write from now on.
+  // Fails every write from now on.
   void StopSending() { world_.FailFrom("WriteFile", 1, 31); }
 
   wchar_t text_[250];

@@ -14,7 +14,7 @@ namespace {
 using test::Bytes;
 using test::LegacyTest;
 
-/// A buffer on the heap of exactly the size that the host promises.
+// A buffer on the heap of exactly the size that the host promises.
 template <class Element, std::size_t kSize>
 struct Exactly {
   std::unique_ptr<Element[]> elements = std::make_unique<Element[]>(kSize);
@@ -28,7 +28,7 @@ Operation Text(int (ipod::*getter)(wchar_t*)) {
   return [getter](ipod& dock) { return (dock.*getter)(Exactly<wchar_t, kSize>()); };
 }
 
-/// Each with the commands of the replies that it awaits.
+// Each with the commands of the replies that it awaits.
 struct Tried {
   Operation operation;
   std::vector<std::uint8_t> replies;
@@ -79,7 +79,7 @@ std::vector<Tried> Helpers() {
       {[](ipod& dock) { return dock.getcurrenttrackartworkdata(4); }, {0x1F, 0x0D, 0x2B, 0x11}}};
 }
 
-/// A frame with the right checksum and any length byte, small or large, in either command form.
+// A frame with the right checksum and any length byte, small or large, in either command form.
 Bytes Frame(std::uint8_t command, const Bytes& payload) {
   const bool extended = *rc::gen::arbitrary<bool>();
   Bytes body = {*rc::gen::element<std::uint8_t>(0, 3, 4, 9)};
@@ -99,7 +99,7 @@ Bytes Frame(std::uint8_t command, const Bytes& payload) {
   return frame;
 }
 
-/// Any bytes, often all alike, as walks over zeros and fill values go on longest.
+// Any bytes, often all alike, as walks over zeros and fill values go on longest.
 Bytes AnyPayload() {
   const auto length = static_cast<std::size_t>(*rc::gen::inRange(0, 270));
   if (*rc::gen::arbitrary<bool>()) {

@@ -32,7 +32,7 @@ std::string Narrow(const wchar_t* text) {
   return narrow;
 }
 
-/// What a service screen has shown.
+// What a service screen has shown.
 struct Shown {
   std::vector<std::string> titles;
   std::vector<std::string> details;
@@ -133,7 +133,7 @@ TEST(LegacyStory, SelfTestOnAnEmptyIpodFindsNoAlbum) {
 
 // ---- A workout
 
-/// An iPod that older consoles take for one that knows workouts.
+// An iPod that older consoles take for one that knows workouts.
 ipodsim::Settings WorkoutSettings(std::uint64_t seed) {
   ipodsim::Settings settings;
   settings.seed = seed;

@@ -68,7 +68,7 @@ TEST_F(Playing, StateOfAReplyThatEndsBeforeItIsItsZero) {
   EXPECT_EQ(state_, 0);
 }
 
-/// A state, the reply that tells it, its text, and whether it counts as playing.
+// A state, the reply that tells it, its text, and whether it counts as playing.
 struct State {
   const char* name;
   const char* reply;

@@ -99,7 +99,7 @@ TEST_F(LegacyPreferences, VideoOutputThatCannotBeSentFailsAndAwaitsNothing) {
             5 * kMillisecond);
 }
 
-/// A preference shown as text: its request, and the reply that sets it to 1.
+// A preference shown as text: its request, and the reply that sets it to 1.
 struct Preference {
   const char* name;
   int (ipod::*getter)(wchar_t*);
@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(
                                  "FF 55 03 00 29 0D C7", "FF 55 04 00 2A 0D 01 C4"}),
     test::RowName());
 
-/// A preference's setting as the iPod tells it, and its text.
+// A preference's setting as the iPod tells it, and its text.
 struct Setting {
   const char* name;
   int (ipod::*getter)(wchar_t*);

@@ -15,7 +15,7 @@ using test::World;
 
 constexpr std::size_t kMaxRoom = 600;
 
-/// What the calls of a run are to store, from the bytes that arrived.
+// What the calls of a run are to store, from the bytes that arrived.
 class Model {
  public:
   explicit Model(Bytes arrived) : arrived_(std::move(arrived)) {}
@@ -29,7 +29,7 @@ class Model {
   }
 
  private:
-  /// Takes a byte of the frame; false when the read ends.
+  // Takes a byte of the frame; false when the read ends.
   bool Take() {
     if (next_ == arrived_.size()) return false;
     stored_.push_back(arrived_[next_++]);
@@ -65,8 +65,8 @@ rc::Gen<Bytes> Stream(rc::Gen<std::uint8_t> byte) {
   return rc::gen::resize(1500, rc::gen::container<Bytes>(std::move(byte)));
 }
 
-/// Reads all of it by calls with drawn rooms; the model must store the same, and nothing may be
-/// written behind what is reported.
+// Reads all of it by calls with drawn rooms; the model must store the same, and nothing may be
+// written behind what is reported.
 void ExpectAlike(const Bytes& arrived) {
   test::ScriptedDevice device;
   World world;

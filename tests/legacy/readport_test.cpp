@@ -22,7 +22,7 @@ class ReadPort : public DockTest {
  protected:
   ReadPort() { EXPECT_EQ(serial_.openport(), 1); }
 
-  /// Has the device send these bytes, and waits until they are there to be read.
+  // Has the device send these bytes, and waits until they are there to be read.
   void Arrived(const test::Bytes& bytes) {
     ipod_.Send(bytes);
     world_.Advance(static_cast<std::int64_t>(bytes.size() + 1) * 174);
@@ -31,7 +31,7 @@ class ReadPort : public DockTest {
   void SendAfter(std::int64_t delay_us, const char* text) {
     ipod_.SendAt(world_.now_us() + delay_us, test::Hex(text));
   }
-  /// One call with room for `size` bytes; what it stored, as text.
+  // One call with room for `size` bytes; what it stored, as text.
   std::string Read(int size = 256) {
     const unsigned long count = serial_.readport(buffer_.data(), size);
     EXPECT_LE(count, static_cast<unsigned long>(size));

@@ -142,7 +142,7 @@ TEST_F(Records, NameWithoutAPlaceFails) {
   EXPECT_EQ(legacy_.getnextcategorizeddbrecord(nullptr, 256, 258), 0);
 }
 
-/// Lists as a host makes them: an array whose first element is its number of elements, and values.
+// Lists as a host makes them: an array whose first element is its number of elements, and values.
 class RecordLists : public LegacyTest {
  protected:
   wchar_t** MakeNames(std::uintptr_t count) {

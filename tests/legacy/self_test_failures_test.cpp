@@ -18,7 +18,7 @@ constexpr const char* kNoName = "FF 55 08 04 00 1B 00 00 00 00 00 D9";
 constexpr const char* kOtherTitle = "FF 55 0B 04 00 21 48 61 72 62 6F 75 72 00 FD";
 constexpr const char* kTitleInLowerCase = "FF 55 0A 04 00 21 65 6E 67 69 6E 65 00 5B";
 
-/// An answer that makes an action fail, and the detail text that then stands.
+// An answer that makes an action fail, and the detail text that then stands.
 struct Failure {
   const char* name;
   unsigned step;
@@ -169,7 +169,7 @@ TEST_F(FailingStep, EndFailsWhenItCannotBeSentAndClosesThePortAllTheSame) {
 
 // ---- A silent iPod
 
-TEST_F(FailingStep, SilentIpodFailsEachStepInThePrescribedTime) {
+TEST_F(FailingStep, SilentIpodFailsEachStepAfterASilenceForEachAnswer) {
   constexpr std::int64_t kSending = 5 * kMillisecond;
   world_.line().Unplug();
   legacy_.closeport();

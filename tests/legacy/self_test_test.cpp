@@ -35,6 +35,14 @@ TEST_F(SelfTest, StartSaysSoAlsoWhenThePortDoesNotOpen) {
   EXPECT_EQ(ipodPeer::SelfTestStep(legacy_), 0U);
 }
 
+TEST_F(SelfTest, StartWithThePortOpenFailsAndLeavesThatOpenOutOfReach) {
+  EXPECT_EQ(legacy_.startregressiontest(detail_), 0);
+  EXPECT_STREQ(detail_, L"Regression Test Started, port opened");
+  EXPECT_EQ(legacy_.command_requestipodname(), 0);
+  EXPECT_EQ(legacy_.closeport(), 1);
+  EXPECT_TRUE(world_.line().open());
+}
+
 TEST_F(SelfTest, StartSendsNothing) {
   legacy_.closeport();
   EXPECT_EQ(legacy_.startregressiontest(nullptr), 1);

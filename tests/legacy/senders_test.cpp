@@ -24,7 +24,7 @@ class LegacySenders : public LegacyTest {
     ipodPeer::PayloadLength(legacy_) = static_cast<std::uint16_t>(bytes.size());
     world_.Record({"WriteFile", "Sleep"});
   }
-  /// Fills the payload with so many bytes 00, 01, 02 and so on.
+  // Fills the payload with so many bytes 00, 01, 02 and so on.
   void FillNumbered(std::uint16_t length) {
     Fill(0x04, 0x33, "");
     NumberPayload();
@@ -32,7 +32,7 @@ class LegacySenders : public LegacyTest {
   }
 };
 
-/// "00 01 02 ...", so many.
+// "00 01 02 ...", so many.
 std::string Numbered(int count) {
   test::Bytes bytes;
   for (int i = 0; i < count; ++i) bytes.push_back(static_cast<std::uint8_t>(i));

@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 
 class WorkoutDocument : public WorkoutTest {
  protected:
-  /// The texts that the status shows one after the other.
+  // The texts that the status shows one after the other.
   template <class Action>
   std::vector<std::string> TextsShown(Action action) {
     const std::string before = "StringCchCopyW(256, \"";

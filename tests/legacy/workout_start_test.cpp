@@ -196,7 +196,7 @@ TEST_F(WorkoutStart, NeedsAnOpenPort) {
   EXPECT_EQ(Status(), "Makeing sure iPod supports workout");
 }
 
-TEST_F(WorkoutStart, ASilentIpodCostsThePrescribedTime) {
+TEST_F(WorkoutStart, ASilentIpodCostsTwoSilences) {
   world_.line().Unplug();
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Start(), 0); }), 2 * kSilenceUs);  // the close, the question
   EXPECT_EQ(Status(), "Makeing sure iPod supports workout");
