@@ -3,13 +3,14 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "commands.h"
+#include "command_line/command_line.h"
 #include "console/failure.h"
-#include "console/host.h"
 #include "console/interrupt.h"
-#include "console/stdout_guard.h"
+#include "console/system.h"
 #include "console/text.h"
 #include "console/verbose_log.h"
+#include "report/report.h"
+#include "run.h"
 
 namespace ipodctl {
 
@@ -37,7 +38,7 @@ int ReportMistakes(const Context& context) {
 }
 
 int RunOnDock(const Options& options, Output& output) {
-  Dock dock(options);
+  DockLine dock(options);
   const Context context{options, dock, output};
   int status = kSuccess;
   try {

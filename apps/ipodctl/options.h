@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the command line asks for.
+// What a command is to do, and with which iPod.
 #pragma once
 
 #include <cstdint>
@@ -75,14 +75,5 @@ struct Options {
   // userdata: nothing to read only
   std::optional<unsigned> user_weight;
 };
-
-/// What the arguments mean: a command to run, or a text to show and the status to end with.
-struct CommandLine {
-  std::optional<Options> options;
-  std::string text;
-  int status = 0;
-};
-
-CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace ipodctl

@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
-// ipodctl tour: everything that a docked iPod can do for a console, step by step.
+// Takes a docked iPod through everything, and fails where it does not follow.
+#include "tour.h"
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "commands.h"
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/text.h"
-#include "ipod/device_info.h"
+#include "ipod/info.h"
 #include "library/categories.h"
-#include "library/name_list.h"
 #include "library/session_library.h"
 #include "library/walk.h"
 #include "playing/follower.h"
-#include "playing/play_modes.h"
+#include "playing/modes.h"
+#include "playing/now.h"
 #include "playing/playback_view.h"
 
 namespace ipodctl {
@@ -42,8 +43,8 @@ class Tour {
  private:
   void Step(const std::string& title);
   void ShowDevice(Session& session);
-  void Browse(Session& session, LibraryWalk& walk);
-  std::vector<std::string> ShowList(Session& session, const LibraryWalk& walk);
+  void Browse(MediaLibrary& library, LibraryWalk& walk);
+  std::vector<std::string> ShowList(MediaLibrary& library, const LibraryWalk& walk);
   void Play(Session& session, LibraryWalk& walk);
   void Control(Session& session);
   void Shuffle(Session& session);
@@ -69,7 +70,7 @@ void Tour::Run() {
   session.EnterRemoteUi();
   SessionLibrary library(session);
   LibraryWalk walk(library, context_.options.hierarchy);
-  Browse(session, walk);
+  Browse(library, walk);
   Play(session, walk);
   Control(session);
   Shuffle(session);
@@ -108,10 +109,10 @@ void Tour::ShowDevice(Session& session) {
 }
 
 // From the artists down to a track list that has at least two tracks, to have something to skip to.
-void Tour::Browse(Session& session, LibraryWalk& walk) {
+void Tour::Browse(MediaLibrary& library, LibraryWalk& walk) {
   Step("Browse: artists");
   walk.EnterTop(kArtists);
-  const std::vector<std::string> artists = ShowList(session, walk);
+  const std::vector<std::string> artists = ShowList(library, walk);
   for (unsigned long artist = 0; artist < artists.size(); ++artist) {
     if (artist != 0) walk.EnterTop(kArtists);
     walk.EnterRecord(artist, kTracks);
@@ -119,23 +120,23 @@ void Tour::Browse(Session& session, LibraryWalk& walk) {
     walk.EnterTop(kArtists);
     Step("Browse: albums of " + Printable(artists[artist]));
     walk.EnterRecord(artist, kAlbums);
-    const std::vector<std::string> albums = ShowList(session, walk);
+    const std::vector<std::string> albums = ShowList(library, walk);
     if (albums.empty()) continue;
     Step("Browse: tracks of " + Printable(albums.front()));
     walk.EnterRecord(0UL, kTracks);
-    ShowList(session, walk);
+    ShowList(library, walk);
     return;
   }
   throw CommandFailure(kFailed, "the tour needs an artist with two tracks, and this iPod has none");
 }
 
-std::vector<std::string> Tour::ShowList(Session& session, const LibraryWalk& walk) {
+std::vector<std::string> Tour::ShowList(MediaLibrary& library, const LibraryWalk& walk) {
   const Category& category = CategoryByCode(walk.category());
   const unsigned long count = std::min(walk.count(), kMostNames);
   std::vector<std::string> names;
   {
     ProgressBar bar(std::string("  Reading ") + category.name, count);
-    ReadNames(session, walk.category(), 0, count, [&](unsigned long, const std::string& name) {
+    library.ReadNames(walk.category(), 0, count, [&](unsigned long, const std::string& name) {
       names.push_back(name);
       bar.Hide();
       if (names.size() <= kShownNames) output_.Line("  " + Printable(name));

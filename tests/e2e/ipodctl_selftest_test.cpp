@@ -3,14 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <csignal>
-#include <cwchar>
-#include <mutex>
 #include <nlohmann/json.hpp>
 
 #include "docked_ipod.h"
-#include "ipod/live_text.h"
 #include "support/json_lines.h"
 #include "support/temporary_folder.h"
 
@@ -23,7 +19,6 @@ using test::Ipodctl;
 using test::Objects;
 using test::Process;
 using test::TemporaryFolder;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -63,25 +58,6 @@ TEST(IpodctlSelftest, TerminalShowsEachActionWhileItLasts) {
   EXPECT_NE(second, std::string::npos);
   EXPECT_LT(first, second);
   EXPECT_THAT(ended.out, Not(HasSubstr("Select Track 0")));
-}
-
-TEST(LiveText, IsShownOnceForEachChange) {
-  std::mutex lock;
-  std::condition_variable changed;
-  std::vector<std::string> shown;
-  const ipodctl::LiveText text([&](const std::string& now) {
-    const std::lock_guard<std::mutex> guard(lock);
-    shown.push_back(now);
-    changed.notify_one();
-  });
-  const std::vector<const wchar_t*> written = {L"Getting Ipod Name", L"Zo\u00EB"};
-  for (std::size_t i = 0; i < written.size(); ++i) {
-    std::wcscpy(text.buffer(), written[i]);
-    std::unique_lock<std::mutex> guard(lock);
-    changed.wait(guard, [&] { return shown.size() > i; });
-  }
-  EXPECT_EQ(text.text(), "Zoë");
-  EXPECT_THAT(shown, ElementsAre("Getting Ipod Name", "Zoë"));
 }
 
 TEST(IpodctlSelftest, JsonHasAnObjectForEachStepAndOneForAll) {

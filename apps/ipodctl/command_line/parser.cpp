@@ -5,7 +5,7 @@
 #include <cctype>
 
 #include "command_line/flags.h"
-#include "console/exit_status.h"
+#include "console/failure.h"
 
 namespace ipodctl {
 
@@ -52,10 +52,16 @@ CommandLineParser::CommandLineParser() {
   app_.footer(kProgramFooter);
   formatter_->SetUsage(&app_, "ipodctl [OPTIONS] COMMAND ...");
   AddGlobalOptions();
-  AddLookingCommands(*this);
-  AddPlayingCommands(*this);
-  AddSettingCommands(*this);
-  AddWorkoutCommands(*this);
+  // In the order in which the help lists them.
+  AddInfoCommand(*this);
+  AddTourCommand(*this);
+  AddBrowseCommand(*this);
+  AddNowCommand(*this);
+  AddPlayerCommands(*this);
+  AddModeCommands(*this);
+  AddPrefsCommand(*this);
+  AddWorkoutCommand(*this);
+  AddUserdataCommand(*this);
   AddReportCommand(*this);
   AddLegacyInterface(*this);
 }

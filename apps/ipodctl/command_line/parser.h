@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "command_line/command_line.h"
 #include "command_line/completion.h"
 #include "command_line/help.h"
 #include "options.h"

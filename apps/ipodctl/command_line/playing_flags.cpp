@@ -1,13 +1,24 @@
 // SPDX-License-Identifier: MIT
-// The commands that play: play, pause, stop, next, previous, seek.
+// The player's commands: now; play, pause, stop, next, previous, seek; shuffle, repeat.
 #include "command_line/flags.h"
-#include "command_line/path_flags.h"
 
 namespace ipodctl {
 
 namespace {
 
 constexpr double kLongestSeekSeconds = 600;
+
+constexpr const char* kNowFooter =
+    "--follow shows changes as the iPod tells of them, until Ctrl-C. With --json each is an "
+    "object\n"
+    "on a line of its own: first \"event\":\"start\" with the state as it is, then \"track\", "
+    "\"state\"\n"
+    "and \"position\".\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl now\n"
+    "  ipodctl now --follow\n"
+    "  ipodctl now --for 10 --json";
 
 constexpr const char* kPlayFooter =
     "Without arguments, goes on with what was playing. A walk that ends before a track plays the\n"
@@ -27,6 +38,18 @@ constexpr const char* kSeekFooter =
     "  ipodctl seek forward\n"
     "  ipodctl seek back 0.5";
 
+constexpr const char* kShuffleFooter =
+    "Examples:\n"
+    "  ipodctl shuffle             what it is set to\n"
+    "  ipodctl shuffle albums\n"
+    "  ipodctl shuffle off --keep  also after the iPod is taken out of the dock";
+
+constexpr const char* kRepeatFooter =
+    "Examples:\n"
+    "  ipodctl repeat             what it is set to\n"
+    "  ipodctl repeat one\n"
+    "  ipodctl repeat off --keep  also after the iPod is taken out of the dock";
+
 void AddSeek(CommandLineParser& parser) {
   Options& options = parser.options();
   CLI::App* seek = parser.AddCommand("seek", "Playing", "Wind forward or back",
@@ -39,12 +62,35 @@ void AddSeek(CommandLineParser& parser) {
   seek->add_option("SECONDS", options.seek_seconds)->check(CLI::Range(0.1, kLongestSeekSeconds));
 }
 
+void AddMode(CommandLineParser& parser, const char* name, const char* description,
+             const std::vector<std::string>& modes, const char* footer) {
+  Options& options = parser.options();
+  CLI::App* command = parser.AddCommand(
+      name, "Settings", description, "[" + CLI::detail::join(modes, "|") + "] [OPTIONS]", footer);
+  parser.AddWords(name, modes);
+  command->add_option("MODE", options.mode)->check(CLI::IsMember(modes));
+  command->add_flag("--keep", options.keep, "Let it hold after undocking");
+}
+
 }  // namespace
 
-void AddPlayingCommands(CommandLineParser& parser) {
+void AddNowCommand(CommandLineParser& parser) {
+  Options& options = parser.options();
+  CLI::App* now = parser.AddCommand("now", "Looking", "What is playing",
+                                    "[--follow | --for SECONDS]", kNowFooter);
+  now->add_flag("-f,--follow", options.follow, "Keep showing it until Ctrl-C");
+  now->add_option("--for", options.follow_seconds, "Keep showing it for so long")
+      ->check(CLI::Range(0U, 86400U))
+      ->option_text("SECONDS");
+  parser.AddCheck([&options] {
+    if (options.follow_seconds) options.follow = true;
+  });
+}
+
+void AddPlayerCommands(CommandLineParser& parser) {
   CLI::App* play = parser.AddCommand("play", "Playing", "Play something, or go on playing",
                                      "[CATEGORY [NAME...]] [OPTIONS]", kPlayFooter);
-  AddPathOptions(parser, play);
+  AddPathFlags(parser, play);
   parser.AddCommand("pause", "Playing", "Pause", "", "Examples:\n  ipodctl pause");
   parser.AddCommand("stop", "Playing", "Stop", "", "Examples:\n  ipodctl stop");
   parser.AddCommand("next", "Playing", "Skip to the next track", "",
@@ -52,6 +98,11 @@ void AddPlayingCommands(CommandLineParser& parser) {
   parser.AddCommand("previous", "Playing", "Skip to the previous track, or this one's start", "",
                     "Examples:\n  ipodctl previous");
   AddSeek(parser);
+}
+
+void AddModeCommands(CommandLineParser& parser) {
+  AddMode(parser, "shuffle", "Show or set shuffling", {"off", "tracks", "albums"}, kShuffleFooter);
+  AddMode(parser, "repeat", "Show or set repeating", {"off", "one", "all"}, kRepeatFooter);
 }
 
 }  // namespace ipodctl

@@ -1,23 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The commands that set: shuffle, repeat, prefs.
+// The commands that show and set what the iPod keeps: prefs, userdata.
 #include "command_line/flags.h"
 #include "settings/preference_table.h"
 
 namespace ipodctl {
 
 namespace {
-
-constexpr const char* kShuffleFooter =
-    "Examples:\n"
-    "  ipodctl shuffle             what it is set to\n"
-    "  ipodctl shuffle albums\n"
-    "  ipodctl shuffle off --keep  also after the iPod is taken out of the dock";
-
-constexpr const char* kRepeatFooter =
-    "Examples:\n"
-    "  ipodctl repeat             what it is set to\n"
-    "  ipodctl repeat one\n"
-    "  ipodctl repeat off --keep  also after the iPod is taken out of the dock";
 
 constexpr const char* kPrefsFooter =
     "A preference that is set holds until the iPod is taken out of the dock.\n"
@@ -27,15 +15,12 @@ constexpr const char* kPrefsFooter =
     "  ipodctl prefs get line-out\n"
     "  ipodctl prefs set aspect 16:9";
 
-void AddMode(CommandLineParser& parser, const char* name, const char* description,
-             const std::vector<std::string>& modes, const char* footer) {
-  Options& options = parser.options();
-  CLI::App* command = parser.AddCommand(
-      name, "Settings", description, "[" + CLI::detail::join(modes, "|") + "] [OPTIONS]", footer);
-  parser.AddWords(name, modes);
-  command->add_option("MODE", options.mode)->check(CLI::IsMember(modes));
-  command->add_flag("--keep", options.keep, "Let it hold after undocking");
-}
+constexpr const char* kUserdataFooter =
+    "The weight is in the iPod's own unit, from 0 to 65535.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl userdata\n"
+    "  ipodctl userdata --weight 72 --json";
 
 void AddAction(CommandLineParser& parser, CLI::App* prefs, bool sets) {
   Options& options = parser.options();
@@ -62,7 +47,9 @@ void CheckPreference(const Options& options) {
   }
 }
 
-void AddPreferences(CommandLineParser& parser) {
+}  // namespace
+
+void AddPrefsCommand(CommandLineParser& parser) {
   CLI::App* prefs = parser.AddCommand("prefs", "Settings", "Show or set the iPod's preferences",
                                       "[get NAME | set NAME VALUE]", kPrefsFooter);
   prefs->require_subcommand(0, 1);
@@ -81,12 +68,13 @@ void AddPreferences(CommandLineParser& parser) {
   parser.AddCheck([&parser] { CheckPreference(parser.options()); });
 }
 
-}  // namespace
-
-void AddSettingCommands(CommandLineParser& parser) {
-  AddMode(parser, "shuffle", "Show or set shuffling", {"off", "tracks", "albums"}, kShuffleFooter);
-  AddMode(parser, "repeat", "Show or set repeating", {"off", "one", "all"}, kRepeatFooter);
-  AddPreferences(parser);
+void AddUserdataCommand(CommandLineParser& parser) {
+  CLI::App* userdata =
+      parser.AddCommand("userdata", "Workouts", "Show or set what the iPod knows about its user",
+                        "[--weight N]", kUserdataFooter);
+  userdata->add_option("--weight", parser.options().user_weight, "The weight to set")
+      ->check(CLI::Range(0U, 65535U))
+      ->option_text("N");
 }
 
 }  // namespace ipodctl

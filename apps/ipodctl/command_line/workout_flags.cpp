@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The commands for people who work out: workout, userdata.
+// The command that logs a workout.
 #include <charconv>
 #include <cmath>
 
 #include "command_line/flags.h"
-#include "workout/equipment.h"
 #include "workout/file_estimate.h"
+#include "workout/recording.h"
 
 namespace ipodctl {
 
@@ -31,13 +31,6 @@ constexpr const char* kWorkoutFooter =
     "  ipodctl workout --equipment bike --duration 30:00\n"
     "  ipodctl workout --from ride.csv --equipment bike --weight 68.5\n"
     "  ipodctl --simulated --storage files workout --duration 10:00 --speed 60";
-
-constexpr const char* kUserdataFooter =
-    "The weight is in the iPod's own unit, from 0 to 65535.\n"
-    "\n"
-    "Examples:\n"
-    "  ipodctl userdata\n"
-    "  ipodctl userdata --weight 72 --json";
 
 /// One part of "1:02:03". Nothing unless it is all digits.
 std::optional<int> ClockPart(const std::string& text) {
@@ -84,7 +77,9 @@ void CheckName(const char* option, const std::string& name) {
                      std::to_string(kLongest) + " bytes"};
 }
 
-void AddWorkout(CommandLineParser& parser) {
+}  // namespace
+
+void AddWorkoutCommand(CommandLineParser& parser) {
   WorkoutOptions& workout = parser.options().workout;
   CLI::App* command = parser.AddCommand("workout", "Workouts", "Log a workout on the iPod",
                                         "[OPTIONS]", kWorkoutFooter);
@@ -123,18 +118,6 @@ void AddWorkout(CommandLineParser& parser) {
     CheckName("--serial-number", parser.options().workout.serial_number);
     CheckName("--model", parser.options().model);
   });
-}
-
-}  // namespace
-
-void AddWorkoutCommands(CommandLineParser& parser) {
-  AddWorkout(parser);
-  CLI::App* userdata =
-      parser.AddCommand("userdata", "Workouts", "Show or set what the iPod knows about its user",
-                        "[--weight N]", kUserdataFooter);
-  userdata->add_option("--weight", parser.options().user_weight, "The weight to set")
-      ->check(CLI::Range(0U, 65535U))
-      ->option_text("N");
 }
 
 }  // namespace ipodctl

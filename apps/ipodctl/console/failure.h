@@ -1,13 +1,24 @@
 // SPDX-License-Identifier: MIT
-// How a command ends when it cannot do what was asked.
+// How a command ends when it cannot do what was asked: the exit status, and a sentence.
 #pragma once
 
 #include <stdexcept>
 #include <string>
 
-#include "console/exit_status.h"
-
 namespace ipodctl {
+
+/// What the program's exit status tells a script.
+enum ExitStatus : int {
+  kSuccess = 0,
+  kFailed = 1,           // the iPod refused, or the operation failed
+  kPortUnavailable = 2,  // the port cannot be opened
+  kNothingDocked = 3,    // no iPod answered, or it did not accept the accessory
+  kIpodTooOld = 4,       // its lingo versions are below what the library needs
+  kUsage = 64,           // wrong arguments
+  kDamaged = 65,         // a document ends early or is malformed; what it holds was shown
+  kInputFile = 66,       // a named file is missing or malformed
+  kInterrupted = 130,    // stopped by Ctrl-C before the command was done
+};
 
 /// One plain sentence that says what went wrong and what to do, and the exit status.
 class CommandFailure : public std::runtime_error {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "console/host.h"
+#include "console/system.h"
 #include "console/text.h"
 
 namespace ipodctl {

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "console/host.h"
+#include "console/system.h"
 #include "console/verbose_log.h"
 
 namespace ipodctl {

@@ -3,7 +3,6 @@
 #include "ipod/legacy_session.h"
 
 #include "console/failure.h"
-#include "console/host.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
@@ -17,19 +16,9 @@ constexpr int kLowPower = 0;
 
 }  // namespace
 
-void FailToOpen(const std::string& device) {
-  throw CommandFailure(kPortUnavailable,
-                       "cannot open " + device + ": " + WhyNotOpened(device, kUnknownReason));
-}
-
-void FailToFindIpod(const std::string& device) {
-  throw CommandFailure(
-      kNothingDocked, "no iPod answers on " + device + "; check that it is docked and switched on");
-}
-
-LegacySession::LegacySession(const Dock& dock) : dock_(dock) {
+LegacySession::LegacySession(const DockLine& dock) : dock_(dock) {
   Note("opening " + dock.device());
-  if (ipod_.openport() == 0) FailToOpen(dock.device());
+  if (ipod_.openport() == 0) dock.FailToOpen();
 }
 
 LegacySession::~LegacySession() { ipod_.closeport(); }
@@ -42,7 +31,7 @@ void LegacySession::Identify() {
   // after them is there.
   const bool announced = ipod_.command_identifydevicelingos(kLowPower) != 0;
   StopIfInterrupted();
-  if (!announced || !Answers()) FailToFindIpod(dock_.device());
+  if (!announced || !Answers()) dock_.FailToFindIpod();
 }
 
 void LegacySession::EnterRemoteUi() {
@@ -58,16 +47,25 @@ void LegacySession::Require(bool succeeded, const std::string& what) {
 
 void LegacySession::RequireAnswers() {
   StopIfInterrupted();
-  if (Answers()) return;
-  throw CommandFailure(kFailed, "the iPod on " + dock_.device() +
-                                    " no longer answers; check that it is docked and the cable is "
-                                    "plugged in");
+  if (!Answers()) dock_.FailToReachIpod();
+}
+
+bool LegacySession::Answers() { return ipodctl::Answers(ipod_); }
+
+bool LegacySession::AcceptsWorkouts() {
+  DisplayText number;
+  if (ipod_.getipodmodelnum(number.buffer()) == 0) return false;
+  const std::string family = number.text().substr(0, 4);
+  if (family != "0014" && family != "0017") return false;
+  int supported = 0;
+  unsigned char extra = 0;
+  return ipod_.issports(&supported, &extra) != 0 && supported != 0;
 }
 
 // Any iPod has a name. Waiting for it passes over whatever else was said before.
-bool LegacySession::Answers() {
+bool Answers(ipod& docked) {
   DisplayText name;
-  return ipod_.getipodname(name.buffer()) != 0;
+  return docked.getipodname(name.buffer()) != 0;
 }
 
 }  // namespace ipodctl

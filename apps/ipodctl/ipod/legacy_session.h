@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "ipod/dock.h"
+#include "ipod/dock_line.h"
 #include "ipodcomm/ipod.h"
 
 namespace ipodctl {
@@ -13,7 +13,7 @@ namespace ipodctl {
 class LegacySession {
  public:
   /// Opens the port. Throws a CommandFailure when it cannot be.
-  explicit LegacySession(const Dock& dock);
+  explicit LegacySession(const DockLine& dock);
   /// Closes the port.
   ~LegacySession();
   LegacySession(const LegacySession&) = delete;
@@ -34,16 +34,16 @@ class LegacySession {
   /// Whether there is still an iPod. Takes three seconds when there is not. What the iPod said
   /// before and nobody read is then read away.
   bool Answers();
+  /// Whether the iPod accepts workouts. The interface announces the workout lingoes to some models
+  /// only, told by the beginning of their number; the others are not asked.
+  bool AcceptsWorkouts();
 
  private:
-  const Dock& dock_;
+  const DockLine& dock_;
   ipod ipod_;
 };
 
-/// Throws the CommandFailure of a port that the legacy interface could not open; it tells no
-/// reason.
-[[noreturn]] void FailToOpen(const std::string& device);
-/// Throws the CommandFailure of an empty dock.
-[[noreturn]] void FailToFindIpod(const std::string& device);
+/// Whether there is still an iPod; see LegacySession::Answers.
+bool Answers(ipod& docked);
 
 }  // namespace ipodctl

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// ipodctl selftest: the legacy interface's regression test against the iPod in the dock.
+// Performs the regression test step by step.
+#include "ipod/selftest.h"
+
 #include <nlohmann/json.hpp>
 
 #include "console/failure.h"
@@ -8,8 +10,7 @@
 #include "console/text.h"
 #include "console/verbose_log.h"
 #include "ipod/display_text.h"
-#include "ipod/live_text.h"
-#include "legacy_commands.h"
+#include "ipod/legacy_session.h"
 
 namespace ipodctl {
 
@@ -27,8 +28,7 @@ struct Step {
 
 class SelfTest {
  public:
-  explicit SelfTest(const Context& context)
-      : device_(context.dock.device()), output_(context.output) {}
+  explicit SelfTest(const Context& context) : dock_(context.dock), output_(context.output) {}
   ~SelfTest() { ipod_.closeport(); }
   SelfTest(const SelfTest&) = delete;
   SelfTest& operator=(const SelfTest&) = delete;
@@ -39,9 +39,8 @@ class SelfTest {
   Step Perform(int number);
   void Show(const Step& step);
   void ExplainFailure(const Step& step);
-  bool Answers();
 
-  const std::string device_;
+  const DockLine& dock_;
   Output& output_;
   ipod ipod_;
   int failures_ = 0;
@@ -50,7 +49,7 @@ class SelfTest {
 
 void SelfTest::Run() {
   DisplayText detail;
-  if (ipod_.startregressiontest(detail.buffer()) == 0) FailToOpen(device_);
+  if (ipod_.startregressiontest(detail.buffer()) == 0) dock_.FailToOpen();
   output_.Line(detail.text());
   int number = 0;
   for (bool more = true; more; ++number) {
@@ -96,16 +95,9 @@ void SelfTest::ExplainFailure(const Step& step) {
   ++failures_;
   if (first_failure_.empty()) first_failure_ = step.detail.empty() ? step.title : step.detail;
   StopIfInterrupted();
-  if (step.last || Answers()) return;
-  if (step.number == kConnectionStep) FailToFindIpod(device_);
-  throw CommandFailure(kFailed, "the iPod on " + device_ +
-                                    " no longer answers; check that it is docked and the cable is "
-                                    "plugged in");
-}
-
-bool SelfTest::Answers() {
-  DisplayText name;
-  return ipod_.getipodname(name.buffer()) != 0;
+  if (step.last || Answers(ipod_)) return;
+  if (step.number == kConnectionStep) dock_.FailToFindIpod();
+  dock_.FailToReachIpod();
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "ipod/session.h"
 
 #include "console/failure.h"
-#include "console/host.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
@@ -17,13 +16,10 @@ constexpr int kLowPower = 0;
 
 }  // namespace
 
-Session::Session(const Options& options, const Dock& dock) : options_(options), dock_(dock) {
+Session::Session(const Options& options, const DockLine& dock) : options_(options), dock_(dock) {
   Note("opening " + dock.device());
   const long code = ipod_.Open();
-  if (code != 0) {
-    throw CommandFailure(kPortUnavailable,
-                         "cannot open " + dock.device() + ": " + WhyNotOpened(dock.device(), code));
-  }
+  if (code != 0) dock.FailToOpen(code);
 }
 
 Session::~Session() { Close(); }
@@ -56,8 +52,7 @@ void Session::FailIdentification() {
                                              " did not accept the accessory; take it out of the "
                                              "dock, put it back and try again");
   }
-  throw CommandFailure(kNothingDocked, "no iPod answers on " + dock_.device() +
-                                           "; check that it is docked and switched on");
+  dock_.FailToFindIpod();
 }
 
 void Session::EnterRemoteUi() {
@@ -77,10 +72,7 @@ void Session::Require(bool succeeded, const std::string& what) {
 
 void Session::RequireAnswers() {
   StopIfInterrupted();
-  if (Answers()) return;
-  throw CommandFailure(kFailed, "the iPod on " + dock_.device() +
-                                    " no longer answers; check that it is docked and the cable is "
-                                    "plugged in");
+  if (!Answers()) dock_.FailToReachIpod();
 }
 
 // Any iPod knows its own lingoes; one that does not even tell this is gone.

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "ipod/dock.h"
+#include "ipod/dock_line.h"
 #include "ipodcomm/CIpodComm.h"
 #include "options.h"
 
@@ -13,7 +13,7 @@ namespace ipodctl {
 class Session {
  public:
   /// Opens the port. Throws a CommandFailure when it cannot be.
-  Session(const Options& options, const Dock& dock);
+  Session(const Options& options, const DockLine& dock);
   /// Closes the port.
   ~Session();
   Session(const Session&) = delete;
@@ -42,7 +42,7 @@ class Session {
   void FailIdentification();
 
   const Options& options_;
-  const Dock& dock_;
+  const DockLine& dock_;
   CIpodComm ipod_;
   tagIPOD_IDENTIFY_RESULT identified_ = IPOD_IDENTIFY_RESULT_NONE;
 };

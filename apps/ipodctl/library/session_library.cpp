@@ -1,11 +1,53 @@
 // SPDX-License-Identifier: MIT
-// Hands on to the session.
+// Selects records; streams their names, and reads again one by one what got lost on the way.
 #include "library/session_library.h"
 
+#include <algorithm>
+#include <vector>
+
+#include "console/interrupt.h"
+#include "console/text.h"
+#include "console/verbose_log.h"
 #include "library/categories.h"
-#include "library/name_list.h"
 
 namespace ipodctl {
+
+namespace {
+
+// Everything asked for must be taken before anything else is asked, so this is also what has to be
+// read to the end after a hit or an interrupt: about half a second.
+constexpr unsigned long kPortion = 16;
+constexpr std::size_t kNameCapacity = 512;
+
+std::vector<std::string> StreamPortion(Session& session, unsigned char category, unsigned long from,
+                                       unsigned long count) {
+  std::vector<std::string> names;
+  CIpodComm& ipod = session.ipod();
+  ipod.Command_RetrieveCategorizedDatabaseRecords(from, count, category);
+  wchar_t name[kNameCapacity] = {};
+  while (names.size() < count && ipod.GetNextCategorizedRecord(name, kNameCapacity) != 0) {
+    names.push_back(Utf8(name));
+  }
+  return names;
+}
+
+// The streamed names carry no index that we see: when one is missing, none of them can be trusted.
+std::vector<std::string> ReadOneByOne(Session& session, unsigned char category, unsigned long from,
+                                      unsigned long count) {
+  std::vector<std::string> names;
+  for (unsigned long index = from; index < from + count; ++index) {
+    StopIfInterrupted();
+    wchar_t name[kNameCapacity] = {};
+    const bool read = session.ipod().Command_RetrieveCategorizedDatabaseRecord(
+                          name, kNameCapacity, index, category) != 0;
+    session.Require(read, "name " + std::string(CategoryByCode(category).singular) + " " +
+                              std::to_string(index));
+    names.push_back(Utf8(name));
+  }
+  return names;
+}
+
+}  // namespace
 
 bool SessionLibrary::SelectTop(unsigned char category, unsigned char hierarchy,
                                unsigned long* count) {
@@ -22,7 +64,18 @@ bool SessionLibrary::PlayTrack(unsigned long index) {
 
 void SessionLibrary::ReadNames(unsigned char category, unsigned long from, unsigned long count,
                                const std::function<bool(unsigned long, const std::string&)>& take) {
-  ipodctl::ReadNames(session_, category, from, count, take);
+  for (unsigned long done = 0; done < count;) {
+    StopIfInterrupted();
+    const unsigned long portion = std::min(kPortion, count - done);
+    std::vector<std::string> names = StreamPortion(session_, category, from + done, portion);
+    if (names.size() < portion) {
+      Note("names got lost on the line; reading them again one by one");
+      names = ReadOneByOne(session_, category, from + done, portion);
+    }
+    for (const std::string& name : names) {
+      if (!take(from + done++, name)) return;
+    }
+  }
 }
 
 void SessionLibrary::Require(bool succeeded, const std::string& what) {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "ipod/session.h"
-#include "playing/now_playing.h"
+#include "playing/now.h"
 
 namespace ipodctl {
 

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Reads the player and shows it.
-#include "playing/legacy_now.h"
-
+// Reads the player through the legacy interface, and shows its display texts.
 #include <nlohmann/json.hpp>
 
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "ipod/display_text.h"
+#include "playing/now.h"
 
 namespace ipodctl {
 
@@ -100,6 +99,10 @@ bool AwaitPlayerState(LegacySession& session, unsigned char wanted) {
   }
   StopIfInterrupted();
   return false;
+}
+
+void RunLegacyNow(const Context& context, LegacySession& session) {
+  ShowLegacyPlaying(context.output, session);
 }
 
 }  // namespace ipodctl

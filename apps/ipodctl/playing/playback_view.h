@@ -4,7 +4,7 @@
 
 #include "console/output.h"
 #include "console/progress.h"
-#include "playing/now_playing.h"
+#include "playing/now.h"
 
 namespace ipodctl {
 

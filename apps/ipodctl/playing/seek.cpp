@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // ipodctl seek: winds for a while.
-#include "commands.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
-#include "playing/now_playing.h"
+#include "playing/control.h"
+#include "playing/now.h"
 
 namespace ipodctl {
 

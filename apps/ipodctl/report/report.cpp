@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// ipodctl report: a page of a workout document.
+// Reads a document, writes its page beside it, and sums it up.
+#include "report/report.h"
+
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "commands.h"
 #include "console/failure.h"
 #include "console/text.h"
 #include "report/markup.h"

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// ipodctl userdata: shows what the iPod knows about its user, and sets the weight.
+// Asks the Sports service about its user.
+#include "settings/userdata.h"
+
 #include <nlohmann/json.hpp>
 
-#include "commands.h"
 #include "console/failure.h"
 #include "ipodcomm/ipod.h"
 

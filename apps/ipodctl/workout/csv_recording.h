@@ -5,7 +5,6 @@
 #include <istream>
 #include <string>
 
-#include "workout/equipment.h"
 #include "workout/recording.h"
 
 namespace ipodctl {

@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "console/text.h"
-#include "workout/equipment.h"
 
 namespace ipodctl {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Makes up the readings of a workout.
-#include "workout/generated_recording.h"
-
 #include <algorithm>
 #include <cmath>
+
+#include "workout/recording.h"
 
 namespace ipodctl {
 
@@ -64,7 +64,7 @@ double OneDecimal(double value) { return std::round(value * 10) / 10; }
 
 }  // namespace
 
-Recording GenerateWorkout(const Equipment& equipment, int seconds, double weight_kg) {
+Recording GenerateRecording(const Equipment& equipment, int seconds, double weight_kg) {
   const Effort full = FullEffort(equipment.type);
   const Pause pause = PauseOf(seconds);
   Recording recording = {equipment.type, equipment.distance_type, equipment.speed_type, {}};

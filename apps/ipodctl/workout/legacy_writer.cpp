@@ -8,8 +8,6 @@
 
 #include "console/failure.h"
 #include "console/text.h"
-#include "ipod/workout_support.h"
-#include "workout/equipment.h"
 
 namespace ipodctl {
 
@@ -91,18 +89,19 @@ struct Figures {
 
 }  // namespace
 
-LegacyWorkoutLog::LegacyWorkoutLog(LegacySession& session, Output& output, const Dock& dock)
+LegacyWorkoutWriter::LegacyWorkoutWriter(LegacySession& session, Output& output,
+                                         const DockLine& dock)
     : WorkoutLog(dock), session_(session), output_(output) {}
 
-void LegacyWorkoutLog::RequireRoom(std::size_t /*largest_piece*/, std::size_t /*file_size*/) {
-  if (TakesWorkouts(session_.interface())) return;
+void LegacyWorkoutWriter::RequireRoom(std::size_t /*largest_piece*/, std::size_t /*file_size*/) {
+  if (session_.AcceptsWorkouts()) return;
   session_.RequireAnswers();
   throw CommandFailure(kFailed,
                        "this iPod does not take workouts from the legacy interface; dock one that "
                        "does, or leave out --legacy");
 }
 
-void LegacyWorkoutLog::Start(const DocumentHeader& header) {
+void LegacyWorkoutWriter::Start(const DocumentHeader& header) {
   std::wstring manufacturer = ByteByByte(header.manufacturer_id);
   std::wstring model = ByteByByte(header.model);
   std::wstring serial_number = ByteByByte(header.serial_number);
@@ -116,7 +115,7 @@ void LegacyWorkoutLog::Start(const DocumentHeader& header) {
   ShowProgress();
 }
 
-void LegacyWorkoutLog::Write(const Recording& recording, const Interval& interval) {
+void LegacyWorkoutWriter::Write(const Recording& recording, const Interval& interval) {
   const Reading& reading = interval.reading;
   const Figures figures = {Whole(reading.seconds), Whole(reading.kcal),
                            static_cast<float>(reading.distance), PaceOf(recording, reading),
@@ -136,7 +135,7 @@ void LegacyWorkoutLog::Write(const Recording& recording, const Interval& interva
   ShowProgress();
 }
 
-void LegacyWorkoutLog::Finish(const Recording& /*recording*/, const Summary& summary) {
+void LegacyWorkoutWriter::Finish(const Recording& /*recording*/, const Summary& summary) {
   const Figures figures = {Whole(summary.seconds), Whole(summary.kcal),
                            static_cast<float>(summary.distance), Whole(summary.speed),
                            Whole(summary.bpm)};
@@ -148,15 +147,15 @@ void LegacyWorkoutLog::Finish(const Recording& /*recording*/, const Summary& sum
   NoteClosed();
 }
 
-bool LegacyWorkoutLog::Answers() { return session_.Answers(); }
+bool LegacyWorkoutWriter::Answers() { return session_.Answers(); }
 
 // What was tried last, or with which status the iPod refused it.
-void LegacyWorkoutLog::FailAt(const std::string& what) {
+void LegacyWorkoutWriter::FailAt(const std::string& what) {
   std::string tried = Printable(Utf8(session_.interface().getlasttry()));
   Fail(what + " ('" + tried + "')");
 }
 
-void LegacyWorkoutLog::ShowProgress() {
+void LegacyWorkoutWriter::ShowProgress() {
   const std::string text = Utf8(session_.interface().getlasttry());
   if (text == shown_) return;
   shown_ = text;

@@ -10,9 +10,9 @@
 
 namespace ipodctl {
 
-class LegacyWorkoutLog : public WorkoutLog {
+class LegacyWorkoutWriter : public WorkoutLog {
  public:
-  LegacyWorkoutLog(LegacySession& session, Output& output, const Dock& dock);
+  LegacyWorkoutWriter(LegacySession& session, Output& output, const DockLine& dock);
 
   /// The legacy interface knows no limits; it tells only whether the iPod takes workouts.
   void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;

@@ -1,14 +1,28 @@
 // SPDX-License-Identifier: MIT
-// A workout as the equipment measures it: readings over time, whichever way they were come by.
+// A workout as the equipment measures it: the kinds of equipment, readings over time, and the
+// entries of a log that they make.
 #pragma once
 
-#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "ipodcomm/IpodTypes.h"
 
 namespace ipodctl {
+
+/// A kind of equipment, and what it counts.
+struct Equipment {
+  const char* name;  // on the command line
+  tagIPOD_EQUIPMENT_TYPE type;
+  tagIPOD_DISTANCE_TYPE distance_type;
+  tagIPOD_SPEED_TYPE speed_type;
+};
+
+const std::vector<Equipment>& AllEquipment();
+/// Nothing when there is no such equipment.
+std::optional<Equipment> EquipmentByName(const std::string& name);
+const Equipment& EquipmentByType(tagIPOD_EQUIPMENT_TYPE type);
 
 /// What the display of the equipment would show at one moment.
 struct Reading {
@@ -59,5 +73,12 @@ const char* EventName(tagIPOD_INTERVAL_TYPE event);
 const char* UnitName(tagIPOD_DISTANCE_TYPE type);
 /// "pace", "spm" or "rpm".
 const char* SpeedName(tagIPOD_SPEED_TYPE type);
+
+/// Makes up a workout that nobody did (generated_recording.cpp): plausible readings, one a second,
+/// always the same ones. Warms up, works, and cools down; a workout of a minute or more pauses
+/// once.
+/// @param seconds at least 1
+/// @param weight_kg of who works out; energy goes up with it
+Recording GenerateRecording(const Equipment& equipment, int seconds, double weight_kg);
 
 }  // namespace ipodctl

@@ -20,16 +20,16 @@ std::string Megabytes(__int64 bytes) {
 
 }  // namespace
 
-WorkoutWriter::WorkoutWriter(Session& session, const Dock& dock)
+SessionWorkoutWriter::SessionWorkoutWriter(Session& session, const DockLine& dock)
     : WorkoutLog(dock), session_(session) {}
 
-void WorkoutWriter::RequireRoom(std::size_t largest_piece, std::size_t file_size) {
+void SessionWorkoutWriter::RequireRoom(std::size_t largest_piece, std::size_t file_size) {
   RequireSports();
   RequireStorage(largest_piece, file_size);
   RequireSpace();
 }
 
-void WorkoutWriter::RequireSports() {
+void SessionWorkoutWriter::RequireSports() {
   if (session_.ipod().SupportsSports() == 0) {
     throw CommandFailure(kFailed,
                          "this iPod does not take workouts: it has no Sports service; dock one "
@@ -45,7 +45,7 @@ void WorkoutWriter::RequireSports() {
   }
 }
 
-void WorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t file_size) {
+void SessionWorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t file_size) {
   unsigned long max_file_size = 0;
   unsigned short max_write_size = 0;
   if (session_.ipod().Command_StorageGetIpodCaps(nullptr, &max_file_size, &max_write_size, nullptr,
@@ -70,7 +70,7 @@ void WorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t file_s
 }
 
 // An iPod that does not tell its free space may still take a workout.
-void WorkoutWriter::RequireSpace() {
+void SessionWorkoutWriter::RequireSpace() {
   __int64 free_space = 0;
   if (session_.ipod().Command_GetiPodFreeSpace(&free_space) == 0) {
     session_.RequireAnswers();
@@ -82,7 +82,7 @@ void WorkoutWriter::RequireSpace() {
   }
 }
 
-void WorkoutWriter::Start(const DocumentHeader& header) {
+void SessionWorkoutWriter::Start(const DocumentHeader& header) {
   if (session_.ipod().Sports_StartWorkout(
           Wide(header.manufacturer_id).c_str(), Wide(header.manufacturer_name).c_str(),
           Wide(header.model).c_str(), Wide(header.serial_number).c_str(), header.equipment,
@@ -95,7 +95,7 @@ void WorkoutWriter::Start(const DocumentHeader& header) {
   NoteHeader(SizeOfHeader(header).total);
 }
 
-void WorkoutWriter::Write(const Recording& recording, const Interval& interval) {
+void SessionWorkoutWriter::Write(const Recording& recording, const Interval& interval) {
   const Reading& reading = interval.reading;
   const int written = session_.ipod().Sports_IntervalWorkout(
       interval.event, reading.seconds, reading.kcal, reading.distance, recording.distance_type,
@@ -106,7 +106,7 @@ void WorkoutWriter::Write(const Recording& recording, const Interval& interval) 
   NoteInterval(SizeOfInterval(recording, interval), reading.seconds);
 }
 
-void WorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
+void SessionWorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
   const bool closed = session_.ipod().Sports_FinishWorkout(
                           summary.seconds, summary.kcal, summary.distance, recording.distance_type,
                           summary.speed, recording.speed_type, summary.bpm) != 0;
@@ -117,12 +117,12 @@ void WorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
   if (!closed) Fail("refused to close the workout's file");
 }
 
-tagIPOD_WORKOUT_FILE WorkoutWriter::File() {
+tagIPOD_WORKOUT_FILE SessionWorkoutWriter::File() {
   tagIPOD_WORKOUT_FILE file = {};
   session_.ipod().GetWorkoutFile(&file);
   return file;
 }
 
-bool WorkoutWriter::Answers() { return session_.Answers(); }
+bool SessionWorkoutWriter::Answers() { return session_.Answers(); }
 
 }  // namespace ipodctl

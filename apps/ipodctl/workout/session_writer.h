@@ -10,9 +10,9 @@
 
 namespace ipodctl {
 
-class WorkoutWriter : public WorkoutLog {
+class SessionWorkoutWriter : public WorkoutLog {
  public:
-  WorkoutWriter(Session& session, const Dock& dock);
+  SessionWorkoutWriter(Session& session, const DockLine& dock);
 
   void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
   void Start(const DocumentHeader& header) override;

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
-// ipodctl workout: logs a workout on the iPod while it goes on.
+// Writes a workout to the iPod as its clock goes on, and ends it early on Ctrl-C.
+#include "workout/workout.h"
+
 #include <algorithm>
-#include <chrono>
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "commands.h"
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "workout/csv_recording.h"
-#include "workout/generated_recording.h"
+#include "workout/legacy_writer.h"
 #include "workout/session_writer.h"
+#include "workout/workout_clock.h"
 #include "workout/workout_view.h"
 
 namespace ipodctl {
@@ -33,30 +34,6 @@ DocumentHeader HeaderFor(const Options& options) {
           EquipmentByName(workout.equipment)->type,
           workout.weight_kg};
 }
-
-/// The workout's own clock. It starts when it is made.
-class WorkoutClock {
- public:
-  /// @param first_s what it shows first
-  WorkoutClock(int first_s, double speed) : first_s_(first_s), speed_(speed) {}
-
-  double Seconds() const {
-    const std::chrono::duration<double> real = Now::now() - start_;
-    return first_s_ + real.count() * speed_;
-  }
-  /// Real milliseconds until it shows `seconds`; 0 when it has.
-  unsigned MsUntil(int seconds) const {
-    const double left_ms = (seconds - Seconds()) / speed_ * 1000;
-    return left_ms <= 0 ? 0 : static_cast<unsigned>(std::min(left_ms + 1, 1e9));
-  }
-
- private:
-  using Now = std::chrono::steady_clock;
-
-  int first_s_;
-  double speed_;
-  Now::time_point start_ = Now::now();
-};
 
 class Workout {
  public:
@@ -175,25 +152,26 @@ void Workout::ShowSaved(const Summary& summary) {
   context_.output.Object(json);
 }
 
-}  // namespace
-
 Recording RecordingFor(const WorkoutOptions& options) {
   const Equipment equipment = *EquipmentByName(options.equipment);
   if (!options.recording.empty()) return LoadCsvRecording(options.recording, equipment);
-  return GenerateWorkout(equipment, options.duration_s, options.weight_kg);
+  return GenerateRecording(equipment, options.duration_s, options.weight_kg);
 }
 
-void LogWorkout(const Context& context, Recording recording, WorkoutLog& log) {
-  Workout(context, std::move(recording), log).Run();
-}
+}  // namespace
 
-// A file that cannot be read is told before the iPod is bothered.
+// A file that cannot be read is reported before anything is sent to the iPod.
 void RunWorkout(const Context& context) {
   Recording recording = RecordingFor(context.options.workout);
   Session session(context.options, context.dock);
   session.Identify();
-  WorkoutWriter writer(session, context.dock);
-  LogWorkout(context, std::move(recording), writer);
+  SessionWorkoutWriter writer(session, context.dock);
+  Workout(context, std::move(recording), writer).Run();
+}
+
+void RunLegacyWorkout(const Context& context, LegacySession& session) {
+  LegacyWorkoutWriter writer(session, context.output, context.dock);
+  Workout(context, RecordingFor(context.options.workout), writer).Run();
 }
 
 }  // namespace ipodctl

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "ipod/dock.h"
+#include "ipod/dock_line.h"
 #include "workout/file_estimate.h"
 #include "workout/recording.h"
 
@@ -15,7 +15,7 @@ namespace ipodctl {
 
 class WorkoutLog {
  public:
-  explicit WorkoutLog(const Dock& dock) : dock_(dock) {}
+  explicit WorkoutLog(const DockLine& dock) : dock_(dock) {}
   virtual ~WorkoutLog() = default;
   WorkoutLog(const WorkoutLog&) = delete;
   WorkoutLog& operator=(const WorkoutLog&) = delete;
@@ -54,7 +54,7 @@ class WorkoutLog {
  private:
   std::string Saved() const;
 
-  const Dock& dock_;
+  const DockLine& dock_;
   std::size_t bytes_ = 0;
   std::size_t intervals_ = 0;
   int last_s_ = 0;  // of the last interval

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "options.h"
+#include "command_line/command_line.h"
 
 using namespace ipodctl;
 using ::testing::AllOf;

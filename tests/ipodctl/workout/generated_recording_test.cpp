@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The workout that ipodctl makes up when none is given.
-#include "workout/generated_recording.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "ipodctl/workout/recordings.h"
+#include "workout/recording.h"
 
 using namespace ipodctl;
 using ::testing::ElementsAre;
@@ -14,7 +13,7 @@ namespace {
 
 TEST(GeneratedWorkout, HasAReadingEverySecondAndNeverGoesBack) {
   for (const Equipment& equipment : AllEquipment()) {
-    const Recording recording = GenerateWorkout(equipment, 600, 75);
+    const Recording recording = GenerateRecording(equipment, 600, 75);
     ASSERT_EQ(recording.readings.size(), 601U) << equipment.name;
     EXPECT_EQ(recording.equipment, equipment.type);
     for (std::size_t i = 1; i < recording.readings.size(); ++i) {
@@ -31,8 +30,8 @@ TEST(GeneratedWorkout, HasAReadingEverySecondAndNeverGoesBack) {
 }
 
 TEST(GeneratedWorkout, IsTheSameEveryTime) {
-  const Recording first = GenerateWorkout(AllEquipment()[3], 300, 75);
-  const Recording again = GenerateWorkout(AllEquipment()[3], 300, 75);
+  const Recording first = GenerateRecording(AllEquipment()[3], 300, 75);
+  const Recording again = GenerateRecording(AllEquipment()[3], 300, 75);
   ASSERT_EQ(first.readings.size(), again.readings.size());
   for (std::size_t i = 0; i < first.readings.size(); ++i) {
     EXPECT_EQ(first.readings[i].distance, again.readings[i].distance);
@@ -45,7 +44,7 @@ TEST(GeneratedWorkout, IsTheSameEveryTime) {
 TEST(GeneratedWorkout, PausesOnceFromAMinuteOn) {
   const auto events = [](int seconds) {
     std::vector<std::string> log =
-        Log(IntervalsOf(GenerateWorkout(AllEquipment()[0], seconds, 75), 3600));
+        Log(IntervalsOf(GenerateRecording(AllEquipment()[0], seconds, 75), 3600));
     return log;
   };
   EXPECT_THAT(events(59), ElementsAre("0 start", "59 end"));
@@ -56,7 +55,7 @@ TEST(GeneratedWorkout, PausesOnceFromAMinuteOn) {
 
 TEST(GeneratedWorkout, CountsWhatItsEquipmentCounts) {
   const auto types = [](const char* name) {
-    const Recording recording = GenerateWorkout(*EquipmentByName(name), 10, 75);
+    const Recording recording = GenerateRecording(*EquipmentByName(name), 10, 75);
     return std::string(UnitName(recording.distance_type)) + " " + SpeedName(recording.speed_type) +
            (recording.readings.back().level == -1 ? "" : " level");
   };
@@ -69,8 +68,8 @@ TEST(GeneratedWorkout, CountsWhatItsEquipmentCounts) {
 }
 
 TEST(GeneratedWorkout, BurnsMoreTheHeavierItsUser) {
-  const double light = GenerateWorkout(AllEquipment()[0], 600, 50).readings.back().kcal;
-  const double heavy = GenerateWorkout(AllEquipment()[0], 600, 100).readings.back().kcal;
+  const double light = GenerateRecording(AllEquipment()[0], 600, 50).readings.back().kcal;
+  const double heavy = GenerateRecording(AllEquipment()[0], 600, 100).readings.back().kcal;
   EXPECT_NEAR(heavy, 2 * light, 1e-9 * heavy);
 }
 

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// What differs between the systems that the program runs on; one file implements it for each.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace ipodctl {
+
+/// Command-line arguments as UTF-8, the program's own name left out.
+std::vector<std::string> Utf8Arguments(int argc, char** argv);
+/// Makes the console show UTF-8 where it does not by itself.
+void PrepareConsole();
+
+bool IsTerminal(std::FILE* stream);
+/// Width of the terminal behind `stream`; 80 when unknown.
+int TerminalColumns(std::FILE* stream);
+
+void SetEnvironment(const char* name, const std::string& value);
+
+/// The device that the library's port name stands for.
+std::string PortDevice();
+/// Makes it stand for `device`. False where the system fixes which device it is.
+bool ChoosePortDevice(const std::string& device);
+/// In place of the system's code where there is none.
+constexpr long kUnknownReason = -1;
+/// Why `device` could not be opened and what to do, given the system's code: the rest of a sentence
+/// that starts with "cannot open DEVICE: ".
+std::string WhyNotOpened(const std::string& device, long code);
+
+/// Takes standard output over: the program writes to stream(), and whatever else writes to standard
+/// output (the library's trace lines) is dropped or, on request, sent to standard error.
+class StdoutGuard {
+ public:
+  enum class Others { kDropped, kToStandardError };
+
+  explicit StdoutGuard(Others others);
+  ~StdoutGuard();
+  StdoutGuard(const StdoutGuard&) = delete;
+  StdoutGuard& operator=(const StdoutGuard&) = delete;
+
+  std::FILE* stream() const { return stream_; }
+
+ private:
+  std::FILE* stream_ = nullptr;
+};
+
+/// The same memory at two addresses: what is written to one can be watched at the other while the
+/// writer, who knows of no lock, is at work. Whoever watches may see a part of what is being
+/// written and should look twice.
+class WatchedMemory {
+ public:
+  /// Zeroed. Throws std::bad_alloc when the system has none.
+  explicit WatchedMemory(std::size_t bytes);
+  ~WatchedMemory();
+  WatchedMemory(const WatchedMemory&) = delete;
+  WatchedMemory& operator=(const WatchedMemory&) = delete;
+
+  void* written() const { return written_; }
+  const volatile void* watched() const { return watched_; }
+
+ private:
+  std::size_t bytes_;
+  void* written_ = nullptr;
+  void* watched_ = nullptr;
+};
+
+}  // namespace ipodctl

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+// The program's few needs of a POSIX system; watched memory needs Linux.
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+
+#include "console/system.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr const char* kPortVariable = "IPODCOMM_COM2";
+constexpr const char* kDefaultDevice = "/dev/ttyS1";
+
+void* Map(int file, std::size_t bytes, int access) {
+  void* const view = ::mmap(nullptr, bytes, access, MAP_SHARED, file, 0);
+  return view == MAP_FAILED ? nullptr : view;
+}
+
+void Unmap(void* view, std::size_t bytes) {
+  if (view != nullptr) ::munmap(view, bytes);
+}
+
+}  // namespace
+
+std::vector<std::string> Utf8Arguments(int argc, char** argv) {
+  return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+void PrepareConsole() {}
+
+bool IsTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) != 0; }
+
+int TerminalColumns(std::FILE* stream) {
+  winsize size = {};
+  const bool known = ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
+void SetEnvironment(const char* name, const std::string& value) {
+  ::setenv(name, value.c_str(), 1);
+}
+
+std::string PortDevice() {
+  const char* device = std::getenv(kPortVariable);
+  return device != nullptr && *device != '\0' ? device : kDefaultDevice;
+}
+
+bool ChoosePortDevice(const std::string& device) {
+  SetEnvironment(kPortVariable, device);
+  return true;
+}
+
+std::string WhyNotOpened(const std::string& device, long code) {
+  struct stat status = {};
+  if (::stat(device.c_str(), &status) != 0) {
+    return errno == EACCES ? "its folder may not be searched; run as a user who may use it"
+                           : "there is no such device; check its name and the cable, or name "
+                             "another one with --port";
+  }
+  if (!S_ISCHR(status.st_mode)) return "it is not a serial line; name the dock's with --port";
+  if (::access(device.c_str(), R_OK | W_OK) != 0) {
+    return "permission denied; join the group that owns it (often 'dialout') or run as its owner";
+  }
+  if (code == kUnknownReason) {
+    return "it is in use, or does not work as a serial line; close the other program that has it "
+           "open, or name the dock's with --port";
+  }
+  constexpr long kAccessDenied = 5;
+  if (code == kAccessDenied) return "it is in use; close the other program that has it open";
+  return "it does not work as a serial line (code " + std::to_string(code) +
+         "); name the dock's with --port";
+}
+
+StdoutGuard::StdoutGuard(Others others) {
+  std::fflush(stdout);
+  const int own = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
+  if (own >= 0) stream_ = ::fdopen(own, "w");
+  if (stream_ == nullptr) stream_ = stderr;  // standard output was closed by the caller
+  if (others == Others::kToStandardError) {
+    ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    return;
+  }
+  const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (nowhere < 0) return;
+  ::dup2(nowhere, STDOUT_FILENO);
+  if (nowhere != STDOUT_FILENO) ::close(nowhere);
+}
+
+// Others stay diverted: the library's worker threads may print until the process ends.
+StdoutGuard::~StdoutGuard() {
+  std::fflush(stream_);
+  if (stream_ != stderr) std::fclose(stream_);
+}
+
+WatchedMemory::WatchedMemory(std::size_t bytes) : bytes_(bytes) {
+  const int file = ::memfd_create("watched", MFD_CLOEXEC);
+  if (file < 0) throw std::bad_alloc();
+  if (::ftruncate(file, static_cast<off_t>(bytes)) == 0) {
+    written_ = Map(file, bytes, PROT_READ | PROT_WRITE);
+    watched_ = Map(file, bytes, PROT_READ);
+  }
+  ::close(file);
+  if (written_ != nullptr && watched_ != nullptr) return;
+  Unmap(written_, bytes);
+  Unmap(watched_, bytes);
+  throw std::bad_alloc();
+}
+
+WatchedMemory::~WatchedMemory() {
+  Unmap(written_, bytes_);
+  Unmap(watched_, bytes_);
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// The program's few needs of Windows.
+#include <windows.h>
+// The order matters: these headers need the one above.
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "console/system.h"
+#include "console/text.h"
+
+namespace ipodctl {
+
+namespace {
+
+void Unmap(void* view) {
+  if (view != nullptr) UnmapViewOfFile(view);
+}
+
+}  // namespace
+
+std::vector<std::string> Utf8Arguments(int argc, char** argv) {
+  std::vector<std::string> arguments;
+  int count = 0;
+  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (wide == nullptr) return {argv + 1, argv + argc};
+  for (int i = 1; i < count; ++i) arguments.push_back(Utf8(wide[i]));
+  LocalFree(wide);
+  return arguments;
+}
+
+void PrepareConsole() { SetConsoleOutputCP(CP_UTF8); }
+
+bool IsTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
+
+int TerminalColumns(std::FILE* stream) {
+  CONSOLE_SCREEN_BUFFER_INFO info = {};
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+  if (GetConsoleScreenBufferInfo(console, &info) == FALSE) return 80;
+  return info.srWindow.Right - info.srWindow.Left + 1;
+}
+
+void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
+
+std::string PortDevice() { return "COM2"; }
+
+bool ChoosePortDevice(const std::string& device) {
+  return SameName(device, "COM2") || SameName(device, "COM2:");
+}
+
+std::string WhyNotOpened(const std::string& /*device*/, long code) {
+  switch (code) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+      return "there is no such port; give the dock's adapter this name in the Device Manager";
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+      return "it is in use; close the other program that has it open";
+    case kUnknownReason:
+      return "there is no such port, or it is in use; close the other program that has it open, or "
+             "give the dock's adapter this name in the Device Manager";
+    default:
+      return "it does not work as a serial line (code " + std::to_string(code) + ")";
+  }
+}
+
+StdoutGuard::StdoutGuard(Others others) {
+  std::fflush(stdout);
+  const int standard_output = _fileno(stdout);
+  const int own = _dup(standard_output);
+  if (own >= 0) stream_ = _fdopen(own, "w");
+  if (stream_ == nullptr) stream_ = stderr;  // standard output was closed by the caller
+  if (others == Others::kToStandardError) {
+    _dup2(_fileno(stderr), standard_output);
+    return;
+  }
+  const int nowhere = _open("NUL", _O_WRONLY);
+  if (nowhere < 0) return;
+  _dup2(nowhere, standard_output);
+  _close(nowhere);
+}
+
+// Others stay diverted: the library's worker threads may print until the process ends.
+StdoutGuard::~StdoutGuard() {
+  std::fflush(stream_);
+  if (stream_ != stderr) std::fclose(stream_);
+}
+
+WatchedMemory::WatchedMemory(std::size_t bytes) : bytes_(bytes) {
+  const HANDLE section = CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                            static_cast<DWORD>(bytes_), nullptr);
+  if (section == nullptr) throw std::bad_alloc();
+  written_ = MapViewOfFile(section, FILE_MAP_WRITE, 0, 0, bytes);
+  watched_ = MapViewOfFile(section, FILE_MAP_READ, 0, 0, bytes);
+  CloseHandle(section);
+  if (written_ != nullptr && watched_ != nullptr) return;
+  Unmap(written_);
+  Unmap(watched_);
+  throw std::bad_alloc();
+}
+
+WatchedMemory::~WatchedMemory() {
+  Unmap(written_);
+  Unmap(watched_);
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// Chooses the device, and explains what is wrong with it.
+#include "ipod/dock_line.h"
+
+#include "console/failure.h"
+
+namespace ipodctl {
+
+DockLine::DockLine(const Options& options) {
+  if (options.simulation) {
+    simulated_ = std::make_unique<SimulatedIpod>(*options.simulation);
+    ChoosePortDevice(simulated_->device());
+  } else if (!options.port.empty() && !ChoosePortDevice(options.port)) {
+    throw CommandFailure(kUsage, "cannot use " + options.port +
+                                     ": on this system the dock is always " + PortDevice() +
+                                     "; give its adapter this name");
+  }
+  device_ = PortDevice();
+}
+
+std::vector<std::string> DockLine::Undock() {
+  return simulated_ ? simulated_->Stop() : std::vector<std::string>();
+}
+
+void DockLine::FailToOpen(long code) const {
+  throw CommandFailure(kPortUnavailable,
+                       "cannot open " + device_ + ": " + WhyNotOpened(device_, code));
+}
+
+void DockLine::FailToFindIpod() const {
+  throw CommandFailure(kNothingDocked, "no iPod answers on " + device_ +
+                                           "; check that it is docked and switched on");
+}
+
+void DockLine::FailToReachIpod() const {
+  throw CommandFailure(kFailed, "the iPod on " + device_ +
+                                    " no longer answers; check that it is docked and the cable is "
+                                    "plugged in");
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// ipodctl info: who is in the dock, through either interface.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "context.h"
+#include "ipod/legacy_session.h"
+#include "ipod/session.h"
+
+namespace ipodctl {
+
+struct LingoVersion {
+  const char* name;
+  unsigned char lingo;
+  std::optional<tagIPOD_VERSION> version;  // none: the iPod does not speak it
+};
+
+struct DeviceInfo {
+  std::string name;
+  std::string model;
+  std::uint32_t model_id = 0;
+  tagIPOD_COLOR color = IPOD_COLOR_NONE;
+  std::string identified_by;
+  bool sports = false;
+  std::optional<unsigned> max_payload;  // bytes; none: the iPod does not tell
+  std::vector<LingoVersion> lingoes;
+};
+
+DeviceInfo ReadDeviceInfo(Session& session);
+
+/// "1.09"
+std::string VersionText(const tagIPOD_VERSION& version);
+
+void RunInfo(const Context& context, Session& session);
+/// In the legacy interface's own words.
+void RunLegacyInfo(const Context& context, LegacySession& session);
+
+}  // namespace ipodctl
