@@ -17,6 +17,45 @@ SerialLine* LineToOpen(WorldState& world, const wchar_t* name, DWORD* code) {
   return line;
 }
 
+// One call on a port, recorded with the port's name before its arguments.
+class PortCall : public Service {
+ public:
+  PortCall(ServiceId id, HANDLE handle) : PortCall(id, handle, [] { return ""; }) {}
+  template <class Render>
+  PortCall(ServiceId id, HANDLE handle, Render arguments) : Service(id), handle_(handle) {
+    Arguments([&] {
+      const std::string rest = arguments();
+      return rest.empty() ? Name(handle) : List({Name(handle), rest});
+    });
+  }
+
+  // The open port; null, with the failure recorded, when the call is told to fail or the handle is
+  // no open port's.
+  std::shared_ptr<SerialPort> Port() {
+    if (ToldToFail()) return nullptr;
+    auto port = (*this)->Find<SerialPort>(handle_);
+    if (port == nullptr) Fails(ERROR_INVALID_HANDLE, FALSE);
+    return port;
+  }
+
+ private:
+  const HANDLE handle_;
+};
+
+std::string Described(const DCB* state) {
+  if (state == nullptr) return "null";
+  return List({Number(state->BaudRate) + " baud", Number(state->ByteSize) + " bits",
+               "parity " + Number(state->Parity), "stop bits code " + Number(state->StopBits)});
+}
+
+std::string Described(const COMMTIMEOUTS* timeouts) {
+  if (timeouts == nullptr) return "null";
+  return List({Number(timeouts->ReadIntervalTimeout), Number(timeouts->ReadTotalTimeoutMultiplier),
+               Number(timeouts->ReadTotalTimeoutConstant),
+               Number(timeouts->WriteTotalTimeoutMultiplier),
+               Number(timeouts->WriteTotalTimeoutConstant)});
+}
+
 }  // namespace
 
 HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
@@ -50,75 +89,51 @@ BOOL CloseHandle(HANDLE handle) {
 }
 
 BOOL GetCommState(HANDLE port, DCB* state) {
-  Service call(ServiceId::kGetCommState);
-  call.Arguments([&] { return call.Name(port); });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kGetCommState, port);
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   if (state == nullptr) return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
   *state = target->state;
   return call.Succeeds(ERROR_SUCCESS);
 }
 
 BOOL SetCommState(HANDLE port, DCB* state) {
-  Service call(ServiceId::kSetCommState);
-  call.Arguments([&] {
-    if (state == nullptr) return List({call.Name(port), "null"});
-    return List({call.Name(port), Number(state->BaudRate) + " baud",
-                 Number(state->ByteSize) + " bits", "parity " + Number(state->Parity),
-                 "stop bits code " + Number(state->StopBits)});
-  });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kSetCommState, port, [&] { return Described(state); });
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   return call.Succeeds(state == nullptr ? ERROR_INVALID_PARAMETER : target->SetState(*state));
 }
 
 BOOL GetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts) {
-  Service call(ServiceId::kGetCommTimeouts);
-  call.Arguments([&] { return call.Name(port); });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kGetCommTimeouts, port);
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   if (timeouts == nullptr) return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
   *timeouts = target->timeouts;
   return call.Succeeds(ERROR_SUCCESS);
 }
 
 BOOL SetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts) {
-  Service call(ServiceId::kSetCommTimeouts);
-  call.Arguments([&] {
-    if (timeouts == nullptr) return List({call.Name(port), "null"});
-    return List({call.Name(port), Number(timeouts->ReadIntervalTimeout),
-                 Number(timeouts->ReadTotalTimeoutMultiplier),
-                 Number(timeouts->ReadTotalTimeoutConstant),
-                 Number(timeouts->WriteTotalTimeoutMultiplier),
-                 Number(timeouts->WriteTotalTimeoutConstant)});
-  });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kSetCommTimeouts, port, [&] { return Described(timeouts); });
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   if (timeouts == nullptr) return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
   target->timeouts = *timeouts;
   return call.Succeeds(ERROR_SUCCESS);
 }
 
 BOOL SetCommMask(HANDLE port, DWORD events) {
-  Service call(ServiceId::kSetCommMask);
-  call.Arguments([&] { return List({call.Name(port), Number(events)}); });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kSetCommMask, port, [&] { return Number(events); });
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   target->SetMask(events);
   return call.Succeeds(ERROR_SUCCESS);
 }
 
 BOOL WaitCommEvent(HANDLE port, DWORD* events, OVERLAPPED* overlapped) {
-  Service call(ServiceId::kWaitCommEvent);
-  call.Arguments([&] { return call.Name(port); });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kWaitCommEvent, port);
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   if (events == nullptr || overlapped != nullptr) {
     return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
   }
@@ -128,12 +143,10 @@ BOOL WaitCommEvent(HANDLE port, DWORD* events, OVERLAPPED* overlapped) {
 }
 
 BOOL ReadFile(HANDLE port, void* buffer, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
-  Service call(ServiceId::kReadFile);
-  call.Arguments([&] { return List({call.Name(port), Number(count)}); });
+  PortCall call(ServiceId::kReadFile, port, [&] { return Number(count); });
   if (read != nullptr) *read = 0;
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   if ((buffer == nullptr && count != 0) || read == nullptr || overlapped != nullptr) {
     return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
   }
@@ -147,14 +160,11 @@ BOOL ReadFile(HANDLE port, void* buffer, DWORD count, DWORD* read, OVERLAPPED* o
 }
 
 BOOL WriteFile(HANDLE port, const void* data, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
-  Service call(ServiceId::kWriteFile);
-  call.Arguments([&] {
-    return List({call.Name(port), data == nullptr ? "null" : Hex(data, count)});
-  });
+  PortCall call(ServiceId::kWriteFile, port,
+                [&] { return data == nullptr ? "null" : Hex(data, count); });
   if (written != nullptr) *written = 0;
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   if ((data == nullptr && count != 0) || written == nullptr || overlapped != nullptr) {
     return call.Fails(ERROR_INVALID_PARAMETER, FALSE);
   }
@@ -168,22 +178,18 @@ BOOL WriteFile(HANDLE port, const void* data, DWORD count, DWORD* written, OVERL
 }
 
 BOOL PurgeComm(HANDLE port, DWORD flags) {
-  Service call(ServiceId::kPurgeComm);
-  call.Arguments([&] { return List({call.Name(port), Number(flags)}); });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  PortCall call(ServiceId::kPurgeComm, port, [&] { return Number(flags); });
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   target->Purge(flags);
   return call.Succeeds(ERROR_SUCCESS);
 }
 
 BOOL ClearCommError(HANDLE port, DWORD* errors, COMSTAT* status) {
-  Service call(ServiceId::kClearCommError);
-  call.Arguments([&] { return call.Name(port); });
+  PortCall call(ServiceId::kClearCommError, port);
   if (errors != nullptr) *errors = 0;
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  if (target == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  const auto target = call.Port();
+  if (target == nullptr) return FALSE;
   const DWORD seen = target->ReadErrors();
   const COMSTAT queues = target->Queues();
   if (errors != nullptr) *errors = seen;
@@ -192,9 +198,7 @@ BOOL ClearCommError(HANDLE port, DWORD* errors, COMSTAT* status) {
 }
 
 BOOL ClearCommBreak(HANDLE port) {
-  Service call(ServiceId::kClearCommBreak);
-  call.Arguments([&] { return call.Name(port); });
-  if (call.ToldToFail()) return FALSE;
-  const auto target = call->Find<SerialPort>(port);
-  return call.Succeeds(target == nullptr ? ERROR_INVALID_HANDLE : ERROR_SUCCESS);
+  PortCall call(ServiceId::kClearCommBreak, port);
+  const auto target = call.Port();
+  return target != nullptr ? call.Succeeds(ERROR_SUCCESS) : FALSE;
 }
