@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "ipodcomm/IpodTypes.h"
+#include "ipodcomm/detail/Departure.h"
 #include "ipodcomm/detail/FrameAssembler.h"
 #include "ipodcomm/detail/Lifeline.h"
 #include "ipodcomm/detail/Lock.h"
@@ -94,7 +95,7 @@ class IPODCOMM_API CIpodSerial {
 
   CIpodSerial(const CIpodSerial& other, const ipodcomm::LifelineHold& source_held);
 
-  // Opening (serial_port.cpp)
+  // Opening (opening.cpp)
   void DismissReadThread();
   bool StartReadThread();
   void ClosePort();
@@ -127,6 +128,7 @@ class IPODCOMM_API CIpodSerial {
   HWND window_ = nullptr;
   ipodcomm::Shared<tagIPOD_PACKET_TYPE> packet_type_ = IPOD_PACKET_TYPE_LARGE;
 
-  ipodcomm::OwnLifeline lifeline_;          // of the read threads that work on this object
-  std::shared_ptr<Lifeline> thread_owner_;  // of the object whose thread read_thread_ is
+  ipodcomm::OwnLifeline lifeline_;                  // of the read threads that work on this object
+  std::shared_ptr<Lifeline> thread_owner_;          // of the object whose thread read_thread_ is
+  std::shared_ptr<ipodcomm::Departure> departure_;  // of that thread
 };

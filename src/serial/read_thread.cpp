@@ -4,6 +4,7 @@
 #include "platform/services.h"
 #include "serial/driver_registry.h"
 
+using ipodcomm::Departure;
 using ipodcomm::LockScope;
 
 namespace {
@@ -23,6 +24,11 @@ unsigned long WINAPI CIpodSerial::PortReadThread(void* object) {
   const std::shared_ptr<Lifeline> lifeline = serial->lifeline_.shared();
   unsigned generation = 0;
   if (!lifeline->Inherit(&generation)) return kExitCode;
+  // Null in a thread of the host's own.
+  const std::shared_ptr<Departure> departure = serial->departure_;
+  const auto leave = [&departure] {
+    if (departure) departure->Leave();
+  };
 
   bool reading = serial->BeginReading();
   while (reading) {
@@ -31,6 +37,7 @@ unsigned long WINAPI CIpodSerial::PortReadThread(void* object) {
     lifeline->Leave();
     Sleep(pause_ms);
     if (!lifeline->Enter(generation)) {
+      leave();
       // A thread that a later Open turned away leaves port and driver to that one's thread.
       if (lifeline->gone()) RestartDriver(serial, *lifeline, driver);
       return kExitCode;
@@ -40,6 +47,7 @@ unsigned long WINAPI CIpodSerial::PortReadThread(void* object) {
   serial->EndReading();
   const HANDLE driver = serial->driver_;
   lifeline->Leave();
+  leave();
   RestartDriver(serial, *lifeline, driver);
   return kExitCode;
 }

@@ -164,6 +164,21 @@ TEST_P(CopyingBothWays, CopyThatOpensTakesThePortFromTheSourcesThread) {
   EXPECT_THAT(world_.live_threads(), ElementsAre("read 2"));
 }
 
+// The copy remembers the thread as running. By now it restarts the driver and would be ended there.
+TEST_P(CopyingBothWays, CopyThatOpensLeavesASourcesThreadAloneThatHasLeftItsLoop) {
+  OpenForPackets();
+  const auto copy = CopyOfIt();
+  serial_.Close();
+  world_.Advance(100 * kMillisecond);
+  world_.Record({"TerminateThread"});
+  EXPECT_EQ(copy->Open(false), 0);
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
+  EXPECT_THAT(world_.live_threads(), ElementsAre("read"));
+  world_.Advance(kSecond);
+  EXPECT_THAT(world_.live_threads(), IsEmpty());
+  EXPECT_EQ(world_.drivers().size(), 1U);
+}
+
 // The copy has locks of its own: a read of the source's thread does not keep its writes waiting.
 TEST_P(CopyingBothWays, SharesNoLock) {
   OpenForPackets();  // the thread reads, under the port lock

@@ -109,6 +109,22 @@ TEST_F(Reopening, TakesAFewMillisecondsWhileTheThreadReads) {
   }
 }
 
+// A thread that finds itself turned away just when it is to be terminated: it may hold a lock of
+// the system on its way out, and the world throws when it is met there.
+TEST(TurnedAwayThread, IsNeverTerminatedOnItsWayOut) {
+  for (std::uint64_t seed = 1; seed <= 200; ++seed) {
+    SCOPED_TRACE(seed);
+    World world({seed});
+    world.NameRoutine(CIpodSerial::PortReadThread, "read");
+    CIpodSerial serial;
+    EXPECT_EQ(serial.Open(true), 0);
+    Sleep(4);  // the thread wakes from its pause at the same moment
+    ASSERT_NO_THROW(EXPECT_EQ(serial.Open(true), 0));
+    world.Advance(2 * kSecond);  // a thread that had left its loop has restarted the driver
+    EXPECT_THAT(world.live_threads(), ElementsAre("read 2"));
+  }
+}
+
 /// Which threads read which port, as "thread port", from a record of ReadFile.
 std::set<std::string> Readers(World& world) {
   std::set<std::string> readers;

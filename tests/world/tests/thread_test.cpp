@@ -340,6 +340,22 @@ TEST(VirtualThreads, WaitThatCannotEndFailsWithWhoWaitsOnWhat) {
   EXPECT_EQ(world.now_us(), 5000);
 }
 
+// Windows holds a lock while a thread ends; ended there, it would hold it for ever.
+TEST(VirtualThreads, TerminatingAThreadOnItsWayOutIsNoticed) {
+  // The host starts it and is about to end it; it runs and returns; the host goes on.
+  World world({1, ReplaySchedule({1, 2, 1})});
+  world.NameThreads({"leaver"});
+  const std::function<void()> body = [] {};
+  const HANDLE leaver = StartThread(body);
+  std::string reason;
+  try {
+    TerminateThread(leaver, 0);
+  } catch (const Deadlock& deadlock) {
+    reason = deadlock.what();
+  }
+  EXPECT_THAT(reason, HasSubstr("TerminateThread(leaver) met a thread on its way out"));
+}
+
 TEST(VirtualThreads, BusyLoopIsNoticed) {
   World world;
   const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);

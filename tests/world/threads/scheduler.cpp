@@ -139,8 +139,8 @@ void Scheduler::CountStep() {
 }
 
 void Scheduler::GiveUp(const std::string& reason) {
-  despair_ = reason + " " + Describe();
-  std::fprintf(stderr, "virtual platform: %s", despair_.c_str());
+  hopeless_reason_ = reason + " " + Describe();
+  std::fprintf(stderr, "virtual platform: %s", hopeless_reason_.c_str());
   host().hopeless = true;
   if (host().state == ThreadState::kWaiting) MakeReady(host());
 }
@@ -148,7 +148,7 @@ void Scheduler::GiveUp(const std::string& reason) {
 void Scheduler::FailHost() {
   host().hopeless = false;
   // The test's objects are destroyed while the failure travels; what they wait for ends at once.
-  if (std::uncaught_exceptions() == 0) throw Deadlock(despair_);
+  if (std::uncaught_exceptions() == 0) throw Deadlock(hopeless_reason_);
 }
 
 std::string Scheduler::Describe() const {

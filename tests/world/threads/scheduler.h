@@ -90,7 +90,7 @@ class Scheduler {
   std::vector<int> candidates_;                   // the numbers of the ready ones, for a decision
   std::vector<int> decisions_;
   std::uint64_t steps_at_this_time_ = 0;
-  std::string despair_;  // why the host cannot go on
+  std::string hopeless_reason_;  // why the host cannot go on
   bool closing_ = false;
 };
 

@@ -42,6 +42,7 @@ struct Thread : Object {
   void* argument = nullptr;
   DWORD exit_code = 0;
   bool end_asked = false;  ///< TerminateThread was called
+  bool leaving = false;    ///< its routine has returned
   int sections_held = 0;
 
   pthread_t pthread = {};

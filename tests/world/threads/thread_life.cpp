@@ -78,6 +78,9 @@ void Scheduler::Finish(Thread& self, DWORD exit_code) {
   const Unwatched unwatched;
   Released(&self);
   if (!self.end_asked) self.exit_code = exit_code;
+  // On its way out through the system a thread may hold a lock there, and others run meanwhile.
+  self.leaving = true;
+  if (!closing_) Step();
   self.state = ThreadState::kEnded;
   Remove(ready_, self);
   WakeAll(self);
@@ -86,6 +89,12 @@ void Scheduler::Finish(Thread& self, DWORD exit_code) {
 
 void Scheduler::End(Thread& thread, DWORD exit_code) {
   if (thread.state == ThreadState::kEnded) return;
+  if (thread.leaving) {
+    GiveUp("TerminateThread(" + thread.name +
+           ") met a thread on its way out, which may have held "
+           "a lock of the system: on Windows the process hangs");
+    if (Running() == &host()) FailHost();
+  }
   thread.end_asked = true;
   thread.exit_code = exit_code;
   // A thread that ends itself does so here, or at its next safe point when it holds a section.

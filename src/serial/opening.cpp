@@ -34,7 +34,8 @@ CIpodSerial::CIpodSerial(const CIpodSerial& other, const LifelineHold& /*source_
       status_(other.status_),
       window_(other.window_),
       packet_type_(other.packet_type_),
-      thread_owner_(other.thread_owner_) {}
+      thread_owner_(other.thread_owner_),
+      departure_(other.departure_) {}
 
 CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
   if (this == &other) return *this;
@@ -58,6 +59,7 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
   window_ = other.window_;
   packet_type_ = other.packet_type_;
   thread_owner_ = other.thread_owner_;
+  departure_ = other.departure_;
   return *this;
 }
 
@@ -117,22 +119,29 @@ long CIpodSerial::FailOpen(const wchar_t* message) {
 }
 
 // Two threads must never read one port. An earlier thread is first turned away from this object,
-// also one that has not reached its loop yet; it is then in a sleep or about to return, holding no
-// lock, and is ended there if it is still marked running.
+// also one that has not reached its loop yet, and is ended if it is still marked running. Claimed
+// before, it is then in a sleep, holding no lock, and not on its way out. One that cannot be
+// claimed has left its loop, whatever a copy of its object remembers.
 void CIpodSerial::DismissReadThread() {
+  const bool claimed = departure_ != nullptr && departure_->Claim();
   if (thread_owner_) thread_owner_->Dismiss();
   lifeline_->Dismiss();
+  const bool ended = claimed && thread_running_ != 0 && read_thread_ != INVALID_HANDLE_VALUE &&
+                     TerminateThread(read_thread_, kTerminatedExitCode) != FALSE;
+  if (claimed && !ended) departure_->Release();
+  departure_.reset();
   if (read_thread_ == INVALID_HANDLE_VALUE) return;
-  if (thread_running_ != 0) TerminateThread(read_thread_, kTerminatedExitCode);
   CloseHandle(read_thread_);
   read_thread_ = INVALID_HANDLE_VALUE;
 }
 
 bool CIpodSerial::StartReadThread() {
+  departure_ = std::make_shared<ipodcomm::Departure>();
   lifeline_->Begin();
   const HANDLE thread = CreateThread(nullptr, 0, PortReadThread, this, 0, nullptr);
   if (thread == nullptr) {
     lifeline_->Abandon();
+    departure_.reset();
     return false;
   }
   read_thread_ = thread;

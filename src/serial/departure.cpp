@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// How a thread ends: by itself, or ended by another, never both.
+#include "ipodcomm/detail/Departure.h"
+
+#include "platform/services.h"
+
+namespace ipodcomm {
+
+namespace {
+// A claim lasts a few milliseconds, and a thread that is ended here must be in a sleep.
+constexpr DWORD kLookAgainMs = 1;
+}  // namespace
+
+void Departure::Leave() {
+  State expected = State::kStaying;
+  while (!state_.compare_exchange_strong(expected, State::kLeaving)) {
+    if (expected == State::kLeaving) return;
+    Sleep(kLookAgainMs);
+    expected = State::kStaying;
+  }
+}
+
+bool Departure::Claim() {
+  State expected = State::kStaying;
+  return state_.compare_exchange_strong(expected, State::kClaimed);
+}
+
+void Departure::Release() { state_ = State::kStaying; }
+
+}  // namespace ipodcomm
