@@ -17,7 +17,8 @@
 #include "ipodcomm/platform.h"
 
 namespace ipodcomm {
-struct ReceivedFrame;
+class FrameBytes;
+struct IpodRequest;
 }  // namespace ipodcomm
 
 /// A session with the docked iPod.
@@ -358,22 +359,24 @@ class IPODCOMM_API CIpodComm {
   void RouteNextPacket();
   void RoutePacket(const tagSERIAL_PACKET& packet);
   void HandleNextNotification();
-  void NoteRequest(std::uint8_t lingo, std::uint16_t transaction_id);
+  void StoreRequestId(std::uint8_t lingo, std::uint16_t transaction_id);
   void HandleNotification(tagSERIAL_PACKET& packet);
-  void TakePlayStatus(const ipodcomm::ReceivedFrame& frame);
+  void StorePlayStatus(const ipodcomm::FrameBytes& data);
+
+  // What the iPod asks (session/ipod_requests.cpp)
+  void ReactTo(const ipodcomm::IpodRequest& request, unsigned char* data, std::uint32_t length);
 
   // Frames (session/transmit.cpp)
-  std::uint32_t BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned char* frame);
+  tagIPOD_COMM_ERROR Send(const tagIPOD_WRITE_PARAMS& write, std::uint16_t* own_transaction_id);
+  std::uint32_t BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned char* frame,
+                           std::uint16_t* own_transaction_id);
   void AddTransactionID(unsigned char* destination, unsigned char lingo, unsigned short command);
-  bool CarriesTransactionId(std::uint8_t lingo, std::uint16_t command) const;
+  void SetOwnTransactionId(std::uint16_t id);
 
   // Decoding (session/decoding.cpp)
-  void SkipEchoedTransactionId(ipodcomm::ReceivedFrame* frame) const;
-  bool TakeAnswerOrAck(const unsigned char* bytes, unsigned long length,
-                       tagIPOD_READ_PARAMS* read) const;
+  bool AcceptAnswer(std::uint8_t lingo, const unsigned char* bytes, unsigned long length,
+                    tagIPOD_READ_PARAMS* read, int* keep_reading) const;
   bool AwaitPendingData(const tagSERIAL_PACKET& packet);
-  static tagIPOD_COMM_ERROR TakeRejectingAck(const ipodcomm::ReceivedFrame& frame,
-                                             tagIPOD_READ_PARAMS* read, int* keep_reading);
 
   // Exchanges that many operations share (session/exchange.cpp)
   bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read);
@@ -463,7 +466,8 @@ class IPODCOMM_API CIpodComm {
   /// What goes out: the frame being built and the facts that it is built from.
   struct Outgoing {
     unsigned char frame[1024];
-    std::uint16_t ipod_transaction_ids[kLingoSlots];  // of the last request, by lingo
+    ipodcomm::Shared<std::uint16_t> own_transaction_id = 0;  // of the next frame
+    std::uint16_t ipod_transaction_ids[kLingoSlots];         // of the last request, by lingo
     ModelNumber model;
   };
   /// What identification has found out and the host has set. Used by the host's thread only.
@@ -495,7 +499,6 @@ class IPODCOMM_API CIpodComm {
   int log_level_ = 0;
   HWND window_ = nullptr;
   ipodcomm::Shared<std::int32_t> open_ = 0;
-  ipodcomm::Shared<std::uint16_t> own_transaction_id_ = 0;
   ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
   Identity identity_ = {};
   Browsing browsing_ = {};
@@ -503,7 +506,7 @@ class IPODCOMM_API CIpodComm {
   std::uint8_t open_file_handle_ = 0;     // of the workout; used by the host's thread only
   std::uint32_t failed_text_writes_ = 0;  // since the workout's start; the same
   ipodcomm::PacketQueue response_;
-  mutable ipodcomm::Lock transmit_lock_;  // guards outgoing_ and steps own_transaction_id_
+  mutable ipodcomm::Lock transmit_lock_;                        // guards outgoing_
   ipodcomm::Shared<HANDLE> identification_event_ = NewEvent();  // the model number was asked for
   HANDLE spare_events_[2] = {NewEvent(), NewEvent()};  // part of the session; nothing waits on them
   ipodcomm::PacketQueue notification_;

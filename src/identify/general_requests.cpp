@@ -123,7 +123,7 @@ unsigned short CIpodComm::GetMaxPayloadSize() { return identity_.max_payload_siz
 int CIpodComm::Command_CancelCommand(unsigned short transaction_id) {
   constexpr int kLooks = 10;
   constexpr unsigned short kNothing = 0xFFFF;
-  own_transaction_id_ = transaction_id;
+  SetOwnTransactionId(transaction_id);
   tagIPOD_WRITE_PARAMS write = Command(kGeneralLingo, general::kCancelCommand);
   if (WriteCommand(&write) != IPOD_COMM_OK) return 1;
   for (int look = 0; look < kLooks; ++look) {

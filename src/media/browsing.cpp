@@ -21,8 +21,8 @@ constexpr std::size_t kRecordBytes = 1024;
 constexpr std::size_t kNamePosition = 4;
 constexpr unsigned char kCurrentCategory = 255;
 
-/// The reply that carries a record: its index (4 bytes), then its name. The name is converted from
-/// 1024 bytes behind the index, so spare zeroed bytes follow the reply's own 1024.
+// The reply that carries a record: its index (4 bytes), then its name. The name is converted from
+// 1024 bytes behind the index, so spare zeroed bytes follow the reply's own 1024.
 struct RecordReply {
   unsigned char bytes[kNamePosition + kRecordBytes] = {};
 
@@ -34,7 +34,7 @@ struct RecordReply {
   }
 };
 
-/// `cc ssssssss nnnnnnnn`
+// `cc ssssssss nnnnnnnn`
 struct RecordRequest {
   unsigned char bytes[9];
 
@@ -79,10 +79,11 @@ unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned lon
                                                                     unsigned long count,
                                                                     unsigned char category) {
   const RecordRequest request(CategoryOnWire(category), start, count);
-  tagIPOD_WRITE_PARAMS write =
-      Command(kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords, request.bytes);
-  const std::uint16_t transaction_id = own_transaction_id_;
-  return WriteCommand(&write) == IPOD_COMM_OK ? transaction_id : 0UL;
+  std::uint16_t transaction_id = 0;
+  const tagIPOD_COMM_ERROR sent =
+      Send(Command(kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords, request.bytes),
+           &transaction_id);
+  return sent == IPOD_COMM_OK ? transaction_id : 0UL;
 }
 
 int CIpodComm::GetNextCategorizedRecord(wchar_t* name, unsigned long chars) {
@@ -158,8 +159,8 @@ int CIpodComm::Select(unsigned char category, unsigned long index) {
   return SelectRecord(category, index);
 }
 
-/// The plain selection first, unless only the sorted one is to be used; then the sorted one, by
-/// name.
+// The plain selection first, unless only the sorted one is to be used; then the sorted one, by
+// name.
 int CIpodComm::SelectRecord(unsigned char category, unsigned long index) {
   if (browsing_.sort_select_only == 0 && Command_SelectDBRecord(category, index) != 0) return 1;
   return Command_SelectSortDBRecord(category, index, ipod::IPOD_SELECTSORT_NAME);

@@ -9,7 +9,7 @@ using ipodcomm::Command;
 using ipodcomm::kGeneralLingo;
 namespace general = ipodcomm::general;
 
-/// Preferences came with version 1.05 of the General lingo; an older iPod is not asked.
+// Preferences came with version 1.05 of the General lingo; an older iPod is not asked.
 bool CIpodComm::KnowsPreferences() const {
   const tagIPOD_VERSION& general = identity_.general;
   return general.major > 1 || (general.major == 1 && general.minor >= 5);

@@ -21,8 +21,8 @@ int CIpodComm::Command_GetIndexedPlayingTrackInfo(unsigned char type, unsigned l
       Answer(display_remote::kReturnIndexedPlayingTrackInfo, buffer, size));
 }
 
-/// `command` asks for a text, which the command after it returns. It is copied as it comes: a text
-/// cut to `size` bytes has no terminator.
+// `command` asks for a text, which the command after it returns. It is copied as it comes: a text
+// cut to `size` bytes has no terminator.
 int CIpodComm::GetTrackText(std::uint16_t command, unsigned long track, unsigned char* buffer,
                             unsigned long size) {
   unsigned char data[4] = {};

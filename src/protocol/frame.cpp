@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "protocol/commands.h"
+#include "protocol/transaction_ids.h"
 
 namespace ipodcomm {
 
@@ -16,16 +17,19 @@ constexpr std::uint32_t kLargeLengthPosition = 3;
 constexpr std::uint32_t kLargeLingoPosition = 5;
 constexpr std::uint32_t kLargeNotificationDataPosition = 8;
 constexpr std::uint32_t kChecksumSize = 1;
-constexpr std::uint32_t kTransactionIdSize = 2;
 constexpr std::uint32_t kMaxLengthByte = 255;
 
 std::uint32_t CommandSize(std::uint8_t lingo) { return lingo == kExtendedLingo ? 2 : 1; }
+
+std::uint32_t LingoPosition(const FrameBytes& frame) {
+  return frame.large() ? kLargeLingoPosition : kLingoPosition;
+}
 
 std::uint32_t BodyLength(const FrameBytes& frame) {
   return frame.large() ? frame.Number16(kLargeLengthPosition) : frame[kLengthPosition];
 }
 
-/// The data from `position` on: `declared` bytes of them, but none past the checksum's place.
+// The data from `position` on: `declared` bytes of them, but none past the checksum's place.
 void LocateData(const FrameBytes& frame, std::uint32_t position, std::uint32_t header_size,
                 ReceivedFrame* parsed) {
   const std::uint32_t body = BodyLength(frame);
@@ -47,10 +51,14 @@ std::uint32_t FrameBytes::Number32(std::uint32_t position) const {
 }
 
 ReceivedFrame ParseFrame(const FrameBytes& frame) {
-  const std::uint32_t lingo_position = frame.large() ? kLargeLingoPosition : kLingoPosition;
+  return ParseFrameOf(frame[LingoPosition(frame)], frame);
+}
+
+ReceivedFrame ParseFrameOf(std::uint8_t lingo, const FrameBytes& frame) {
+  const std::uint32_t lingo_position = LingoPosition(frame);
+  const std::uint32_t command_size = CommandSize(lingo);
   ReceivedFrame parsed = {};
   parsed.lingo = frame[lingo_position];
-  const std::uint32_t command_size = CommandSize(parsed.lingo);
   parsed.command =
       command_size == 2 ? frame.Number16(lingo_position + 1) : frame[lingo_position + 1];
   LocateData(frame, lingo_position + 1 + command_size, 1 + command_size, &parsed);
@@ -61,13 +69,6 @@ ReceivedFrame ParseNotification(const FrameBytes& frame) {
   ReceivedFrame parsed = ParseFrame(frame);
   if (frame.large()) LocateData(frame, kLargeNotificationDataPosition, 3, &parsed);
   return parsed;
-}
-
-void SkipTransactionId(ReceivedFrame* frame) {
-  const std::uint32_t skipped = std::min(kTransactionIdSize, frame->data_length);
-  frame->data_position += skipped;
-  frame->data += skipped;
-  frame->data_length -= skipped;
 }
 
 std::uint32_t FrameSize(std::uint8_t lingo, bool with_transaction_id, std::uint32_t data_length) {

@@ -17,8 +17,8 @@ namespace ipodcomm {
 
 constexpr std::uint8_t kSyncByte = 0xFF;
 
-/// Bytes of a received frame. What lies past its end reads as 0, so nothing that an iPod sends
-/// makes anybody read outside.
+/// Bytes of a received frame. What lies past its end reads as 0, so that no frame, however short,
+/// is read outside its bytes.
 class FrameBytes {
  public:
   FrameBytes(const unsigned char* bytes, std::uint32_t length) : bytes_(bytes), length_(length) {}
@@ -38,7 +38,7 @@ class FrameBytes {
   std::uint32_t length_;
 };
 
-/// A received frame taken apart.
+/// The fields of a received frame.
 struct ReceivedFrame {
   std::uint8_t lingo;
   std::uint16_t command;
@@ -47,17 +47,19 @@ struct ReceivedFrame {
   const unsigned char* data;
 };
 
-/// Takes a frame apart as the command decoders do.
+/// Parses a frame by its own lingo.
 ReceivedFrame ParseFrame(const FrameBytes& frame);
 
-/// The same as the notification thread does: in the large form the data start at byte 8 and are 3
-/// bytes shorter than the length, for every lingo.
+/// Parses a frame as one of `lingo`, which decides how wide the command is, whatever the frame's
+/// own lingo byte says.
+ReceivedFrame ParseFrameOf(std::uint8_t lingo, const FrameBytes& frame);
+
+/// Parses a frame as the notification thread does: in the large form the data start at byte 8 and
+/// are 3 bytes shorter than the length, for every lingo.
 ReceivedFrame ParseNotification(const FrameBytes& frame);
 
-/// Skips the transaction identifier at the front of the data.
-void SkipTransactionId(ReceivedFrame* frame);
-
-/// Bytes of the frame that carries `data_length` bytes of data, 0 when its length byte cannot tell.
+/// Size of the frame that carries `data_length` bytes of data; 0 when they do not fit, since the
+/// length byte counts to 255.
 std::uint32_t FrameSize(std::uint8_t lingo, bool with_transaction_id, std::uint32_t data_length);
 
 /// Writes everything in front of the transaction identifier or the data; returns where they go.

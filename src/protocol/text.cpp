@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMaxSourceBytes = 1024;
 
-/// Characters of `text` that fit into `room` without parting a surrogate pair.
+// Characters of `text` that fit into `room` without parting a surrogate pair.
 std::size_t WholeCharacters(const wchar_t* text, std::size_t count, std::size_t room) {
   if (count <= room) return count;
   const bool parts_pair = room > 0 && (text[room - 1] & ~0x3FF) == 0xD800;

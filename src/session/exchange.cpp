@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// CIpodComm: exchanges that many operations share.
+// CIpodComm: what operations call to send a command and check its answer in one step.
 #include "session/exchange.h"
 
 #include "ipodcomm/CIpodComm.h"
@@ -13,15 +13,15 @@ bool CIpodComm::Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS read) {
   return Exchange(write, &read);
 }
 
-/// Sends a General command that is answered by an ACK (status, command); true on status 0 for it.
+// Sends a General command that is answered by an ACK (status, command); true on status 0 for it.
 bool CIpodComm::ExchangeForGeneralAck(tagIPOD_WRITE_PARAMS write) {
   unsigned char ack[2] = {};
   return Exchange(write, ipodcomm::Answer(ipodcomm::general::kAck, ack)) && ack[0] == 0 &&
          ack[1] == write.command;
 }
 
-/// Sends an Extended Interface (or Simple Remote) command that is answered by an ACK (status,
-/// command), whose status may be asked for; true when the exchange succeeded.
+// Sends an Extended Interface (or Simple Remote) command that is answered by an ACK (status,
+// command), whose status may be asked for; true when the exchange succeeded.
 bool CIpodComm::ExchangeForExtendedAck(tagIPOD_WRITE_PARAMS write, unsigned char* status) {
   unsigned char ack[3] = {};
   if (!Exchange(write, ipodcomm::Answer(ipodcomm::extended::kAck, ack))) return false;
@@ -29,7 +29,7 @@ bool CIpodComm::ExchangeForExtendedAck(tagIPOD_WRITE_PARAMS write, unsigned char
   return true;
 }
 
-/// The same; true on status 0, while any other is logged.
+// The same; true on status 0, while any other is logged.
 bool CIpodComm::ExchangeForLoggedAck(tagIPOD_WRITE_PARAMS write, const wchar_t* function,
                                      const wchar_t* refusal) {
   unsigned char status = 0;

@@ -3,26 +3,21 @@
 // requests.
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
-#include "protocol/commands.h"
 #include "protocol/frame.h"
+#include "protocol/transaction_ids.h"
+#include "session/ipod_requests.h"
 
 using ipodcomm::FrameBytes;
+using ipodcomm::IpodRequest;
 using ipodcomm::LockScope;
 using ipodcomm::ReceivedFrame;
+using ipodcomm::RequestReceiver;
 
 namespace {
-
-// Accessory capabilities are told as version 1.02 of the Storage lingo.
-constexpr unsigned char kStorageMajor = 1;
-constexpr unsigned char kStorageMinor = 2;
 
 constexpr std::uint32_t kStopped = 0;
 constexpr std::uint32_t kPlaying = 1;
 constexpr std::uint32_t kPaused = 2;
-
-bool Is(const ReceivedFrame& frame, std::uint8_t lingo, std::uint16_t command) {
-  return frame.lingo == lingo && frame.command == command;
-}
 
 }  // namespace
 
@@ -34,24 +29,19 @@ void CIpodComm::HandleNextNotification() {
 void CIpodComm::HandleNotification(tagSERIAL_PACKET& packet) {
   ReceivedFrame frame = ipodcomm::ParseNotification(FrameBytes(packet));
   if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
-  if (Is(frame, ipodcomm::kExtendedLingo, ipodcomm::extended::kPlayStatusChangeNotification)) {
-    TakePlayStatus(frame);
-  } else if (Is(frame, ipodcomm::kGeneralLingo, ipodcomm::general::kGetAccessoryInfo)) {
-    Return_AccessoryInfo(packet.data + frame.data_position, frame.data_length);
-  } else if (Is(frame, ipodcomm::kStorageLingo, ipodcomm::storage::kGetAccessoryCaps)) {
-    Command_ST_RetAccessoryCaps(kStorageMajor, kStorageMinor);
-  } else if (Is(frame, ipodcomm::kSportsLingo, ipodcomm::sports::kGetDeviceCaps)) {
-    Return_SportsDeviceCaps();
+  const IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
+  if (request == nullptr) return;
+  if (request->receiver == RequestReceiver::kNotificationThread) {
+    ReactTo(*request, packet.data + frame.data_position, frame.data_length);
   }
 }
 
-void CIpodComm::TakePlayStatus(const ReceivedFrame& frame) {
-  const FrameBytes data(frame.data, frame.data_length);
+void CIpodComm::StorePlayStatus(const FrameBytes& data) {
   const std::uint32_t number = data.Number32(1);
   const LockScope lock(play_status_lock_);
   play_status_.tick_ms = static_cast<std::uint32_t>(GetTickCount());
   // A missing type is no type; what is missing of a number reads as 0.
-  if (frame.data_length == 0) return;
+  if (data.length() == 0) return;
   switch (data[0]) {
     case 0x00:  // playback stopped
       play_status_.state = kStopped;

@@ -38,8 +38,8 @@ CIpodComm& CIpodComm::operator=(const CIpodComm& other) {
   return *this;
 }
 
-/// Copies what neither the transport nor the queues hold. Fields that threads share are read under
-/// the source's lock and written under this session's own, one lock at a time.
+// Copies what neither the transport nor the queues hold. Fields that threads share are read under
+// the source's lock and written under this session's own, one lock at a time.
 void CIpodComm::CopySession(const CIpodComm& other) {
   const PlayStatus play_status = other.CopyOfPlayStatus();
   {
@@ -54,7 +54,6 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   log_level_ = other.log_level_;
   window_ = other.window_;
   open_ = other.open_;
-  own_transaction_id_ = other.own_transaction_id_;
   transaction_id_mode_ = other.transaction_id_mode_;
   identity_ = other.identity_;
   browsing_ = other.browsing_;
@@ -94,7 +93,7 @@ long CIpodComm::Open() {
   response_.Clear();
   notification_.Clear();
   EventModify(identification_event_, EVENT_RESET);
-  own_transaction_id_ = 0;
+  SetOwnTransactionId(0);
   const long result = serial_.Open(true);
   if (result == ERROR_SUCCESS) open_ = 1;
   return result;

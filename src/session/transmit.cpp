@@ -4,55 +4,39 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
-#include "protocol/commands.h"
 #include "protocol/frame.h"
 #include "protocol/numbers.h"
+#include "protocol/transaction_ids.h"
+#include "session/ipod_requests.h"
 
 using ipodcomm::LockScope;
 
-namespace {
-
-/// Answers of the accessory, which echo the identifier of the iPod's request.
-bool AnswersRequest(std::uint8_t lingo, std::uint16_t command) {
-  return (lingo == ipodcomm::kGeneralLingo && command == ipodcomm::general::kRetAccessoryInfo) ||
-         (lingo == ipodcomm::kSportsLingo && command == ipodcomm::sports::kRetDeviceCaps) ||
-         (lingo == ipodcomm::kStorageLingo && command == ipodcomm::storage::kRetAccessoryCaps);
-}
-
-}  // namespace
-
-/// Three General commands never carry an identifier; the same numbers in other lingoes do.
-bool CIpodComm::CarriesTransactionId(std::uint8_t lingo, std::uint16_t command) const {
-  if (transaction_id_mode_ == 0) return false;
-  if (lingo != ipodcomm::kGeneralLingo) return true;
-  const bool never = command == ipodcomm::general::kIdentifyDeviceLingoes ||
-                     command == ipodcomm::general::kRetAccessoryInfo ||
-                     command == ipodcomm::general::kRequestRemoteUiMode;
-  return !never;
-}
-
-/// The caller holds the transmit lock.
+// The caller holds the transmit lock.
 void CIpodComm::AddTransactionID(unsigned char* destination, unsigned char lingo,
                                  unsigned short command) {
-  const bool echoed = AnswersRequest(lingo, command);
-  ipodcomm::WriteNumber16(destination, echoed ? outgoing_.ipod_transaction_ids[lingo]
-                                              : static_cast<std::uint16_t>(own_transaction_id_));
+  const ipodcomm::IpodRequest* answered = ipodcomm::FindRequestAnsweredBy(lingo, command);
+  const bool echoes = answered != nullptr && answered->keeps_id;
+  const std::uint16_t own = outgoing_.own_transaction_id;
+  ipodcomm::WriteNumber16(destination, echoes ? outgoing_.ipod_transaction_ids[lingo] : own);
 }
 
-/// Builds the frame in the transmit buffer and copies it to `frame`. Returns its size, 0 when the
-/// command does not fit a frame. Host and notification thread both come here, one at a time.
-std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned char* frame) {
+// The frame is built in the transmit buffer and copied to `frame`. Host and notification thread
+// both come here, one at a time.
+std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned char* frame,
+                                    std::uint16_t* own_transaction_id) {
   const LockScope lock(transmit_lock_);
-  const bool with_id = CarriesTransactionId(write.lingo, write.command);
+  *own_transaction_id = outgoing_.own_transaction_id;
+  const bool with_id =
+      transaction_id_mode_ != 0 && ipodcomm::MayCarryTransactionId(write.lingo, write.command);
   const std::uint32_t size = ipodcomm::FrameSize(write.lingo, with_id, write.length);
   if (size == 0) return 0;
   unsigned char* built = outgoing_.frame;
   unsigned char* next = built + ipodcomm::WriteHeader(built, size, write.lingo, write.command);
   if (with_id) {
     AddTransactionID(next, write.lingo, write.command);
-    next += 2;
-    // The own identifier steps also when the frame echoed the iPod's.
-    own_transaction_id_ = static_cast<std::uint16_t>(own_transaction_id_ + 1);
+    next += ipodcomm::kTransactionIdSize;
+    // The own identifier steps also when the frame echoes the iPod's.
+    outgoing_.own_transaction_id = static_cast<std::uint16_t>(*own_transaction_id + 1);
   }
   if (write.length != 0) std::memcpy(next, write.data, write.length);
   ipodcomm::WriteChecksum(built, size);
@@ -60,9 +44,20 @@ std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned 
   return size;
 }
 
-tagIPOD_COMM_ERROR CIpodComm::WriteCommand(tagIPOD_WRITE_PARAMS* write) {
+tagIPOD_COMM_ERROR CIpodComm::Send(const tagIPOD_WRITE_PARAMS& write,
+                                   std::uint16_t* own_transaction_id) {
   unsigned char frame[sizeof Outgoing::frame];
-  const std::uint32_t size = BuildFrame(*write, frame);
+  const std::uint32_t size = BuildFrame(write, frame, own_transaction_id);
   if (size == 0) return IPOD_COMM_NO_ANSWER;
   return serial_.WritePacket(frame, size) == ERROR_SUCCESS ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;
+}
+
+tagIPOD_COMM_ERROR CIpodComm::WriteCommand(tagIPOD_WRITE_PARAMS* write) {
+  std::uint16_t own_transaction_id = 0;
+  return Send(*write, &own_transaction_id);
+}
+
+void CIpodComm::SetOwnTransactionId(std::uint16_t id) {
+  const LockScope lock(transmit_lock_);
+  outgoing_.own_transaction_id = id;
 }

@@ -28,9 +28,9 @@ HANDLE CIpodComm::StartWorker(unsigned long(WINAPI* entry)(void*)) {
   return thread;
 }
 
-/// Turn after turn while the session lives, and then sleep for good: the workers are never stopped.
-/// The constructor entered the lifeline for this thread, so the session is there for the first
-/// turn.
+// Turn after turn while the session lives, and then sleep for good: the workers are never stopped.
+// The constructor entered the lifeline for this thread, so the session is there for the first
+// turn.
 void CIpodComm::RunWorker(void (CIpodComm::*turn)()) {
   std::shared_ptr<ipodcomm::Lifeline> lifeline = lifeline_.shared();
   unsigned generation = 0;
@@ -43,8 +43,8 @@ void CIpodComm::RunWorker(void (CIpodComm::*turn)()) {
   Sleep(INFINITE);
 }
 
-/// Turns the workers away and wakes those that wait, so that both let go at once. The packet event
-/// has a name, so its signal may go to another session's thread: it is given until both are out.
+// Turns the workers away and wakes those that wait, so that both let go at once. The packet event
+// has a name, so its signal may go to another session's thread: it is given until both are out.
 void CIpodComm::LetWorkersGo() {
   lifeline_->Close();
   for (;;) {

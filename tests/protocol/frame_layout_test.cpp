@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "protocol/frame.h"
+#include "protocol/transaction_ids.h"
 #include "support/bytes.h"
 #include "support/packets.h"
 

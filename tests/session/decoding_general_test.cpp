@@ -193,6 +193,22 @@ TEST_F(GeneralDecoding, FinalAckReplacesThePendingOne) {
 }
 
 /// Position and length of the data stay the first packet's.
+TEST_F(GeneralDecoding, FinalAckIsCopiedOverTheCallersFrame) {
+  read_.expected_command = 0x02;
+  Queue("FF 55 04 00 02 00 03 F7");
+  Bytes frame = test::Hex("FF 55 04 00 02 06 03 F1");
+  session_.ProcessLingoGeneralReadCommand(frame.data(), frame.size(), &read_, nullptr);
+  EXPECT_EQ(test::ToHex(frame.data(), frame.size()), "FF 55 04 00 02 00 03 F7");
+}
+
+TEST_F(GeneralDecoding, FinalAckIsCopiedAsFarAsTheCallersFrameGoes) {
+  read_.expected_command = 0x02;
+  Queue("FF 55 06 00 02 00 03 04 05 EC");
+  Bytes frame = test::Hex("FF 55 04 00 02 06 03 F1 77 77");
+  session_.ProcessLingoGeneralReadCommand(frame.data(), 8, &read_, nullptr);
+  EXPECT_EQ(test::ToHex(frame.data(), frame.size()), "FF 55 06 00 02 00 03 04 77 77");
+}
+
 TEST_F(GeneralDecoding, FinalAckIsReadWithThePendingOnesLength) {
   read_.expected_command = 0x02;
   Queue("FF 55 04 00 02 00 03 F7");

@@ -27,6 +27,18 @@ TEST_F(ExtendedDecoding, ComparesAllSixteenBitsOfTheCommand) {
   EXPECT_EQ(Decode("FF 55 03 04 01 33 C5"), IPOD_COMM_OK);
 }
 
+// The decoder that was called decides how wide the command is, not the frame's lingo.
+TEST_F(ExtendedDecoding, ReadsFramesOfAnyLingoWithATwoByteCommand) {
+  unsigned char buffer[4] = {};
+  read_.expected_command = 0x0033;
+  read_.buffer = buffer;
+  for (const char* frame : {"FF 55 05 09 00 33 AA BB 5A", "FF 55 00 00 05 00 00 33 AA BB 63"}) {
+    read_.size = 4;
+    EXPECT_EQ(Decode(frame), IPOD_COMM_OK) << frame;
+    EXPECT_EQ(test::ToHex(buffer, read_.stored), "AA BB");
+  }
+}
+
 TEST_F(ExtendedDecoding, TakesCommandTwoOnlyForAnAck) {
   read_.expected_command = 0x0033;
   read_.accept_ack = 1;
@@ -47,6 +59,30 @@ class SportsDecoding : public SessionTest {
   tagIPOD_READ_PARAMS read_ = {};
   int keep_ = 7;
 };
+
+using Decoder = tagIPOD_COMM_ERROR (CIpodComm::*)(unsigned char*, unsigned long,
+                                                  tagIPOD_READ_PARAMS*, int*);
+
+class OneByteDecoding : public SessionTest, public ::testing::WithParamInterface<Decoder> {};
+
+TEST_P(OneByteDecoding, ReadsExtendedFramesWithAOneByteCommand) {
+  for (const char* text : {"FF 55 04 04 33 AA BB 60", "FF 55 00 00 04 04 33 AA BB 60"}) {
+    Bytes frame = test::Hex(text);
+    unsigned char buffer[4] = {};
+    tagIPOD_READ_PARAMS read = {};
+    read.expected_command = 0x33;
+    read.buffer = buffer;
+    read.size = sizeof buffer;
+    EXPECT_EQ((session_.*GetParam())(frame.data(), frame.size(), &read, nullptr), IPOD_COMM_OK);
+    EXPECT_EQ(test::ToHex(buffer, read.stored), "AA BB");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Decoders, OneByteDecoding,
+                         ::testing::Values(&CIpodComm::ProcessLingoGeneralReadCommand,
+                                           &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
+                                           &CIpodComm::ProcessLingoSportsReadCommand,
+                                           &CIpodComm::ProcessLingoStorageReadCommand));
 
 TEST_F(SportsDecoding, CapabilityRequestIsServedAndTheWaitGoesOn) {
   read_.expected_command = 0x84;

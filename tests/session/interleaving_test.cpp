@@ -95,6 +95,37 @@ TEST(Interleaving, CommandsTakeOwnIdentifiersAndAnswersEchoTheirs) {
   }
 }
 
+// Requests that the notification thread answers step the own identifier, also between the moment
+// when the host calls and the moment when its frame is built.
+TEST(Interleaving, RecordRequestsReturnTheIdentifierOfTheirOwnFrame) {
+  for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+    ScriptedDevice ipod;
+    World world({seed});
+    world.line().Plug(ipod);
+    CIpodComm session;
+    world.Advance(2 * kSecond);
+    EXPECT_EQ(session.Open(), 0);
+    CIpodCommPeer::TransactionIdMode(session) = 1;
+    CIpodCommPeer::OwnTransactionId(session) = 0x4000;
+    world.Advance(50 * kMillisecond);
+    ipod.ClearReceived();
+    std::vector<unsigned long> returned;
+    for (int i = 0; i < 15; ++i) {
+      CIpodCommPeer::Notifications(session).Append(test::Packet("FF 55 04 09 03 00 01 EF"));
+      returned.push_back(session.Command_RetrieveCategorizedDatabaseRecords(0, 1, 5));
+      world.Advance(static_cast<std::int64_t>(seed % 7) * kMillisecond);
+    }
+    world.Advance(kSecond);
+    std::vector<unsigned long> sent;
+    for (const std::string& frame : test::Frames(ipod.received())) {
+      if (frame.substr(0, 17) != "FF 55 0E 04 00 1A") continue;
+      sent.push_back(static_cast<unsigned long>(ByteOf(frame, 6) * 256 + ByteOf(frame, 7)));
+    }
+    EXPECT_EQ(returned, sent) << seed;
+    world.line().Unplug();
+  }
+}
+
 TEST(Interleaving, OwnIdentifierStepsOncePerFrame) {
   for (std::uint64_t seed = 1; seed <= 50; ++seed) {
     ScriptedDevice ipod;

@@ -189,6 +189,22 @@ TEST_F(Transmit, FrameIsBuiltUnderOneLockAndSentUnderTheOther) {
                           "WriteFile(port2, 55 02 00 07 F7)", "LeaveCriticalSection(section3)"));
 }
 
+// The notification thread may be building an answer at that moment.
+TEST_F(Transmit, OwnIdentifierIsSetUnderTheLockUnderWhichFramesAreBuilt) {
+  world_.Record({"EnterCriticalSection", "CreateFileW"});
+  EXPECT_EQ(session_.Open(), 0);
+  const auto opening = world_.DrainCalls().Of("host").text();
+  const auto create = std::find_if(opening.begin(), opening.end(), [](const std::string& call) {
+    return call.substr(0, 11) == "CreateFileW";
+  });
+  EXPECT_NE(std::find(opening.begin(), create, "EnterCriticalSection(section5)"), create);
+
+  session_.Command_CancelCommand(0x1234);
+  const auto cancelling = world_.DrainCalls().Of("host").text();
+  // Once for the identifier, once for the frame.
+  EXPECT_EQ(std::count(cancelling.begin(), cancelling.end(), "EnterCriticalSection(section5)"), 2);
+}
+
 TEST_F(Transmit, FailedWriteIsToldButTheIdentifierHasStepped) {
   for (const unsigned nth : {1U, 2U}) {
     TurnOnTransactionIds(7);
