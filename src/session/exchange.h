@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The two records of an exchange, filled as every operation needs them.
+// The two records of an exchange, filled as operations need them: the command to send and the
+// answer to await.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "ipodcomm/IpodTypes.h"
 #include "protocol/commands.h"
@@ -13,6 +16,13 @@ namespace ipodcomm {
 /// Attempts of an ordinary command.
 constexpr std::int32_t kAttempts = 3;
 
+/// The nearest number that a record's field holds. Hosts give sizes of any width.
+template <class Field>
+Field Saturated(std::size_t size) {
+  return static_cast<Field>(
+      std::min<std::uint64_t>(size, static_cast<std::uint64_t>(std::numeric_limits<Field>::max())));
+}
+
 /// A command without data.
 inline tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command) {
   return {command, lingo, nullptr, 0};
@@ -21,7 +31,7 @@ inline tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command) {
 /// A command with data, which it borrows.
 inline tagIPOD_WRITE_PARAMS Command(std::uint8_t lingo, std::uint16_t command,
                                     const unsigned char* data, std::size_t length) {
-  return {command, lingo, data, static_cast<std::uint32_t>(length)};
+  return {command, lingo, data, Saturated<std::uint32_t>(length)};
 }
 
 template <std::size_t kLength>
@@ -35,7 +45,7 @@ inline tagIPOD_READ_PARAMS Answer(std::uint16_t expected, unsigned char* buffer,
   tagIPOD_READ_PARAMS read = {};
   read.expected_command = expected;
   read.buffer = buffer;
-  read.size = static_cast<std::int32_t>(size);
+  read.size = Saturated<std::int32_t>(size);
   read.retries = kAttempts;
   return read;
 }

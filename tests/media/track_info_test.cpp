@@ -23,6 +23,16 @@ TEST_F(TrackInfo, InfoIsCutToTheBuffer) {
   EXPECT_EQ(test::ToHex(buffer, 5), "05 00 03 41 EE");
 }
 
+// Hosts pass sizes that they have not measured.
+TEST_F(TrackInfo, EverySizeBeyondTheAnswerCopiesItWhole) {
+  for (const unsigned long size : {0x7FFFFFFFUL, 0x80000000UL, 0xFFFFFFFFUL}) {
+    Answer("FF 55 09 03 12 05 00 00 01 02 00 03 D7", "FF 55 08 03 13 05 00 03 41 42 00 57");
+    unsigned char buffer[16] = {};
+    EXPECT_EQ(session_.Command_GetIndexedPlayingTrackInfo(5, 0x102, 3, buffer, size), 1);
+    EXPECT_EQ(test::ToHex(buffer, 7), "05 00 03 41 42 00 00") << size;
+  }
+}
+
 TEST_F(TrackInfo, UnansweredInfoFails) {
   unsigned char buffer[] = {0xEE};
   EXPECT_EQ(session_.Command_GetIndexedPlayingTrackInfo(5, 0x102, 3, buffer, 1), 0);
