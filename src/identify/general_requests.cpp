@@ -35,6 +35,7 @@ int CIpodComm::Command_RequestIpodName(wchar_t* name, unsigned long capacity) {
   if (!Exchange(Command(kGeneralLingo, general::kRequestIpodName),
                 Answer(general::kReturnIpodName, reply)))
     return 0;
+  ipodcomm::ClearCutCharacter(reply, kTextBytes);
   ipodcomm::TextFromUtf8(reply, kTextBytes, name, capacity);
   return 1;
 }
@@ -49,6 +50,7 @@ int CIpodComm::Command_RequestIpodModelNum(unsigned long* model_id, wchar_t* tex
                 Answer(general::kReturnIpodModelNumber, reply, kTextBytes)))
     return 0;
   if (model_id != nullptr) *model_id = ipodcomm::ReadNumber32(reply);
+  ipodcomm::ClearCutCharacter(reply + kTextPosition, kTextBytes - kTextPosition);
   ipodcomm::TextFromUtf8(reply + kTextPosition, kTextBytes, text, capacity);
   return 1;
 }

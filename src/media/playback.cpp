@@ -148,5 +148,6 @@ void CIpodComm::GetPlayingText(TrackTextRequest request, unsigned long track, wc
   if (text == nullptr) return;
   unsigned char utf8[kTextBytes] = {};
   if ((this->*request)(track, utf8, sizeof utf8) == 0) return;
+  ipodcomm::ClearCutCharacter(utf8, sizeof utf8);
   ipodcomm::TextFromUtf8(utf8, sizeof utf8, text, chars);
 }

@@ -3,6 +3,7 @@
 #include "protocol/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <cwchar>
 
@@ -21,10 +22,49 @@ std::size_t WholeCharacters(const wchar_t* text, std::size_t count, std::size_t 
   return parts_pair ? room - 1 : room;
 }
 
-std::size_t BytesAnnounced(unsigned char lead) {
-  if (lead < 0xC0) return 1;
+// Bytes of the character that begins with `lead`, 1 for a byte that begins none.
+std::size_t Utf8Length(unsigned char lead) {
+  if (lead < 0xC2 || lead > 0xF4) return 1;
   if (lead < 0xE0) return 2;
   return lead < 0xF0 ? 3 : 4;
+}
+
+// Whether `second` may follow `lead`: some leads exclude what has a shorter form, or is no
+// character.
+bool MayFollow(unsigned char lead, unsigned char second) {
+  const unsigned char lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  const unsigned char highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  return second >= lowest && second <= highest;
+}
+
+// Bytes of UTF-8 that the character at the front of `text` becomes; a surrogate without its other
+// half becomes a replacement.
+std::size_t EncodedLength(const wchar_t* text, std::size_t units) {
+  const auto unit = static_cast<std::uint32_t>(text[0]);
+  if (unit < 0x80) return 1;
+  if (unit < 0x800) return 2;
+  return units == 2 || (unit > 0xFFFF && unit <= 0x10FFFF) ? 4 : 3;
+}
+
+// Units of the character at the front of `text`: 2 for a pair of surrogates where units have 16
+// bits.
+std::size_t UnitsOfCharacter(const wchar_t* text) {
+  const bool pair =
+      sizeof(wchar_t) == 2 && (text[0] & ~0x3FF) == 0xD800 && (text[1] & ~0x3FF) == 0xDC00;
+  return pair ? 2 : 1;
+}
+
+// Units of `text` whose UTF-8 fits into `room` bytes, whole characters only.
+std::size_t UnitsThatFit(const wchar_t* text, std::size_t room) {
+  const wchar_t* next = text;
+  while (*next != L'\0') {
+    const std::size_t units = UnitsOfCharacter(next);
+    const std::size_t bytes = EncodedLength(next, units);
+    if (bytes > room) break;
+    room -= bytes;
+    next += units;
+  }
+  return static_cast<std::size_t>(next - text);
 }
 
 }  // namespace
@@ -46,22 +86,29 @@ void TextFromUtf8(const unsigned char* source, std::size_t source_bytes, wchar_t
 
 std::size_t Utf8FromText(const wchar_t* text, char* destination, std::size_t capacity) {
   std::memset(destination, 0, capacity);
-  // Whatever the conversion leaves in the cleared buffer counts: into a short one it fails.
-  WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(std::wcslen(text)), destination,
+  // Only what fits is converted: platforms differ in what they leave in a short buffer.
+  const std::size_t units = UnitsThatFit(text, capacity - 1);
+  WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(units), destination,
                       static_cast<int>(capacity - 1), nullptr, nullptr);
-  const std::size_t length = WholeUtf8(destination, std::strlen(destination));
-  destination[length] = '\0';
-  return length;
+  return std::strlen(destination);
 }
 
 std::size_t WholeUtf8(const char* text, std::size_t length) {
-  constexpr std::size_t kLongest = 4;
-  for (std::size_t back = 1; back <= std::min(length, kLongest); ++back) {
-    const auto byte = static_cast<unsigned char>(text[length - back]);
-    const bool continues = (byte & 0xC0) == 0x80;
-    if (!continues) return back < BytesAnnounced(byte) ? length - back : length;
+  constexpr std::size_t kLongestCut = 3;
+  for (std::size_t back = 1; back <= std::min(length, kLongestCut); ++back) {
+    const auto lead = static_cast<unsigned char>(text[length - back]);
+    if ((lead & 0xC0) == 0x80) continue;
+    const bool cut =
+        back < Utf8Length(lead) &&
+        (back == 1 || MayFollow(lead, static_cast<unsigned char>(text[length - back + 1])));
+    return cut ? length - back : length;
   }
   return length;
+}
+
+void ClearCutCharacter(unsigned char* text, std::size_t size) {
+  const std::size_t whole = WholeUtf8(reinterpret_cast<const char*>(text), size);
+  std::memset(text + whole, 0, size - whole);
 }
 
 }  // namespace ipodcomm

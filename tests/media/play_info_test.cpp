@@ -92,4 +92,15 @@ TEST_F(PlayInfo, LongTitleIsCutAndTerminatedInsideItsCapacity) {
   EXPECT_EQ(title[3], L'x');
 }
 
+// The reply holds 256 of the 300 bytes, so the 86th character is there only in part.
+TEST_F(PlayInfo, TitleOfAHundredThreeByteCharactersIsCutBetweenTwoOfThem) {
+  AnswerIndex();
+  std::string reply = "FF 55 00 01 2F 04 00 21";
+  for (int i = 0; i < 100; ++i) reply += " E2 82 AC";
+  Answer("FF 55 07 04 00 20 00 00 01 02 D2", reply + " 6B");
+  wchar_t title[200] = {};
+  EXPECT_EQ(session_.GetPlayInfo(nullptr, nullptr, title, 200, nullptr, 0, nullptr, 0), 1);
+  EXPECT_EQ(std::wstring(title), std::wstring(85, L'\u20AC'));
+}
+
 }  // namespace

@@ -128,12 +128,18 @@ TEST_F(Text, ToUtf8IsCutBetweenTwoCharacters) {
   EXPECT_EQ(ToUtf8(L"\U0001F3B5x", 4), "");
 }
 
+TEST_F(Text, ToUtf8FillsTheBufferWhole) {
+  EXPECT_EQ(ToUtf8(L"abcd", 4), "abc");
+  EXPECT_EQ(ToUtf8(L"ab\u00E9d", 5), "ab\xC3\xA9");
+  EXPECT_EQ(ToUtf8(std::wstring(600, L'x').c_str(), 513), std::string(512, 'x'));
+  EXPECT_EQ(ToUtf8(L"\U0001F3B5x", 5), "\xF0\x9F\x8E\xB5");
+}
+
 TEST_F(Text, ToUtf8IsEmptyWhenTheConversionFails) {
   world_.FailOnce("WideCharToMultiByte", 1, 1113);
   EXPECT_EQ(ToUtf8(L"abc", 8), "");
 }
 
-// Platforms may leave part of a character in a short buffer.
 TEST_F(Text, WholeUtf8LeavesOutAnIncompleteLastCharacter) {
   const auto whole = [](std::string_view text) {
     return ipodcomm::WholeUtf8(text.data(), text.size());
@@ -150,6 +156,39 @@ TEST_F(Text, WholeUtf8LeavesOutAnIncompleteLastCharacter) {
   EXPECT_EQ(whole("a\xF0\x9F\x8E"), 1U);
   EXPECT_EQ(whole("a\xF0\x9F\x8E\xB5"), 5U);
   EXPECT_EQ(whole("\xA9\xA9\xA9\xA9\xA9"), 5U);
+}
+
+// ---- Replies that held only part of a text
+
+/// What is left of `text` in a reply of its size.
+std::string Kept(std::string_view text) {
+  Bytes reply = test::Hex(text);
+  ipodcomm::ClearCutCharacter(reply.data(), reply.size());
+  return test::ToHex(reply);
+}
+
+TEST(CutText, CompleteLastCharacterStays) {
+  for (const char* text : {"", "61 62", "61 C3 A9", "61 E2 82 AC", "61 F0 9F 8E B5"}) {
+    EXPECT_EQ(Kept(text), text);
+  }
+}
+
+TEST(CutText, IncompleteLastCharacterIsCleared) {
+  EXPECT_EQ(Kept("C3"), "00");
+  EXPECT_EQ(Kept("61 C3"), "61 00");
+  EXPECT_EQ(Kept("61 E2"), "61 00");
+  EXPECT_EQ(Kept("61 E2 82"), "61 00 00");
+  EXPECT_EQ(Kept("61 F0"), "61 00");
+  EXPECT_EQ(Kept("61 F0 9F"), "61 00 00");
+  EXPECT_EQ(Kept("61 F0 9F 8E"), "61 00 00 00");
+}
+
+// Bytes that begin no character, whatever follows them, are malformed rather than cut.
+TEST(CutText, MalformedEndStays) {
+  for (const char* text : {"80", "A9 A9 A9 A9 A9", "61 C0", "61 C1", "61 F5", "61 FF", "61 E0 80",
+                           "61 ED A0", "61 F0 80", "61 F4 90"}) {
+    EXPECT_EQ(Kept(text), text);
+  }
 }
 
 }  // namespace
