@@ -825,6 +825,9 @@ class IPODCOMM_API ipod {
   int finishworkout(unsigned int seconds, unsigned int kcal, float km, float ignored_speed,
                     unsigned int pace, unsigned int ignored1, unsigned int ignored2,
                     unsigned int bpm);
+  /// Bytes of the document that the iPod has acknowledged since `startworkout`. The number stays
+  /// when the file is closed. Sends nothing.
+  unsigned long getworkoutsize();
 
   // ---- Self-test (legacy/self_test.cpp) --------------------------------------------------------
 
@@ -874,6 +877,7 @@ class IPODCOMM_API ipod {
   std::int32_t top_selection_result_ = 0;
   std::uint8_t storage_file_handle_ = 0;
   std::uint32_t storage_write_offset_ = 0;
+  std::uint32_t workout_size_ = 0;  // acknowledged; the offset counts failed writes too
   std::int32_t extended_model_ = 0;
   std::int32_t name_sort_ = 0;
   wchar_t track_length_text_[SIZE_IPODTRACKLENGTH] = {};

@@ -109,7 +109,10 @@ int ipod::ipodstoragewritestring(int previous_ok, wchar_t* text) {
   if (command_storeagewriteipodfiledata(text, count) == 0) return 0;
   std::uint8_t status = 0;
   if (!AwaitStorageAck(&status)) return 0;
-  if (status == 0) return 1;
+  if (status == 0) {
+    workout_size_ += count;
+    return 1;
+  }
   StringCchPrintfW(status_text_, std::size(status_text_),
                    L"Error in Ack from Storage Write, value is %d, should be 0", status);
   return 0;
@@ -120,6 +123,7 @@ int ipod::startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_
                        wchar_t* gym_location, float weight_kg) {
   constexpr std::size_t kHandleUnits = 10;
   Show(status_text_, L"Makeing sure iPod supports workout");
+  workout_size_ = 0;
   std::uint8_t status = 0;
   command_storagecloseipodfile();  // a file that is still open, if there is one
   AwaitStorageAck(&status);
@@ -208,3 +212,5 @@ int ipod::finishworkout(unsigned int seconds, unsigned int kcal, float km, float
   const bool closed = command_storagecloseipodfile() != 0 && AwaitStorageAck(&status);
   return lines.result() != 0 && closed && status == 0 ? 1 : 0;
 }
+
+unsigned long ipod::getworkoutsize() { return workout_size_; }

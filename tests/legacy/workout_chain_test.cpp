@@ -281,4 +281,31 @@ TEST_F(WorkoutEnd, WithoutAStartWritesToNoFile) {
   EXPECT_EQ(answering_.DrainLines(0, 0).size(), 7U);
 }
 
+// ---- The document's size
+
+class WorkoutSize : public WorkoutTest {};
+
+TEST_F(WorkoutSize, IsWhatTheIpodHasAcknowledged) {
+  EXPECT_EQ(legacy_.getworkoutsize(), 0U);
+  Begin();
+  EXPECT_EQ(legacy_.getworkoutsize(), 326U);
+  answering_.AnswerNth("0C 07", 2, kRefused);
+  EXPECT_EQ(Interval(), 0);
+  EXPECT_EQ(legacy_.getworkoutsize(), 338U);  // the first line, "\t<interval>\n", was written
+}
+
+TEST_F(WorkoutSize, StaysWhenTheFileIsClosed) {
+  Begin();
+  EXPECT_EQ(Finish(), 1);
+  EXPECT_EQ(ipodPeer::StorageWriteOffset(legacy_), 0U);
+  EXPECT_EQ(legacy_.getworkoutsize(), 456U);  // the header's 326 bytes and a summary of 130
+}
+
+TEST_F(WorkoutSize, CountsTheNextWorkoutFromItsStart) {
+  Begin();
+  EXPECT_EQ(Finish(), 1);
+  EXPECT_EQ(Start(), 1);
+  EXPECT_EQ(legacy_.getworkoutsize(), 326U);
+}
+
 }  // namespace
