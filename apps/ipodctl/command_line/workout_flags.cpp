@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "command_line/flags.h"
-#include "workout/file_estimate.h"
 #include "workout/recording.h"
+#include "workout/workout_header.h"
 
 namespace ipodctl {
 

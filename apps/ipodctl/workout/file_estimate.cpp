@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Escapes names, and measures the pieces of the document.
+// Measures the pieces of the document.
 #include "workout/file_estimate.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-
-#include "console/text.h"
 
 namespace ipodctl {
 
@@ -22,7 +20,9 @@ constexpr const char* kFixedLines[] = {
     "\t<userInfo>\n",
     "\t</userInfo>\n",
 };
-constexpr const char* kReplacement = "\xEF\xBF\xBD";
+
+// What the iPod itself adds to a document: facts about it, a signature, the end.
+constexpr std::size_t kAddedByIpod = 1024;
 
 std::size_t SizeOfElement(const char* name, std::size_t value) {
   return std::strlen("\t\t<></>\n") + 2 * std::strlen(name) + value;
@@ -44,30 +44,7 @@ std::size_t SizeOfDistance(tagIPOD_DISTANCE_TYPE type, double distance) {
 
 }  // namespace
 
-std::string EscapedText(const std::string& utf8) {
-  // There and back again: what comes back is valid.
-  const std::string text = Printable(Utf8(Wide(utf8).c_str()));
-  std::string escaped;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool is_no_character =
-        text.compare(i, 3, "\xEF\xBF\xBE") == 0 || text.compare(i, 3, "\xEF\xBF\xBF") == 0;
-    if (is_no_character) {
-      escaped += kReplacement;
-      i += 2;
-    } else if (text[i] == '&') {
-      escaped += "&amp;";
-    } else if (text[i] == '<') {
-      escaped += "&lt;";
-    } else if (text[i] == '>') {
-      escaped += "&gt;";
-    } else {
-      escaped += text[i];
-    }
-  }
-  return escaped;
-}
-
-HeaderSize SizeOfHeader(const DocumentHeader& header) {
+HeaderSize SizeOfHeader(const WorkoutHeader& header) {
   HeaderSize size;
   const auto add = [&size](std::size_t line) {
     size.total += line;
@@ -107,6 +84,20 @@ std::size_t SizeOfSummary(const Recording& recording, const Summary& summary) {
                         Digits(static_cast<int>(summary.speed)));
   if (summary.bpm != 0) size += SizeOfElement("bpm", Digits(summary.bpm));
   return size;
+}
+
+FileEstimate EstimateFile(const WorkoutHeader& header, const Recording& recording,
+                          const std::vector<Interval>& intervals, const Summary& summary) {
+  const HeaderSize header_size = SizeOfHeader(header);
+  const std::size_t summary_size = SizeOfSummary(recording, summary);
+  FileEstimate file = {std::max(header_size.largest_line, summary_size),
+                       header_size.total + summary_size + kAddedByIpod};
+  for (const Interval& interval : intervals) {
+    const std::size_t size = SizeOfInterval(recording, interval);
+    file.largest_piece = std::max(file.largest_piece, size);
+    file.total += size;
+  }
+  return file;
 }
 
 }  // namespace ipodctl

@@ -1,39 +1,31 @@
 // SPDX-License-Identifier: MIT
-// What goes into the workout's document on the iPod: names made fit for it, and how long each piece
-// is. The library writes the pieces themselves.
+// How long a workout's document will be, to refuse early what the iPod has no room for. The library
+// writes the document, and tells how much of it is written.
 #pragma once
 
 #include <cstddef>
-#include <string>
+#include <vector>
 
 #include "workout/recording.h"
+#include "workout/workout_header.h"
 
 namespace ipodctl {
 
-/// What the document says about the equipment and its user.
-struct DocumentHeader {
-  std::string manufacturer_id;  // UTF-8, escaped
-  std::string manufacturer_name;
-  std::string model;
-  std::string serial_number;
-  tagIPOD_EQUIPMENT_TYPE equipment = IPOD_EQUIPMENT_TYPE_TREADMILL;
-  double weight_kg = 0;
-};
+// Sizes in bytes.
 
-/// UTF-8 text as it may stand between two tags: markup characters escaped; characters that no
-/// document may hold, and bytes that are no UTF-8, replaced.
-std::string EscapedText(const std::string& utf8);
-
-/// A frame's length byte leaves room for this much of a file, its transaction identifier included.
-constexpr std::size_t kLargestPiece = 246;
-
-/// Sizes in bytes.
 struct HeaderSize {
   std::size_t total = 0;
   std::size_t largest_line = 0;
 };
-HeaderSize SizeOfHeader(const DocumentHeader& header);
+HeaderSize SizeOfHeader(const WorkoutHeader& header);
 std::size_t SizeOfInterval(const Recording& recording, const Interval& interval);
 std::size_t SizeOfSummary(const Recording& recording, const Summary& summary);
+
+struct FileEstimate {
+  std::size_t largest_piece = 0;  // of those that are written at a time
+  std::size_t total = 0;          // with what the iPod adds
+};
+FileEstimate EstimateFile(const WorkoutHeader& header, const Recording& recording,
+                          const std::vector<Interval>& intervals, const Summary& summary);
 
 }  // namespace ipodctl

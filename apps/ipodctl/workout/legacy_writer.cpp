@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Writes workouts through the legacy interface's three operations, and measures what they write.
+// Writes workouts through the legacy interface's three operations.
 #include "workout/legacy_writer.h"
 
-#include <cstdio>
-#include <cstring>
 #include <nlohmann/json.hpp>
 
 #include "console/failure.h"
@@ -12,11 +10,6 @@
 namespace ipodctl {
 
 namespace {
-
-constexpr const char* kHeaderFrame =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n\t<gymData>\n\t<vers>1</vers>\n"
-    "\t<equipmentInfo>\n\t\t<gymName></gymName>\n\t\t<gymLocation></gymLocation>\n"
-    "\t</equipmentInfo>\n\t<userInfo>\n\t</userInfo>\n";
 
 // The interface sends the low byte of each character: one for each byte puts UTF-8 into the
 // document.
@@ -54,39 +47,6 @@ unsigned PaceOf(const Recording& recording, const Reading& reading) {
   return reading.distance < kTooShortKm ? 0 : Whole(reading.seconds / reading.distance);
 }
 
-std::size_t Element(const char* name, std::size_t value) {
-  return std::strlen("\t\t<></>\n") + 2 * std::strlen(name) + value;
-}
-std::size_t Element(const char* name, unsigned value) {
-  return Element(name, std::to_string(value).size());
-}
-std::size_t Element(const char* name, float value) {
-  return Element(
-      name, static_cast<std::size_t>(std::snprintf(nullptr, 0, "%f", static_cast<double>(value))));
-}
-
-std::size_t HeaderSizeOf(const DocumentHeader& header) {
-  return std::strlen(kHeaderFrame) + Element("manufacturerID", header.manufacturer_id.size()) +
-         Element("type", std::strlen(EquipmentByType(header.equipment).name)) +
-         Element("model", header.model.size()) +
-         Element("serialNumber", header.serial_number.size()) +
-         Element("kg", static_cast<float>(header.weight_kg));
-}
-
-/// What an interval and a summary have in common.
-struct Figures {
-  unsigned seconds;
-  unsigned kcal;
-  float km;
-  unsigned pace;
-  unsigned bpm;
-
-  std::size_t size() const {
-    return Element("sec", seconds) + Element("kCal", kcal) + Element("km", km) +
-           Element("pace", pace) + Element("bpm", bpm);
-  }
-};
-
 }  // namespace
 
 LegacyWorkoutWriter::LegacyWorkoutWriter(LegacySession& session, Output& output,
@@ -101,7 +61,7 @@ void LegacyWorkoutWriter::RequireRoom(std::size_t /*largest_piece*/, std::size_t
                        "does, or leave out --legacy");
 }
 
-void LegacyWorkoutWriter::Start(const DocumentHeader& header) {
+void LegacyWorkoutWriter::Start(const WorkoutHeader& header) {
   std::wstring manufacturer = ByteByByte(header.manufacturer_id);
   std::wstring model = ByteByByte(header.model);
   std::wstring serial_number = ByteByByte(header.serial_number);
@@ -111,41 +71,34 @@ void LegacyWorkoutWriter::Start(const DocumentHeader& header) {
       serial_number.data(), nothing.data(), nothing.data(), static_cast<float>(header.weight_kg));
   if (started == 0) FailAt("refused to begin the workout");
   NoteOpened();
-  NoteHeader(HeaderSizeOf(header));
+  NoteHeader();
   ShowProgress();
 }
 
 void LegacyWorkoutWriter::Write(const Recording& recording, const Interval& interval) {
   const Reading& reading = interval.reading;
-  const Figures figures = {Whole(reading.seconds), Whole(reading.kcal),
-                           static_cast<float>(reading.distance), PaceOf(recording, reading),
-                           Whole(reading.bpm)};
-  const auto incline = static_cast<float>(reading.incline);
-  const unsigned level = Whole(reading.level);
   const int written = session_.interface().intervalworkout(
-      EventCode(interval.event), figures.seconds, figures.kcal, figures.km, 0, figures.pace, 0, 0,
-      figures.bpm, incline, level);
+      EventCode(interval.event), Whole(reading.seconds), Whole(reading.kcal),
+      static_cast<float>(reading.distance), 0, PaceOf(recording, reading), 0, 0, Whole(reading.bpm),
+      static_cast<float>(reading.incline), Whole(reading.level));
   if (written == 0) {
     FailAt("refused the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds)));
   }
-  NoteInterval(std::strlen("\t<interval>\n\t</interval>\n") +
-                   Element("event", std::strlen(EventName(interval.event))) + figures.size() +
-                   Element("incline", incline) + Element("level", level),
-               reading.seconds);
+  NoteInterval(reading.seconds);
   ShowProgress();
 }
 
 void LegacyWorkoutWriter::Finish(const Recording& /*recording*/, const Summary& summary) {
-  const Figures figures = {Whole(summary.seconds), Whole(summary.kcal),
-                           static_cast<float>(summary.distance), Whole(summary.speed),
-                           Whole(summary.bpm)};
-  const int finished = session_.interface().finishworkout(figures.seconds, figures.kcal, figures.km,
-                                                          0, figures.pace, 0, 0, figures.bpm);
+  const int finished = session_.interface().finishworkout(
+      Whole(summary.seconds), Whole(summary.kcal), static_cast<float>(summary.distance), 0,
+      Whole(summary.speed), 0, 0, Whole(summary.bpm));
   // The result does not tell the summary from the closing.
   if (finished == 0) FailAt("refused to finish the workout");
-  NoteSummary(std::strlen("\t<workoutSummary>\n\t</workoutSummary>\n") + figures.size());
+  NoteSummary();
   NoteClosed();
 }
+
+std::size_t LegacyWorkoutWriter::Written() { return session_.interface().getworkoutsize(); }
 
 bool LegacyWorkoutWriter::Answers() { return session_.Answers(); }
 

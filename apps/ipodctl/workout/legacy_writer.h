@@ -16,12 +16,13 @@ class LegacyWorkoutWriter : public WorkoutLog {
 
   /// The legacy interface knows no limits; it tells only whether the iPod takes workouts.
   void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
-  void Start(const DocumentHeader& header) override;
+  void Start(const WorkoutHeader& header) override;
   void Write(const Recording& recording, const Interval& interval) override;
   void Finish(const Recording& recording, const Summary& summary) override;
 
  protected:
   bool Answers() override;
+  std::size_t Written() override;
 
  private:
   [[noreturn]] void FailAt(const std::string& what);

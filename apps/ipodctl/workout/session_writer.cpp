@@ -82,7 +82,7 @@ void SessionWorkoutWriter::RequireSpace() {
   }
 }
 
-void SessionWorkoutWriter::Start(const DocumentHeader& header) {
+void SessionWorkoutWriter::Start(const WorkoutHeader& header) {
   if (session_.ipod().Sports_StartWorkout(
           Wide(header.manufacturer_id).c_str(), Wide(header.manufacturer_name).c_str(),
           Wide(header.model).c_str(), Wide(header.serial_number).c_str(), header.equipment,
@@ -92,7 +92,7 @@ void SessionWorkoutWriter::Start(const DocumentHeader& header) {
   NoteOpened(File().handle);
   const std::size_t failed = File().failed_writes;
   if (failed != 0) Fail("refused " + Counted(failed, "line") + " of the workout's header");
-  NoteHeader(SizeOfHeader(header).total);
+  NoteHeader();
 }
 
 void SessionWorkoutWriter::Write(const Recording& recording, const Interval& interval) {
@@ -103,7 +103,7 @@ void SessionWorkoutWriter::Write(const Recording& recording, const Interval& int
   if (written == 0) {
     Fail("refused the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds)));
   }
-  NoteInterval(SizeOfInterval(recording, interval), reading.seconds);
+  NoteInterval(reading.seconds);
 }
 
 void SessionWorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
@@ -113,7 +113,7 @@ void SessionWorkoutWriter::Finish(const Recording& recording, const Summary& sum
   if (closed) NoteClosed();
   // Nothing failed before: the first failure ends a workout.
   if (File().failed_writes != 0) Fail("refused the workout's summary");
-  NoteSummary(SizeOfSummary(recording, summary));
+  NoteSummary();
   if (!closed) Fail("refused to close the workout's file");
 }
 
@@ -122,6 +122,8 @@ tagIPOD_WORKOUT_FILE SessionWorkoutWriter::File() {
   session_.ipod().GetWorkoutFile(&file);
   return file;
 }
+
+std::size_t SessionWorkoutWriter::Written() { return File().write_offset; }
 
 bool SessionWorkoutWriter::Answers() { return session_.Answers(); }
 

@@ -15,12 +15,13 @@ class SessionWorkoutWriter : public WorkoutLog {
   SessionWorkoutWriter(Session& session, const DockLine& dock);
 
   void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
-  void Start(const DocumentHeader& header) override;
+  void Start(const WorkoutHeader& header) override;
   void Write(const Recording& recording, const Interval& interval) override;
   void Finish(const Recording& recording, const Summary& summary) override;
 
  protected:
   bool Answers() override;
+  std::size_t Written() override;
 
  private:
   void RequireSports();

@@ -10,6 +10,7 @@
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "workout/csv_recording.h"
+#include "workout/file_estimate.h"
 #include "workout/legacy_writer.h"
 #include "workout/session_writer.h"
 #include "workout/workout_clock.h"
@@ -19,21 +20,7 @@ namespace ipodctl {
 
 namespace {
 
-constexpr const char* kManufacturerId = "ipodcomm";
-constexpr const char* kModel = "ipodctl";  // unless told otherwise
 constexpr unsigned kLookMs = 100;
-// What the iPod itself adds to a document: facts about it, a signature, the end.
-constexpr std::size_t kAddedByIpod = 1024;
-
-DocumentHeader HeaderFor(const Options& options) {
-  const WorkoutOptions& workout = options.workout;
-  return {kManufacturerId,
-          EscapedText(workout.manufacturer),
-          EscapedText(options.model.empty() ? kModel : options.model),
-          EscapedText(workout.serial_number),
-          EquipmentByName(workout.equipment)->type,
-          workout.weight_kg};
-}
 
 class Workout {
  public:
@@ -53,7 +40,7 @@ class Workout {
   const WorkoutOptions& options_;
   Recording recording_;
   std::vector<Interval> intervals_;
-  DocumentHeader header_;
+  WorkoutHeader header_;
   WorkoutLog& log_;
   WorkoutView view_;
   int ended_early_s_ = -1;
@@ -80,15 +67,8 @@ void Workout::Run() {
 void Workout::Prepare() {
   const int last_s = intervals_.back().reading.seconds;
   const Summary summary = SummaryAt(recording_, last_s);
-  const HeaderSize header = SizeOfHeader(header_);
-  std::size_t largest = std::max(header.largest_line, SizeOfSummary(recording_, summary));
-  std::size_t total = header.total + SizeOfSummary(recording_, summary) + kAddedByIpod;
-  for (const Interval& interval : intervals_) {
-    const std::size_t size = SizeOfInterval(recording_, interval);
-    largest = std::max(largest, size);
-    total += size;
-  }
-  log_.RequireRoom(largest, total);
+  const FileEstimate file = EstimateFile(header_, recording_, intervals_, summary);
+  log_.RequireRoom(file.largest_piece, file.total);
   StopIfInterrupted();
   context_.output.Line("Workout on " + options_.equipment + ", " +
                        Clock(static_cast<std::uint64_t>(last_s)) + ", written to the iPod in " +

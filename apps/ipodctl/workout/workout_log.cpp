@@ -12,20 +12,20 @@ void WorkoutLog::NoteOpened(std::optional<unsigned> number) {
   number_ = number;
 }
 
-void WorkoutLog::NoteHeader(std::size_t bytes) {
+void WorkoutLog::NoteHeader() {
   header_saved_ = true;
-  bytes_ += bytes;
+  bytes_ = Written();
 }
 
-void WorkoutLog::NoteInterval(std::size_t bytes, int seconds) {
+void WorkoutLog::NoteInterval(int seconds) {
   ++intervals_;
-  bytes_ += bytes;
+  bytes_ = Written();
   last_s_ = seconds;
 }
 
-void WorkoutLog::NoteSummary(std::size_t bytes) {
+void WorkoutLog::NoteSummary() {
   summary_saved_ = true;
-  bytes_ += bytes;
+  bytes_ = Written();
 }
 
 std::string WorkoutLog::Path() const {

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "ipod/dock_line.h"
-#include "workout/file_estimate.h"
 #include "workout/recording.h"
+#include "workout/workout_header.h"
 
 namespace ipodctl {
 
@@ -26,11 +26,11 @@ class WorkoutLog {
 
   /// Each writes its part of the document, or throws a CommandFailure that says what is saved. Once
   /// one has failed nothing more may be written: it would stand behind a gap.
-  virtual void Start(const DocumentHeader& header) = 0;
+  virtual void Start(const WorkoutHeader& header) = 0;
   virtual void Write(const Recording& recording, const Interval& interval) = 0;
   virtual void Finish(const Recording& recording, const Summary& summary) = 0;
 
-  /// Acknowledged by the iPod so far.
+  /// Size of the pieces that are complete on the iPod.
   std::size_t bytes() const { return bytes_; }
   std::size_t intervals() const { return intervals_; }
   /// Where the workout is, to stand in a sentence.
@@ -41,12 +41,15 @@ class WorkoutLog {
  protected:
   /// Whether there is still an iPod.
   virtual bool Answers() = 0;
+  /// How much of the document the library has written, in bytes.
+  virtual std::size_t Written() = 0;
 
   /// @param number the iPod's for the file, where it is known
   void NoteOpened(std::optional<unsigned> number = std::nullopt);
-  void NoteHeader(std::size_t bytes);
-  void NoteInterval(std::size_t bytes, int seconds);
-  void NoteSummary(std::size_t bytes);
+  /// A piece is complete.
+  void NoteHeader();
+  void NoteInterval(int seconds);
+  void NoteSummary();
   void NoteClosed() { closed_ = true; }
   /// @param what the iPod did, if it is still there
   [[noreturn]] void Fail(const std::string& what);

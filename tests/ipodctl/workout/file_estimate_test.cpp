@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How ipodctl escapes the names in a workout document and measures the document's pieces.
+// How long ipodctl expects the pieces of a workout document to be.
 #include "workout/file_estimate.h"
 
 #include <gmock/gmock.h>
@@ -12,24 +12,7 @@ using namespace ipodctl;
 
 namespace {
 
-TEST(WorkoutDocument, EscapesMarkupAndKeepsOtherNames) {
-  EXPECT_EQ(EscapedText("Fit & <Strong> \"Co\""), "Fit &amp; &lt;Strong&gt; \"Co\"");
-  EXPECT_EQ(EscapedText("Größe 橋 🎧"), "Größe 橋 🎧");
-  EXPECT_EQ(EscapedText("a]]>b"), "a]]&gt;b");
-}
-
-TEST(WorkoutDocument, ReplacesWhatNoDocumentMayHold) {
-  EXPECT_EQ(EscapedText("a\tb\x1b"
-                        "c"),
-            "a\xEF\xBF\xBD"
-            "b\xEF\xBF\xBD"
-            "c");
-  EXPECT_EQ(EscapedText("\xEF\xBF\xBF|\xEF\xBF\xBE"), "\xEF\xBF\xBD|\xEF\xBF\xBD");
-  EXPECT_EQ(EscapedText("cut \xE6\xA9"), "cut \xEF\xBF\xBD\xEF\xBF\xBD");
-  EXPECT_EQ(EscapedText("\xED\xA0\x80|\xC0\x80|\xF4\x90\x80\x80").find('\x80'), std::string::npos);
-}
-
-TEST(WorkoutDocument, MeasuresTheHeader) {
+TEST(FileEstimate, MeasuresTheHeader) {
   const HeaderSize size = SizeOfHeader({"id",
                                         "Gr\xC3\xB6\xC3\x9F"
                                         "e",
@@ -55,7 +38,7 @@ TEST(WorkoutDocument, MeasuresTheHeader) {
                                    .size());
 }
 
-TEST(WorkoutDocument, MeasuresIntervalsAndSummaries) {
+TEST(FileEstimate, MeasuresIntervalsAndSummaries) {
   Recording recording = Kilometres({});
   Interval interval = {IPOD_INTERVAL_TYPE_PAUSE, {65, 7.126, 0.128, 381.9, 1.25, 118, 0, true}};
   EXPECT_EQ(SizeOfInterval(recording, interval),
@@ -86,13 +69,37 @@ TEST(WorkoutDocument, MeasuresIntervalsAndSummaries) {
                 .size());
 }
 
-TEST(WorkoutDocument, IntervalsFitAFrameHoweverLargeTheRecordedNumbers) {
+TEST(FileEstimate, IntervalsFitAFrameHoweverLargeTheRecordedNumbers) {
   const Recording recording =
       Csv("seconds,floors,energy,pace,incline,bpm,level\n"
           "360000,99999,99999,99999,-90,300,999\n");
   const Interval interval = {IPOD_INTERVAL_TYPE_CONTINUE, recording.readings.front()};
   EXPECT_EQ(SizeOfInterval(recording, interval), 208U);
-  EXPECT_LE(SizeOfInterval(recording, interval), kLargestPiece);
+  EXPECT_LE(SizeOfInterval(recording, interval), 246U);
+}
+
+TEST(FileEstimate, AddsUpAllPiecesAndWhatTheIpodAdds) {
+  const std::string header =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<gymData>\n\t<vers>1</vers>\n"
+      "\t<equipmentInfo>\n\t\t<manufacturerID>id</manufacturerID>\n"
+      "\t\t<manufacturerName>name</manufacturerName>\n\t\t<type>Treadmill</type>\n"
+      "\t\t<model>QZ104</model>\n\t\t<serialNumber>7</serialNumber>\n\t</equipmentInfo>\n"
+      "\t<userInfo>\n\t\t<kg>75.0</kg>\n\t</userInfo>\n";
+  const std::string start =
+      "\t<interval>\n\t\t<event>start</event>\n\t\t<sec>0</sec>\n\t\t<kCal>0.00</kCal>\n"
+      "\t\t<km>0.00</km>\n\t\t<pace>0</pace>\n\t\t<incline>0.0</incline>\n\t</interval>\n";
+  const std::string end =
+      "\t<interval>\n\t\t<event>end</event>\n\t\t<sec>5</sec>\n\t\t<kCal>0.00</kCal>\n"
+      "\t\t<km>0.00</km>\n\t\t<pace>0</pace>\n\t\t<incline>0.0</incline>\n\t</interval>\n";
+  const std::string summary =
+      "\t<workoutSummary>\n\t\t<sec>5</sec>\n\t\t<kCal>0.00</kCal>\n\t\t<km>0.00</km>\n"
+      "\t\t<pace>0</pace>\n\t</workoutSummary>\n";
+  const Recording recording = Kilometres({At(0), At(5)});
+  const FileEstimate file =
+      EstimateFile({"id", "name", "QZ104", "7", IPOD_EQUIPMENT_TYPE_TREADMILL, 75}, recording,
+                   IntervalsOf(recording, 5), SummaryAt(recording, 5));
+  EXPECT_EQ(file.total, header.size() + start.size() + end.size() + summary.size() + 1024);
+  EXPECT_EQ(file.largest_piece, start.size());
 }
 
 }  // namespace
