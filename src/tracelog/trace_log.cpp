@@ -2,6 +2,7 @@
 // Writes logged software errors to standard error, one line each: "source: message".
 #include <cstdarg>
 #include <cstdio>
+#include <new>
 #include <string>
 
 #include "ipodcomm/TraceLog.h"
@@ -61,9 +62,12 @@ std::string ToUtf8(const std::wstring& text) { return ipodcomm::platform::WideTo
 void CKORVATrace::LogSoftwareError(const wchar_t* source, const wchar_t* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
-  const std::wstring message = Format(format, arguments);
+  try {
+    const std::string line = ToUtf8(std::wstring(source != nullptr ? source : L"") + L": " +
+                                    Format(format, arguments) + L"\n");
+    std::fwrite(line.data(), 1, line.size(), stderr);  // whole, so that threads' lines do not mix
+  } catch (const std::bad_alloc&) {
+    std::fputs("a software error could not be written: no memory left\n", stderr);
+  }
   va_end(arguments);
-  const std::string line =
-      ToUtf8(std::wstring(source != nullptr ? source : L"") + L": " + message + L"\n");
-  std::fwrite(line.data(), 1, line.size(), stderr);  // whole, so that threads' lines do not mix
 }

@@ -6,6 +6,7 @@
 #include <mutex>
 
 #include "ipodcomm/TraceLog.h"
+#include "world/memory_shortage.h"
 
 namespace test {
 
@@ -31,6 +32,7 @@ std::vector<std::string> DrainTraceLog() {
 
 // The library logs numbers only, which every platform formats alike.
 void CKORVATrace::LogSoftwareError(const wchar_t* source, const wchar_t* format, ...) {
+  const ipodcomm::virtual_platform::EnoughMemory enough_memory;
   wchar_t message[256] = {};
   std::va_list arguments;
   va_start(arguments, format);

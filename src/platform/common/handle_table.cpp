@@ -22,15 +22,11 @@ HANDLE Encode(std::uint32_t index, std::uint32_t generation) {
 
 HANDLE HandleTable::Add(std::shared_ptr<Object> object) {
   const std::unique_lock lock(lock_);
-  std::uint32_t index = 0;
-  if (!free_.empty()) {
-    index = free_.front();
-    free_.pop_front();
-  } else if (entries_.size() < kMaxEntries) {
+  std::uint32_t index = PopFree();
+  if (index == kNone) {
+    if (entries_.size() == kMaxEntries) return nullptr;
     index = static_cast<std::uint32_t>(entries_.size());
     entries_.emplace_back();
-  } else {
-    return nullptr;
   }
   Entry& entry = entries_[index];
   ++entry.generation;
@@ -50,8 +46,21 @@ std::shared_ptr<Object> HandleTable::Remove(HANDLE handle) {
   const auto index =
       static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(handle) % kMaxEntries);
   Entry& entry = entries_[index];
-  if (entry.generation < kLastGeneration) free_.push_back(index);
+  if (entry.generation < kLastGeneration) PushFree(index);
   return std::exchange(entry.object, nullptr);
+}
+
+std::uint32_t HandleTable::PopFree() {
+  const std::uint32_t index = first_free_;
+  if (index == kNone) return kNone;
+  first_free_ = std::exchange(entries_[index].next_free, kNone);
+  if (first_free_ == kNone) last_free_ = kNone;
+  return index;
+}
+
+void HandleTable::PushFree(std::uint32_t index) {
+  (last_free_ == kNone ? first_free_ : entries_[last_free_].next_free) = index;
+  last_free_ = index;
 }
 
 const HandleTable::Entry* HandleTable::OpenEntry(HANDLE handle) const {

@@ -8,7 +8,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <shared_mutex>
 #include <vector>
@@ -36,7 +35,7 @@ class HandleTable {
   HandleTable& operator=(const HandleTable&) = delete;
 
   /// A fresh handle, never null and never INVALID_HANDLE_VALUE; its value fits in 31 bits. Null
-  /// when the table is full (65536 open objects).
+  /// when the table is full (65536 open objects); std::bad_alloc when memory is out.
   HANDLE Add(std::shared_ptr<Object> object);
 
   /// The open object, or null for any other handle.
@@ -55,13 +54,20 @@ class HandleTable {
   struct Entry {
     std::uint32_t generation = 0;
     std::shared_ptr<Object> object;
+    std::uint32_t next_free = kNone;
   };
+  static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
   const Entry* OpenEntry(HANDLE handle) const;
+  std::uint32_t PopFree();
+  void PushFree(std::uint32_t index);
 
   mutable std::shared_mutex lock_;
   std::vector<Entry> entries_;
-  std::deque<std::uint32_t> free_;  // the longest closed is used again first
+  // A chain through the entries, so that closing a handle needs no memory. The longest closed is
+  // used again first.
+  std::uint32_t first_free_ = kNone;
+  std::uint32_t last_free_ = kNone;
 };
 
 }  // namespace ipodcomm::platform

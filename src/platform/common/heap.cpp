@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The platform heap. It knows its blocks, so releasing anything else is refused, not a crash.
+#include "platform/common/out_of_memory.h"
 #include "platform/common/tracked_memory.h"
 #include "platform/services.h"
 
@@ -14,7 +15,9 @@ ipodcomm::platform::TrackedMemory& Heap() {
 }  // namespace
 
 HLOCAL LocalAlloc(UINT flags, std::size_t size) {
-  void* block = Heap().Allocate(size, (flags & LMEM_ZEROINIT) != 0);
+  void* const none = nullptr;
+  void* block = ipodcomm::platform::FailWithoutMemory(
+      none, [&] { return Heap().Allocate(size, (flags & LMEM_ZEROINIT) != 0); });
   if (block == nullptr) SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return block;
 }

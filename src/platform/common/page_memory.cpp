@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Zeroed blocks straight from the system.
+#include "platform/common/out_of_memory.h"
 #include "platform/common/tracked_memory.h"
 #include "platform/services.h"
 
@@ -18,7 +19,9 @@ void* VirtualAlloc(void* address, std::size_t size, DWORD type, DWORD protection
     SetLastError(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
-  void* block = Pages().Allocate(size, true);
+  void* const none = nullptr;
+  void* block =
+      ipodcomm::platform::FailWithoutMemory(none, [size] { return Pages().Allocate(size, true); });
   if (block == nullptr) SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return block;
 }

@@ -48,10 +48,10 @@ class PeFile {
            ReadSections(optional + optional_size, section_count);
   }
 
-  /// The resource tree's root in the file.
+  // The resource tree's root in the file.
   std::optional<std::uint64_t> Resources() const { return FileOffset(resource_address_); }
 
-  /// The place in the file of `address` in memory, unless the file has nothing there.
+  // The place in the file of `address` in memory, unless the file has nothing there.
   std::optional<std::uint64_t> FileOffset(std::uint32_t address) const {
     for (const Section& section : sections_) {
       if (address < section.address) continue;

@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <string_view>
 
+#include "platform/common/out_of_memory.h"
 #include "platform/common/wide_format.h"
 #include "platform/services.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 constexpr HRESULT kCut = 0x8007007A;
 constexpr HRESULT kInvalidParameter = 0x80070057;
+constexpr HRESULT kOutOfMemory = 0x8007000E;
 constexpr std::size_t kMaxCapacity = 0x7FFFFFFF;
 
 HRESULT CopyBounded(wchar_t* destination, std::size_t capacity, std::wstring_view text) {
@@ -31,7 +33,10 @@ HRESULT StringCchPrintfW(wchar_t* destination, std::size_t capacity, const wchar
   if (capacity == 0 || capacity > kMaxCapacity) return kInvalidParameter;
   std::va_list arguments;
   va_start(arguments, format);
-  const std::wstring text = ipodcomm::platform::FormatWide(format, arguments);
+  const HRESULT result = ipodcomm::platform::FailWithoutMemory(kOutOfMemory, [&] {
+    return CopyBounded(destination, capacity, ipodcomm::platform::FormatWide(format, arguments));
+  });
   va_end(arguments);
-  return CopyBounded(destination, capacity, text);
+  if (result == kOutOfMemory) *destination = 0;
+  return result;
 }

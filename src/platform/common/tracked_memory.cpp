@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <new>
 
 namespace ipodcomm::platform {
 
@@ -14,7 +15,12 @@ void* TrackedMemory::Allocate(std::size_t size, bool zeroed) {
   void* block = zeroed ? std::calloc(bytes, 1) : std::malloc(bytes);
   if (block == nullptr) return nullptr;
   const std::lock_guard lock(lock_);
-  blocks_.insert(block);
+  try {
+    blocks_.insert(block);
+  } catch (const std::bad_alloc&) {
+    std::free(block);
+    return nullptr;
+  }
   return block;
 }
 

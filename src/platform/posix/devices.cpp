@@ -2,6 +2,7 @@
 // The device manager. Drivers are the kernel's business here: activating one hands out a fresh
 // handle at once and touches no port, so that the library's restart of the serial driver goes
 // through its steps and closes nothing.
+#include "platform/common/out_of_memory.h"
 #include "platform/posix/objects.h"
 #include "platform/services.h"
 
@@ -20,7 +21,8 @@ HANDLE ActivateDevice(const wchar_t* driver, DWORD /*client_info*/) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
-  return NewHandle(std::make_shared<Driver>());
+  const HANDLE none = nullptr;
+  return FailWithoutMemory(none, [] { return NewHandle(std::make_shared<Driver>()); });
 }
 
 BOOL DeactivateDevice(HANDLE device) {

@@ -2,6 +2,7 @@
 // The handles of this process, and their closing.
 #include <utility>
 
+#include "platform/common/out_of_memory.h"
 #include "platform/posix/objects.h"
 #include "platform/services.h"
 
@@ -13,7 +14,9 @@ HandleTable& Handles() {
 }
 
 HANDLE NewHandle(std::shared_ptr<Object> object) {
-  const HANDLE handle = Handles().Add(std::move(object));
+  const HANDLE none = nullptr;
+  const HANDLE handle =
+      FailWithoutMemory(none, [&object] { return Handles().Add(std::move(object)); });
   if (handle == nullptr) SetLastError(ERROR_NOT_ENOUGH_MEMORY);
   return handle;
 }

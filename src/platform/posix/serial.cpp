@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The serial port services, over the port behind each handle.
+#include "platform/common/out_of_memory.h"
 #include "platform/posix/port.h"
 #include "platform/posix/port_name.h"
 #include "platform/services.h"
@@ -23,15 +24,17 @@ HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTR
                       security == nullptr && disposition == OPEN_EXISTING && flags == 0 &&
                       file_template == nullptr;
   DWORD code = usable ? ERROR_FILE_NOT_FOUND : ERROR_INVALID_PARAMETER;
-  std::shared_ptr<Port> port;
-  const auto device = DeviceOfPort(name);
-  if (usable && device) port = Port::Open(*device, &code);
-  if (port == nullptr) {
-    SetLastError(code);
-    return INVALID_HANDLE_VALUE;
-  }
-  const HANDLE handle = NewHandle(port);
-  return handle != nullptr ? handle : INVALID_HANDLE_VALUE;
+  return FailWithoutMemory(INVALID_HANDLE_VALUE, [&] {
+    std::shared_ptr<Port> port;
+    const auto device = DeviceOfPort(name);
+    if (usable && device) port = Port::Open(*device, &code);
+    if (port == nullptr) {
+      SetLastError(code);
+      return INVALID_HANDLE_VALUE;
+    }
+    const HANDLE handle = NewHandle(port);
+    return handle != nullptr ? handle : INVALID_HANDLE_VALUE;
+  });
 }
 
 BOOL GetCommState(HANDLE port, DCB* state) {

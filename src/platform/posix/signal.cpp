@@ -9,7 +9,7 @@ namespace ipodcomm::platform {
 class Signal::Enrolment {
  public:
   Enrolment(Signal& signal, Waiter& waiter) : signal_(signal), waiter_(waiter) {
-    signal_.waiters_.push_back(&waiter_);
+    signal_.Append(waiter_);
   }
   Enrolment(const Enrolment&) = delete;
   Enrolment& operator=(const Enrolment&) = delete;
@@ -17,7 +17,7 @@ class Signal::Enrolment {
 
   bool Withdraw() {
     const std::lock_guard lock(signal_.mutex_);
-    signal_.waiters_.remove(&waiter_);
+    signal_.Remove(waiter_);
     return waiter_.granted;
   }
 
@@ -28,14 +28,26 @@ class Signal::Enrolment {
 
 void Signal::Set() {
   const std::lock_guard lock(mutex_);
-  set_ = manual_ || waiters_.empty();
-  while (!waiters_.empty()) {
-    Waiter* const waiter = waiters_.front();
-    waiters_.pop_front();
+  set_ = manual_ || waiters_ == nullptr;
+  while (waiters_ != nullptr) {
+    Waiter* const waiter = waiters_;
+    waiters_ = waiter->next;
     waiter->granted = true;
     waiter->thread.Unpark();
     if (!manual_) break;
   }
+}
+
+void Signal::Append(Waiter& waiter) {
+  Waiter** end = &waiters_;
+  while (*end != nullptr) end = &(*end)->next;
+  *end = &waiter;
+}
+
+void Signal::Remove(const Waiter& waiter) {
+  Waiter** link = &waiters_;
+  while (*link != nullptr && *link != &waiter) link = &(*link)->next;
+  if (*link != nullptr) *link = waiter.next;
 }
 
 void Signal::Reset() {

@@ -2,7 +2,6 @@
 // The thing that is waited for: the signal of an event, or of a thread's end.
 #pragma once
 
-#include <list>
 #include <mutex>
 
 #include "platform/posix/thread_state.h"
@@ -22,17 +21,22 @@ class Signal {
   DWORD Wait(DWORD timeout_ms);
 
  private:
+  // A link of the chain of waiters; it lies on the waiting thread's stack.
   struct Waiter {
     ThreadState& thread;
     bool granted = false;
+    Waiter* next = nullptr;
   };
   // Withdraws a waiter however its wait ends; its answer tells whether the signal came.
   class Enrolment;
 
+  void Append(Waiter& waiter);
+  void Remove(const Waiter& waiter);
+
   const bool manual_;
   std::mutex mutex_;
   bool set_;
-  std::list<Waiter*> waiters_;
+  Waiter* waiters_ = nullptr;  // the one that has waited longest first
 };
 
 }  // namespace ipodcomm::platform

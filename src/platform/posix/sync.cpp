@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "platform/common/out_of_memory.h"
 #include "platform/posix/objects.h"
 #include "platform/posix/signal.h"
 #include "platform/posix/threads.h"
@@ -73,6 +74,10 @@ HandleTable& Locks() {
   return *locks;
 }
 
+// Made before anything can run out of memory: the lock of all sections for which there is none
+// left. They then wait for each other more than they need to, and still guard what they guard.
+const HANDLE shared_lock = Locks().Add(std::make_shared<Lock>());
+
 std::shared_ptr<Lock> FindLock(const CRITICAL_SECTION* section) {
   return Locks().FindAs<Lock>(section->impl);
 }
@@ -116,7 +121,8 @@ constexpr DWORD kAlreadyExists = 183;
 using namespace ipodcomm::platform;
 
 void InitializeCriticalSection(CRITICAL_SECTION* section) {
-  section->impl = Locks().Add(std::make_shared<Lock>());
+  section->impl =
+      FailWithoutMemory(shared_lock, [] { return Locks().Add(std::make_shared<Lock>()); });
 }
 
 void EnterCriticalSection(CRITICAL_SECTION* section) {
@@ -129,6 +135,7 @@ void LeaveCriticalSection(CRITICAL_SECTION* section) {
 }
 
 void DeleteCriticalSection(CRITICAL_SECTION* section) {
+  if (section->impl == shared_lock) return;
   // The section's own memory is left alone: another thread may be reading it just now.
   const auto lock = FindLock(section);
   if (lock != nullptr && !lock->Delete()) Locks().Remove(section->impl);
@@ -138,11 +145,14 @@ HANDLE CreateEventW(SECURITY_ATTRIBUTES* /*security*/, BOOL manual_reset, BOOL i
                     const wchar_t* name) {
   const bool manual = manual_reset != FALSE;
   const bool set = initially_set != FALSE;
-  if (name == nullptr || *name == 0) return NewHandle(std::make_shared<Event>(manual, set));
-  bool existed = false;
-  const HANDLE handle = NewHandle(Names().FindOrCreate(name, manual, set, &existed));
-  if (handle != nullptr) SetLastError(existed ? kAlreadyExists : ERROR_SUCCESS);
-  return handle;
+  const HANDLE none = nullptr;
+  return FailWithoutMemory(none, [&] {
+    if (name == nullptr || *name == 0) return NewHandle(std::make_shared<Event>(manual, set));
+    bool existed = false;
+    const HANDLE handle = NewHandle(Names().FindOrCreate(name, manual, set, &existed));
+    if (handle != nullptr) SetLastError(existed ? kAlreadyExists : ERROR_SUCCESS);
+    return handle;
+  });
 }
 
 BOOL EventModify(HANDLE event, DWORD action) {

@@ -9,11 +9,16 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <new>
+
 namespace ipodcomm::platform {
 namespace {
 
 // A plain pointer, so that it is still good while the process runs its last destructors.
 thread_local ThreadState* current = nullptr;
+// Where the state of a thread lies that somebody else started: the first call of a service must not
+// fail for want of memory.
+alignas(ThreadState) thread_local unsigned char own_state[sizeof(ThreadState)];
 
 DWORD NextId() {
   static std::atomic<DWORD> next{1};
@@ -21,9 +26,9 @@ DWORD NextId() {
 }
 
 // The state of a thread that somebody else started goes with the thread.
-void DeleteState(void* state) {
+void EndState(void* state) {
   current = nullptr;
-  delete static_cast<ThreadState*>(state);
+  static_cast<ThreadState*>(state)->~ThreadState();
 }
 
 // Blocks while `word` has `value`, until it is woken or until the deadline; then false. An open
@@ -45,7 +50,7 @@ bool BlockWhile(const std::atomic<std::uint32_t>& word, std::uint32_t value,
 
 pthread_key_t MakeKey() {
   pthread_key_t key;
-  pthread_key_create(&key, DeleteState);
+  pthread_key_create(&key, EndState);
   return key;
 }
 
@@ -88,7 +93,7 @@ void ThreadState::Raise(std::uint32_t flag) {
 ThreadState& CurrentThread() {
   if (current == nullptr) {
     static const pthread_key_t key = MakeKey();
-    current = new ThreadState;
+    current = new (own_state) ThreadState;
     pthread_setspecific(key, current);
   }
   return *current;

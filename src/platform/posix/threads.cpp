@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
+
+#include "platform/common/out_of_memory.h"
 
 namespace ipodcomm::platform {
 namespace {
@@ -18,7 +21,7 @@ void* RunThread(void* argument) {
   return nullptr;
 }
 
-bool StartDetached(const std::shared_ptr<Thread>& thread, std::size_t stack) {
+bool StartDetached(std::unique_ptr<std::shared_ptr<Thread>> thread, std::size_t stack) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
@@ -26,11 +29,10 @@ bool StartDetached(const std::shared_ptr<Thread>& thread, std::size_t stack) {
     pthread_attr_setstacksize(&attributes,
                               std::max(stack, static_cast<std::size_t>(PTHREAD_STACK_MIN)));
   }
-  auto argument = std::make_unique<std::shared_ptr<Thread>>(thread);
   pthread_t unused;
-  const bool started = pthread_create(&unused, &attributes, RunThread, argument.get()) == 0;
+  const bool started = pthread_create(&unused, &attributes, RunThread, thread.get()) == 0;
   pthread_attr_destroy(&attributes);
-  if (started) static_cast<void>(argument.release());  // the thread has taken it over
+  if (started) static_cast<void>(thread.release());  // the thread has taken it over
   return started;
 }
 
@@ -58,14 +60,18 @@ HANDLE CreateThread(SECURITY_ATTRIBUTES* /*security*/, std::size_t stack,
     SetLastError(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
-  const auto thread = std::make_shared<Thread>(routine, argument);
-  const HANDLE handle = NewHandle(thread);
-  if (handle == nullptr) return nullptr;
-  if (id != nullptr) *id = thread->state().id();
-  if (StartDetached(thread, stack)) return handle;
-  Handles().Remove(handle);
-  SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-  return nullptr;
+  const HANDLE none = nullptr;
+  return FailWithoutMemory(none, [&]() -> HANDLE {
+    const auto thread = std::make_shared<Thread>(routine, argument);
+    auto start = std::make_unique<std::shared_ptr<Thread>>(thread);
+    const HANDLE handle = NewHandle(thread);
+    if (handle == nullptr) return nullptr;
+    if (id != nullptr) *id = thread->state().id();
+    if (StartDetached(std::move(start), stack)) return handle;
+    Handles().Remove(handle);
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+  });
 }
 
 BOOL TerminateThread(HANDLE thread, DWORD exit_code) {

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <string>
 
+#include "platform/common/out_of_memory.h"
 #include "platform/common/pe_file.h"
 #include "platform/common/utf8.h"
 #include "platform/common/version_block.h"
@@ -75,11 +76,13 @@ std::vector<std::uint8_t> Load(const wchar_t* file) {
 
 DWORD GetFileVersionInfoSizeW(const wchar_t* file, DWORD* handle) {
   if (handle != nullptr) *handle = 0;
-  return ipodcomm::platform::Load(file).size();
+  return ipodcomm::platform::FailWithoutMemory(
+      DWORD{0}, [file] { return static_cast<DWORD>(ipodcomm::platform::Load(file).size()); });
 }
 
 BOOL GetFileVersionInfoW(const wchar_t* file, DWORD /*handle*/, DWORD size, void* data) {
-  const auto block = ipodcomm::platform::Load(file);
+  const auto block = ipodcomm::platform::FailWithoutMemory(
+      std::vector<std::uint8_t>(), [file] { return ipodcomm::platform::Load(file); });
   if (block.empty()) return FALSE;
   if (data == nullptr || size < block.size()) {
     SetLastError(data == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INSUFFICIENT_BUFFER);

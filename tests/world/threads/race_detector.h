@@ -9,9 +9,12 @@
 
 #include <cstddef>
 
+#include "world/memory_shortage.h"
+
 namespace ipodcomm::virtual_platform {
 
-/// While one exists, the detector ignores what the thread does. They nest.
+/// While one exists, the detector ignores what the thread does, and a MemoryShortage does not
+/// concern it. They nest.
 class Unwatched {
  public:
   Unwatched();
@@ -19,6 +22,9 @@ class Unwatched {
   ~Unwatched();  // NOLINT(performance-trivially-destructible)
   Unwatched(const Unwatched&) = delete;
   Unwatched& operator=(const Unwatched&) = delete;
+
+ private:
+  const EnoughMemory enough_memory_;
 };
 
 /// All that the thread did so far comes before what follows an Acquired of the same object.
