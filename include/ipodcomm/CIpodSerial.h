@@ -4,7 +4,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 
 #include "ipodcomm/IpodTypes.h"
@@ -19,8 +19,19 @@
 /// frames and queues those whose checksum holds.
 ///
 /// A CIpodComm holds one and uses it for all traffic; a host needs it alone only for raw access.
+///
+/// Open, Close, copying and destruction are for one thread at a time. WritePacket, ReadPacket and
+/// GetNextPacket may run on several threads at once.
+///
 /// A copy shares its source's handles and starts no thread; whichever of the two is closed or
-/// destroyed first leaves the other with stale handles, whose use fails with code 6.
+/// destroyed first leaves the other with stale handles. On Linux their use fails with code 6.
+/// Windows uses handle values again: there a stale one may by then stand for something else that
+/// the process has opened, and closing or destroying the second of the two closes that. A host that
+/// copies there destroys neither before both are out of use and nothing else opens handles.
+///
+/// Nothing is thrown, also when memory is out: an object made then opens without a read thread
+/// only, a copy made then has none of the received packets, and a packet that cannot be stored is
+/// dropped. The last two are logged.
 class IPODCOMM_API CIpodSerial {
  public:
   CIpodSerial();
@@ -30,15 +41,18 @@ class IPODCOMM_API CIpodSerial {
   ~CIpodSerial();
 
   /// Opens and configures "COM2:" (57600 baud, 8 data bits, no parity, the platform's code for one
-  /// and a half stop bits, no flow control), closing it first if it is open. An earlier read thread
-  /// can read no more when this returns.
+  /// and a half stop bits, no flow control), closing it first if it is open. On Linux "COM2:" is
+  /// the device that the environment variable IPODCOMM_COM2 names, else /dev/ttyS1.
+  ///
+  /// An earlier read thread can read no more when this returns. One that is still in its loop is
+  /// ended by TerminateThread (exit code 0xFFFFFFFF), always asleep and holding no lock.
   /// @param start_read_thread whether received bytes are to be assembled and queued
   /// @return 0, or the system's error code, logged; the port then does not count as open.
   /// Blocks for the driver only, and a few milliseconds while an earlier thread lets go.
   long Open(bool start_read_thread);
 
-  /// Closes the port. The read thread notices within 60 ms, empties the queue, restarts the
-  /// serial driver (about one second) and ends; this does not wait for it.
+  /// Closes the port. The read thread notices after its next pause (50 ms at most), empties the
+  /// queue, restarts the serial driver (about one second) and ends; this does not wait for it.
   void Close();
 
   /// Sends one frame: the first byte alone, 20 ms of silence, then the rest. Any thread.
@@ -101,7 +115,7 @@ class IPODCOMM_API CIpodSerial {
   void ClosePort();
   static long FailOpen(const wchar_t* message);
 
-  // Read thread (read_thread.cpp)
+  // Read thread (read_thread.cpp, and driver_restart.cpp for its end)
   bool BeginReading();
   unsigned long ReadTurn();
   bool KeepReading();
@@ -110,8 +124,9 @@ class IPODCOMM_API CIpodSerial {
 
   // Packet queue (received_packets.cpp)
   void QueueAssembledFrame();
-  bool TakePacket(tagSERIAL_PACKET* packet);
-  std::deque<tagSERIAL_PACKET> CopyOfQueue() const;
+  bool StoreStaged();
+  bool PopPacket(tagSERIAL_PACKET* packet);
+  std::list<tagSERIAL_PACKET> CopyOfQueue() const;
 
   ipodcomm::Shared<HANDLE> port_ = INVALID_HANDLE_VALUE;
   HANDLE read_thread_ = INVALID_HANDLE_VALUE;
@@ -119,9 +134,9 @@ class IPODCOMM_API CIpodSerial {
   ipodcomm::Shared<std::int32_t> running_ = 0;         // the port is meant to be open
   ipodcomm::Shared<std::int32_t> thread_running_ = 0;  // the read thread is inside its loop
   ipodcomm::FrameAssembler assembler_;                 // used by the read thread only
-  std::deque<tagSERIAL_PACKET> received_;
-  tagSERIAL_PACKET staging_ = {};      // a finished frame on its way into the queue
-  mutable ipodcomm::Lock state_lock_;  // guards the two flags and the queue
+  std::list<tagSERIAL_PACKET> received_;               // needs no memory while it is empty
+  tagSERIAL_PACKET staging_ = {};                      // a finished frame on its way into the queue
+  mutable ipodcomm::Lock state_lock_;                  // guards the two flags and the queue
   ipodcomm::Shared<HANDLE> driver_ = INVALID_HANDLE_VALUE;  // as ActivateDevice returned it
   ipodcomm::Lock port_lock_;  // held around every read of the thread and every packet written
   std::uint32_t status_ = 0;

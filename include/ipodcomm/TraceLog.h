@@ -17,6 +17,6 @@ class TRACELOG_API CKORVATrace {
   /// Reports a failure that matters to the product.
   /// @param source full name of the reporting function, such as L"CIpodSerial::Open"
   /// @param format printf-style text after the Windows rules (`%s` takes wide text), with its
-  /// arguments May be called from any thread, the library's own included.
+  /// arguments. May be called from any thread, the library's own included.
   static void LogSoftwareError(const wchar_t* source, const wchar_t* format, ...);
 };

@@ -2,6 +2,8 @@
 // How a thread ends: by itself, or ended by another, never both.
 #include "ipodcomm/detail/Departure.h"
 
+#include <new>
+
 #include "platform/services.h"
 
 namespace ipodcomm {
@@ -10,6 +12,14 @@ namespace {
 // A claim lasts a few milliseconds, and a thread that is ended here must be in a sleep.
 constexpr DWORD kLookAgainMs = 1;
 }  // namespace
+
+std::shared_ptr<Departure> Departure::Make() {
+  try {
+    return std::make_shared<Departure>();
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 
 void Departure::Leave() {
   State expected = State::kStaying;

@@ -22,8 +22,8 @@ void FrameAssembler::StartOver() {
   state_ = State::kHuntSync;
 }
 
-/// A large frame of length 0 has no end of its own: it goes on up to the size limit, as one that
-/// is too long does.
+// A large frame of length 0 has no end of its own: it goes on up to the size limit, as one that
+// is too long does.
 void FrameAssembler::BeginBody(std::uint32_t length) {
   body_end_ = length != 0 ? std::min(index_ + length, kSizeLimit) : kSizeLimit;
   state_ = State::kBody;
@@ -34,7 +34,7 @@ void FrameAssembler::EndBody() {
   state_ = State::kChecksum;
 }
 
-/// The bytes from the length byte through the checksum sum to 0.
+// The bytes from the length byte through the checksum sum to 0.
 bool FrameAssembler::ChecksumHolds() const {
   std::uint8_t sum = 0;
   for (std::uint32_t i = length_index_; i < index_; ++i) {
@@ -57,7 +57,7 @@ bool FrameAssembler::Step(std::uint8_t byte) {
     case State::kStart:
       // Another byte than 55 empties the buffer but leaves the state: a 55 that follows is then
       // stored at position 0, and the frame is queued without its sync byte, one byte shorter.
-      // Prescribed so; hosts and iPods in the field depend on it.
+      // A frame that follows a lone FF gets through only so, and hosts in the field rely on it.
       if (byte == kStartByte) {
         state_ = State::kLength;
         length_index_ = index_;

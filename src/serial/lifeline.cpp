@@ -2,6 +2,8 @@
 // How an object and the threads that it started let go of each other.
 #include "ipodcomm/detail/Lifeline.h"
 
+#include <new>
+
 #include "platform/services.h"
 
 namespace ipodcomm {
@@ -36,8 +38,8 @@ bool Lifeline::Inherit(unsigned* generation) {
 
 bool Lifeline::Enter() {
   for (;;) {
-    // Counted in before looking, as Close, Hold and Dismiss say their word before counting: one of
-    // the two always sees the other.
+    // A thread counts itself in and then looks; Close, Hold and Dismiss raise their mark and then
+    // look at the count. So one of the two always sees the other.
     ++inside_;
     if (!gone_ && holds_ == 0) return true;
     --inside_;
@@ -76,6 +78,16 @@ void Lifeline::End() {
 
 void Lifeline::AwaitEmpty() const {
   while (inside_ != 0) Sleep(kLookAgainMs);
+}
+
+std::shared_ptr<Lifeline> OwnLifeline::Make() {
+  try {
+    return std::make_shared<Lifeline>();
+  } catch (const std::bad_alloc&) {
+    static Lifeline closed;
+    closed.Close();
+    return {std::shared_ptr<Lifeline>(), &closed};  // owned by nobody
+  }
 }
 
 }  // namespace ipodcomm

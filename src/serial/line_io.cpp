@@ -45,7 +45,7 @@ bool CIpodSerial::WriteRawPacket(unsigned char* data, unsigned long length) {
   if (!written) PrintWriteError();
   Sleep(kRawPauseMs);
   for (unsigned long i = 1; written && i < length; ++i) written = WriteBytes(port_, data + i, 1);
-  // A failed first byte is told twice. Prescribed so.
+  // A failed first byte gives the line twice; readers of the debug output in the field expect it.
   if (!written) PrintWriteError();
   return written;
 }

@@ -47,7 +47,7 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
   running_ = other.running_;
   thread_running_ = other.thread_running_;
   assembler_ = other.assembler_;
-  std::deque<tagSERIAL_PACKET> received = other.CopyOfQueue();
+  std::list<tagSERIAL_PACKET> received = other.CopyOfQueue();
   {
     // A session's routing thread may be looking.
     const LockScope lock(state_lock_);
@@ -78,7 +78,8 @@ long CIpodSerial::Open(bool start_read_thread) {
   Close();
   DismissReadThread();
   ClosePort();
-  // A leave without an enter: prescribed so, and the lock does nothing on it.
+  // A leave without an enter. It does nothing unless this very thread still holds the lock, which
+  // is free afterwards; hosts that open again to recover rely on that.
   state_lock_.Leave();
 
   port_ =
@@ -136,7 +137,12 @@ void CIpodSerial::DismissReadThread() {
 }
 
 bool CIpodSerial::StartReadThread() {
-  departure_ = std::make_shared<ipodcomm::Departure>();
+  departure_ = ipodcomm::Departure::Make();
+  if (departure_ == nullptr || lifeline_->gone()) {
+    departure_.reset();
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return false;
+  }
   lifeline_->Begin();
   const HANDLE thread = CreateThread(nullptr, 0, PortReadThread, this, 0, nullptr);
   if (thread == nullptr) {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// CIpodSerial: the port read thread and the serial-driver restart at its end.
+// CIpodSerial: the port read thread. The restart of the driver at its end is in driver_restart.cpp.
 #include "ipodcomm/CIpodSerial.h"
 #include "platform/services.h"
-#include "serial/driver_registry.h"
 
 using ipodcomm::Departure;
 using ipodcomm::LockScope;
@@ -12,8 +11,6 @@ namespace {
 // One byte at a time with a pause after each: deliberate, though it limits the read rate.
 constexpr DWORD kTurnPauseMs = 2;
 constexpr DWORD kFailedReadPauseMs = 50;
-constexpr DWORD kDriverRestartMs = 1000;
-constexpr DWORD kSerialDeviceClass = 18;
 constexpr DWORD kExitCode = 1;
 
 }  // namespace
@@ -65,7 +62,7 @@ bool CIpodSerial::BeginReading() {
   return running && port_ != INVALID_HANDLE_VALUE;
 }
 
-/// Reads at most one byte. Returns the pause that follows, in milliseconds.
+// Reads at most one byte. Returns the pause that follows, in milliseconds.
 unsigned long CIpodSerial::ReadTurn() {
   unsigned char byte = 0;
   DWORD read = 0;
@@ -93,21 +90,4 @@ void CIpodSerial::EndReading() {
   const LockScope lock(state_lock_);
   received_.clear();
   thread_running_ = 0;
-}
-
-/// Unloads and reloads the driver of "COM2:", which every end of the thread does, whatever the
-/// reason. `serial` may be gone by now, or go meanwhile: it is touched inside `lifeline` only.
-void CIpodSerial::RestartDriver(CIpodSerial* serial, Lifeline& lifeline, HANDLE driver) {
-  const auto keep_driver = [serial, &lifeline](HANDLE handle) {
-    if (!lifeline.Enter()) return;
-    serial->driver_ = handle;
-    lifeline.Leave();
-  };
-  if (driver == INVALID_HANDLE_VALUE) {
-    driver = ipodcomm::ActiveSerialDriver();
-    keep_driver(driver);
-  }
-  if (driver != INVALID_HANDLE_VALUE) DeactivateDevice(driver);
-  Sleep(kDriverRestartMs);
-  keep_driver(ActivateDevice(L"Drivers\\Builtin\\Serial2", kSerialDeviceClass));
 }

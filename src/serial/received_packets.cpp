@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // CIpodSerial: the queue of received packets, from the assembler to its consumers.
 #include <cstring>
+#include <new>
 
 #include "ipodcomm/CIpodSerial.h"
+#include "ipodcomm/TraceLog.h"
 #include "platform/services.h"
 #include "serial/event_wait.h"
 
@@ -20,15 +22,27 @@ constexpr long kGeneralFailure = static_cast<long>(0x80004005UL);
 void CIpodSerial::QueueAssembledFrame() {
   staging_.length = assembler_.length();
   std::memcpy(staging_.data, assembler_.data(), staging_.length);
-  {
-    const LockScope lock(state_lock_);
-    received_.push_back(staging_);
+  if (StoreStaged()) {
+    EventModify(packet_event_, EVENT_SET);
+  } else {
+    CKORVATrace::LogSoftwareError(L"CIpodSerial::PortReadThread",
+                                  L"Error storing received packet: no memory left");
   }
-  EventModify(packet_event_, EVENT_SET);
 }
 
-/// Takes the front packet; the caller holds the state lock.
-bool CIpodSerial::TakePacket(tagSERIAL_PACKET* packet) {
+// False, and the packet is dropped, when memory is out.
+bool CIpodSerial::StoreStaged() {
+  try {
+    const LockScope lock(state_lock_);
+    received_.push_back(staging_);
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+// Copies and removes the front packet; the caller holds the state lock.
+bool CIpodSerial::PopPacket(tagSERIAL_PACKET* packet) {
   if (received_.empty()) return false;
   const tagSERIAL_PACKET& front = received_.front();
   std::memcpy(packet->data, front.data, front.length);
@@ -40,7 +54,7 @@ bool CIpodSerial::TakePacket(tagSERIAL_PACKET* packet) {
 bool CIpodSerial::GetNextPacket(tagSERIAL_PACKET* packet, unsigned long timeout_ms) {
   {
     const LockScope lock(state_lock_);
-    if (TakePacket(packet)) {
+    if (PopPacket(packet)) {
       // The signal of a packet taken without waiting must not wake the next wait for nothing.
       EventModify(packet_event_, EVENT_RESET);
       return true;
@@ -48,7 +62,7 @@ bool CIpodSerial::GetNextPacket(tagSERIAL_PACKET* packet, unsigned long timeout_
   }
   if (!ipodcomm::WaitForEvent(packet_event_, timeout_ms)) return false;
   const LockScope lock(state_lock_);
-  return TakePacket(packet);
+  return PopPacket(packet);
 }
 
 long CIpodSerial::ReadPacket(unsigned char* buffer, unsigned long size, unsigned long* length,
@@ -66,10 +80,10 @@ long CIpodSerial::ReadPacket(unsigned char* buffer, unsigned long size, unsigned
   tagSERIAL_PACKET packet = {};
   {
     const LockScope lock(state_lock_);
-    if (!TakePacket(&packet)) return kGeneralFailure;
+    if (!PopPacket(&packet)) return kGeneralFailure;
   }
   // A buffer exactly as long as the packet is too small, and the packet is lost. The type is that
-  // of the frame assembled last, not of this packet. Prescribed so; hosts depend on both.
+  // of the frame assembled last, not of this packet. Hosts in the field are written around both.
   if (packet.length >= size) return kGeneralFailure;
   std::memcpy(buffer, packet.data, packet.length);
   *length = packet.length;
@@ -77,7 +91,14 @@ long CIpodSerial::ReadPacket(unsigned char* buffer, unsigned long size, unsigned
   return ERROR_SUCCESS;
 }
 
-std::deque<tagSERIAL_PACKET> CIpodSerial::CopyOfQueue() const {
-  const LockScope lock(state_lock_);
-  return received_;
+// Empty, and logged, when memory is out.
+std::list<tagSERIAL_PACKET> CIpodSerial::CopyOfQueue() const {
+  try {
+    const LockScope lock(state_lock_);
+    return received_;
+  } catch (const std::bad_alloc&) {
+    CKORVATrace::LogSoftwareError(L"CIpodSerial::CIpodSerial",
+                                  L"Error copying received packets: no memory left");
+    return {};
+  }
 }

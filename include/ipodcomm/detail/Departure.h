@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 
 namespace ipodcomm {
 
@@ -17,6 +18,9 @@ namespace ipodcomm {
 ///   another:  Claim  TerminateThread, or Release where that failed or is not due
 class Departure {
  public:
+  /// Null when memory is out.
+  static std::shared_ptr<Departure> Make();
+
   /// The thread's last step before it returns, taken with no lock held. Blocks while it is claimed.
   void Leave();
 

@@ -73,9 +73,10 @@ class LifelineHold {
 };
 
 /// An object's own lifeline. A copy of the object gets a new one, because the threads are not its.
+/// Where memory is out it is one that is closed from the start: no thread enters it.
 class OwnLifeline {
  public:
-  OwnLifeline() : line_(std::make_shared<Lifeline>()) {}
+  OwnLifeline() : line_(Make()) {}
   OwnLifeline(const OwnLifeline& /*other*/) : OwnLifeline() {}
   // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assigns nothing
   OwnLifeline& operator=(const OwnLifeline& /*other*/) { return *this; }
@@ -86,6 +87,8 @@ class OwnLifeline {
   Lifeline* operator->() const { return line_.get(); }
 
  private:
+  static std::shared_ptr<Lifeline> Make();
+
   std::shared_ptr<Lifeline> line_;
 };
 
