@@ -21,7 +21,7 @@ int Fail(const CommandFailure& failure) {
   return failure.status();
 }
 
-/// Takes the simulated iPod out of the dock and reports what it has to complain about.
+// Takes the simulated iPod out of the dock and reports the protocol mistakes that it saw.
 int ReportMistakes(const Context& context) {
   const std::vector<std::string> mistakes = context.dock.Undock();
   for (const std::string& mistake : mistakes) {

@@ -25,7 +25,7 @@ struct Command {
   bool needs_remote_ui;
 };
 
-/// A command that makes its session itself, or none.
+// A command that makes its session itself, or none.
 struct OwnSessionCommand {
   const char* name;
   void (*run)(const Context& context);

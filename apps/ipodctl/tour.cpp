@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Takes a docked iPod through everything, and fails where it does not follow.
+// Performs the steps, and fails at the first that has not the expected effect.
 #include "tour.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ constexpr unsigned char kPlay = 10;
 constexpr unsigned char kNextTrack = 3;
 constexpr unsigned char kPlaying = 1;
 constexpr unsigned char kPaused = 2;
-constexpr unsigned long kMostNames = 24;  // read of each list; the line takes some 30 a second
+constexpr unsigned long kMostNames = 24;  // read of each list; the line transfers some 30 a second
 constexpr std::size_t kShownNames = 5;
 constexpr unsigned kFollowMs = 5000;
 constexpr unsigned kPlainLineEverySeconds = 1;
@@ -108,7 +108,7 @@ void Tour::ShowDevice(Session& session) {
                   {"lingoes", lingoes}});
 }
 
-// From the artists down to a track list that has at least two tracks, to have something to skip to.
+// From the artists down to a list of at least two tracks, so that there is one to skip to.
 void Tour::Browse(MediaLibrary& library, LibraryWalk& walk) {
   Step("Browse: artists");
   walk.EnterTop(kArtists);

@@ -9,7 +9,7 @@
 
 namespace ipodctl {
 
-/// Words that a command takes besides its options.
+/// Words that a command accepts besides its options.
 using CommandWords = std::map<std::string, std::vector<std::string>>;
 
 /// A script for bash to source.

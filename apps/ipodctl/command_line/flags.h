@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What each command takes; a file for each subject.
+// The commands and their flags; a file for each subject.
 #pragma once
 
 #include "command_line/parser.h"

@@ -20,7 +20,7 @@ class HelpFormatter : public CLI::Formatter {
     return usage == usages_.end() ? "" : "\nUsage: " + usage->second + "\n";
   }
 
-  // The options' own texts say what they take; the parser's type names say less.
+  // The options' own texts say what their values are; the parser's type names say less.
   std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
     const std::string name = CLI::Formatter::make_option_name(option, is_positional);
     return name.substr(0, name.find('{'));

@@ -51,7 +51,7 @@ void CheckLegacy(CommandLineParser& parser) {
                        LegacyCommandNames()};
   }
   if (!options.idps) Refuse("--no-idps", "it never identifies by tokens");
-  // A workout's document names a model all the same.
+  // The document of a workout names a model, whichever interface writes it.
   if (!options.model.empty() && options.command != "workout") {
     Refuse("--model", "it introduces itself by a name of its own");
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The parser of the command line, to which each group of commands adds its own.
+// The parser of the command line, to which each subject adds its commands.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -15,7 +15,7 @@
 
 namespace ipodctl {
 
-/// A complaint about the arguments that the parser itself does not have.
+/// Wrong arguments that the parser itself accepts.
 struct UsageProblem {
   std::string sentence;
 };
@@ -35,7 +35,7 @@ class CommandLineParser {
   CLI::App* AddCommand(const char* name, const char* group, const char* description,
                        const std::string& usage, const char* footer);
   void SetUsage(const CLI::App* command, std::string usage);
-  /// Words that a command takes besides its options, for completion.
+  /// Words that a command accepts besides its options, for completion.
   void AddWords(const std::string& command, const std::vector<std::string>& words);
   /// Runs `check` once everything is parsed; it may throw a UsageProblem.
   void AddCheck(std::function<void()> check) { checks_.push_back(std::move(check)); }

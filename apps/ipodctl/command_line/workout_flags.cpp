@@ -32,7 +32,7 @@ constexpr const char* kWorkoutFooter =
     "  ipodctl workout --from ride.csv --equipment bike --weight 68.5\n"
     "  ipodctl --simulated --storage files workout --duration 10:00 --speed 60";
 
-/// One part of "1:02:03". Nothing unless it is all digits.
+// One part of "1:02:03". Nothing unless it is all digits.
 std::optional<int> ClockPart(const std::string& text) {
   int number = 0;
   const char* const end = text.data() + text.size();
@@ -41,7 +41,7 @@ std::optional<int> ClockPart(const std::string& text) {
   return number;
 }
 
-/// Seconds of "90", "1:30" or "1:02:03".
+// Seconds of "90", "1:30" or "1:02:03".
 std::optional<int> DurationOf(const std::string& text) {
   int seconds = 0;
   const std::vector<std::string> parts = CLI::detail::split(text, ':');
@@ -56,7 +56,7 @@ std::optional<int> DurationOf(const std::string& text) {
   return seconds == 0 ? std::nullopt : std::optional<int>(seconds);
 }
 
-void TakeDuration(const std::string& text, WorkoutOptions* workout) {
+void ParseDuration(const std::string& text, WorkoutOptions* workout) {
   const std::optional<int> seconds = DurationOf(text);
   if (!seconds) {
     throw UsageProblem{"'" + text + "' is not a duration of up to a day (90, 1:30 or 1:02:03 are)"};
@@ -64,7 +64,7 @@ void TakeDuration(const std::string& text, WorkoutOptions* workout) {
   workout->duration_s = *seconds;
 }
 
-// The parser's own ranges take what is no number for a number inside.
+// The parser's own ranges accept NaN.
 void CheckNumbers(const WorkoutOptions& workout) {
   if (std::isnan(workout.speed)) throw UsageProblem{"--speed is not a number"};
   if (std::isnan(workout.weight_kg)) throw UsageProblem{"--weight is not a number"};
@@ -92,7 +92,7 @@ void AddWorkoutCommand(CommandLineParser& parser) {
   CLI::Option* duration =
       command
           ->add_option_function<std::string>(
-              "--duration", [&workout](const std::string& text) { TakeDuration(text, &workout); },
+              "--duration", [&workout](const std::string& text) { ParseDuration(text, &workout); },
               "How long, in seconds or as a clock shows it (10:00)")
           ->option_text("TIME");
   command->add_option("--interval", workout.interval_s, "Seconds between intervals (5)")

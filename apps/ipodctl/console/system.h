@@ -30,8 +30,8 @@ constexpr long kUnknownReason = -1;
 /// that starts with "cannot open DEVICE: ".
 std::string WhyNotOpened(const std::string& device, long code);
 
-/// Takes standard output over: the program writes to stream(), and whatever else writes to standard
-/// output (the library's trace lines) is dropped or, on request, sent to standard error.
+/// Redirects standard output: the program writes to stream(), and what anything else writes to
+/// standard output (the library's trace lines) is dropped or, on request, sent to standard error.
 class StdoutGuard {
  public:
   enum class Others { kDropped, kToStandardError };
@@ -48,8 +48,8 @@ class StdoutGuard {
 };
 
 /// The same memory at two addresses: what is written to one can be watched at the other while the
-/// writer, who knows of no lock, is at work. Whoever watches may see a part of what is being
-/// written and should look twice.
+/// writer, which knows of no lock, is at work. A reader may see a text half written and should look
+/// twice.
 class WatchedMemory {
  public:
   /// Zeroed. Throws std::bad_alloc when the system has none.

@@ -33,9 +33,9 @@ void Append(std::uint32_t point, std::string* utf8) {
   }
 }
 
-// The character that starts at `*i`, which is moved behind it. Overlong forms, surrogates and bytes
+// The character that starts at `*i`, which moves to the next. Overlong forms, surrogates and bytes
 // that begin nothing are replaced, a byte at a time.
-std::uint32_t TakePoint(const std::string& utf8, std::size_t* i) {
+std::uint32_t ReadPoint(const std::string& utf8, std::size_t* i) {
   const auto byte = [&utf8](std::size_t at) {
     return at < utf8.size() ? static_cast<unsigned char>(utf8[at]) : 0U;
   };
@@ -85,7 +85,7 @@ std::wstring Wide(const std::string& utf8) {
   std::wstring wide;
   std::size_t i = 0;
   while (i < utf8.size()) {
-    const std::uint32_t point = TakePoint(utf8, &i);
+    const std::uint32_t point = ReadPoint(utf8, &i);
     // Two units where wide characters have 16 bits.
     if (sizeof(wchar_t) == 2 && point > 0xFFFF) {
       wide.push_back(static_cast<wchar_t>(0xD800 + ((point - 0x10000) >> 10)));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The program's own trace log: what the library logs is shown to whoever asks for --verbose. To
-// everybody else the sentence with which a command fails says the same, and what to do about it.
+// The program's own trace log: what the library logs is shown with --verbose. Without it the
+// sentence with which a command fails says the same, and what to do about it.
 #include <cstdarg>
 #include <cwchar>
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program tells on standard error about its doings when asked to be verbose.
+// Notes on standard error about what the program does, for --verbose.
 #pragma once
 
 #include <string>

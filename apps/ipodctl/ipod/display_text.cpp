@@ -30,7 +30,7 @@ void LiveText::Watch() {
   std::wstring shown;
   std::wstring seen;
   while (!ending_) {
-    // A text half written is not the same at the next look.
+    // A text that is still being written differs at the next look.
     const std::wstring now = Look();
     if (now == seen && now != shown) {
       shown = now;

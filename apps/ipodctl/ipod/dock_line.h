@@ -19,7 +19,7 @@ class DockLine {
 
   const std::string& device() const { return device_; }
   bool simulated() const { return simulated_ != nullptr; }
-  /// Of a simulated iPod; see there.
+  /// Of the simulated iPod; see SimulatedIpod.
   std::string NewestFile() const { return simulated_ ? simulated_->NewestFile() : std::string(); }
   /// Takes a simulated iPod out of the dock. @return the protocol mistakes that it saw
   std::vector<std::string> Undock();

@@ -110,7 +110,7 @@ void RunLegacyInfo(const Context& context, LegacySession& session) {
   session.Require(docked.getipodmodelname(model.buffer()) != 0, "tell its model");
   session.Require(docked.getipodmodelnum(number.buffer()) != 0, "tell its model number");
   session.Require(docked.getipodserailnum(serial.buffer()) != 0, "tell its serial number");
-  // The result says no for versions 0.x; the text is there all the same.
+  // The result is 0 for versions 0.x, although the text is there.
   docked.getipodsoftwareversion(software.buffer(), DisplayText::kCapacity);
   session.Require(!software.text().empty(), "tell its software version");
   session.Require(docked.getipodlingoversion(general.buffer(), 0) != 0, "tell a lingo version");

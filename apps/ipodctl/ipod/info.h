@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// ipodctl info: who is in the dock, through either interface.
+// ipodctl info: what is in the dock, through either interface.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace ipodctl {
 struct LingoVersion {
   const char* name;
   unsigned char lingo;
-  std::optional<tagIPOD_VERSION> version;  // none: the iPod does not speak it
+  std::optional<tagIPOD_VERSION> version;  // none: the iPod does not support it
 };
 
 struct DeviceInfo {
@@ -26,7 +26,7 @@ struct DeviceInfo {
   tagIPOD_COLOR color = IPOD_COLOR_NONE;
   std::string identified_by;
   bool sports = false;
-  std::optional<unsigned> max_payload;  // bytes; none: the iPod does not tell
+  std::optional<unsigned> max_payload;  // bytes; none: the iPod does not report it
   std::vector<LingoVersion> lingoes;
 };
 
@@ -36,7 +36,7 @@ DeviceInfo ReadDeviceInfo(Session& session);
 std::string VersionText(const tagIPOD_VERSION& version);
 
 void RunInfo(const Context& context, Session& session);
-/// In the legacy interface's own words.
+/// Shows the legacy interface's display texts.
 void RunLegacyInfo(const Context& context, LegacySession& session);
 
 }  // namespace ipodctl

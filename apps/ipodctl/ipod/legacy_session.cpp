@@ -27,8 +27,8 @@ void LegacySession::Identify() {
   StatusLine status;
   status.Show("Identifying the iPod ...");
   Note("identifying through the legacy interface");
-  // Nobody reads the acknowledgements of the identification itself: whoever answers the question
-  // after them is there.
+  // The acknowledgements of the identification itself are not read; an iPod that answers the
+  // request after them is there.
   const bool announced = ipod_.command_identifydevicelingos(kLowPower) != 0;
   StopIfInterrupted();
   if (!announced || !Answers()) dock_.FailToFindIpod();
@@ -62,7 +62,7 @@ bool LegacySession::AcceptsWorkouts() {
   return ipod_.issports(&supported, &extra) != 0 && supported != 0;
 }
 
-// Any iPod has a name. Waiting for it passes over whatever else was said before.
+// Any iPod has a name. Waiting for it drops the packets that came before.
 bool Answers(ipod& docked) {
   DisplayText name;
   return docked.getipodname(name.buffer()) != 0;

@@ -19,7 +19,7 @@ class LegacySession {
   LegacySession(const LegacySession&) = delete;
   LegacySession& operator=(const LegacySession&) = delete;
 
-  /// Introduces the accessory to the iPod. Throws a CommandFailure when no iPod answers.
+  /// Identifies the accessory to the iPod. Throws a CommandFailure when no iPod answers.
   void Identify();
   /// Lets the iPod show that it is controlled from outside; browsing and playing need it.
   void EnterRemoteUi();
@@ -31,11 +31,11 @@ class LegacySession {
   void Require(bool succeeded, const std::string& what);
   /// Throws a CommandFailure when the iPod no longer answers at all.
   void RequireAnswers();
-  /// Whether there is still an iPod. Takes three seconds when there is not. What the iPod said
-  /// before and nobody read is then read away.
+  /// Whether there is still an iPod. Blocks for three seconds when there is not. Unread
+  /// packets that came before are dropped.
   bool Answers();
   /// Whether the iPod accepts workouts. The interface announces the workout lingoes to some models
-  /// only, told by the beginning of their number; the others are not asked.
+  /// only, by the beginning of their model number; the others are not asked.
   bool AcceptsWorkouts();
 
  private:

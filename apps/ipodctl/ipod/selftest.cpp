@@ -90,7 +90,7 @@ void SelfTest::Show(const Step& step) {
   if (!step.detail.empty()) output_.Line("      " + output_.Dim(Printable(step.detail)));
 }
 
-// Later steps are worth running only while there is an iPod to run them on.
+// Without an iPod the later steps need not be run.
 void SelfTest::ExplainFailure(const Step& step) {
   ++failures_;
   if (first_failure_.empty()) first_failure_ = step.detail.empty() ? step.title : step.detail;

@@ -34,8 +34,8 @@ void Session::Identify() {
   if (ipod_.Command_IdentifyDeviceLingos(kLowPower, &identified_, keep_going, nullptr) == 0) {
     FailIdentification();
   }
-  // Token identification does not tell the General lingo's version, and without it the library
-  // takes the iPod for one too old for preferences.
+  // Token identification does not read the General lingo's version, and without it the library
+  // treats the iPod as too old for preferences.
   ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr);
   Note("identified by " + IdentifiedBy());
 }
@@ -75,7 +75,7 @@ void Session::RequireAnswers() {
   if (!Answers()) dock_.FailToReachIpod();
 }
 
-// Any iPod knows its own lingoes; one that does not even tell this is gone.
+// Any iPod answers this request; one that does not is gone.
 bool Session::Answers() {
   return ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr) != 0;
 }

@@ -19,15 +19,15 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  /// Introduces the accessory to the iPod. Takes some seconds. Throws a CommandFailure when no iPod
-  /// answers, when it is too old, or when it refuses.
+  /// Identifies the accessory to the iPod, which lasts some seconds. Throws a CommandFailure when
+  /// no iPod answers, when it is too old, or when it refuses.
   void Identify();
   /// Lets the iPod show that it is controlled from outside; browsing and playing need it.
   void EnterRemoteUi();
   void Close() { ipod_.Close(); }
 
   CIpodComm& ipod() { return ipod_; }
-  /// How the iPod took the accessory: "tokens" or "lingoes".
+  /// How the iPod accepted the accessory: "tokens" or "lingoes".
   std::string IdentifiedBy() const;
 
   /// Throws a CommandFailure unless `succeeded`.

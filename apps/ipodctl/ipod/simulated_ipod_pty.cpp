@@ -21,7 +21,7 @@ std::string ProfileNames() {
   return names;
 }
 
-/// None: the simulated iPod keeps its files in memory.
+// None: the simulated iPod keeps its files in memory.
 std::shared_ptr<ipodsim::FeatureFiles> FilesFor(const SimulationOptions& options) {
   if (options.storage_folder.empty()) return nullptr;
   ipodsim::FolderResult folder = ipodsim::OpenFeatureFolder(options.storage_folder);

@@ -18,7 +18,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// How many records each category has at the top.
+// How many records each category has at the top.
 void ShowOverview(const Options& options, Output& output, MediaLibrary& library) {
   Json json;
   LibraryWalk walk(library, options.hierarchy);

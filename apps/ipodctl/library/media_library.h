@@ -19,7 +19,7 @@ class MediaLibrary {
   /// Plays a track of the list of tracks entered last.
   virtual bool PlayTrack(unsigned long index) = 0;
 
-  /// Reads the names of `count` records from `from` on and hands each out as soon as it is known.
+  /// Reads the names of `count` records from `from` on and passes each on as soon as it is read.
   /// Throws a CommandFailure when one cannot be read, or when interrupted.
   /// @param take gets a record's index and name; false ends the reading
   virtual void ReadNames(unsigned char category, unsigned long from, unsigned long count,

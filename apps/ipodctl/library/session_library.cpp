@@ -14,8 +14,8 @@ namespace ipodctl {
 
 namespace {
 
-// Everything asked for must be taken before anything else is asked, so this is also what has to be
-// read to the end after a hit or an interrupt: about half a second.
+// All names of a request must be read before the next request, so this is also how much is read
+// after a hit or an interrupt: about half a second.
 constexpr unsigned long kPortion = 16;
 constexpr std::size_t kNameCapacity = 512;
 
@@ -31,7 +31,7 @@ std::vector<std::string> StreamPortion(Session& session, unsigned char category,
   return names;
 }
 
-// The streamed names carry no index that we see: when one is missing, none of them can be trusted.
+// Streamed names come without their index: when one is missing, none of them can be trusted.
 std::vector<std::string> ReadOneByOne(Session& session, unsigned char category, unsigned long from,
                                       unsigned long count) {
   std::vector<std::string> names;

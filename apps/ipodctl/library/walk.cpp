@@ -28,7 +28,7 @@ std::optional<unsigned long> NumberOf(const std::string& step) {
 
 std::string Quoted(const std::string& name) { return "'" + Printable(name) + "'"; }
 
-/// Records that might be meant: those of the same name but for case, and those it is a part of.
+// Records that might be meant: those of the same name but for case, and those it is a part of.
 struct Candidates {
   std::vector<unsigned long> same;
   std::vector<unsigned long> partial;

@@ -57,7 +57,7 @@ void RunLegacyPlay(const Context& context, LegacySession& session) {
     LibraryWalk walk(library, context.options.hierarchy);
     PlayPath(walk, context.options.path);
   }
-  // An iPod that did not answer counts as one that plays, so the state has the last word.
+  // The interface counts an iPod that did not answer as playing, so the state decides.
   session.Require(AwaitPlayerState(session, ipod::IPOD_PLAYERSTATE_PLAYING), "play");
   ShowLegacyPlaying(context.output, session);
 }

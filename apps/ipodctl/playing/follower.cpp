@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Turns what notifications have told into events.
+// Turns notifications into events.
 #include "playing/follower.h"
 
 #include <chrono>
@@ -14,8 +14,8 @@ namespace {
 // Basic and extended state changes, track changes, positions in milliseconds and in seconds.
 constexpr unsigned long kEvents = 0x0000001F;
 constexpr unsigned kLookMs = 100;
-// Notifications can get lost, and a paused iPod sends none; asking now and then also tells when the
-// iPod is gone.
+// Notifications can get lost, and a paused iPod sends none; a request now and then also finds out
+// that the iPod is gone.
 constexpr unsigned kQuietLooks = 20;
 
 }  // namespace
@@ -41,7 +41,7 @@ void Follower::Look() {
   session_.ipod().GetPlayStatus(&status);
   if (status.tick != last_.tick) {
     quiet_looks_ = 0;
-    TakeChanges(status);
+    ApplyChanges(status);
     last_ = status;
   } else if (++quiet_looks_ >= kQuietLooks) {
     quiet_looks_ = 0;
@@ -49,13 +49,13 @@ void Follower::Look() {
   }
 }
 
-void Follower::TakeChanges(const tagIPOD_PLAY_STATUS& status) {
+void Follower::ApplyChanges(const tagIPOD_PLAY_STATUS& status) {
   const bool moved = status.track_index != last_.track_index || status.state != last_.state ||
                      status.position < last_.position;
   if (moved) {
-    // Another list may have begun at the same place: the texts are to be read again too.
+    // Another list may have started at the same index, so the texts are read again too.
     NowPlaying now = ReadNowPlaying(session_);
-    Tell(std::exchange(now_, now));
+    ShowChange(std::exchange(now_, now));
   } else if (status.position != last_.position) {
     now_.position_ms = std::uint64_t{status.position} * 1000;
     show_("position", now_);
@@ -65,10 +65,10 @@ void Follower::TakeChanges(const tagIPOD_PLAY_STATUS& status) {
 void Follower::Ask() {
   const NowPlaying before = now_;
   Refresh(session_, &now_);
-  Tell(before);
+  ShowChange(before);
 }
 
-void Follower::Tell(const NowPlaying& before) {
+void Follower::ShowChange(const NowPlaying& before) {
   const bool other_track = now_.index && (now_.index != before.index || now_.title != before.title);
   if (other_track) {
     show_("track", now_);

@@ -24,15 +24,15 @@ class Follower {
 
  private:
   void Look();
-  void TakeChanges(const tagIPOD_PLAY_STATUS& status);
+  void ApplyChanges(const tagIPOD_PLAY_STATUS& status);
   void Ask();
-  void Tell(const NowPlaying& before);
+  void ShowChange(const NowPlaying& before);
 
   Session& session_;
   Show show_;
   NowPlaying now_;
   tagIPOD_PLAY_STATUS last_ = {};
-  unsigned quiet_looks_ = 0;  // since the iPod last told or was asked something
+  unsigned quiet_looks_ = 0;  // since the last notification or request
 };
 
 }  // namespace ipodctl

@@ -26,7 +26,7 @@ struct Player {
   }
 };
 
-/// The texts about the track that is loaded.
+// The texts about the track that is loaded.
 struct TrackTexts {
   std::string title;
   std::string chapter;
@@ -53,10 +53,10 @@ TrackTexts ReadTrack(LegacySession& session) {
   int video = 0;
   session.Require(docked.getindexedplayingtracktitle(title.buffer()) != 0,
                   "tell what it is playing");
-  // Two texts that are no times: they show what was sent last.
+  // These two texts are not times; they show the request that was sent last.
   const wchar_t* const length = docked.getipodtracklength();
   const wchar_t* const position = docked.getipodtrackposition();
-  // Few tracks have chapters; for the others the text is all there is.
+  // Few tracks have chapters; for the others only the text is shown.
   docked.getipodcurrentplayingtrackchaptername(chapter.buffer());
   session.Require(docked.iscurrentvideo(&video) != 0, "tell whether it is playing a video");
   return {title.text(), chapter.text(), Utf8(length), Utf8(position), video != 0};

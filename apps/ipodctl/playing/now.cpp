@@ -83,7 +83,7 @@ void Refresh(Session& session, NowPlaying* now) {
   unsigned long index = kNoTrack;
   session.Require(session.ipod().Command_GetCurrentPlayingTrackIndex(&index) != 0,
                   "tell which track it is playing");
-  // Asking about no track at all would be refused, text by text, each after seconds.
+  // Without a track the iPod refuses each text, after seconds each.
   if (index == kNoTrack) {
     now->index.reset();
   } else if (now->index != index) {

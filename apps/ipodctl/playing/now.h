@@ -36,13 +36,13 @@ NowPlaying WaitForState(Session& session, unsigned char state);
 nlohmann::ordered_json ToJson(const NowPlaying& now);
 /// "0:12 of 3:45"
 std::string Progress(const NowPlaying& now);
-/// "Artist - Album", or what there is of it.
+/// "Artist - Album", or the one of them that is known.
 std::string Origin(const NowPlaying& now);
 void ShowNowPlaying(Output& output, const NowPlaying& now);
 
 void RunNow(const Context& context, Session& session);
 
-// The same in the legacy interface's own words (legacy_now.cpp).
+// Through the legacy interface (legacy_now.cpp).
 
 /// Shows the player's display texts.
 void ShowLegacyPlaying(Output& output, LegacySession& session);

@@ -14,7 +14,7 @@ class PlaybackView {
   PlaybackView(Output& output, unsigned plain_every_s)
       : output_(output), plain_every_s_(plain_every_s) {}
 
-  /// Takes what a Follower tells.
+  /// Shows an event of a Follower.
   void Show(const char* event, const NowPlaying& now);
 
  private:

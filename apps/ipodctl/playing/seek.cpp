@@ -25,7 +25,7 @@ void RunSeek(const Context& context, Session& session) {
     status.Show(forward ? "Winding forward ..." : "Winding back ...");
     PauseMs(static_cast<unsigned>(context.options.seek_seconds * 1000));
   }
-  // Also after Ctrl-C: an iPod that is left winding winds on.
+  // Also after Ctrl-C: otherwise the iPod goes on winding.
   session.Require(ipod.Command_PlayControl(kEndWinding) != 0, "end winding");
   ShowNowPlaying(context.output, ReadNowPlaying(session));
 }

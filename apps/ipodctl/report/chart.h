@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "report/chart_scale.h"
+#include "report/axis.h"
 #include "report/workout_figures.h"
 
 namespace ipodctl {

@@ -64,8 +64,8 @@ constexpr TextElement<IpodInfo> kIpod[] = {
 };
 
 template <typename Info, std::size_t count>
-void TakeText(const std::string& name, const std::string& text,
-              const TextElement<Info> (&elements)[count], Info* info) {
+void StoreText(const std::string& name, const std::string& text,
+               const TextElement<Info> (&elements)[count], Info* info) {
   for (const TextElement<Info>& element : elements) {
     if (name == element.name) info->*element.text = text;
   }
@@ -133,7 +133,7 @@ bool DocumentBuilder::StartSection(const std::string& name) {
 }
 
 void DocumentBuilder::EndElement(const std::string& name) {
-  if (depth_ == kValueDepth) TakeValue(name, Trimmed(text_));
+  if (depth_ == kValueDepth) StoreValue(name, Trimmed(text_));
   if (depth_ == kSectionDepth) section_ = Section::kOther;
   --depth_;
   text_.clear();
@@ -149,13 +149,13 @@ void DocumentBuilder::Text(const char* text, std::size_t length) {
   text_.append(text, taken);
 }
 
-void DocumentBuilder::TakeValue(const std::string& name, const std::string& text) {
+void DocumentBuilder::StoreValue(const std::string& name, const std::string& text) {
   switch (section_) {
     case Section::kEquipment:
-      TakeText(name, text, kEquipment, &document_.equipment);
+      StoreText(name, text, kEquipment, &document_.equipment);
       break;
     case Section::kIpod:
-      TakeText(name, text, kIpod, &document_.ipod);
+      StoreText(name, text, kIpod, &document_.ipod);
       break;
     case Section::kUser:
       if (name != "kg") break;
@@ -167,10 +167,10 @@ void DocumentBuilder::TakeValue(const std::string& name, const std::string& text
       break;
     case Section::kInterval:
       if (name == "event") document_.intervals.back().event = EventByName(text);
-      TakeReading(name, text, &document_.intervals.back().readings);
+      StoreReading(name, text, &document_.intervals.back().readings);
       break;
     case Section::kSummary:
-      TakeReading(name, text, &*document_.summary);
+      StoreReading(name, text, &*document_.summary);
       break;
     case Section::kOther:
       break;
@@ -178,8 +178,8 @@ void DocumentBuilder::TakeValue(const std::string& name, const std::string& text
 }
 
 // An element may come twice: consoles repeat the line before where they have no element to write.
-void DocumentBuilder::TakeReading(const std::string& name, const std::string& text,
-                                  Readings* readings) {
+void DocumentBuilder::StoreReading(const std::string& name, const std::string& text,
+                                   Readings* readings) {
   for (const ReadingElement& element : kReadings) {
     if (name != element.name) continue;
     std::optional<double>& reading = readings->*element.reading;

@@ -9,7 +9,7 @@
 
 namespace ipodctl {
 
-/// Is told of each element as a parser meets it. Unknown elements are skipped with all they hold.
+/// Gets each element as the parser meets it. Unknown elements are skipped with all they hold.
 class DocumentBuilder {
  public:
   /// False when the document is to be read no further: it is no workout, or never ends.
@@ -25,8 +25,8 @@ class DocumentBuilder {
   enum class Section { kOther, kEquipment, kIpod, kUser, kInterval, kSummary };
 
   bool StartSection(const std::string& name);
-  void TakeValue(const std::string& name, const std::string& text);
-  void TakeReading(const std::string& name, const std::string& text, Readings* readings);
+  void StoreValue(const std::string& name, const std::string& text);
+  void StoreReading(const std::string& name, const std::string& text, Readings* readings);
 
   WorkoutDocument document_;
   Section section_ = Section::kOther;

@@ -19,7 +19,7 @@ unsigned char ByteAt(const std::string& text, std::size_t at) {
   return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
 }
 
-/// Length of the UTF-8 sequence at `at`; 0 when there is none.
+// Length of the UTF-8 sequence at `at`; 0 when there is none.
 std::size_t SequenceLength(const std::string& text, std::size_t at) {
   const unsigned char lead = ByteAt(text, at);
   if (lead < 0x80) return 1;

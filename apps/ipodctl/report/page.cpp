@@ -38,7 +38,7 @@ class Page {
   std::string html_;
 };
 
-// A name may be written in any direction without turning what stands around it.
+// A name may be written from right to left without turning the text around it.
 std::string Name(const std::string& text) { return "<bdi>" + Escaped(text) + "</bdi>"; }
 
 std::string Page::Title() const {

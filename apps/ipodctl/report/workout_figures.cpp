@@ -22,7 +22,7 @@ bool Summarised(const WorkoutDocument& document, Reading reading) {
   return document.summary && (*document.summary.*reading).has_value();
 }
 
-/// Times and distances run on from the start, so that the largest is the total.
+// Times and distances run on from the start, so that the largest is the total.
 std::optional<double> Largest(const WorkoutDocument& document, Reading reading) {
   std::optional<double> largest;
   for (const DocumentInterval& interval : document.intervals) {
@@ -50,7 +50,7 @@ Figure StatedOr(const WorkoutDocument& document, Reading reading,
   return {computed, computed.has_value()};
 }
 
-/// From the distance, which pauses and uneven intervals do not falsify; else the mean.
+// From the distance, which pauses and uneven intervals do not falsify; else the mean.
 std::optional<double> AveragePace(const WorkoutDocument& document, const WorkoutFigures& figures) {
   const std::optional<double> mean = Mean(document, &Readings::pace);
   if (!mean || !figures.seconds.value || !figures.km.value || *figures.km.value <= 0) return mean;

@@ -51,16 +51,16 @@ std::vector<Pause> PausesOf(const WorkoutDocument& document);
 
 /// How a course gets from a pause to the resume that follows it without a reading between.
 enum class AcrossPauses {
-  kBreaks,  // nobody knows what the heart did
+  kBreaks,  // the heart rate in between is unknown
   kGoesOn,  // a distance stays what it was
 };
 
-/// The reading in the order of time, from the intervals that tell their time.
+/// The reading in the order of time, from the intervals that have a time.
 std::vector<Sample> CourseOf(const WorkoutDocument& document,
                              std::optional<double> Readings::*reading, AcrossPauses across);
 
-/// What most of the intervals measure. The summary may tell another kind of speed: it names its own
-/// by the kind of distance.
+/// What most of the intervals measure. The summary may have another kind of speed: its
+/// element goes by the kind of distance.
 SpeedKind SpeedKindOf(const WorkoutDocument& document);
 DistanceKind DistanceKindOf(const WorkoutDocument& document);
 

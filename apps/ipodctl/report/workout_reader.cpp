@@ -25,7 +25,7 @@ class Reader {
  public:
   Reader();
 
-  /// Takes the next piece. False when no more is wanted.
+  // Parses the next piece. False when no more is wanted.
   bool Feed(std::string_view piece, bool last);
   WorkoutDocument Finish();
 
@@ -68,7 +68,7 @@ bool Reader::Feed(std::string_view piece, bool last) {
   fed_ += piece.size();
   if (status != XML_STATUS_OK) {
     const XML_Error error = XML_GetErrorCode(parser_.get());
-    // A stop of our own has already said why.
+    // A stop of our own has its reason already.
     if (!problem_) SetProblem(last && EndedEarly(error), XML_ErrorString(error));
     return false;
   }
@@ -116,7 +116,7 @@ void Reader::OnText(void* self, const XML_Char* text, int length) {
   static_cast<Reader*>(self)->builder_.Text(text, static_cast<std::size_t>(length));
 }
 
-// Entities within entities are how a small file fills the memory, and no console declares any.
+// Nested entities let a small file fill the memory, and no console declares any.
 void Reader::OnEntity(void* self, const XML_Char* /*name*/, int /*is_parameter*/,
                       const XML_Char* /*value*/, int /*length*/, const XML_Char* /*base*/,
                       const XML_Char* /*system_id*/, const XML_Char* /*public_id*/,

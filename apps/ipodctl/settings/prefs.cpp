@@ -14,8 +14,8 @@ namespace {
 
 // The current interface.
 
-/// The setting's name. None when the iPod does not know the preference, as iPods without video know
-/// few of them.
+// The setting's name. None when the iPod does not know the preference, as iPods without video know
+// few of them.
 std::optional<std::string> Read(Session& session, const Preference& preference) {
   unsigned char setting = 0;
   if (session.ipod().Command_GetPreference(preference.code, &setting) == 0) return std::nullopt;
@@ -45,7 +45,7 @@ constexpr TextGetter kGetters[] = {
     {ipod::IPOD_PREFERENCE_VIDEOALTERNATEAUDIO, &ipod::getipodpreferencevideoalternateaudiochannel},
 };
 
-/// None when the iPod does not tell. One preference has no display text; its setting is named then.
+// None when the iPod does not answer. One preference has no display text; it shows its setting.
 std::optional<std::string> Read(LegacySession& session, const Preference& preference) {
   ipod& docked = session.interface();
   for (const TextGetter& getter : kGetters) {
@@ -59,8 +59,8 @@ std::optional<std::string> Read(LegacySession& session, const Preference& prefer
   return SettingName(preference, setting);
 }
 
-/// Sets a preference until the iPod is undocked. The interface has an operation of its own for the
-/// video output only, which does the same.
+// Sets a preference until the iPod is undocked. The interface has an operation of its own for the
+// video output only, which does the same.
 bool Set(LegacySession& session, const Preference& preference, unsigned char setting) {
   ipod& docked = session.interface();
   if (preference.code == ipod::IPOD_PREFERENCE_VIDEOOUTSETTING) {

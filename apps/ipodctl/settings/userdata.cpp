@@ -48,7 +48,7 @@ void RunUserdata(const Context& context, Session& session) {
   unsigned char value = 0;
   session.Require(session.ipod().Command_GetUserData(&flag, &weight, &value) != 0,
                   "tell what it knows about its user");
-  // What the flag and the value mean is the iPod's affair.
+  // What the flag and the value mean is up to the iPod, so they are shown as they are.
   context.output.Fact("Weight", std::to_string(weight));
   context.output.Fact("Flag (data type 2)", flag != 0 ? "set" : "not set");
   context.output.Fact("Value (data type 4)", std::to_string(value));

@@ -30,7 +30,7 @@ struct Column {
   std::optional<tagIPOD_SPEED_TYPE> speed_type;
 };
 
-// The bounds keep an interval within what one write to the iPod takes.
+// Within these bounds an interval fits one write to the iPod.
 constexpr Column kColumns[] = {
     {"seconds", Quantity::kSeconds, true, 0, kMostSeconds, true, {}, {}},
     {"distance", Quantity::kDistance, true, 0, 99999, false, {}, {}},
@@ -90,8 +90,8 @@ class CsvReader {
   void ReadHeader();
   void RequireColumn(Quantity quantity, const std::string& names) const;
   Reading ReadReading();
-  void Take(const Column& column, const std::string& cell, Reading* reading);
-  void TakeEvent(const std::string& cell);
+  void Store(const Column& column, const std::string& cell, Reading* reading);
+  void StoreEvent(const std::string& cell);
   double Number(const Column& column, const std::string& cell) const;
   [[noreturn]] void Fail(const std::string& problem) const;
 
@@ -166,14 +166,14 @@ Reading CsvReader::ReadReading() {
          Counted(columns_.size(), "column"));
   }
   Reading reading;
-  for (std::size_t i = 0; i < cells.size(); ++i) Take(*columns_[i], cells[i], &reading);
+  for (std::size_t i = 0; i < cells.size(); ++i) Store(*columns_[i], cells[i], &reading);
   reading.paused = paused_;
   return reading;
 }
 
-void CsvReader::Take(const Column& column, const std::string& cell, Reading* reading) {
+void CsvReader::Store(const Column& column, const std::string& cell, Reading* reading) {
   if (cell.empty() && !column.needed) return;
-  if (column.quantity == Quantity::kEvent) return TakeEvent(cell);
+  if (column.quantity == Quantity::kEvent) return StoreEvent(cell);
   const double number = Number(column, cell);
   switch (column.quantity) {
     case Quantity::kSeconds:
@@ -203,7 +203,7 @@ void CsvReader::Take(const Column& column, const std::string& cell, Reading* rea
 }
 
 // A pause lasts until the line that resumes.
-void CsvReader::TakeEvent(const std::string& cell) {
+void CsvReader::StoreEvent(const std::string& cell) {
   if (SameName(cell, "pause")) {
     paused_ = true;
   } else if (SameName(cell, "resume")) {
@@ -222,7 +222,7 @@ double CsvReader::Number(const Column& column, const std::string& cell) const {
   if ((result.ec != std::errc() && !out_of_range) || result.ptr != end) {
     Fail(what + " is not a number");
   }
-  // Not a number is not inside either.
+  // NaN is outside, too.
   const bool inside = number >= column.least && number <= column.most;
   if (out_of_range || !inside) {
     Fail(what + " is not between " + Bound(column.least) + " and " + Bound(column.most));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A workout that somebody recorded, as comma-separated values.
+// A recorded workout, as comma-separated values.
 #pragma once
 
 #include <istream>

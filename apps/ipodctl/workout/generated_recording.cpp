@@ -12,10 +12,10 @@ namespace {
 constexpr double kSecondsPerHour = 3600;
 constexpr int kShortestWithPauseS = 60;
 constexpr double kRestingBpm = 72;
-constexpr double kHeartFollowsS = 25;  // how slowly the heart follows the effort
-constexpr double kWaveS = 97;          // nobody keeps the same speed all the time
+constexpr double kHeartFollowsS = 25;  // time constant of the heart rate
+constexpr double kWaveS = 97;          // period of small changes of speed
 
-/// What full effort means on one kind of equipment.
+// What full effort means on one kind of equipment.
 struct Effort {
   double distance_per_hour;  // kilometres or floors
   double per_minute;         // steps or revolutions; unused where the speed is a pace
@@ -53,7 +53,7 @@ Pause PauseOf(int seconds) {
   return {start_s, start_s + std::clamp(seconds / 20, 10, 60)};
 }
 
-/// Between 0 and 1: up in the first fifth, down in the last tenth, small waves in between.
+// Between 0 and 1: up in the first fifth, down in the last tenth, small waves in between.
 double EffortAt(int second, int seconds) {
   const double way = static_cast<double>(second) / seconds;
   const double ramp = std::min({1.0, 0.55 + way * 2.25, 0.6 + (1 - way) * 4});

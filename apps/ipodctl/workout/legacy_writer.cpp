@@ -11,8 +11,8 @@ namespace ipodctl {
 
 namespace {
 
-// The interface sends the low byte of each character: one for each byte puts UTF-8 into the
-// document.
+// The interface sends the low byte of each character, so a character for each byte puts UTF-8 into
+// the document.
 std::wstring ByteByByte(const std::string& utf8) {
   std::wstring wide;
   for (const char byte : utf8) wide += static_cast<wchar_t>(static_cast<unsigned char>(byte));
@@ -40,7 +40,7 @@ unsigned char EventCode(tagIPOD_INTERVAL_TYPE event) {
 
 unsigned Whole(double number) { return number > 0 ? static_cast<unsigned>(number) : 0; }
 
-// Equipment that counts steps or revolutions has no pace of its own: the mean one so far then.
+// Equipment that counts steps or revolutions has no pace of its own; the mean so far stands for it.
 unsigned PaceOf(const Recording& recording, const Reading& reading) {
   if (recording.speed_type == IPOD_SPEED_TYPE_PACE) return Whole(reading.speed);
   constexpr double kTooShortKm = 0.01;
@@ -92,7 +92,7 @@ void LegacyWorkoutWriter::Finish(const Recording& /*recording*/, const Summary& 
   const int finished = session_.interface().finishworkout(
       Whole(summary.seconds), Whole(summary.kcal), static_cast<float>(summary.distance), 0,
       Whole(summary.speed), 0, 0, Whole(summary.bpm));
-  // The result does not tell the summary from the closing.
+  // The result is the same for a refused summary and a refused close.
   if (finished == 0) FailAt("refused to finish the workout");
   NoteSummary();
   NoteClosed();

@@ -14,7 +14,7 @@ class LegacyWorkoutWriter : public WorkoutLog {
  public:
   LegacyWorkoutWriter(LegacySession& session, Output& output, const DockLine& dock);
 
-  /// The legacy interface knows no limits; it tells only whether the iPod takes workouts.
+  /// The legacy interface has no limits; it only finds out whether the iPod accepts workouts.
   void RequireRoom(std::size_t largest_piece, std::size_t file_size) override;
   void Start(const WorkoutHeader& header) override;
   void Write(const Recording& recording, const Interval& interval) override;

@@ -13,7 +13,7 @@ constexpr const char* kEventNames[] = {"start", "continue", "pause", "resume", "
 constexpr const char* kUnitNames[] = {"km", "floors"};
 constexpr const char* kSpeedNames[] = {"pace", "spm", "rpm"};
 
-/// Means over time: each reading counts until the next one.
+// Means over time: each reading counts until the next one.
 class Means {
  public:
   void Add(const Reading& reading, int seconds) {

@@ -74,11 +74,11 @@ const char* UnitName(tagIPOD_DISTANCE_TYPE type);
 /// "pace", "spm" or "rpm".
 const char* SpeedName(tagIPOD_SPEED_TYPE type);
 
-/// Makes up a workout that nobody did (generated_recording.cpp): plausible readings, one a second,
-/// always the same ones. Warms up, works, and cools down; a workout of a minute or more pauses
+/// Makes up a workout (generated_recording.cpp): plausible readings, one a second, always the same
+/// ones. Warms up, works, and cools down; a workout of a minute or more pauses
 /// once.
 /// @param seconds at least 1
-/// @param weight_kg of who works out; energy goes up with it
+/// @param weight_kg of the user; energy goes up with it
 Recording GenerateRecording(const Equipment& equipment, int seconds, double weight_kg);
 
 }  // namespace ipodctl

@@ -69,7 +69,7 @@ void SessionWorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t
   }
 }
 
-// An iPod that does not tell its free space may still take a workout.
+// An iPod that does not report its free space may still accept a workout.
 void SessionWorkoutWriter::RequireSpace() {
   __int64 free_space = 0;
   if (session_.ipod().Command_GetiPodFreeSpace(&free_space) == 0) {

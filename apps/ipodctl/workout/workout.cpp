@@ -79,7 +79,7 @@ void Workout::Log() {
   log_.Start(header_);
   const WorkoutClock clock(intervals_.front().reading.seconds, options_.speed);
   for (const Interval& interval : intervals_) {
-    // A log that has a header has a start, too.
+    // The start is written at once: a log that has a header has a start, too.
     const bool starts = interval.event == IPOD_INTERVAL_TYPE_START;
     if (!starts && !WaitFor(interval.reading.seconds, clock)) return EndEarly(clock);
     log_.Write(recording_, interval);
@@ -88,7 +88,7 @@ void Workout::Log() {
   Finish(intervals_.back().reading.seconds);
 }
 
-/// False when interrupted.
+// False when interrupted.
 bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
   for (unsigned left_ms = clock.MsUntil(seconds); left_ms != 0; left_ms = clock.MsUntil(seconds)) {
     view_.ShowReading(ReadingAt(recording_, clock.Seconds()), log_.bytes());
@@ -99,7 +99,7 @@ bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
 
 // A log is complete with an end and a summary, however early.
 void Workout::EndEarly(const WorkoutClock& clock) {
-  // What is next to be written shows where the log stands when the line is slower than the clock.
+  // When the line is slower than the clock, the next interval to write is where the log ends.
   const std::size_t written = log_.intervals();
   const int next_s = intervals_[written].reading.seconds;
   ended_early_s_ = std::min(static_cast<int>(clock.Seconds()), next_s);

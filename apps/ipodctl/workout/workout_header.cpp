@@ -16,7 +16,7 @@ constexpr const char* kReplacement = "\xEF\xBF\xBD";
 }  // namespace
 
 std::string EscapedText(const std::string& utf8) {
-  // There and back again: what comes back is valid.
+  // Converted to wide text and back, which replaces what is no UTF-8.
   const std::string text = Printable(Utf8(Wide(utf8).c_str()));
   std::string escaped;
   for (std::size_t i = 0; i < text.size(); ++i) {

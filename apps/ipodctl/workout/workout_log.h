@@ -20,7 +20,7 @@ class WorkoutLog {
   WorkoutLog(const WorkoutLog&) = delete;
   WorkoutLog& operator=(const WorkoutLog&) = delete;
 
-  /// Throws a CommandFailure unless the iPod takes workouts, and this one: pieces of up to
+  /// Throws a CommandFailure unless the iPod accepts workouts, and one with pieces of up to
   /// `largest_piece` bytes and a file of about `file_size`.
   virtual void RequireRoom(std::size_t largest_piece, std::size_t file_size) = 0;
 

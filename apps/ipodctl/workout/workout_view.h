@@ -18,9 +18,9 @@ class WorkoutView {
  public:
   WorkoutView(Output& output, const Recording& recording);
 
-  /// Takes the display's state between intervals.
+  /// Shows the state between intervals.
   void ShowReading(const Reading& reading, std::size_t bytes);
-  /// Takes an interval once it is written.
+  /// Shows an interval that is written.
   void ShowInterval(const Interval& interval, std::size_t bytes);
   void Hide() { line_.Hide(); }
 

@@ -12,7 +12,7 @@ using namespace ipodctl;
 
 namespace {
 
-/// The sentence with which `text` is refused.
+// The sentence with which `text` is refused.
 std::string Refusal(const std::string& text) {
   try {
     Csv(text);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Axes on round numbers, and courses thinned for drawing.
-#include "report/chart_scale.h"
+#include "report/axis.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Chooses steps, and picks the samples that are drawn.
-#include "report/chart_scale.h"
+#include "report/axis.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,7 +31,7 @@ double StepFor(double span, std::size_t most_ticks) {
   return span / static_cast<double>(most_ticks - 1);
 }
 
-/// Low and high moved outwards to multiples of the step, which may take one tick more than wanted.
+// Low and high moved outwards to multiples of the step, which may take one tick more than wanted.
 Scale InSteps(double low, double high, double step) {
   Scale scale;
   scale.low = std::floor(low / step + 1e-9) * step;
@@ -68,7 +68,7 @@ class Column {
     ++count_;
   }
 
-  /// The first is kept already.
+  // The first is kept already.
   void Close(std::vector<Sample>* kept) const {
     if (count_ == 0) return;
     Sample inner[] = {lowest_, highest_, last_};
