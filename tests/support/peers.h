@@ -43,9 +43,7 @@ struct CIpodCommPeer {
   static auto& Notifications(CIpodComm& session) { return session.notification_; }
   static auto& FailedTextWrites(CIpodComm& session) { return session.failed_text_writes_; }
   static auto& OpenFileHandle(CIpodComm& session) { return session.open_file_handle_; }
-  static auto& OwnTransactionId(CIpodComm& session) {
-    return session.outgoing_.own_transaction_id;
-  }
+  static auto& OwnTransactionId(CIpodComm& session) { return session.outgoing_.own_transaction_id; }
   static auto& Responses(CIpodComm& session) { return session.response_; }
   static auto& Serial(CIpodComm& session) { return session.serial_; }
   static auto& StorageWriteOffset(CIpodComm& session) { return session.storage_write_offset_; }
