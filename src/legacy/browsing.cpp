@@ -108,8 +108,8 @@ int ipod::getnextcategorizeddbrecord(wchar_t* name, int capacity, unsigned long 
 void ipod::deleterecords(wchar_t*** names, unsigned long** values) {
   if (names != nullptr && *names != nullptr) {
     wchar_t** const array = *names;
-    // The first element is the number of elements and is released like the others, which the heap
-    // refuses: hosts in the field count it among the elements.
+    // The first element is the number of elements, which hosts in the field count in, and is
+    // released like the others. The heap refuses it: no block lies at so small an address.
     const auto count = reinterpret_cast<std::uintptr_t>(array[0]);
     for (std::uintptr_t i = 0; i < count; ++i) LocalFree(array[i]);
     LocalFree(array);
