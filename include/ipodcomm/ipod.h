@@ -468,8 +468,8 @@ class IPODCOMM_API ipod {
   int sendpacketextendedlarge(unsigned char* ignored);
 
   // The extractors read the reply straight from the port and copy its payload from byte `offset`
-  // on, a byte to a character, undecoded. The length byte less 2 tells how many: where an offset or
-  // a two-byte command leaves fewer, the frame's checksum follows them and then zeros. At most
+  // on, a byte to a character, undecoded. The length byte less 2 is their number: where an offset
+  // or a two-byte command leaves fewer, the frame's checksum follows them and then zeros. At most
   // `capacity` characters are copied, then the buffer's last character, not the one behind the
   // text, becomes a terminator: clear the buffer first. A capacity of 0 and null for the buffer
   // take the reply and copy nothing.
@@ -487,8 +487,8 @@ class IPODCOMM_API ipod {
                             unsigned char offset, int ignored);
   /// Reads one frame with a two-byte command, or two when the first is an accepting ACK and no ACK
   /// is expected. The command counts as its high byte times ten and its low byte, in 8 bits.
-  /// @return 1, or 0 for another command, a bad checksum, and fewer than 7 bytes. The last is told
-  /// on the debug output and discards what the port has received.
+  /// @return 1, or 0 for another command, a bad checksum, and fewer than 7 bytes. The last
+  /// prints a line to the debug output and discards what the port has received.
   int ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t* text,
                                     unsigned char capacity, unsigned char offset, int ignored);
   /// Reads one frame with a two-byte command, of whatever number, and copies `count` bytes from its
@@ -571,9 +571,9 @@ class IPODCOMM_API ipod {
   int command_resetdbselection();
   /// `003B hierarchy` (IPOD_HIERARCHY_...)
   int command_resetdbselectionhierarchy(unsigned char hierarchy);
-  /// `0017 category iiiiiiii`, told on the debug output.
+  /// `0017 category iiiiiiii`, printed to the debug output.
   int command_selectdbrecord(unsigned long index);
-  /// `0038 category iiiiiiii order`, told on the debug output (IPOD_SELECTSORT_...).
+  /// `0038 category iiiiiiii order`, printed to the debug output (IPOD_SELECTSORT_...).
   int command_selectsortdbrecord(unsigned long index, unsigned char sort_order);
   /// `0033`
   int command_getmonodisplayimagelimits();
@@ -593,11 +593,11 @@ class IPODCOMM_API ipod {
   /// Identifies the older way, asks for the model, and announces what the accessory speaks: `13
   /// llllllll oooooooo 00000000`. Lingoes 0, 2, 3 and 4 always, 9 and 12 for models 0014 and 0017;
   /// options 4 (some power) when `option` is not 0. Model 0010 turns on sorted selection for good.
-  /// @return whether the last frame was written. An iPod that does not tell its model costs about
-  /// three seconds.
+  /// @return whether the last frame was written. An iPod that does not answer with its model costs
+  /// about three seconds.
   int command_identifydevicelingos(int option);
   /// `28 type ...`, the answer to the iPod's request `27`: the accessory's capabilities, name,
-  /// versions and such (IPOD_ACCESSORYINFOTYPE_...); the type alone where there is nothing to tell.
+  /// versions and such (IPOD_ACCESSORYINFOTYPE_...); the type alone where there is no more.
   int command_returnaccessoryinfo(unsigned char type);
   /// `02 01 00` on lingo 9: version 1.0 of it.
   int command_sportsreturndeviceversion();
@@ -616,7 +616,7 @@ class IPODCOMM_API ipod {
   /// `08 handle`. Handle and offset are 0 afterwards.
   int command_storagecloseipodfile();
 
-  // ---- Display images (legacy/display_images.cpp) ----------------------------------------------
+  // ---- Display image commands (legacy/display_images.cpp) --------------------------------------
 
   // Neither sends the image or its measures: the frame, `0032` in the large form, has the length
   // that they would need, carries what the payload area holds, and lacks its last two bytes.
@@ -706,7 +706,7 @@ class IPODCOMM_API ipod {
   /// 1 when the iPod plays, 0 when not and after a failure.
   int isplaying();
   /// Both show the same number, the first four bytes of the packet area's payload, once the iPod
-  /// has answered `001C`, and "Unknown" otherwise. GetIpodPlayerStateNumEx tells the true values.
+  /// has answered `001C`, and "Unknown" otherwise. GetIpodPlayerStateNumEx has the true values.
   /// @return the object's own text, which lives as long as the object.
   wchar_t* getipodtracklength();
   wchar_t* getipodtrackposition();
@@ -758,15 +758,8 @@ class IPODCOMM_API ipod {
   /// point to null. The pointers stay as they are.
   void deleterecords(wchar_t*** names, unsigned long** values);
 
-  // ---- Artwork and display images (legacy/artwork.cpp) -----------------------------------------
+  // ---- Artwork (legacy/artwork.cpp) ------------------------------------------------------------
 
-  /// Pixels of the monochrome display and its pixel format: `0033`, answer `0034 width(2) height(2)
-  /// format`. They are stored as 0 when no answer came to a request that was sent.
-  int getmonodisplayimagelimits(unsigned short* width, unsigned short* height,
-                                unsigned char* pixel_format);
-  /// Announces a test image of the display's size, one row to a frame: `0032`. What the frames
-  /// carry is the packet area's old payload. @return the last frame's result.
-  int setmonoimage();
   /// Format identifiers of the artwork: `000E`, answer `000F id(2) pixel format(1) width(2)
   /// height(2) ...`. @param format_ids room for 20; the rest stays as it is. @param count always 0
   int getartworkformats(unsigned short* format_ids, unsigned char* count);
@@ -783,9 +776,19 @@ class IPODCOMM_API ipod {
   /// kept. @return 0 when the track is not known, else whether that answer came.
   int getcurrenttrackartworkdata(unsigned short format_id);
 
+  // ---- Monochrome display (legacy/display_images.cpp) ------------------------------------------
+
+  /// Pixels of the monochrome display and its pixel format: `0033`, answer `0034 width(2) height(2)
+  /// format`. They are stored as 0 when no answer came to a request that was sent.
+  int getmonodisplayimagelimits(unsigned short* width, unsigned short* height,
+                                unsigned char* pixel_format);
+  /// Announces a test image of the display's size, one row to a frame: `0032`. What the frames
+  /// carry is the packet area's old payload. @return the last frame's result.
+  int setmonoimage();
+
   // ---- Workout (legacy/workout.cpp) ------------------------------------------------------------
 
-  // A workout is started, gets any number of intervals, and is finished. `getlasttry` tells what
+  // A workout is started, gets any number of intervals, and is finished. `getlasttry` shows what
   // was tried last: the step, the line written, or the status with which the iPod refused it, which
   // no later step of the same call replaces. Only the Storage lingo's ACK counts as the iPod's. A
   // name goes out with the low byte of each of its characters, as it is; the other elements are

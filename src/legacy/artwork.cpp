@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// ipod: artwork requests and the monochrome display image.
+// ipod: what the iPod has of artwork.
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -57,57 +57,7 @@ void StoreArtworkCount(const FilledReply& reply, unsigned short* value) {
   }
 }
 
-// One row of the test image on the platform's heap: 00 01 02 03, repeated.
-class TestRow {
- public:
-  explicit TestRow(std::size_t bytes)
-      : bytes_(static_cast<unsigned char*>(LocalAlloc(LMEM_FIXED, bytes))) {
-    for (std::size_t i = 0; bytes_ != nullptr && i < bytes; ++i) {
-      bytes_[i] = static_cast<unsigned char>(i & 3);
-    }
-  }
-  TestRow(const TestRow&) = delete;
-  TestRow& operator=(const TestRow&) = delete;
-  ~TestRow() { LocalFree(bytes_); }
-  unsigned char* bytes() const { return bytes_; }
-
- private:
-  unsigned char* const bytes_;
-};
-
 }  // namespace
-
-int ipod::getmonodisplayimagelimits(unsigned short* width, unsigned short* height,
-                                    unsigned char* pixel_format) {
-  if (!command_getmonodisplayimagelimits()) return 0;
-  wchar_t reply[10] = {};
-  const int read = ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNMONODISPLAYIMAGELIMITS, reply,
-                                                 10, 0, kIgnored);
-  // Stored without an answer as well, then as 0: hosts in the field read the limits, not the
-  // result.
-  Store(width, ipodcomm::ReplyNumber16(reply));
-  Store(height, ipodcomm::ReplyNumber16(reply + 2));
-  Store(pixel_format, ReplyByte(reply[4]));
-  return read;
-}
-
-int ipod::setmonoimage() {
-  unsigned short width = 0;
-  unsigned short height = 0;
-  unsigned char pixel_format = 0;
-  if (!getmonodisplayimagelimits(&width, &height, &pixel_format)) return 0;
-  // One bit per pixel, in words of 32 bits.
-  const unsigned long row_bytes = (width + 31UL) / 32 * 4;
-  const TestRow row(row_bytes);
-  if (row.bytes() == nullptr) return 0;
-  // The height goes where the width belongs, and the width where the height does. The frame carries
-  // neither, so no iPod sees the difference.
-  int sent = command_setdisplayimagefirst(pixel_format, height, width, row_bytes, row.bytes());
-  for (unsigned short index = 1; sent && index < height; ++index) {
-    sent = command_setdisplayimagerest(index, row_bytes, row.bytes());
-  }
-  return sent;
-}
 
 int ipod::getartworkformats(unsigned short* format_ids, unsigned char* count) {
   // It stays 0: hosts in the field count the identifiers themselves.

@@ -154,6 +154,13 @@ TEST_F(DisplayImage, ImageWiderThanAFrameIsRefused) {
   EXPECT_EQ(DrainSentBytes(), kGetLimits);
 }
 
+TEST_F(DisplayImage, RowOfTheImageIsZeroFilledMemoryOfThePlatform) {
+  Answer(kGetLimits, kLimits128x64);
+  world_.Record({"LocalAlloc"});
+  EXPECT_EQ(legacy_.setmonoimage(), 1);
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("LocalAlloc(64, 16)"));
+}
+
 TEST_F(DisplayImage, NoImageIsSentWithoutMemory) {
   Answer(kGetLimits, kLimits128x64);
   world_.FailOnce("LocalAlloc", 1, 8);
