@@ -49,8 +49,8 @@ class IPODCOMM_API ipodserial {
   /// Discards what was written and not sent.
   void purgetx();
 
-  /// Tells the calling thread's last error code, and the system's text for it, on the debug output.
-  /// The library never calls it; a host may.
+  /// Prints the calling thread's last error code, and the system's text for it, to the debug
+  /// output. The library never calls it; a host may.
   void Error();
 
  private:

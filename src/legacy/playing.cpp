@@ -72,7 +72,7 @@ int ipod::isplaying() {
 
 // Once the reply has been extracted, what is shown is the number at the front of the outgoing
 // payload, not the reply's, so length and position read alike. Screens in the field show it;
-// GetIpodPlayerStateNumEx tells the true values. The request clears the first of the four bytes, so
+// GetIpodPlayerStateNumEx has the true values. The request clears the first of the four bytes, so
 // the number has at most eight digits.
 wchar_t* ipod::ShowPlayTime(wchar_t* text, unsigned char offset) {
   ShowText(text, L"Unknown");

@@ -91,11 +91,11 @@ int ipod::issports(int* supported, unsigned char* extra) {
 
   wchar_t storage[kStorageUnits] = {};
   if (command_storagegetipodcaps() == 0) return 0;
-  const int told = extractdatafrompacket(IPOD_COMMAND_STORAGE_RETURNIPODCAPS, storage,
-                                         kStorageUnits, 0, kIgnored);
+  const int answered = extractdatafrompacket(IPOD_COMMAND_STORAGE_RETURNIPODCAPS, storage,
+                                             kStorageUnits, 0, kIgnored);
   // Whether or not the answer came: hosts in the field look at the result as well.
   Store(supported, 1);
-  return told;
+  return answered;
 }
 
 // The port is closed and opened again before every line, which discards what iPods in the field

@@ -18,7 +18,7 @@ struct CommandRow {
   const char* name;
   std::function<int(ipod&)> send;
   const char* frame;
-  const char* written;  ///< what the command writes at the payload area's front
+  const char* written;  // what the command writes at the payload area's front
 };
 
 std::ostream& operator<<(std::ostream& out, const CommandRow& row) { return out << row.name; }

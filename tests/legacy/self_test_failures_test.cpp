@@ -192,7 +192,7 @@ TEST_F(FailingStep, SilentIpodFailsEachStepAfterASilenceForEachAnswer) {
   EXPECT_EQ(step.detail, "Setting to Play");
   EXPECT_EQ(step.more, 1);
   EXPECT_EQ(Elapsed([&] { step = Next(); }), kSending);
-  EXPECT_EQ(step.result, 1);  // what nobody hears can be sent
+  EXPECT_EQ(step.result, 1);  // a silent iPod does not keep a frame from being sent
   EXPECT_EQ(step.more, 0);
 }
 

@@ -53,7 +53,7 @@ TEST_F(SelfTest, StartSendsNothing) {
 // ---- The steps
 
 TEST_F(SelfTest, FirstStepSetsUpTheConnection) {
-  TellDetails();
+  CaptionFrames();
   const Step step = Perform(0);
   EXPECT_EQ(step.more, 1);
   EXPECT_EQ(step.result, 1);
@@ -73,7 +73,7 @@ TEST_F(SelfTest, FirstStepSetsUpTheConnection) {
 }
 
 TEST_F(SelfTest, SecondStepGetsInformation) {
-  TellDetails();
+  CaptionFrames();
   const Step step = Perform(1);
   EXPECT_EQ(step.more, 1);
   EXPECT_EQ(step.result, 1);
@@ -87,7 +87,7 @@ TEST_F(SelfTest, SecondStepGetsInformation) {
 }
 
 TEST_F(SelfTest, ThirdStepPlaysTwoTracksOfTheFirstAlbum) {
-  TellDetails();
+  CaptionFrames();
   const Step step = Perform(2);
   EXPECT_EQ(step.more, 1);
   EXPECT_EQ(step.result, 1);
@@ -115,7 +115,7 @@ TEST_F(SelfTest, ThirdStepPlaysTwoTracksOfTheFirstAlbum) {
 }
 
 TEST_F(SelfTest, FourthStepPlaysPausesAndStops) {
-  TellDetails();
+  CaptionFrames();
   const Step step = Perform(3);
   EXPECT_EQ(step.more, 1);
   EXPECT_EQ(step.result, 1);

@@ -47,8 +47,8 @@ class SelfTestTest : public LegacyTest {
     ipodPeer::SelfTestStep(legacy_) = number;
     return Next();
   }
-  /// From now on each frame is told with the detail text that its first byte found.
-  void TellDetails() {
+  /// From now on each frame is listed behind the detail text of the moment when it began.
+  void CaptionFrames() {
     answering_.SetCaption([this] { return Narrow(detail_); });
   }
   /// Characters beyond ASCII show as '?'.
