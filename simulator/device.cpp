@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Takes frames apart, checks them and hands each to the subject that serves it.
+// Parses and checks frames and hands each to the subject that serves it.
 
 #include "device.h"
 
@@ -36,6 +36,7 @@ SimulatedIpod::Device::Device(Settings given)
       questions(&link, settings),
       identification(&link, &questions, settings),
       general(&link, settings),
+      order(&link, &identification, &general),
       browsing(&link, &player, settings),
       notifications(&link, &player, settings),
       playback(&link, &player, &notifications, settings),
@@ -72,15 +73,19 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
     return;
   }
   if (!CheckSize(request)) return;
-  if (carries && !request.identifier) {
-    link.Report(MistakeKind::kIdentifierMissing,
-                CommandName(frame.lingo, frame.command) + " came without one");
-  }
+  order.NoticeFrame(request);
+  if (carries && !request.identifier) order.NoticeMissingIdentifier(request);
   link.CheckIdentifier(request);
-  CheckOrder(request);
+  // An answer is never out of order: the question decided when it comes.
   if (questions.Handle(request)) return;
-  // Somebody who introduces himself anew owes no answers from before.
-  if (!Identification::Begins(request)) questions.NoticeOtherFrame();
+  storage.NoticeRequest(request);
+  if (Identification::Begins(request)) {
+    // It owes no answers from before.
+    EndSession();
+  } else {
+    questions.NoticeFrame();
+  }
+  if (!order.Check(request)) return;
   if (StrikesFirst(request)) return;
   Serve(request);
 
@@ -119,24 +124,6 @@ bool SimulatedIpod::Device::CheckSize(const Request& request) {
   return false;
 }
 
-// Such commands are mistakes and are served all the same, as iPods do.
-void SimulatedIpod::Device::CheckOrder(const Request& request) {
-  if (!identification.identified()) {
-    if (!Identification::IsAllowedBefore(request)) {
-      link.Report(MistakeKind::kCommandBeforeIdentification,
-                  std::string(LingoName(request.lingo)) + " " +
-                      CommandName(request.lingo, request.command));
-    }
-    return;
-  }
-  // Consoles in the field press buttons without announcing the Simple Remote lingo.
-  const bool announced = (identification.announced() & (1u << request.lingo)) != 0;
-  if (!announced && request.lingo != kGeneral && request.lingo != kSimpleRemote) {
-    link.Report(MistakeKind::kLingoNotAnnounced, std::string(LingoName(request.lingo)) + " " +
-                                                     CommandName(request.lingo, request.command));
-  }
-}
-
 // The faults of the iPod itself. True when the command is not to be carried out.
 bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
   const bool starts = request.lingo == kGeneral && request.command == general::kStartIdps;
@@ -150,16 +137,30 @@ bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
                         request.rule->nature == CommandNature::kRequestWithout;
   if (!answered) return false;
   if (dice.Strikes(Fault::kPendingAcks)) link.AcknowledgePending(request);
-  if (dice.Strikes(Fault::kRefusedCommands)) {
+  if (!IsRefused(request)) return false;
+  storage.NoticeRefusal(request);
+  return true;
+}
+
+bool SimulatedIpod::Device::IsRefused(const Request& request) {
+  if (link.dice().Strikes(Fault::kRefusedCommands)) {
     link.Acknowledge(request, AckStatus::kFailed);
     return true;
   }
   const auto refused = settings.refused.find({request.lingo, request.command});
-  if (refused != settings.refused.end()) {
-    link.Acknowledge(request, refused->second);
-    return true;
-  }
-  return false;
+  if (refused == settings.refused.end()) return false;
+  link.Acknowledge(request, refused->second);
+  return true;
+}
+
+// What an accessory that identifies anew left behind: it hears no more of its notifications, nor
+// the rest of its records, and its files end where they are.
+void SimulatedIpod::Device::EndSession() {
+  link.CancelStreams(std::nullopt);
+  notifications.SetMask(0);
+  general.ForgetEvents();
+  remotes.Forget();
+  storage.EndSession();
 }
 
 void SimulatedIpod::Device::Serve(const Request& request) {
@@ -200,6 +201,12 @@ std::optional<Microseconds> SimulatedIpod::Device::NextEvent() const {
   return next;
 }
 
+void SimulatedIpod::Device::Finish() {
+  reader.Finish();
+  questions.Finish();
+  storage.EndSession();
+}
+
 void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   plugged = false;
   replug_at_ = until;
@@ -211,6 +218,8 @@ void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   general.Forget();
   browsing.Forget();
   notifications.SetMask(0);
+  order.Forget();
+  playback.Forget();
   remotes.Forget();
   display.Forget();
   storage.Forget();

@@ -10,6 +10,7 @@
 #include "simulator/lingoes/display.h"
 #include "simulator/lingoes/general.h"
 #include "simulator/lingoes/identification.h"
+#include "simulator/lingoes/order.h"
 #include "simulator/lingoes/playback.h"
 #include "simulator/lingoes/questions.h"
 #include "simulator/lingoes/remotes.h"
@@ -26,6 +27,8 @@ class SimulatedIpod::Device {
 
   void Advance(Microseconds now);
   std::optional<Microseconds> NextEvent() const;
+  /// Nothing more will come.
+  void Finish();
   // Out of the dock, until Replug when no time is given.
   void Unplug(std::optional<Microseconds> until);
   void Replug();
@@ -37,6 +40,7 @@ class SimulatedIpod::Device {
   Questions questions;
   Identification identification;
   General general;
+  Order order;
   Browsing browsing;
   Notifications notifications;
   Playback playback;
@@ -53,8 +57,9 @@ class SimulatedIpod::Device {
   void OnFrame(const Frame& frame);
   bool ParseIdentifier(Request* request);
   bool CheckSize(const Request& request);
-  void CheckOrder(const Request& request);
   bool StrikesFirst(const Request& request);
+  bool IsRefused(const Request& request);
+  void EndSession();
   void Serve(const Request& request);
   void DrawUnplug();
 

@@ -19,6 +19,11 @@ void SimulatedIpod::Receive(const std::uint8_t* bytes, std::size_t count, Micros
   device_->Advance(now);
 }
 
+void SimulatedIpod::LoseAccessory(Microseconds now) {
+  device_->Advance(now);
+  device_->questions.Stop();
+}
+
 std::optional<Microseconds> SimulatedIpod::NextEvent() const { return device_->NextEvent(); }
 
 std::vector<std::uint8_t> SimulatedIpod::Transmit(Microseconds now) {
@@ -28,7 +33,7 @@ std::vector<std::uint8_t> SimulatedIpod::Transmit(Microseconds now) {
 
 void SimulatedIpod::Finish(Microseconds now) {
   device_->Advance(now);
-  device_->reader.Finish();
+  device_->Finish();
 }
 
 const std::vector<Mistake>& SimulatedIpod::mistakes() const { return device_->link.mistakes(); }

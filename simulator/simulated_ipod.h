@@ -39,7 +39,11 @@ class SimulatedIpod {
   std::optional<Microseconds> NextEvent() const;
   // The bytes due by now.
   std::vector<std::uint8_t> Transmit(Microseconds now);
-  // Nothing more will come: a frame that has begun and not ended is a mistake.
+  /// Nobody listens any more, though the iPod stays in the dock: what was not answered is not
+  /// missed then, and no more is asked before the next identification.
+  void LoseAccessory(Microseconds now);
+  // Nothing more will come: a frame that has begun and not ended is a mistake, and so are a
+  // question without an answer and a file that is open.
   void Finish(Microseconds now);
 
   // Protocol mistakes of the accessory, in the order in which they were made.

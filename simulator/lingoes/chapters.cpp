@@ -44,12 +44,18 @@ void Chapters::ReturnPlace(const Request& request) {
 
 // Older consoles ask without saying which chapter; they mean the current one.
 void Chapters::ReturnName(const Request& request) {
+  const std::size_t size = request.data.size();
+  if (size != 0 && size != 4) {
+    link_->Refuse(request, MistakeKind::kWrongPayloadSize,
+                  "GetCurrentPlayingTrackChapterName with " + std::to_string(size) + " bytes");
+    return;
+  }
   const std::size_t count = Count();
-  if (count == 0) {
+  if (count == 0 && size == 0) {
     link_->Acknowledge(request, AckStatus::kBadParameter);
     return;
   }
-  const std::size_t index = request.data.size() < 4 ? Current() : Get32(request.data, 0);
+  const std::size_t index = size == 0 ? Current() : Get32(request.data, 0);
   if (index >= count) {
     link_->Refuse(request, MistakeKind::kIndexOutOfRange,
                   "chapter " + std::to_string(index) + " of " + std::to_string(count));

@@ -38,15 +38,26 @@ const PreferenceRange* FindPreference(std::uint8_t preference_class) {
 
 General::General(Link* link, const Settings& settings)
     : link_(link), settings_(settings), traits_(TraitsOf(settings.profile)) {
-  Forget();
+  for (const PreferenceRange& range : kPreferences) {
+    preferences_[range.preference_class].value = range.initial;
+  }
+  ForgetEvents();
 }
 
 void General::Forget() {
-  for (const PreferenceRange& range : kPreferences) {
-    preferences_[range.preference_class] = range.initial;
+  for (auto& entry : preferences_) {
+    Preference& preference = entry.second;
+    preference.value = preference.original.PopOriginal().value_or(preference.value);
   }
   ui_mode_ = 0;
-  events_.assign(8, 0);
+  ForgetEvents();
+}
+
+void General::ChangePreference(std::uint8_t preference_class, std::uint8_t value,
+                               AtDetach at_detach) {
+  Preference& preference = preferences_[preference_class];
+  preference.original.NoticeChange(preference.value, at_detach);
+  preference.value = value;
 }
 
 void General::Apply(const std::vector<Token>& tokens) {
@@ -54,14 +65,16 @@ void General::Apply(const std::vector<Token>& tokens) {
     if (token.subtype != kPreferenceToken || token.fields.size() < 2) continue;
     const PreferenceRange* range = FindPreference(token.fields[0]);
     if (range != nullptr && token.fields[1] <= range->most) {
-      preferences_[range->preference_class] = token.fields[1];
+      const bool restores = token.fields.size() > 2 && token.fields[2] != 0;
+      ChangePreference(range->preference_class, token.fields[1],
+                       restores ? AtDetach::kRestore : AtDetach::kKeep);
     }
   }
 }
 
 std::uint8_t General::preference(std::uint8_t preference_class) const {
   const auto found = preferences_.find(preference_class);
-  return found == preferences_.end() ? 0 : found->second;
+  return found == preferences_.end() ? 0 : found->second.value;
 }
 
 bool General::Handle(const Request& request) {
@@ -149,7 +162,8 @@ void General::ReturnPreference(const Request& request) {
     link_->Acknowledge(request, AckStatus::kUnknown);
     return;
   }
-  link_->Reply(request, general::kRetIpodPreferences, {preference->first, preference->second});
+  link_->Reply(request, general::kRetIpodPreferences,
+               {preference->first, preference->second.value});
 }
 
 void General::SetPreference(const Request& request) {
@@ -165,7 +179,8 @@ void General::SetPreference(const Request& request) {
                       std::to_string(request.data[2]));
     return;
   }
-  preferences_[range->preference_class] = request.data[1];
+  ChangePreference(range->preference_class, request.data[1],
+                   request.data[2] == 1 ? AtDetach::kRestore : AtDetach::kKeep);
   link_->Acknowledge(request, AckStatus::kOk);
 }
 
@@ -177,7 +192,7 @@ bool General::HandleUserInterface(const Request& request) {
       link_->Acknowledge(request, AckStatus::kOk);
       return true;
     case general::kEnterRemoteUiMode:
-      SwitchUserInterface(request, 1);
+      SwitchUserInterface(request, kExtendedMode);
       return true;
     case general::kExitRemoteUiMode:
       SwitchUserInterface(request, 0);

@@ -5,6 +5,7 @@
 
 #include <map>
 
+#include "restorable.h"
 #include "simulator/wire/link.h"
 #include "tokens.h"
 
@@ -17,14 +18,26 @@ class General {
   bool Handle(const Request& request);
   // Takes over the preferences among an accepted accessory's tokens.
   void Apply(const std::vector<Token>& tokens);
-  // The accessory is gone: what it set is set back.
+  /// The accessory is gone: what it set is set back, its preferences where it asked for that.
   void Forget();
+  /// Tells no more events.
+  void ForgetEvents() { events_.assign(kEventBytes, 0); }
 
   std::uint8_t preference(std::uint8_t preference_class) const;
   std::uint8_t ui_mode() const { return ui_mode_; }
+  /// The mode in which the iPod is controlled from outside.
+  bool in_extended_mode() const { return ui_mode_ == kExtendedMode; }
   const Bytes& events() const { return events_; }
 
  private:
+  static constexpr std::uint8_t kExtendedMode = 1;
+  static constexpr std::size_t kEventBytes = 8;
+
+  struct Preference {
+    std::uint8_t value = 0;
+    Restorable<std::uint8_t> original;
+  };
+
   bool HandleIdentity(const Request& request);
   bool HandleUserInterface(const Request& request);
   bool HandleEvents(const Request& request);
@@ -38,7 +51,9 @@ class General {
   Link* link_;
   const Settings& settings_;
   const Traits& traits_;
-  std::map<std::uint8_t, std::uint8_t> preferences_;
+  void ChangePreference(std::uint8_t preference_class, std::uint8_t value, AtDetach at_detach);
+
+  std::map<std::uint8_t, Preference> preferences_;  // by class
   std::uint8_t ui_mode_ = 0;
   Bytes events_;
 };

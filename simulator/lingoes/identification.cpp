@@ -68,6 +68,7 @@ void Identification::Forget() {
   accepts_tokens_ = false;
   by_tokens_ = false;
   began_oldest_way_ = false;
+  by_older_console_ = false;
   announced_ = 0;
   tokens_.clear();
   packets_.clear();
@@ -108,6 +109,7 @@ void Identification::OldestIdentify(const Request& request) {
   questions_->Stop();
   link_->SetIdentifiers(false);
   began_oldest_way_ = true;
+  by_older_console_ = true;
   announced_ = (1u << kGeneral) | (1u << kSimpleRemote) | (1u << kDisplayRemote) |
                (1u << (request.data[0] & 0x1F));
 }
@@ -123,13 +125,14 @@ void Identification::IdentifyByLingoes(const Request& request) {
     link_->Acknowledge(request, AckStatus::kBadParameter);
     return;
   }
-  const bool asks = !began_oldest_way_ || settings_.asks_oldest_accessories;
+  const bool older_console = began_oldest_way_;
   Forget();
+  by_older_console_ = older_console;
   announced_ = mask;
   // From here on frames carry no transaction identifiers, in either direction.
   if (!settings_.keeps_identifiers) link_->SetIdentifiers(false);
   link_->Acknowledge(request, AckStatus::kOk);
-  if (asks) questions_->Start(announced_);
+  if (!older_console || settings_.asks_oldest_accessories) questions_->Start(announced_);
 }
 
 void Identification::StartTokens(const Request& request) {

@@ -22,6 +22,8 @@ class Identification {
 
   bool identified() const { return announced_ != 0; }
   bool by_tokens() const { return by_tokens_; }
+  /// Whether it began with the oldest identification, as consoles from before the tokens do.
+  bool by_older_console() const { return by_older_console_; }
   // One bit per lingo.
   std::uint32_t announced() const { return announced_; }
   const std::vector<Token>& tokens() const { return tokens_; }
@@ -47,7 +49,8 @@ class Identification {
   const Traits& traits_;
   bool accepts_tokens_ = false;
   bool by_tokens_ = false;
-  bool began_oldest_way_ = false;
+  bool began_oldest_way_ = false;  // and has not gone on to its lingoes
+  bool by_older_console_ = false;
   std::uint32_t announced_ = 0;
   std::vector<Token> tokens_;
   std::set<Bytes> packets_;  // seen in this identification; a repeated one replaces nothing

@@ -16,6 +16,8 @@ class Notifications {
   static constexpr std::uint32_t kTrackBit = 0x04;
   static constexpr std::uint32_t kMillisecondsBit = 0x08;
   static constexpr std::uint32_t kSecondsBit = 0x10;
+  static constexpr std::uint32_t kAllBits =
+      kStoppedBit | kStatusBit | kTrackBit | kMillisecondsBit | kSecondsBit;
   // What the one-byte form of the command switches on.
   static constexpr std::uint32_t kBasicBits = kStoppedBit | kTrackBit | kMillisecondsBit;
 

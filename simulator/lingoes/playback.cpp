@@ -21,6 +21,13 @@ enum TrackInfo : std::uint8_t {
   kArtworkInfo = 7,
 };
 
+// Of the speeds of audiobooks; 0 is normal and 1 fast.
+constexpr std::uint8_t kSlow = 0xFF;
+
+AtDetach WhatAtDetach(const Request& request) {
+  return request.data.size() > 1 && request.data[1] == 1 ? AtDetach::kRestore : AtDetach::kKeep;
+}
+
 }  // namespace
 
 const Track* TrackOrRefusal(Link* link, const Player& player, const Request& request,
@@ -34,6 +41,16 @@ const Track* TrackOrRefusal(Link* link, const Player& player, const Request& req
                                                     " of " + std::to_string(player.size()));
   }
   link->Acknowledge(request, AckStatus::kBadParameter);
+  return nullptr;
+}
+
+const Track* TrackWithChapterOrRefusal(Link* link, const Player& player, const Request& request) {
+  const Track* track = TrackOrRefusal(link, player, request, Get32(request.data, 1));
+  const std::uint16_t chapter = Get16(request.data, 5);
+  if (track == nullptr || chapter == 0 || chapter < track->chapters.size()) return track;
+  link->Refuse(request, MistakeKind::kIndexOutOfRange,
+               CommandName(request.lingo, request.command) + " with chapter " +
+                   std::to_string(chapter) + " of " + std::to_string(track->chapters.size()));
   return nullptr;
 }
 
@@ -51,17 +68,16 @@ bool Playback::Handle(const Request& request) {
 }
 
 bool Playback::Control(PlayControl control) {
+  if (player_->Control(control, link_->now())) return true;
   const bool starts = control == PlayControl::kPlay || control == PlayControl::kPlayPause;
-  if (starts && player_->size() == 0) {
-    std::vector<std::size_t> music;
-    for (std::size_t i = 0; i < settings_.library.tracks.size(); ++i) {
-      if (settings_.library.tracks[i].kind == MediaKind::kMusic) music.push_back(i);
-    }
-    if (music.empty()) return false;
-    player_->Start(std::move(music), 0, link_->now());
-    return true;
+  if (!starts) return false;
+  std::vector<std::size_t> music;
+  for (std::size_t i = 0; i < settings_.library.tracks.size(); ++i) {
+    if (settings_.library.tracks[i].kind == MediaKind::kMusic) music.push_back(i);
   }
-  return player_->Control(control, link_->now());
+  if (music.empty()) return false;
+  player_->Start(std::move(music), 0, link_->now());
+  return true;
 }
 
 bool Playback::HandleStatus(const Request& request) {
@@ -141,7 +157,7 @@ void Playback::ReturnTrackText(const Request& request, const std::string Track::
 }
 
 void Playback::ReturnTrackInfo(const Request& request) {
-  const Track* track = TrackOrRefusal(link_, *player_, request, Get32(request.data, 1));
+  const Track* track = TrackWithChapterOrRefusal(link_, *player_, request);
   if (track == nullptr) return;
   const std::uint8_t type = request.data[0];
   Bytes data = {type};
@@ -198,31 +214,49 @@ bool Playback::HandleModes(const Request& request) {
       link_->Reply(request, extended::kReturnAudiobookSpeed, {audiobook_speed_});
       return true;
     case extended::kSetAudiobookSpeed:
-      audiobook_speed_ = request.data[0];
-      link_->Acknowledge(request, AckStatus::kOk);
+      SetAudiobookSpeed(request);
       return true;
     default:
       return false;
   }
 }
 
+// A mode and, where it is there, a byte that says whether to restore the old one at detach.
+bool Playback::CheckMode(const Request& request, const char* what, bool known) {
+  const Bytes& data = request.data;
+  if (known && (data.size() < 2 || data[1] <= 1)) return true;
+  const std::string restored = data.size() < 2 ? "" : ", restored " + std::to_string(data[1]);
+  link_->Refuse(request, MistakeKind::kBadParameter,
+                std::string(what) + " " + std::to_string(data[0]) + restored);
+  return false;
+}
+
 void Playback::SetShuffle(const Request& request) {
-  if (request.data[0] > 2) {
-    link_->Refuse(request, MistakeKind::kBadParameter,
-                  "shuffle " + std::to_string(request.data[0]));
-    return;
-  }
+  if (!CheckMode(request, "shuffle", request.data[0] <= 2)) return;
+  shuffle_.NoticeChange(player_->shuffle(), WhatAtDetach(request));
   player_->SetShuffle(static_cast<Shuffle>(request.data[0]), link_->now());
   link_->Acknowledge(request, AckStatus::kOk);
 }
 
 void Playback::SetRepeat(const Request& request) {
-  if (request.data[0] > 2) {
-    link_->Refuse(request, MistakeKind::kBadParameter, "repeat " + std::to_string(request.data[0]));
-    return;
-  }
+  if (!CheckMode(request, "repeat", request.data[0] <= 2)) return;
+  repeat_.NoticeChange(player_->repeat(), WhatAtDetach(request));
   player_->SetRepeat(static_cast<Repeat>(request.data[0]));
   link_->Acknowledge(request, AckStatus::kOk);
+}
+
+void Playback::SetAudiobookSpeed(const Request& request) {
+  const std::uint8_t speed = request.data[0];
+  if (!CheckMode(request, "audiobook speed", speed <= 1 || speed == kSlow)) return;
+  original_speed_.NoticeChange(audiobook_speed_, WhatAtDetach(request));
+  audiobook_speed_ = speed;
+  link_->Acknowledge(request, AckStatus::kOk);
+}
+
+void Playback::Forget() {
+  if (const auto shuffle = shuffle_.PopOriginal()) player_->SetShuffle(*shuffle, link_->now());
+  if (const auto repeat = repeat_.PopOriginal()) player_->SetRepeat(*repeat);
+  audiobook_speed_ = original_speed_.PopOriginal().value_or(audiobook_speed_);
 }
 
 void Playback::SetNotifications(const Request& request) {
@@ -236,8 +270,14 @@ void Playback::SetNotifications(const Request& request) {
     link_->Acknowledge(request, AckStatus::kBadParameter);
     return;
   }
-  const std::uint32_t basic = request.data[0] != 0 ? Notifications::kBasicBits : 0;
-  notifications_->SetMask(size == 4 ? Get32(request.data, 0) : basic);
+  const std::uint32_t known = size == 4 ? Notifications::kAllBits : 1;
+  const std::uint32_t asked = size == 4 ? Get32(request.data, 0) : request.data[0];
+  if ((asked & ~known) != 0) {
+    link_->Refuse(request, MistakeKind::kBadParameter,
+                  "notification mask " + std::to_string(asked) + ", which no iPod knows");
+    return;
+  }
+  notifications_->SetMask(size == 1 && asked != 0 ? Notifications::kBasicBits : asked);
   link_->Acknowledge(request, AckStatus::kOk);
 }
 

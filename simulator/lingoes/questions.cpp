@@ -15,6 +15,10 @@ constexpr std::uint8_t kWanted[] = {kAccessoryName, kFirmwareVersion, kHardwareV
                                     kManufacturer,  kModelNumber,     kSerialNumber,
                                     kMaxPayload};
 
+// How long an accessory may take for its answer while it goes on with something else. Only the end
+// of a run is so strict; until then it has all of the time-out.
+constexpr Microseconds kReactionTime = 500 * kMillisecond;
+
 std::size_t SizeOf(std::uint8_t type) {
   switch (type) {
     case kCapabilities:
@@ -83,7 +87,7 @@ void Questions::AskAbout(const Request& request) {
   }
 }
 
-// Asked before the one that is waited for, which stays the last.
+// Asked without waiting for the answer; the question that is waited for stays the last.
 void Questions::AskAside(Question question) {
   std::optional<Question> current;
   if (in_turn_ && !asked_.empty()) {
@@ -184,31 +188,62 @@ void Questions::CheckInformation(const Request& request) {
   answers_[type] = std::move(value);
 }
 
-void Questions::NoticeOtherFrame() {
+// A question that nothing follows may have met nobody: an accessory that reads its port only now
+// and then, or one that has closed it. One that goes on with something else was there to answer.
+void Questions::NoticeFrame() {
+  for (Question& question : asked_) {
+    if (link_->now() >= question.asked_at) question.heard_since = true;
+  }
+  DropOverdue();
+}
+
+void Questions::Finish() {
+  for (const Question& question : asked_) {
+    const bool had_time = link_->now() - question.asked_at >= kReactionTime;
+    if (IsOverdue(question) || (question.heard_since && had_time)) ReportMissing(question);
+  }
+  asked_.clear();
+}
+
+bool Questions::IsOverdue(const Question& question) const {
+  return link_->now() - question.asked_at >= settings_.answer_timeout;
+}
+
+void Questions::DropOverdue() {
   for (auto it = asked_.begin(); it != asked_.end();) {
-    const bool overdue = link_->now() - it->asked_at > settings_.answer_timeout;
-    if (!overdue) {
+    if (!IsOverdue(*it) || !(it->heard_since || it->forgiven)) {
       ++it;
       continue;
     }
-    // On a faulty line the question may never have arrived.
-    if (!it->forgiven && !link_->LineIsFaulty()) {
-      link_->Report(MistakeKind::kMissingAnswer,
-                    CommandName(it->lingo, it->command) + " was not answered");
-    }
-    if (std::next(it) == asked_.end()) in_turn_ = false;
+    ReportMissing(*it);
+    if (std::next(it) == asked_.end() && in_turn_) in_turn_ = false;
     it = asked_.erase(it);
   }
   if (!in_turn_) AskNext();
 }
 
+void Questions::ReportMissing(const Question& question) {
+  // On a faulty line the question may never have arrived.
+  if (question.forgiven || link_->LineIsFaulty()) return;
+  link_->Report(MistakeKind::kMissingAnswer,
+                CommandName(question.lingo, question.command, Sender::kIpod) + " was not answered");
+}
+
 void Questions::Advance(Microseconds now) {
-  if (HasCome(NextTimeout(), now)) AskNext();
+  if (!HasCome(NextTimeout(), now)) return;
+  if (in_turn_ && IsOverdue(asked_.back())) in_turn_ = false;
+  DropOverdue();
 }
 
 std::optional<Microseconds> Questions::NextTimeout() const {
-  if (!in_turn_ || asked_.empty() || waiting_.empty()) return std::nullopt;
-  return asked_.back().asked_at + settings_.answer_timeout;
+  std::optional<Microseconds> next;
+  for (const Question& question : asked_) {
+    const bool waited_for = in_turn_ && &question == &asked_.back() && !waiting_.empty();
+    if (!waited_for && !question.heard_since && !question.forgiven) continue;
+    const Microseconds timeout = question.asked_at + settings_.answer_timeout;
+    if (!next || timeout < *next) next = timeout;
+  }
+  return next;
 }
 
 }  // namespace ipodsim

@@ -30,8 +30,10 @@ class Questions {
 
   // True when the frame is an answer, right or wrong.
   bool Handle(const Request& request);
-  // The accessory sent something else: what it owed for too long is now a mistake.
-  void NoticeOtherFrame();
+  /// The accessory sent something else, so it is there, and what it does not answer is a mistake.
+  void NoticeFrame();
+  /// Nothing more will come: what should have been answered by now is a mistake.
+  void Finish();
 
   // Gives up on answers that do not come.
   void Advance(Microseconds now);
@@ -51,13 +53,17 @@ class Questions {
     std::uint16_t identifier = 0;
     bool carried = false;  // the identifier was sent
     Microseconds asked_at = 0;
-    bool forgiven = false;  // an answer is welcome but not expected
+    bool forgiven = false;     // an answer is welcome but not expected
+    bool heard_since = false;  // the accessory, with something else
   };
 
   void Ask(Question question, Microseconds due);
   void AskAside(Question question);
   void AskNext();
   bool Answers(const Question& question, const Request& request) const;
+  bool IsOverdue(const Question& question) const;
+  void DropOverdue();
+  void ReportMissing(const Question& question);
   void CheckAnswer(const Question& question, const Request& request);
   void CheckInformation(const Request& request);
 

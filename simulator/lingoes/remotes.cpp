@@ -106,7 +106,7 @@ void Remotes::Release(std::uint32_t button) {
 }
 
 void Remotes::ReturnTrackInfo(const Request& request) {
-  const Track* track = TrackOrRefusal(link_, *player_, request, Get32(request.data, 1));
+  const Track* track = TrackWithChapterOrRefusal(link_, *player_, request);
   if (track == nullptr) return;
   const std::uint8_t type = request.data[0];
   Bytes data = {type};

@@ -3,11 +3,21 @@
 
 #include "storage.h"
 
+#include "simulator/files/workout_document.h"
+
 namespace ipodsim {
 namespace {
 
 constexpr std::uint8_t kGymFeature = 2;
 constexpr std::size_t kMostOpenFiles = 8;
+
+// The iPod appends what says which iPod it is and seals the document, then what ends it.
+std::string ProblemOfEnding(std::uint32_t options, const std::string& ending) {
+  if ((options & kAppendIpodInfo) == 0) return "the iPod was not asked to append <iPodInfo>";
+  if ((options & kAppendSignature) == 0) return "the iPod was not asked to append <signature>";
+  if (ending != "</gymData>") return "the file was not opened with </gymData> as its ending";
+  return {};
+}
 
 Bytes ToBytes(const std::string& text) { return {text.begin(), text.end()}; }
 
@@ -46,9 +56,34 @@ bool Storage::Handle(const Request& request) {
   }
 }
 
+void Storage::NoticeRequest(const Request& request) {
+  if (request.lingo == kSports && request.command == sports::kGetIpodCaps) asked_sports_ = true;
+  if (request.lingo != kStorage) return;
+  if (request.command == storage::kGetIpodCaps) asked_storage_ = true;
+  if (request.command == storage::kGetIpodFreeSpace) asked_space_ = true;
+}
+
+void Storage::NoticeRefusal(const Request& request) {
+  if (request.lingo != kStorage) return;
+  for (auto& entry : open_) entry.second.spoilt = true;
+}
+
+void Storage::EndSession() {
+  // An accessory that does not hear that its file is open cannot close it.
+  if (!link_->AnswersAreFaulty()) {
+    for (const auto& entry : open_) {
+      link_->Report(MistakeKind::kFileLeftOpen, entry.second.name + " was never closed");
+    }
+  }
+  Forget();
+}
+
 void Storage::Forget() {
   open_.clear();
   last_done_.reset();
+  asked_sports_ = false;
+  asked_storage_ = false;
+  asked_space_ = false;
 }
 
 std::vector<std::string> Storage::open_files() const {
@@ -81,7 +116,9 @@ void Storage::ReturnFreeSpace(const Request& request) {
 void Storage::Open(const Request& request) {
   last_done_.reset();
   if (!CheckOpen(request)) return;
+  CheckPreparation();
   OpenFile file;
+  file.knew_space = asked_space_;
   file.options = Get32(request.data, 1);
   file.closing_data.assign(request.data.begin() + 5, request.data.end());
   if (open_.size() < kMostOpenFiles) file.name = files_->Create("gym", ".xml");
@@ -116,6 +153,32 @@ bool Storage::CheckOpen(const Request& request) {
   return problem.empty();
 }
 
+void Storage::CheckPreparation() {
+  std::string missing;
+  if (!asked_storage_) missing = "the Storage capabilities";
+  if (!asked_sports_) missing = "the Sports capabilities";
+  if (missing.empty() || !settings_.storage.checks_workouts) return;
+  link_->Report(MistakeKind::kUnpreparedWorkout,
+                "OpeniPodFeatureFile without a request for " + missing);
+}
+
+// Whether the file is a workout document of either form. Consoles that write the older form open
+// their file without asking for the free space first.
+void Storage::CheckDocument(const OpenFile& file) {
+  if (!settings_.storage.checks_workouts || file.spoilt || link_->AnswersAreFaulty()) return;
+  const WorkoutDocument document(file.content);
+  if (!file.knew_space && document.form() != WorkoutForm::kOlder) {
+    link_->Report(MistakeKind::kUnpreparedWorkout,
+                  file.name + " was opened without a request for the free space");
+  }
+  std::string problem = document.problem();
+  const std::string ending(file.closing_data.begin(), file.closing_data.end());
+  if (problem.empty()) problem = ProblemOfEnding(file.options, ending);
+  if (!problem.empty()) {
+    link_->Report(MistakeKind::kBadWorkoutDocument, file.name + ": " + problem);
+  }
+}
+
 // Offset, handle, data.
 void Storage::Write(const Request& request) {
   if (RepeatsLast(request)) {
@@ -126,6 +189,7 @@ void Storage::Write(const Request& request) {
   if (file == nullptr) return;
   const auto failing = settings_.storage.failing_writes.find(++writes_);
   if (failing != settings_.storage.failing_writes.end()) {
+    file->spoilt = true;
     link_->Acknowledge(request, failing->second);
     return;
   }
@@ -138,7 +202,13 @@ void Storage::Write(const Request& request) {
   // A gap is kept, as zero bytes.
   Bytes data(offset - file->size, 0);
   data.insert(data.end(), request.data.begin() + 5, request.data.end());
-  Finish(request, Append(file, data));
+  const AckStatus status = Append(file, data);
+  if (status == AckStatus::kOk) {
+    file->content.append(data.begin(), data.end());
+  } else {
+    file->spoilt = true;
+  }
+  Finish(request, status);
 }
 
 bool Storage::CheckWrite(const Request& request, const OpenFile& file) {
@@ -179,6 +249,7 @@ void Storage::Close(const Request& request) {
   }
   OpenFile* file = FileOf(request, handle);
   if (file == nullptr) return;
+  CheckDocument(*file);
   AckStatus status = AckStatus::kOk;
   const auto append = [&](const Bytes& data) {
     if (status == AckStatus::kOk) status = Append(file, data);

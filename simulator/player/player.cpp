@@ -34,7 +34,7 @@ bool Player::Control(PlayControl control, Microseconds now) {
     Stop(now);
     return true;
   }
-  if (list_.empty()) return false;
+  if (list_.empty()) return Resume(control, now);
   const bool fast = state_ == PlayerState::kFastForward || state_ == PlayerState::kFastRewind;
   const bool moving = fast || state_ == PlayerState::kPlaying;
   switch (control) {
@@ -178,9 +178,19 @@ void Player::MoveTo(std::size_t index, Microseconds now) {
   events_.push_back({PlayerEvent::Kind::kTrackChanged, now});
 }
 
+// Nothing is the current track then; what was played before is kept for the next Play.
 void Player::Stop(Microseconds now) {
   SetState(PlayerState::kStopped, PlayerEvent::Kind::kStopped, now);
+  list_.clear();
+  index_ = 0;
   Anchor(0, now);
+}
+
+bool Player::Resume(PlayControl control, Microseconds now) {
+  const bool plays = control == PlayControl::kPlay || control == PlayControl::kPlayPause;
+  if (!plays || original_.empty()) return false;
+  Start(original_, 0, now);
+  return true;
 }
 
 void Player::Step(bool forward, Microseconds now) {

@@ -90,6 +90,7 @@ class Player {
   void SetState(PlayerState state, PlayerEvent::Kind kind, Microseconds now);
   void MoveTo(std::size_t index, Microseconds now);
   void Stop(Microseconds now);
+  bool Resume(PlayControl control, Microseconds now);
   void Step(bool forward, Microseconds now);
   void TrackEnded(Microseconds now);
   void Arrange();

@@ -35,6 +35,8 @@ struct StorageSettings {
   std::uint64_t free_space = 3'000'000'000;
   std::uint32_t max_file_size = 16'000'000;
   std::uint16_t max_write_size = 496;
+  // What is stored has to be a workout: asked for first, and a whole document once it is closed.
+  bool checks_workouts = true;
   // Writes that fail, counted from 1 over all files, and with which status.
   std::map<std::uint32_t, AckStatus> failing_writes;
   // Where the files go; in memory when null.

@@ -14,8 +14,7 @@ Link::Link(const Settings& settings)
       line_(&dice_) {}
 
 void Link::Reply(const Request& request, std::uint16_t command, Bytes data) {
-  Queue(NextReplyTime(), request.lingo, command, Misshapen(std::move(data)), request.identifier,
-        false);
+  QueueAnswer(NextReplyTime(), request, command, Misshapen(std::move(data)), false);
 }
 
 void Link::Acknowledge(const Request& request, AckStatus status) {
@@ -34,7 +33,7 @@ void Link::Refuse(const Request& request, MistakeKind kind, const std::string& d
 void Link::Stream(const Request& request, std::uint16_t command, std::vector<Bytes> answers) {
   Microseconds due = NextReplyTime();
   for (Bytes& answer : answers) {
-    Queue(due, request.lingo, command, Misshapen(std::move(answer)), request.identifier, true);
+    QueueAnswer(due, request, command, Misshapen(std::move(answer)), true);
     due += settings_.record_period;
   }
 }
@@ -46,7 +45,7 @@ void Link::AcknowledgePending(const Request& request) {
   Put32(data, static_cast<std::uint32_t>(settings_.pending_time / kMillisecond));
   const std::uint16_t command = AckCommand(request.lingo);
   if (command == kNoAck || pending_) return;
-  Queue(NextReplyTime(), request.lingo, command, std::move(data), request.identifier, false);
+  QueueAnswer(NextReplyTime(), request, command, std::move(data), false);
   pending_ = true;
 }
 
@@ -60,7 +59,7 @@ std::uint16_t Link::Send(std::uint8_t lingo, std::uint16_t command, Bytes data, 
     // behind it.
     ++allowed_extra_steps_;
   }
-  Queue(due, lingo, command, std::move(data), carried, false);
+  Queue(due, {lingo, command, std::move(data)}, carried, {});
   return identifier;
 }
 
@@ -107,6 +106,17 @@ bool Link::LineIsFaulty() const {
     if (settings_.faults.Has(fault)) return true;
   }
   return false;
+}
+
+bool Link::AnswersAreFaulty() const {
+  for (const Fault fault : {Fault::kPendingAcks, Fault::kShortReplies, Fault::kLongReplies}) {
+    if (settings_.faults.Has(fault)) return true;
+  }
+  return LineIsFaulty();
+}
+
+const Outbox::Item* Link::NextAnswer() const {
+  return AnswersAreFaulty() ? nullptr : outbox_.NextAnswer(now_);
 }
 
 std::optional<Microseconds> Link::NextDue() const {
@@ -170,15 +180,21 @@ Microseconds Link::NextTurn() {
   return std::max(last_reply_due_, now_) + latency;
 }
 
-void Link::Queue(Microseconds due, std::uint8_t lingo, std::uint16_t command, Bytes data,
-                 std::optional<std::uint16_t> identifier, bool streamed) {
-  Frame frame{lingo, command, {}};
-  if (identifier) Put16(frame.data, *identifier);
-  frame.data.insert(frame.data.end(), data.begin(), data.end());
+void Link::QueueAnswer(Microseconds due, const Request& request, std::uint16_t command, Bytes data,
+                       bool streamed) {
   Outbox::Item item;
-  item.wire = BuildFrame(frame, settings_.large_frames_only);
-  item.has_identifier = identifier.has_value();
+  item.asked = Outbox::Asked{request.lingo, request.command, now_};
   item.streamed = streamed;
+  Queue(due, {request.lingo, command, std::move(data)}, request.identifier, std::move(item));
+}
+
+void Link::Queue(Microseconds due, const Frame& frame, std::optional<std::uint16_t> identifier,
+                 Outbox::Item item) {
+  Frame whole{frame.lingo, frame.command, {}};
+  if (identifier) Put16(whole.data, *identifier);
+  whole.data.insert(whole.data.end(), frame.data.begin(), frame.data.end());
+  item.wire = BuildFrame(whole, settings_.large_frames_only);
+  item.has_identifier = identifier.has_value();
   item.identifier = identifier.value_or(0);
   outbox_.Add(due, std::move(item));
 }

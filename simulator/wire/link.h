@@ -63,7 +63,13 @@ class Link {
   const std::vector<Mistake>& mistakes() const { return mistakes_; }
 
   FaultDice& dice() { return dice_; }
+  /// Whether a fault may keep the accessory from hearing what the iPod says.
   bool LineIsFaulty() const;
+  /// Whether a fault may make an answer useless to the accessory, the line's faults included.
+  bool AnswersAreFaulty() const;
+  /// The answer that the accessory has to wait for, if any; none while answers are faulty, since
+  /// the accessory may then have given up on it.
+  const Outbox::Item* NextAnswer() const;
 
   std::optional<Microseconds> NextDue() const;
   Bytes Transmit(Microseconds now);
@@ -75,8 +81,10 @@ class Link {
  private:
   Microseconds DrawLatency();
   Microseconds NextReplyTime();
-  void Queue(Microseconds due, std::uint8_t lingo, std::uint16_t command, Bytes data,
-             std::optional<std::uint16_t> identifier, bool streamed);
+  void Queue(Microseconds due, const Frame& frame, std::optional<std::uint16_t> identifier,
+             Outbox::Item item);
+  void QueueAnswer(Microseconds due, const Request& request, std::uint16_t command, Bytes data,
+                   bool streamed);
   Bytes Misshapen(Bytes data);
 
   const Settings& settings_;

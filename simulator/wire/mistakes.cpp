@@ -27,6 +27,12 @@ const char* MistakeName(MistakeKind kind) {
       return "command before identification";
     case MistakeKind::kLingoNotAnnounced:
       return "lingo not announced";
+    case MistakeKind::kWrongMode:
+      return "command outside its mode";
+    case MistakeKind::kCommandBeforeAnswer:
+      return "command before an answer";
+    case MistakeKind::kCommandDuringStream:
+      return "command during a record stream";
     case MistakeKind::kTokensOutsideIdentification:
       return "tokens outside identification";
     case MistakeKind::kBadTokenLayout:
@@ -61,6 +67,12 @@ const char* MistakeName(MistakeKind kind) {
       return "write too large";
     case MistakeKind::kFileTooLarge:
       return "file too large";
+    case MistakeKind::kFileLeftOpen:
+      return "file left open";
+    case MistakeKind::kUnpreparedWorkout:
+      return "unprepared workout";
+    case MistakeKind::kBadWorkoutDocument:
+      return "bad workout document";
   }
   return "mistake";
 }

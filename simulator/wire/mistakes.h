@@ -20,6 +20,9 @@ enum class MistakeKind {
   kIndexOutOfRange,
   kCommandBeforeIdentification,
   kLingoNotAnnounced,
+  kWrongMode,
+  kCommandBeforeAnswer,
+  kCommandDuringStream,
   kTokensOutsideIdentification,
   kBadTokenLayout,
   kWrongTokenCount,
@@ -37,6 +40,9 @@ enum class MistakeKind {
   kOverlapInFile,
   kWriteTooLarge,
   kFileTooLarge,
+  kFileLeftOpen,
+  kUnpreparedWorkout,
+  kBadWorkoutDocument,
 };
 
 // Lower-case words, such as "bad checksum".

@@ -3,6 +3,7 @@
 
 #include "outbox.h"
 
+#include <iterator>
 #include <utility>
 
 namespace ipodsim {
@@ -19,6 +20,13 @@ bool Outbox::Pop(Microseconds now, Microseconds* due, Item* item) {
   *item = std::move(first->second);
   items_.erase(first);
   return true;
+}
+
+const Outbox::Item* Outbox::NextAnswer(Microseconds now) const {
+  for (auto it = items_.upper_bound(now); it != items_.end(); ++it) {
+    if (it->second.asked) return &it->second;
+  }
+  return nullptr;
 }
 
 void Outbox::CancelStreams(std::optional<std::uint16_t> identifier) {

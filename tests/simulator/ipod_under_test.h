@@ -87,8 +87,14 @@ class IpodUnderTest {
     return Read();
   }
 
-  // Announces General, Simple Remote, Display Remote and Extended Interface.
-  void Identify() { Exchange("FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2"); }
+  /// Announces General, Simple Remote, Display Remote and Extended Interface, and enters the mode
+  /// in which the last of them is served.
+  void Identify() {
+    IdentifyOnly();
+    Exchange("FF 55 02 00 05 F9");
+  }
+  /// The same without the mode.
+  void IdentifyOnly() { Exchange("FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2"); }
 
   // General, Display Remote, Sports, Storage and Extended Interface, by tokens. The next
   // identifier is 3.

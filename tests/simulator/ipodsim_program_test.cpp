@@ -18,12 +18,15 @@
 #include <thread>
 
 #include "tests/simulator/ipod_under_test.h"
+#include "tests/simulator/workouts.h"
 
 namespace ipodsim {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::StartsWith;
 
 struct Outcome {
   int status;
@@ -206,26 +209,39 @@ TEST_F(ProgramTest, KeepsWorkoutsInItsStorageFolder) {
       "FF 55 04 00 02 00 13 E7"
       " "
       "FF 55 03 00 27 00 D6";
-  EXPECT_EQ(served.Exchange("FF 55 0E 00 13 00 00 10 01 00 00 00 00 00 00 00 00 CE", question),
+  EXPECT_EQ(served.Exchange("FF 55 0E 00 13 00 00 12 01 00 00 00 00 00 00 00 00 CC", question),
             question);
-  EXPECT_EQ(served.Exchange("FF 55 07 00 28 00 00 00 00 01 D0", "FF 55 02 0C 81 71"),
+  EXPECT_EQ(served.Exchange("FF 55 07 00 28 00 00 00 00 01 D0", "FF 55 02 09 03 F2"),
+            "FF 55 02 09 03 F2");
+  EXPECT_EQ(served.Exchange("FF 55 05 09 04 02 00 00 EC", "FF 55 02 0C 81 71"),
             "FF 55 02 0C 81 71");
+  const char* const sports = "FF 55 05 09 84 00 03 00 6B";
   EXPECT_EQ(
       served.Exchange(
           "FF 55 18 0C 82 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 FF 01 02 58"
           " "
-          "FF 55 0B 0C 12 02 00 00 00 01 3C 2F 78 3E B3",
-          "FF 55 03 0C 04 01 EC"),
-      "FF 55 03 0C 04 01 EC");
-  EXPECT_EQ(served.Exchange("FF 55 0A 0C 07 00 00 00 00 01 61 62 63 BC", "FF 55 04 0C 00 00 07 E9"),
-            "FF 55 04 0C 00 00 07 E9");
+          "FF 55 02 09 83 72",
+          sports),
+      sports);
+  const char* const storage_capabilities =
+      "FF 55 18 0C 02 00 00 00 01 DC D6 50 00 00 F4 24 00 01 F0 00 00 00 00 00 00 01 02 CB";
+  EXPECT_EQ(served.Exchange("FF 55 02 0C 01 F1", storage_capabilities), storage_capabilities);
+  const char* const space = "FF 55 0A 0C 11 00 00 00 00 B2 D0 5E 00 F9";
+  EXPECT_EQ(served.Exchange("FF 55 02 0C 10 E2", space), space);
+  EXPECT_EQ(served.Exchange("FF 55 11 0C 12 02 00 00 00 0B 3C 2F 67 79 6D 44 61 74 61 3E 54",
+                            "FF 55 03 0C 04 01 EC"),
+            "FF 55 03 0C 04 01 EC");
+  for (const Bytes& write : WritesOf(kNewerWorkout)) {
+    EXPECT_EQ(served.Exchange(ToHex(write), "FF 55 04 0C 00 00 07 E9"), "FF 55 04 0C 00 00 07 E9");
+  }
   EXPECT_EQ(served.Exchange("FF 55 03 0C 08 01 E8", "FF 55 04 0C 00 00 08 E8"),
             "FF 55 04 0C 00 00 08 E8");
   EXPECT_EQ(served.End(SIGINT).status, 0);
   std::ifstream file(storage + "/gym-0001.xml");
   std::string content;
-  std::getline(file, content);
-  EXPECT_EQ(content, "abc</x>");
+  std::getline(file, content, '\0');
+  EXPECT_THAT(content, StartsWith(kNewerWorkout));
+  EXPECT_THAT(content, EndsWith("</signature>\n</gymData>"));
   unlink((storage + "/gym-0001.xml").c_str());
   rmdir(storage.c_str());
 }
@@ -250,8 +266,9 @@ TEST_F(ProgramTest, CleanRunEndsWith0AndTakesItsLinkAway) {
 
 TEST_F(ProgramTest, MistakesAreListedAndEndWith1) {
   Served served("--link " + link, link);
-  served.Exchange("FF 55 03 00 0F 00 EE FF 55 02 00 07 00 FF 55 03 00 0F 00 EE",
-                  "FF 55 05 00 10 00 01 09 E1 FF 55 05 00 10 00 01 09 E1");
+  const char* const version = "FF 55 05 00 10 00 01 09 E1";
+  served.Exchange("FF 55 03 00 0F 00 EE", version);
+  served.Exchange("FF 55 02 00 07 00 FF 55 03 00 0F 00 EE", version);
   const Outcome outcome = served.End(SIGINT);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.output, HasSubstr("\n1 protocol mistake\n  "));

@@ -64,7 +64,7 @@ TEST_F(GeneralLingo, RemoteUiRequestCanBePendingFirst) {
   settings.remote_ui_is_pending_first = true;
   settings.pending_time = 300 * kMillisecond;
   IpodUnderTest pending(settings);
-  pending.Identify();
+  pending.IdentifyOnly();
   EXPECT_EQ(pending.Exchange("FF 55 02 00 05 F9"), "FF 55 08 00 02 06 05 00 00 01 2C BE");
   EXPECT_EQ(pending.Read(290 * kMillisecond), "");
   EXPECT_EQ(pending.Read(), "FF 55 04 00 02 00 05 F5");

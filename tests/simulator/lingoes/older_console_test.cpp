@@ -27,6 +27,7 @@ TEST(OlderConsole, IdentifiesWithoutIdentifiers) {
   EXPECT_EQ(dock.Exchange("FF 55 0E 00 13 00 00 12 1D 00 00 00 00 00 00 00 00 B0"), kIdentified);
   EXPECT_EQ(dock.ipod.announced_lingoes(), 0x121Du);
   EXPECT_FALSE(dock.ipod.identifiers_on());
+  EXPECT_EQ(dock.Exchange("FF 55 02 00 05 F9"), "FF 55 04 00 02 00 05 F5");
   EXPECT_EQ(dock.Exchange("FF 55 03 04 00 1C DD"),
             "FF 55 0C 04 00 1D 00 00 00 00 00 00 00 00 00 D3");
   EXPECT_EQ(dock.Mistakes(), "");

@@ -58,7 +58,7 @@ TEST_F(PlaybackTest, PositionMovesWithTheClockIntoTheNextTrack) {
 TEST_F(PlaybackTest, EndOfTheListStops) {
   dock.Exchange("FF 55 08 04 00 17 05 00 00 00 05 D3");
   dock.Read(50 * kSecond);
-  EXPECT_EQ(dock.Exchange(kStatus), "FF 55 0C 04 00 1D 00 00 C3 50 00 00 00 00 00 C0");
+  EXPECT_EQ(dock.Exchange(kStatus), "FF 55 0C 04 00 1D 00 00 00 00 00 00 00 00 00 D3");
 }
 
 TEST_F(PlaybackTest, PauseHoldsThePosition) {
@@ -74,10 +74,21 @@ TEST_F(PlaybackTest, PauseHoldsThePosition) {
   EXPECT_EQ(dock.ipod.player().state(), PlayerState::kPlaying);
 }
 
-TEST_F(PlaybackTest, StopGoesToTheStart) {
+TEST_F(PlaybackTest, NoTrackIsCurrentAfterStop) {
   PlayBay();
   EXPECT_EQ(dock.Exchange("FF 55 04 04 00 29 02 CD"), kAck29);
-  EXPECT_EQ(dock.Exchange(kStatus), "FF 55 0C 04 00 1D 00 00 13 88 00 00 00 00 00 38");
+  EXPECT_EQ(dock.Exchange(kStatus), "FF 55 0C 04 00 1D 00 00 00 00 00 00 00 00 00 D3");
+  EXPECT_EQ(dock.Exchange("FF 55 03 04 00 1E DB"), "FF 55 07 04 00 1F FF FF FF FF DA");
+  EXPECT_EQ(dock.Exchange("FF 55 03 04 00 35 C4"), "FF 55 07 04 00 36 00 00 00 00 BF");
+  EXPECT_EQ(dock.Mistakes(), "");
+}
+
+TEST_F(PlaybackTest, PlayAfterStopStartsTheSameListAgain) {
+  PlayBay();
+  dock.Exchange("FF 55 04 04 00 29 02 CD");
+  EXPECT_EQ(dock.Exchange("FF 55 04 04 00 29 0A C5"), kAck29);
+  EXPECT_EQ(dock.Exchange("FF 55 03 04 00 1E DB"), "FF 55 07 04 00 1F 00 00 00 00 D6");
+  EXPECT_EQ(dock.Exchange("FF 55 03 04 00 35 C4"), "FF 55 07 04 00 36 00 00 00 06 B9");
 }
 
 TEST_F(PlaybackTest, StopWithNothingLoadedIsFine) {
@@ -280,6 +291,7 @@ TEST_F(PlaybackTest, OldIpodRefusesTheWideMask) {
 
 TEST_F(PlaybackTest, NotificationsCarryTheIpodsOwnIdentifiers) {
   IpodUnderTest tokens;
+  tokens.Identify();
   tokens.IdentifyByTokens();
   tokens.Exchange("FF 55 09 04 00 26 00 03 00 00 00 04 C6");
   EXPECT_EQ(tokens.Exchange("FF 55 0A 04 00 17 00 04 05 00 00 00 01 D1"),

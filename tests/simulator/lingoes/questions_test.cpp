@@ -35,7 +35,7 @@ TEST(Questions, AsksInOrderUnderItsOwnIdentifiers) {
 
 TEST(Questions, AsksWithoutIdentifiersAfterIdentificationByLingoes) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   EXPECT_EQ(dock.Read(), "FF 55 03 00 27 00 D6");
   EXPECT_EQ(dock.Exchange("FF 55 07 00 28 00 00 00 00 81 50"), "FF 55 03 00 27 07 CF");
   EXPECT_EQ(dock.Exchange("FF 55 04 00 28 07 00 CD"), "");
@@ -44,7 +44,7 @@ TEST(Questions, AsksWithoutIdentifiersAfterIdentificationByLingoes) {
 
 TEST(Questions, LingoesThatWereNotAnnouncedAreNotAskedAbout) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Read();
   EXPECT_EQ(dock.Exchange("FF 55 07 00 28 00 00 00 00 01 D0"), "");
 }
@@ -60,14 +60,14 @@ TEST(Questions, EchoOfAnotherIdentifierIsNamed) {
 
 TEST(Questions, UnaskedAnswerIsNamed) {
   IpodUnderTest dock;
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Exchange("FF 55 06 00 28 01 4D 65 00 1F");
   EXPECT_EQ(dock.Mistakes(), "unasked answer");
 }
 
 TEST(Questions, AnswerOfTheWrongSizeIsNamed) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Read();
   dock.Exchange("FF 55 06 00 28 00 00 00 F3 DF");
   EXPECT_EQ(dock.Mistakes(), "wrong answer");
@@ -75,7 +75,7 @@ TEST(Questions, AnswerOfTheWrongSizeIsNamed) {
 
 TEST(Questions, TextWithoutAnEndIsNamed) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Read();
   dock.Exchange("FF 55 07 00 28 00 00 00 00 83 4E");
   dock.Exchange("FF 55 05 00 28 01 4D 65 20");
@@ -102,7 +102,7 @@ TEST(Questions, VersionThatDiffersFromTheTokenIsNoMistake) {
 
 TEST(Questions, MissingAnswerIsNamedOnceTheAccessoryIsHeardAgain) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Read();
   dock.Read(10 * kSecond);
   EXPECT_EQ(dock.Mistakes(), "");
@@ -112,7 +112,7 @@ TEST(Questions, MissingAnswerIsNamedOnceTheAccessoryIsHeardAgain) {
 
 TEST(Questions, AccessoryThatIdentifiesAnewOwesNoAnswers) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Read();
   dock.Read(10 * kSecond);
   dock.Exchange("FF 55 02 00 38 C6");
@@ -122,10 +122,10 @@ TEST(Questions, AccessoryThatIdentifiesAnewOwesNoAnswers) {
 
 TEST(Questions, UnansweredQuestionIsFollowedByTheNext) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Read();
   EXPECT_EQ(dock.Exchange("FF 55 07 00 28 00 00 00 00 03 CE"), "FF 55 03 00 27 01 D5");
-  dock.Identify();
+  dock.IdentifyOnly();
   EXPECT_EQ(dock.Read(), "FF 55 03 00 27 00 D6");
   dock.Exchange("FF 55 07 00 28 00 00 00 00 C1 10");
   EXPECT_EQ(dock.Read(2900 * kMillisecond), "");
@@ -134,10 +134,10 @@ TEST(Questions, UnansweredQuestionIsFollowedByTheNext) {
 
 TEST(Questions, LateAnswerAfterAnotherIdentificationIsWelcome) {
   IpodUnderTest dock(AskingSettings());
-  dock.Identify();
+  dock.IdentifyOnly();
   EXPECT_EQ(dock.Read(), "FF 55 03 00 27 00 D6");
   EXPECT_EQ(dock.Exchange("FF 55 07 00 28 00 00 00 00 03 CE"), "FF 55 03 00 27 01 D5");
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Exchange("FF 55 06 00 28 01 4D 65 00 1F");
   EXPECT_EQ(dock.Mistakes(), "");
 }

@@ -36,7 +36,8 @@ std::string FirstFile(const IpodUnderTest& dock) {
 
 class StorageTest : public testing::Test {
  protected:
-  StorageTest() : settings(QuietSettings()) {}
+  // Of what is stored here nothing is a workout.
+  StorageTest() : settings(QuietSettings()) { settings.storage.checks_workouts = false; }
 
   // Makes the dock of the settings, identified.
   IpodUnderTest& Docked() {

@@ -58,7 +58,8 @@ TEST_F(PlayerTest, WithoutRepeatTheListEnds) {
   player.Start({0, 1, 2}, 1, 0);
   player.Advance(10 * kSecond);
   EXPECT_EQ(player.state(), PlayerState::kStopped);
-  EXPECT_EQ(player.index(), 2u);
+  EXPECT_EQ(player.index(), Player::kNothing);
+  EXPECT_EQ(player.current(), nullptr);
 }
 
 TEST_F(PlayerTest, RepeatAllWrapsSkipsToo) {

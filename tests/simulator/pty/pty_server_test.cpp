@@ -23,6 +23,8 @@ namespace {
 
 constexpr char kIdentify[] = "FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2";
 constexpr char kIdentified[] = "FF 55 04 00 02 00 13 E7";
+constexpr char kEnter[] = "FF 55 02 00 05 F9";
+constexpr char kEntered[] = "FF 55 04 00 02 00 05 F5";
 constexpr char kRequest[] = "FF 55 02 00 07 F7";
 constexpr char kName[] = "FF 55 06 00 08 50 6F 64 00 CF";
 
@@ -151,6 +153,8 @@ TEST_F(PtyServerTest, IpodKeepsItsStateWhenTheAccessoryClosesAndReopens) {
   {
     // The album Hills and its one track.
     const Accessory accessory(server.device_path());
+    accessory.Write(kEnter);
+    ASSERT_EQ(accessory.Read(kEntered), kEntered);
     accessory.Write("FF 55 08 04 00 17 03 00 00 00 00 DA");
     ASSERT_EQ(accessory.Read(kSelected), kSelected);
   }
@@ -255,6 +259,8 @@ TEST_F(PtyServerTest, WhatIsSaidWhileNobodyListensIsLost) {
     const Accessory accessory(server.device_path());
     accessory.Write(kIdentify);
     ASSERT_EQ(accessory.Read(kIdentified), kIdentified);
+    accessory.Write(kEnter);
+    ASSERT_EQ(accessory.Read(kEntered), kEntered);
     accessory.Write("FF 55 0C 04 00 1A 05 00 00 00 00 00 00 00 06 CB");
     ASSERT_EQ(accessory.Read("FF 55 0E 04 00 1B 00 00 00 00 41 6D 61 7A 6F 6E 00 6D"),
               "FF 55 0E 04 00 1B 00 00 00 00 41 6D 61 7A 6F 6E 00 6D");

@@ -220,7 +220,7 @@ TEST(Faults, AnswerToAnUnaskedRequestIsWelcome) {
 
 TEST(Faults, UnplugForgetsTheAccessoryAndReplugHearsItAgain) {
   Settings settings = Faulty(Fault::kUnplug);
-  settings.faults.unplug_after = 3;
+  settings.faults.unplug_after = 4;
   IpodUnderTest dock(settings);
   dock.Identify();
   dock.Exchange("FF 55 04 04 00 29 0A C5");

@@ -11,7 +11,11 @@ namespace {
 
 class Identifiers : public testing::Test {
  protected:
-  Identifiers() { dock.IdentifyByTokens(); }
+  // The mode for the Extended Interface outlives an identification.
+  Identifiers() {
+    dock.Identify();
+    dock.IdentifyByTokens();
+  }
   IpodUnderTest dock;
 };
 
@@ -72,6 +76,7 @@ TEST_F(Identifiers, CancelCarriesTheIdentifierOfWhatItCancels) {
   Settings settings = QuietSettings();
   settings.record_period = kSecond;
   IpodUnderTest slow(settings);
+  slow.Identify();
   slow.IdentifyByTokens();
   EXPECT_EQ(slow.Exchange("FF 55 0E 04 00 1A 00 03 05 00 00 00 00 00 00 00 06 C6"),
             "FF 55 10 04 00 1B 00 03 00 00 00 00 41 6D 61 7A 6F 6E 00 68");

@@ -23,7 +23,7 @@ class TraceTest : public testing::Test {
 };
 
 TEST_F(TraceTest, BothDirectionsAreTold) {
-  dock.Identify();
+  dock.IdentifyOnly();
   dock.Exchange("FF 55 02 00 07 F7");
   EXPECT_THAT(lines,
               ElementsAre("   1.000000 > General IdentifyDeviceLingoes: 00 00 00 1D 00 00 00 00 00 "
@@ -42,6 +42,7 @@ TEST_F(TraceTest, MistakesAreTold) {
 }
 
 TEST_F(TraceTest, IdentifiersAndRefusalsAreTold) {
+  dock.Identify();
   dock.IdentifyByTokens();
   lines.clear();
   dock.Exchange("FF 55 0A 04 00 17 00 03 02 00 00 00 01 D5");
