@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <numeric>
+#include <string_view>
 
 #include "support/packets.h"
 #include "support/session_test.h"
@@ -11,6 +12,7 @@
 namespace {
 
 using test::Bytes;
+using test::Hex;
 using test::SessionTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -21,9 +23,9 @@ using Decoder = tagIPOD_COMM_ERROR (CIpodComm::*)(unsigned char*, unsigned long,
 struct DecoderRow {
   const char* name;
   Decoder decode;
-  Bytes header;        // of the short form, from lingo to command 0x0033; the length comes before
-  Bytes ack_header;    // the same for the ACK
-  Bytes other_header;  // for a command that nobody waits for
+  const char* header;        // of the short form, from lingo to command 0033, behind the length
+  const char* ack_header;    // the same for the ACK
+  const char* other_header;  // for a command that nobody waits for
 };
 
 struct Decoded {
@@ -45,21 +47,21 @@ class Decoding : public SessionTest, public ::testing::WithParamInterface<Decode
     read_.stored = 0;
   }
   /// Decoders take the frame as it is and do not look at the checksum.
-  static Bytes Short(const Bytes& header, const Bytes& data) {
-    Bytes frame = {0xFF, 0x55, static_cast<std::uint8_t>(header.size() + data.size())};
-    frame.insert(frame.end(), header.begin(), header.end());
-    frame.insert(frame.end(), data.begin(), data.end());
-    frame.push_back(0x99);
-    return frame;
+  static Bytes Short(std::string_view header, const Bytes& data) {
+    const Bytes head = Hex(header);
+    return Framed({static_cast<std::uint8_t>(head.size() + data.size())}, head, data);
   }
-  static Bytes Large(const Bytes& header, const Bytes& data) {
-    const std::size_t length = header.size() + data.size();
-    Bytes frame = {0xFF, 0x55, 0x00, static_cast<std::uint8_t>(length >> 8),
-                   static_cast<std::uint8_t>(length)};
-    frame.insert(frame.end(), header.begin(), header.end());
-    frame.insert(frame.end(), data.begin(), data.end());
-    frame.push_back(0x99);
-    return frame;
+  static Bytes Short(std::string_view header, std::string_view data) {
+    return Short(header, Hex(data));
+  }
+  static Bytes Large(std::string_view header, const Bytes& data) {
+    const Bytes head = Hex(header);
+    const std::size_t length = head.size() + data.size();
+    return Framed({0x00, static_cast<std::uint8_t>(length >> 8), static_cast<std::uint8_t>(length)},
+                  head, data);
+  }
+  static Bytes Large(std::string_view header, std::string_view data) {
+    return Large(header, Hex(data));
   }
   Decoded Decode(Bytes frame) {
     int keep_reading = 7;
@@ -76,10 +78,20 @@ class Decoding : public SessionTest, public ::testing::WithParamInterface<Decode
 
   tagIPOD_READ_PARAMS read_ = {};
   Bytes buffer_;
+
+ private:
+  static Bytes Framed(const Bytes& length, const Bytes& head, const Bytes& data) {
+    Bytes frame = {0xFF, 0x55};
+    for (const Bytes& part : {length, head, data}) {
+      frame.insert(frame.end(), part.begin(), part.end());
+    }
+    frame.push_back(0x99);
+    return frame;
+  }
 };
 
 TEST_P(Decoding, AnswersOfEveryLengthFillBuffersOfEverySize) {
-  const std::size_t longest = 255 - GetParam().header.size();
+  const std::size_t longest = 255 - Hex(GetParam().header).size();
   Bytes all(longest, 0);
   std::iota(all.begin(), all.end(), std::uint8_t{1});
   for (std::size_t length = 0; length <= longest; ++length) {
@@ -115,35 +127,35 @@ TEST_P(Decoding, LargeAnswersOfUpToAThousandBytesAreTaken) {
 
 TEST_P(Decoding, NegativeSizeTakesNothing) {
   read_.size = -1;
-  Decode(Short(GetParam().header, {1, 2}));
+  Decode(Short(GetParam().header, "01 02"));
   EXPECT_EQ(read_.stored, 0U);
   EXPECT_EQ(read_.size, 0);
   EXPECT_EQ(buffer_[0], 0xEE);
 }
 
 TEST_P(Decoding, KeepReadingFlagMayBeNull) {
-  Bytes frame = Short(GetParam().header, {1, 2});
+  Bytes frame = Short(GetParam().header, "01 02");
   EXPECT_EQ((session_.*GetParam().decode)(frame.data(), frame.size(), &read_, nullptr),
             IPOD_COMM_OK);
-  frame = Short(GetParam().other_header, {1, 2});
+  frame = Short(GetParam().other_header, "01 02");
   (session_.*GetParam().decode)(frame.data(), frame.size(), &read_, nullptr);
-  frame = Short(GetParam().ack_header, {1, 2});
+  frame = Short(GetParam().ack_header, "01 02");
   (session_.*GetParam().decode)(frame.data(), frame.size(), &read_, nullptr);
   EXPECT_EQ(read_.received_command, 0x02);
 }
 
 TEST_P(Decoding, ReceivedCommandIsRecordedInEveryCase) {
-  Decode(Short(GetParam().header, {}));
+  Decode(Short(GetParam().header, ""));
   EXPECT_EQ(read_.received_command, 0x33);
-  Decode(Short(GetParam().ack_header, {0, 0}));
+  Decode(Short(GetParam().ack_header, "00 00"));
   EXPECT_EQ(read_.received_command, 0x02);
-  Decode(Short(GetParam().other_header, {}));
+  Decode(Short(GetParam().other_header, ""));
   EXPECT_EQ(read_.received_command, 0x34);
 }
 
 TEST_P(Decoding, WithoutIdentifiersDataStayWhatTheyAre) {
   CIpodCommPeer::OwnTransactionId(session_) = 6;
-  ExpectTaken(Short(GetParam().header, {0, 5, 9}), "00 05 09");
+  ExpectTaken(Short(GetParam().header, "00 05 09"), "00 05 09");
 }
 
 TEST_P(Decoding, AcceptedAckIsKeptAsFarAsTheSizeSays) {
@@ -154,7 +166,7 @@ TEST_P(Decoding, AcceptedAckIsKeptAsFarAsTheSizeSays) {
   read_.accept_ack = 1;
   for (const auto& row : rows) {
     for (const Bytes& frame :
-         {Short(GetParam().ack_header, {0x04, 0x5A}), Large(GetParam().ack_header, {0x04, 0x5A})}) {
+         {Short(GetParam().ack_header, "04 5A"), Large(GetParam().ack_header, "04 5A")}) {
       read_.size = row.size;
       read_.ack = 0xCCCC;
       read_.ack_received = 0;
@@ -174,45 +186,30 @@ TEST_P(Decoding, AcceptedAckIsKeptAsFarAsTheSizeSays) {
 TEST_P(Decoding, ExpectedAckIsAnAnswerEvenWhereAcksAreAccepted) {
   read_.expected_command = 0x0002;
   read_.accept_ack = 1;
-  ExpectTaken(Short(GetParam().ack_header, {0x04, 0x5A, 0x01}), "04 5A 01");
+  ExpectTaken(Short(GetParam().ack_header, "04 5A 01"), "04 5A 01");
   EXPECT_EQ(read_.ack_received, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, Decoding,
-                         ::testing::Values(DecoderRow{"General",
-                                                      &CIpodComm::ProcessLingoGeneralReadCommand,
-                                                      {0x00, 0x33},
-                                                      {0x00, 0x02},
-                                                      {0x00, 0x34}},
-                                           DecoderRow{
-                                               "DisplayRemote",
-                                               &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
-                                               {0x03, 0x33},
-                                               {0x03, 0x02},
-                                               {0x03, 0x34}},
-                                           DecoderRow{"Extended",
-                                                      &CIpodComm::ProcessLingoExtendedReadCommand,
-                                                      {0x04, 0x00, 0x33},
-                                                      {0x04, 0x00, 0x02},
-                                                      {0x04, 0x00, 0x34}},
-                                           DecoderRow{"Sports",
-                                                      &CIpodComm::ProcessLingoSportsReadCommand,
-                                                      {0x09, 0x33},
-                                                      {0x09, 0x02},
-                                                      {0x09, 0x34}},
-                                           DecoderRow{"Storage",
-                                                      &CIpodComm::ProcessLingoStorageReadCommand,
-                                                      {0x0C, 0x33},
-                                                      {0x0C, 0x02},
-                                                      {0x0C, 0x34}}),
-                         test::RowName());
+INSTANTIATE_TEST_SUITE_P(
+    Of, Decoding,
+    ::testing::Values(DecoderRow{"General", &CIpodComm::ProcessLingoGeneralReadCommand, "00 33",
+                                 "00 02", "00 34"},
+                      DecoderRow{"DisplayRemote", &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
+                                 "03 33", "03 02", "03 34"},
+                      DecoderRow{"Extended", &CIpodComm::ProcessLingoExtendedReadCommand,
+                                 "04 00 33", "04 00 02", "04 00 34"},
+                      DecoderRow{"Sports", &CIpodComm::ProcessLingoSportsReadCommand, "09 33",
+                                 "09 02", "09 34"},
+                      DecoderRow{"Storage", &CIpodComm::ProcessLingoStorageReadCommand, "0C 33",
+                                 "0C 02", "0C 34"}),
+    test::RowName());
 
 /// All but the General decoder.
 class OrdinaryDecoding : public Decoding {};
 
 TEST_P(OrdinaryDecoding, EverythingElseIsUnexpected) {
-  for (const Bytes& header : {GetParam().other_header, GetParam().ack_header}) {
-    for (const Bytes& frame : {Short(header, {1, 2}), Large(header, {1, 2})}) {
+  for (const char* header : {GetParam().other_header, GetParam().ack_header}) {
+    for (const Bytes& frame : {Short(header, "01 02"), Large(header, "01 02")}) {
       const Decoded decoded = Decode(frame);
       EXPECT_EQ(decoded.result, IPOD_COMM_UNEXPECTED);
       EXPECT_EQ(decoded.keep_reading, 1);
@@ -226,34 +223,34 @@ TEST_P(OrdinaryDecoding, EverythingElseIsUnexpected) {
 
 TEST_P(OrdinaryDecoding, EchoedIdentifierIsSkipped) {
   TurnOnTransactionIds(0x1235);
-  ExpectTaken(Short(GetParam().header, {0x12, 0x34, 0x07}), "07");
+  ExpectTaken(Short(GetParam().header, "12 34 07"), "07");
   SetBuffer(4);
-  ExpectTaken(Large(GetParam().header, {0x12, 0x34, 0x07}), "07");
+  ExpectTaken(Large(GetParam().header, "12 34 07"), "07");
   SetBuffer(4);
-  ExpectTaken(Short(GetParam().header, {0x12, 0x34}), "");
+  ExpectTaken(Short(GetParam().header, "12 34"), "");
 }
 
 TEST_P(OrdinaryDecoding, AnotherIdentifierStaysInTheData) {
   TurnOnTransactionIds(0x1235);
-  ExpectTaken(Short(GetParam().header, {0x12, 0x35, 0x07}), "12 35 07");
+  ExpectTaken(Short(GetParam().header, "12 35 07"), "12 35 07");
   SetBuffer(4);
-  ExpectTaken(Short(GetParam().header, {0x12, 0x33, 0x07}), "12 33 07");
+  ExpectTaken(Short(GetParam().header, "12 33 07"), "12 33 07");
   SetBuffer(4);
-  ExpectTaken(Large(GetParam().header, {0x34, 0x12, 0x07}), "34 12 07");
+  ExpectTaken(Large(GetParam().header, "34 12 07"), "34 12 07");
   SetBuffer(4);
-  ExpectTaken(Short(GetParam().header, {0x12}), "12");
+  ExpectTaken(Short(GetParam().header, "12"), "12");
 }
 
 TEST_P(OrdinaryDecoding, LargestIdentifierIsEchoedBeforeOwnIdentifierZero) {
   TurnOnTransactionIds(0x0000);
-  ExpectTaken(Short(GetParam().header, {0xFF, 0xFF, 0x07}), "07");
+  ExpectTaken(Short(GetParam().header, "FF FF 07"), "07");
 }
 
 TEST_P(OrdinaryDecoding, IdentifierInFrontOfAnAcceptedAckIsSkipped) {
   TurnOnTransactionIds(0x1235);
   read_.accept_ack = 1;
   read_.size = 2;
-  Decode(Short(GetParam().ack_header, {0x12, 0x34, 0x04, 0x5A}));
+  Decode(Short(GetParam().ack_header, "12 34 04 5A"));
   unsigned char ack[2] = {};
   std::memcpy(ack, &read_.ack, 2);
   EXPECT_THAT(ack, ElementsAre(0x04, 0x5A));
@@ -263,32 +260,20 @@ TEST_P(OrdinaryDecoding, CutAckReadsAsZero) {
   read_.accept_ack = 1;
   read_.size = 2;
   read_.ack = 0xCCCC;
-  EXPECT_EQ(Decode(Short(GetParam().ack_header, {})).result, IPOD_COMM_OK);
+  EXPECT_EQ(Decode(Short(GetParam().ack_header, "")).result, IPOD_COMM_OK);
   EXPECT_EQ(read_.ack, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Of, OrdinaryDecoding,
-    ::testing::Values(DecoderRow{"DisplayRemote",
-                                 &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
-                                 {0x03, 0x33},
-                                 {0x03, 0x02},
-                                 {0x03, 0x34}},
-                      DecoderRow{"Extended",
-                                 &CIpodComm::ProcessLingoExtendedReadCommand,
-                                 {0x04, 0x00, 0x33},
-                                 {0x04, 0x00, 0x02},
-                                 {0x04, 0x00, 0x34}},
-                      DecoderRow{"Sports",
-                                 &CIpodComm::ProcessLingoSportsReadCommand,
-                                 {0x09, 0x33},
-                                 {0x09, 0x02},
-                                 {0x09, 0x34}},
-                      DecoderRow{"Storage",
-                                 &CIpodComm::ProcessLingoStorageReadCommand,
-                                 {0x0C, 0x33},
-                                 {0x0C, 0x02},
-                                 {0x0C, 0x34}}),
+    ::testing::Values(DecoderRow{"DisplayRemote", &CIpodComm::ProcessLingoDisplayRemoteReadCommand,
+                                 "03 33", "03 02", "03 34"},
+                      DecoderRow{"Extended", &CIpodComm::ProcessLingoExtendedReadCommand,
+                                 "04 00 33", "04 00 02", "04 00 34"},
+                      DecoderRow{"Sports", &CIpodComm::ProcessLingoSportsReadCommand, "09 33",
+                                 "09 02", "09 34"},
+                      DecoderRow{"Storage", &CIpodComm::ProcessLingoStorageReadCommand, "0C 33",
+                                 "0C 02", "0C 34"}),
     test::RowName());
 
 }  // namespace

@@ -1,37 +1,18 @@
 // SPDX-License-Identifier: MIT
-// What the simulator's tests share: a dock with a clock, a small library, and bytes as text.
+// What the simulator's tests share: a dock with a clock, and a small library.
 
 #pragma once
 
-#include <cstdio>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "simulator/simulated_ipod.h"
+#include "support/bytes.h"
 
 namespace ipodsim {
 
-// "FF 55 02" to bytes.
-inline Bytes FromHex(const std::string& text) {
-  Bytes bytes;
-  std::istringstream stream(text);
-  unsigned value = 0;
-  while (stream >> std::hex >> value) bytes.push_back(static_cast<std::uint8_t>(value));
-  return bytes;
-}
-
-// Bytes to "FF 55 02".
-inline std::string ToHex(const Bytes& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    char digits[4];
-    std::snprintf(digits, sizeof digits, "%02X", byte);
-    if (!text.empty()) text += ' ';
-    text += digits;
-  }
-  return text;
-}
+using test::Hex;
+using test::ToHex;
 
 // Six songs of three artists, one book of two parts, one episode, one video.
 inline Library SmallLibrary() {
@@ -72,7 +53,7 @@ class IpodUnderTest {
   explicit IpodUnderTest(Settings settings = QuietSettings()) : ipod(std::move(settings)) {}
 
   void Write(const std::string& hex) {
-    const Bytes bytes = FromHex(hex);
+    const Bytes bytes = Hex(hex);
     ipod.Receive(bytes.data(), bytes.size(), now);
   }
 

@@ -107,7 +107,7 @@ class Served {
 
   // Writes the bytes and reads as many as the text has.
   std::string Exchange(const std::string& hex, const std::string& expected) const {
-    const Bytes bytes = FromHex(hex);
+    const Bytes bytes = Hex(hex);
     EXPECT_EQ(write(file_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     Bytes answer;
     while (answer.size() < (expected.size() + 1) / 3) {

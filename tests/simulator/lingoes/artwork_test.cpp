@@ -108,7 +108,7 @@ TEST_F(ArtworkTest, PlaceOutsideTheListIsNamed) {
 
 TEST_F(ArtworkTest, PictureComesInNumberedParts) {
   dock.Write("FF 55 0D 04 00 10 00 00 00 00 04 01 00 00 00 00 DA");
-  const Bytes wire = FromHex(dock.Read(kSecond));
+  const Bytes wire = Hex(dock.Read(kSecond));
   std::vector<Frame> frames;
   FrameReader reader;
   reader.on_frame = [&](const Frame& frame, const Bytes&) { frames.push_back(frame); };

@@ -18,7 +18,7 @@ class BrowsingTest : public testing::Test {
                                             "FF 55 04 04 00 18 04 DC", "FF 55 04 04 00 18 05 DB",
                                             "FF 55 04 04 00 18 06 DA", "FF 55 04 04 00 18 07 D9",
                                             "FF 55 04 04 00 18 08 D8", "FF 55 04 04 00 18 09 D7"};
-    const Bytes answer = FromHex(dock.Exchange(kRequests[category]));
+    const Bytes answer = Hex(dock.Exchange(kRequests[category]));
     EXPECT_EQ(answer.size(), 11u);
     return answer.size() == 11 ? Get32(answer, 6) : 0;
   }
@@ -36,7 +36,7 @@ class BrowsingTest : public testing::Test {
                                             "FF 55 0C 04 00 1A 08 00 00 00 00 FF FF FF FF D2",
                                             "FF 55 0C 04 00 1A 09 00 00 00 00 FF FF FF FF D1"};
     dock.Write(kRequests[category]);
-    const Bytes wire = FromHex(dock.Read(kSecond));
+    const Bytes wire = Hex(dock.Read(kSecond));
     std::string names;
     for (std::size_t at = 0; at + 3 < wire.size(); at += std::size_t{4} + wire[at + 2]) {
       if (!names.empty()) names += '|';
@@ -78,7 +78,7 @@ TEST_F(BrowsingTest, LongNameComesInALargeFrame) {
   settings.library.playlists.clear();
   IpodUnderTest longer(settings);
   longer.Identify();
-  const Bytes wire = FromHex(longer.Exchange("FF 55 0C 04 00 1A 05 00 00 00 00 00 00 00 01 D0"));
+  const Bytes wire = Hex(longer.Exchange("FF 55 0C 04 00 1A 05 00 00 00 00 00 00 00 01 D0"));
   // 3 command bytes, 4 index bytes, 300 letters and the zero byte are 308.
   ASSERT_EQ(wire.size(), 314u);
   EXPECT_EQ(ToHex(Bytes(wire.begin(), wire.begin() + 13)),

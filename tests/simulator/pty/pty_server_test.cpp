@@ -40,7 +40,7 @@ class Accessory {
   }
 
   void Write(const std::string& hex) const {
-    const Bytes bytes = FromHex(hex);
+    const Bytes bytes = Hex(hex);
     EXPECT_EQ(write(file_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
   }
 

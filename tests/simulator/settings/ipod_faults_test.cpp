@@ -58,8 +58,8 @@ TEST(Faults, StrikeOnceInEveryRun) {
 TEST(Faults, DroppedByteIsMissing) {
   IpodUnderTest dock(Faulty(Fault::kDroppedBytes));
   dock.Identify();
-  const Bytes damaged = FromHex(dock.Exchange(kRequest));
-  const Bytes whole = FromHex(kName);
+  const Bytes damaged = Hex(dock.Exchange(kRequest));
+  const Bytes whole = Hex(kName);
   ASSERT_EQ(damaged.size(), whole.size() - 1);
   bool found = false;
   for (std::size_t place = 0; place < whole.size(); ++place) {
@@ -73,8 +73,8 @@ TEST(Faults, DroppedByteIsMissing) {
 TEST(Faults, DoubledByteComesTwice) {
   IpodUnderTest dock(Faulty(Fault::kDoubledBytes));
   dock.Identify();
-  const Bytes damaged = FromHex(dock.Exchange(kRequest));
-  const Bytes whole = FromHex(kName);
+  const Bytes damaged = Hex(dock.Exchange(kRequest));
+  const Bytes whole = Hex(kName);
   ASSERT_EQ(damaged.size(), whole.size() + 1);
   bool found = false;
   for (std::size_t place = 0; place < whole.size(); ++place) {
@@ -88,8 +88,8 @@ TEST(Faults, DoubledByteComesTwice) {
 TEST(Faults, FlippedBitIsOneBit) {
   IpodUnderTest dock(Faulty(Fault::kFlippedBits));
   dock.Identify();
-  const Bytes damaged = FromHex(dock.Exchange(kRequest));
-  const Bytes whole = FromHex(kName);
+  const Bytes damaged = Hex(dock.Exchange(kRequest));
+  const Bytes whole = Hex(kName);
   ASSERT_EQ(damaged.size(), whole.size());
   int bits = 0;
   for (std::size_t i = 0; i < whole.size(); ++i) {
@@ -172,8 +172,8 @@ TEST(Faults, LongReplyIsAGoodFrameWithMoreInIt) {
   for (std::uint64_t seed = 1; seed < 20; ++seed) {
     IpodUnderTest dock(Faulty(Fault::kLongReplies, seed));
     dock.Identify();
-    const Bytes answer = FromHex(dock.Exchange(kRequest));
-    ASSERT_GT(answer.size(), FromHex(kName).size());
+    const Bytes answer = Hex(dock.Exchange(kRequest));
+    ASSERT_GT(answer.size(), Hex(kName).size());
     const bool large = answer[2] == 0;
     const std::size_t length = large ? Get16(answer, 3) : answer[2];
     EXPECT_EQ(answer.size(), length + (large ? 6u : 4u));

@@ -52,7 +52,7 @@ TEST(Framing, SyncByteMayComeLongBeforeTheRest) {
 }
 
 TEST(Framing, EverySplitOfAFrameIsFound) {
-  const Bytes frame = FromHex(kRequestName);
+  const Bytes frame = Hex(kRequestName);
   for (std::size_t cut = 1; cut < frame.size(); ++cut) {
     IpodUnderTest dock;
     dock.Identify();
@@ -65,7 +65,7 @@ TEST(Framing, EverySplitOfAFrameIsFound) {
 }
 
 TEST(Framing, EveryChangedByteIsNoticedAndTheNextFrameUnderstood) {
-  const Bytes frame = FromHex(kRequestName);
+  const Bytes frame = Hex(kRequestName);
   for (std::size_t place = 0; place < frame.size(); ++place) {
     for (int change = 1; change < 256; ++change) {
       Bytes changed = frame;
