@@ -26,21 +26,35 @@ struct IpodRequest;
 /// The host constructs it, calls Open, SetModel and SetIDPSEnable, then
 /// Command_IdentifyDeviceLingos once before any other command. Unless said otherwise an operation
 ///  - returns 1 for success and 0 for failure, and leaves its outputs untouched when it fails;
-///  - runs on the calling thread, one command at a time, and blocks until the iPod has answered or
-///    three attempts of one second each have passed without an answer;
-///  - takes any output pointer that its comment does not call optional as required.
+///  - runs on the calling thread and blocks until the iPod has answered or three attempts have
+///    passed without an answer. An attempt ends after a second without any packet, so packets that
+///    are not the answer prolong it;
+///  - needs every output pointer that its comment does not call optional.
 /// Numbers on the wire are big-endian. Frames are shown from the command on: `0018 cc` is the
 /// command 0x0018 with one byte of data, before framing and transaction identifier.
 ///
-/// Two worker threads sort what arrives and answer the iPod's own requests. They outlive the
-/// session and let go of it when it is destroyed, which may happen at any moment and takes under
-/// 100 ms. A copy shares its source's handles and starts no thread. Whichever of the two is
-/// destroyed first closes them; the other stays safe to use and to destroy, which may then take a
-/// second.
+/// A host makes one call at a time. Only these may run on other threads meanwhile: GetPlayStatus,
+/// IsOpen, SetModel and WriteCommand. No exception leaves an operation, not even when memory is
+/// out: it fails then. A session constructed without memory has no worker threads, so its commands
+/// go unanswered.
+///
+/// Two worker threads sort what arrives and answer the iPod's own requests. A packet that they
+/// cannot store because memory is out is dropped and logged. The threads outlive the session and
+/// let go of it when it is destroyed, which may happen at any moment and takes under 100 ms.
+///
+/// A copy shares its source's handles and starts no thread. Whichever of the two is closed or
+/// destroyed first closes them for both. The other may then be used and destroyed without a crash
+/// or a hang; destroying it may take a second. But Windows uses handle values again: there the
+/// other's handles may by then be those of another port or event of the process, which it would use
+/// and close. So on Windows nothing may be opened between the end of the one and the end of the
+/// other.
 class IPODCOMM_API CIpodComm {
  public:
-  /// Starts the worker threads, then opens the port once, sends a wake-up byte and closes it again,
-  /// which also restarts the serial driver.
+  /// Starts the worker threads, then opens the port once, sends a wake-up byte and closes it again.
+  /// Takes 20 ms and the time that the driver needs. Closing restarts the serial driver, which goes
+  /// on for about a second after the constructor has returned: an Open in that second may fail, or
+  /// lose the port to the restart. A port that cannot be opened here is logged and otherwise
+  /// hidden; Open's result shows it.
   CIpodComm();
   CIpodComm(const CIpodComm& other);
   CIpodComm& operator=(const CIpodComm& other);
@@ -48,7 +62,8 @@ class IPODCOMM_API CIpodComm {
 
   // ---- Session (session/) ----------------------------------------------------------------------
 
-  /// Empties the queues, starts the own transaction identifier at 0 and opens the port.
+  /// Empties the queues, starts the own transaction identifier at 0 and opens "COM2:". On Linux
+  /// that is the device in the environment variable IPODCOMM_COM2, else /dev/ttyS1.
   /// @return 0 or CIpodSerial::Open's code.
   long Open();
   /// Closes the port. The Sports-supported flag goes off.
@@ -59,15 +74,15 @@ class IPODCOMM_API CIpodComm {
   int SetWindowsHandle(HWND window);
   void SetLogLevel(int level);
 
-  /// Takes the next answer (or notification) out of its queue, waiting up to 1000 ms for one.
-  /// @return whether one was taken.
+  /// Copies the next answer (or notification) and removes it from its queue, waiting up to 1000 ms
+  /// for one. @return whether there was one.
   bool GetNextReadPacket(tagSERIAL_PACKET* packet);
   bool GetNextNotificationPacket(tagSERIAL_PACKET* packet);
   /// Command of the next answer, which stays queued; 0xFFFF when none comes within 1000 ms.
   unsigned short PeekNextReadPacket();
 
-  /// What play-status notifications have told so far (see SetNotification). Any thread; does not
-  /// block. Always 1.
+  /// What play-status notifications have reported so far (see SetNotification). Any thread; does
+  /// not block. Always 1.
   int GetPlayStatus(tagIPOD_PLAY_STATUS* status);
 
   /// Entries of the worker threads; `object` is the CIpodComm. They never return.
@@ -76,8 +91,8 @@ class IPODCOMM_API CIpodComm {
 
   // ---- Commands and answers (session/) ---------------------------------------------------------
 
-  /// Frames a command and sends it. A payload that the length byte cannot tell (over 255 bytes from
-  /// the lingo on) is refused. @return IPOD_COMM_OK or IPOD_COMM_NO_ANSWER (not written).
+  /// Frames a command and sends it. More than 255 bytes from the lingo on, to which the
+  /// length byte counts, are refused. @return IPOD_COMM_OK or IPOD_COMM_NO_ANSWER (not written).
   tagIPOD_COMM_ERROR WriteCommand(tagIPOD_WRITE_PARAMS* write);
   /// Reads answers until the expected one is found or none has come for 1000 ms.
   /// @return the last decoder's value, IPOD_COMM_NO_ANSWER when nothing came.
@@ -86,9 +101,11 @@ class IPODCOMM_API CIpodComm {
   /// no answer and succeeds once it is written.
   tagIPOD_COMM_ERROR WriteReadCommand(tagIPOD_WRITE_PARAMS* write, tagIPOD_READ_PARAMS* read);
 
-  /// Decide whether a frame is the awaited answer, and take its data into `read`.
+  /// Decide whether a frame is the awaited answer, and copy its data to `read`. The decoder, not
+  /// the frame's lingo byte, decides how wide the command is. Behind a pending ACK the General
+  /// decoder reads the next packet, and copies an ACK over `frame`, as far as `length` goes.
   /// @param length bytes of `frame`
-  /// @param keep_reading optional; set when the reader shall take the next frame
+  /// @param keep_reading optional; set when the reader shall read the next frame
   tagIPOD_COMM_ERROR ProcessLingoGeneralReadCommand(unsigned char* frame, unsigned long length,
                                                     tagIPOD_READ_PARAMS* read, int* keep_reading);
   tagIPOD_COMM_ERROR ProcessLingoDisplayRemoteReadCommand(unsigned char* frame,
@@ -118,12 +135,12 @@ class IPODCOMM_API CIpodComm {
   /// when the iPod does not know tokens.
   void SetIDPSEnable(int enable);
   int GetIDPSEnable();
-  /// Non-zero once the iPod has told that it supports Sports.
+  /// Non-zero once identification has found that the iPod supports Sports.
   int SupportsSports();
 
   /// Copies the host's description of the accessory into the session; null is ignored.
   void SetAccessoryInfo(tagIPOD_ACCESSORY_INFO* info);
-  /// Sets the accessory's model number, told in tokens and on request. Any thread.
+  /// Sets the accessory's model number, sent in tokens and on request. Any thread.
   void SetModel(std::string model);
 
   // ---- General lingo requests (identify/general_requests.cpp) ----------------------------------
@@ -152,7 +169,7 @@ class IPODCOMM_API CIpodComm {
   int Command_RequestMaxPayloadSize();
   /// The maximum payload read last, in bytes; 0 when none was.
   unsigned short GetMaxPayloadSize();
-  /// Cancels a command: takes `transaction_id` as the session's own identifier, sends `50` and
+  /// Cancels a command: makes `transaction_id` the session's own identifier, sends `50` and
   /// drops queued answers up to the next ACK. Always 1.
   int Command_CancelCommand(unsigned short transaction_id);
 
@@ -168,12 +185,13 @@ class IPODCOMM_API CIpodComm {
   /// Counts a category's records: `0018 cc`, answer `0019 nnnnnnnn`.
   int Command_GetNumberCategorizedDBRecords(unsigned char category, unsigned long* count);
   /// Asks for `count` names from `start` on: `001A cc ssssssss nnnnnnnn`. They arrive one by one
-  /// and are taken with GetNextCategorizedRecord, all of them before anything else is asked.
+  /// and are read with GetNextCategorizedRecord, all of them before anything else is asked.
   /// @param category 255 for the current one
-  /// @return the transaction identifier as it stood just before the write; 0 when not written.
+  /// @return the own transaction identifier with which this request went out, or would have if it
+  /// carried one; 0 when it was not written.
   unsigned long Command_RetrieveCategorizedDatabaseRecords(unsigned long start, unsigned long count,
                                                            unsigned char category);
-  /// Takes the next name asked for: `001B iiiiiiii name`. Clears `name` first; a longer name is
+  /// Reads the next name asked for: `001B iiiiiiii name`. Clears `name` first; a longer name is
   /// cut.
   /// @param chars characters of `name`
   int GetNextCategorizedRecord(wchar_t* name, unsigned long chars);
@@ -207,10 +225,11 @@ class IPODCOMM_API CIpodComm {
   /// Reads the playing track's index in the now-playing list: `001E`, answer `001F iiiiiiii`.
   int Command_GetCurrentPlayingTrackIndex(unsigned long* index);
   /// Reads the length of a track of the database in whole seconds: `0040 iiiiiiii 00000001 40`,
-  /// answer `0041 ...`. Fails unasked when identification did not find the iPod able to tell.
+  /// answer `0041 ...`. Fails without asking when identification did not find that the
+  /// iPod supports it.
   int Command_RetrieveDBTrackTime(unsigned long track, unsigned long* seconds);
   /// Chooses play-status notifications: `0026 mmmmmmmm`, or, when that is refused, `0026 01` (`00`
-  /// for mask 0). GetPlayStatus tells what they bring.
+  /// for mask 0). GetPlayStatus gives what they report.
   int SetNotification(unsigned long mask);
   /// Reads shuffle (0 off, 1 tracks, 2 albums): `002C`, answer `002D mm`. `mode` is optional.
   int Command_GetShuffle(unsigned long* mode);
@@ -244,7 +263,8 @@ class IPODCOMM_API CIpodComm {
   int Command_GetIndexedPlayingTrackAlbumName(unsigned long track, unsigned char* buffer,
                                               unsigned long size);
   /// Reads a preference (IPOD_PREFERENCE_...): `29 cc`, answer `2A cc ss`. `setting` is optional.
-  /// Needs General lingo 1.05 or later; fails unasked on an iPod that did not tell so.
+  /// Needs General lingo 1.05 or later; fails without asking an older iPod, or one whose version is
+  /// not known.
   int Command_GetPreference(unsigned char preference_class, unsigned char* setting);
   /// Sets a preference until the accessory is detached: `2B cc ss 01`, ACK. Same condition.
   int Command_SetPreference(unsigned char preference_class, unsigned char setting);
@@ -445,7 +465,7 @@ class IPODCOMM_API CIpodComm {
 
   static constexpr int kLingoSlots = 13;
 
-  /// What the notification thread has been told; the fields' order is the session's.
+  /// What play-status notifications have reported, in the session's order of fields.
   struct PlayStatus {
     std::uint32_t state;
     std::uint32_t position_s;

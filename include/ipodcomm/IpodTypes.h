@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-/// Header form of a frame, told by its length byte.
+/// Header form of a frame, which its length byte shows.
 enum tagIPOD_PACKET_TYPE : std::int32_t {
   IPOD_PACKET_TYPE_LARGE = 0,  ///< 0x00 marker, then a 16-bit length
   IPOD_PACKET_TYPE_SMALL = 1,  ///< one-byte length
@@ -92,7 +92,7 @@ enum tagIPOD_COLOR : std::int32_t {
   IPOD_COLOR_11,
 };
 
-/// What the play-status notifications have told so far.
+/// What the play-status notifications have reported so far.
 struct tagIPOD_PLAY_STATUS {
   std::uint32_t state;        ///< 0 stopped, 1 playing, 2 paused
   std::uint32_t position;     ///< of the track, in seconds

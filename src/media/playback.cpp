@@ -16,8 +16,8 @@ namespace {
 constexpr std::size_t kTextBytes = 256;
 
 // Bytes of a button mask that go out, least significant first: up to the first one that is not
-// zero, where the scan stops, so higher buttons pressed together with lower ones are left out.
-// Prescribed so.
+// zero, so higher buttons pressed together with lower ones are left out. Hosts press one at a time,
+// and iPods have always been sent so.
 std::size_t ButtonBytes(const unsigned char (&mask)[4]) {
   for (std::size_t i = 0; i < sizeof mask; ++i) {
     if (mask[i] != 0) return i + 1;
@@ -108,8 +108,8 @@ int CIpodComm::Command_GetShuffle(unsigned long* mode) {
   return 1;
 }
 
-// The second byte is the negation of `keep`, where Command_SetRepeat sends its flag as it is. The
-// two senses are prescribed.
+// The second byte is the negation of `keep`, where Command_SetRepeat sends its flag as it is. Hosts
+// in the field pass each of the two in its own sense.
 int CIpodComm::Command_SetShuffle(unsigned long mode, int keep) {
   const unsigned char data[] = {static_cast<unsigned char>(mode),
                                 static_cast<unsigned char>(keep == 0 ? 1 : 0)};

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // A session's queue of packets.
 #include <cstring>
+#include <new>
 
+#include "ipodcomm/TraceLog.h"
 #include "ipodcomm/detail/PacketQueue.h"
 #include "platform/services.h"
 #include "protocol/frame.h"
@@ -21,16 +23,22 @@ PacketQueue::PacketQueue(const PacketQueue& other)
 
 PacketQueue& PacketQueue::operator=(const PacketQueue& other) {
   if (this == &other) return *this;
-  std::deque<tagSERIAL_PACKET> packets = other.Packets();
+  std::list<tagSERIAL_PACKET> packets = other.Packets();
   const LockScope lock(lock_);
   packets_.swap(packets);
   event_ = other.event_;
   return *this;
 }
 
-std::deque<tagSERIAL_PACKET> PacketQueue::Packets() const {
-  const LockScope lock(lock_);
-  return packets_;
+std::list<tagSERIAL_PACKET> PacketQueue::Packets() const {
+  try {
+    const LockScope lock(lock_);
+    return packets_;
+  } catch (const std::bad_alloc&) {
+    CKORVATrace::LogSoftwareError(L"CIpodComm::CIpodComm",
+                                  L"Error copying queued packets: no memory left");
+    return {};
+  }
 }
 
 void PacketQueue::Destroy() {
@@ -47,23 +55,28 @@ void PacketQueue::Clear() {
   EventModify(event_, EVENT_RESET);
 }
 
-void PacketQueue::Append(const tagSERIAL_PACKET& packet) {
-  const LockScope lock(lock_);
-  packets_.push_back(packet);
-  EventModify(event_, EVENT_SET);
+bool PacketQueue::Append(const tagSERIAL_PACKET& packet) {
+  try {
+    const LockScope lock(lock_);
+    packets_.push_back(packet);
+    EventModify(event_, EVENT_SET);
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
 }
 
-bool PacketQueue::Take(tagSERIAL_PACKET* packet) {
+bool PacketQueue::Pop(tagSERIAL_PACKET* packet) {
   {
     const LockScope lock(lock_);
-    if (TakeFront(packet)) {
+    if (PopFront(packet)) {
       EventModify(event_, EVENT_RESET);
       return true;
     }
   }
   if (!WaitForEvent(event_, kWaitMs)) return false;
   const LockScope lock(lock_);
-  return TakeFront(packet);
+  return PopFront(packet);
 }
 
 std::uint16_t PacketQueue::PeekCommand() {
@@ -78,7 +91,7 @@ std::uint16_t PacketQueue::PeekCommand() {
   return command;
 }
 
-bool PacketQueue::TakeFront(tagSERIAL_PACKET* packet) {
+bool PacketQueue::PopFront(tagSERIAL_PACKET* packet) {
   if (packets_.empty()) return false;
   const tagSERIAL_PACKET& front = packets_.front();
   std::memcpy(packet->data, front.data, front.length);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: the packet-routing thread, which parts answers from what the iPod sends unasked.
 #include "ipodcomm/CIpodComm.h"
+#include "ipodcomm/TraceLog.h"
 #include "protocol/frame.h"
 #include "protocol/transaction_ids.h"
 #include "session/ipod_requests.h"
@@ -26,13 +27,17 @@ void CIpodComm::RoutePacket(const tagSERIAL_PACKET& packet) {
   const FrameBytes bytes(packet);
   const ReceivedFrame frame = ipodcomm::ParseFrame(bytes);
   const IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
-  if (request == nullptr || request->receiver == RequestReceiver::kWaitingCommand) {
-    response_.Append(packet);
-    return;
-  }
   // Also while identifiers are off.
-  if (request->keeps_id) StoreRequestId(request->lingo, ipodcomm::RequestTransactionId(bytes));
-  notification_.Append(packet);
+  if (request != nullptr && request->keeps_id) {
+    StoreRequestId(request->lingo, ipodcomm::RequestTransactionId(bytes));
+  }
+  const bool for_commands =
+      request == nullptr || request->receiver == RequestReceiver::kWaitingCommand;
+  ipodcomm::PacketQueue& queue = for_commands ? response_ : notification_;
+  if (!queue.Append(packet)) {
+    CKORVATrace::LogSoftwareError(L"CIpodComm::ReadPacketThread",
+                                  L"Error storing packet: no memory left");
+  }
 }
 
 void CIpodComm::StoreRequestId(std::uint8_t lingo, std::uint16_t transaction_id) {

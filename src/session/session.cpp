@@ -114,10 +114,10 @@ int CIpodComm::SetWindowsHandle(HWND window) {
 
 void CIpodComm::SetLogLevel(int level) { log_level_ = level; }
 
-bool CIpodComm::GetNextReadPacket(tagSERIAL_PACKET* packet) { return response_.Take(packet); }
+bool CIpodComm::GetNextReadPacket(tagSERIAL_PACKET* packet) { return response_.Pop(packet); }
 
 bool CIpodComm::GetNextNotificationPacket(tagSERIAL_PACKET* packet) {
-  return notification_.Take(packet);
+  return notification_.Pop(packet);
 }
 
 unsigned short CIpodComm::PeekNextReadPacket() { return response_.PeekCommand(); }

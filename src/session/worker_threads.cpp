@@ -22,6 +22,7 @@ void CIpodComm::ReadPacketThread() { RunWorker(&CIpodComm::RouteNextPacket); }
 void CIpodComm::NotificationThread() { RunWorker(&CIpodComm::HandleNextNotification); }
 
 HANDLE CIpodComm::StartWorker(unsigned long(WINAPI* entry)(void*)) {
+  if (lifeline_->gone()) return nullptr;  // made while memory was out
   lifeline_->Begin();
   const HANDLE thread = CreateThread(nullptr, 0, entry, this, 0, nullptr);
   if (thread == nullptr) lifeline_->Abandon();

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <list>
 
 #include "ipodcomm/IpodTypes.h"
 #include "ipodcomm/detail/Lock.h"
@@ -12,8 +12,8 @@
 
 namespace ipodcomm {
 
-/// A session's queue of packets with its lock and its event. A copy holds the same packets and
-/// shares the event.
+/// A session's queue of packets with its lock and its event. A copy holds the same packets, or none
+/// of them when memory is out, and shares the event.
 class PacketQueue {
  public:
   /// Creates the lock, then the event.
@@ -28,18 +28,19 @@ class PacketQueue {
   void Wake();
 
   void Clear();
-  void Append(const tagSERIAL_PACKET& packet);
-  /// Takes the front packet, waiting up to 1000 ms for one.
-  bool Take(tagSERIAL_PACKET* packet);
+  /// False, and the packet is dropped, when memory is out.
+  bool Append(const tagSERIAL_PACKET& packet);
+  /// Copies and removes the front packet, waiting up to 1000 ms for one.
+  bool Pop(tagSERIAL_PACKET* packet);
   /// Command of the front packet, waiting up to 1000 ms for one; 0xFFFF when there is none.
   std::uint16_t PeekCommand();
 
  private:
-  std::deque<tagSERIAL_PACKET> Packets() const;
-  bool TakeFront(tagSERIAL_PACKET* packet);
+  std::list<tagSERIAL_PACKET> Packets() const;
+  bool PopFront(tagSERIAL_PACKET* packet);
   bool PeekFront(std::uint16_t* command) const;
 
-  std::deque<tagSERIAL_PACKET> packets_;
+  std::list<tagSERIAL_PACKET> packets_;  // needs no memory while it is empty
   mutable Lock lock_;
   Shared<HANDLE> event_;
 };
