@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The legacy interface on a pseudo-terminal, against the floors that its prescribed pauses set.
+// The legacy interface on a pseudo-terminal, against the floors that its pauses set.
 #include <cstdio>
 #include <cstdlib>
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A session on a pseudo-terminal, against the floors that the prescribed pauses set.
+// A session on a pseudo-terminal, against the floors that the line's pauses set.
 #include <sys/resource.h>
 #include <unistd.h>
 

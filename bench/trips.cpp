@@ -28,7 +28,7 @@ double SleepOvershootMs(double asked_ms) {
 
 void PrintTrip(const std::string& name, const Trip& trip, const std::string& goal) {
   PrintFigure(name, Number(trip.measured_ms, 1) + " ms",
-              "floor: " + Number(trip.floor_ms, 1) + " ms of prescribed pauses");
+              "floor: " + Number(trip.floor_ms, 1) + " ms of pauses kept on purpose");
   PrintFigure("  the kernel's sleeps overshoot by", Number(trip.overshoot_ms, 1) + " ms", "");
   PrintFigure("  above the floor otherwise", Number(trip.ExcessPercent(), 1) + " %", goal);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Times of exchanges, against the floors that the prescribed pauses set.
+// Times of exchanges, against the floors that the line's pauses set.
 #pragma once
 
 #include <chrono>
