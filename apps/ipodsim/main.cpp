@@ -32,6 +32,7 @@ struct Options {
   std::string model_id;
   std::vector<std::string> faults;
   std::uint64_t seed = 1;
+  bool asks_during_session = false;
   bool trace = false;
 };
 
@@ -67,14 +68,15 @@ std::string Footer() {
          "\nExamples:\n"
          "  ipodsim --link /tmp/ipod\n"
          "  ipodsim --link /tmp/ipod --profile classic --trace\n"
-         "  ipodsim --link /tmp/ipod --storage workouts\n"
+         "  ipodsim --link /tmp/ipod --storage workouts --ask-during-session\n"
          "  ipodsim --link /tmp/ipod --library music.json --fault flipped-bits --seed 7\n"
          "\nExit status:\n"
          "  0   the accessory made no protocol mistake\n"
          "  1   it made some; they are listed\n"
          "  64  the command line is wrong\n"
          "  66  the library file cannot be read\n"
-         "  73  the terminal, the link or the storage folder cannot be made\n";
+         "  73  the terminal, the link or the storage folder cannot be made,\n"
+         "      or the link is in use\n";
 }
 
 int Fail(int status, const std::string& sentence) {
@@ -88,7 +90,8 @@ void Describe(CLI::App* app, Options* options) {
       "then lists the protocol mistakes that it met.");
   app->footer(Footer());
   app->set_version_flag("--version", "ipodsim " IPODSIM_VERSION);
-  app->add_option("--link", options->link, "link to the terminal, made and removed by ipodsim");
+  app->add_option("--link", options->link,
+                  "link to the terminal, made and removed by ipodsim; not one in use");
   app->add_option("--profile", options->profile, "which iPod to be (nano)");
   app->add_option("--library", options->library,
                   "JSON file with the media; made up when not given");
@@ -99,6 +102,8 @@ void Describe(CLI::App* app, Options* options) {
   app->add_option("--fault", options->faults,
                   "a fault to switch on; repeat for more; help lists them")
       ->allow_extra_args(false);
+  app->add_flag("--ask-during-session", options->asks_during_session,
+                "ask about Sports and Storage again whenever the accessory asks the same");
   app->add_option("--seed", options->seed, "for all that is drawn: media, delays, faults (1)");
   app->add_flag("--trace", options->trace, "every frame as one line on standard error");
 }
@@ -121,6 +126,7 @@ int Configure(const Options& options, ipodsim::Settings* settings) {
   }
   settings->profile = *profile;
   settings->seed = options.seed;
+  settings->asks_during_session = options.asks_during_session;
   if (!options.model_id.empty() && !ParseModelId(options.model_id, &settings->model_id)) {
     return Fail(kUsage, "'" + options.model_id + "' is not 8 hex digits");
   }

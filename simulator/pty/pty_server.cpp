@@ -109,8 +109,10 @@ class PtyServer::Impl {
   // Moves bytes both ways and says how long there is nothing to do, -1 for until something comes.
   Microseconds Exchange() {
     if (terminal_.is_open()) {
+      const bool was_connected = connected_;
       connected_ = terminal_.Connected();
       ReceiveBytes();
+      if (was_connected && !connected_) ipod_.LoseAccessory(Now());
       FollowUnplug();
     }
     const Microseconds now = Now();

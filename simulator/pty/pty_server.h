@@ -18,8 +18,8 @@ namespace ipodsim {
 // if there is one, follows.
 class PtyServer {
  public:
-  // The link is a symbolic link to make, empty for none. An old link at its place is replaced,
-  // anything else left alone.
+  /// The link is a symbolic link to make, empty for none. A link that was left behind at its place
+  /// is replaced; one that leads to a device is in use and left alone, like anything else.
   explicit PtyServer(Settings settings, std::string link = {});
   // Stops.
   ~PtyServer();

@@ -15,6 +15,16 @@
 #include <cstring>
 
 namespace ipodsim {
+namespace {
+
+// Empty when it is no link.
+std::string TargetOf(const std::string& link) {
+  std::array<char, 256> found{};
+  const ssize_t length = readlink(link.c_str(), found.data(), found.size() - 1);
+  return length > 0 ? std::string(found.data(), static_cast<std::size_t>(length)) : std::string();
+}
+
+}  // namespace
 
 std::string Terminal::Open() {
   master_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
@@ -79,6 +89,12 @@ std::string PlaceLink(const std::string& link, const std::string& target) {
   struct stat state {};
   if (lstat(link.c_str(), &state) == 0) {
     if (!S_ISLNK(state.st_mode)) return "'" + link + "' exists and is not a link; it is left alone";
+    // A killed server leaves its link behind, and its terminal's number is soon given out again,
+    // perhaps to us.
+    const std::string device = TargetOf(link);
+    if (device != target && stat(link.c_str(), &state) == 0) {
+      return "the link '" + link + "' leads to " + device + ", which is in use; it is left alone";
+    }
     unlink(link.c_str());
   }
   if (symlink(target.c_str(), link.c_str()) == 0) return {};
@@ -86,11 +102,7 @@ std::string PlaceLink(const std::string& link, const std::string& target) {
 }
 
 void RemoveLink(const std::string& link, const std::string& target) {
-  std::array<char, 256> found{};
-  const ssize_t length = readlink(link.c_str(), found.data(), found.size() - 1);
-  if (length > 0 && target == std::string(found.data(), static_cast<std::size_t>(length))) {
-    unlink(link.c_str());
-  }
+  if (TargetOf(link) == target) unlink(link.c_str());
 }
 
 }  // namespace ipodsim

@@ -246,6 +246,37 @@ TEST_F(ProgramTest, KeepsWorkoutsInItsStorageFolder) {
   rmdir(storage.c_str());
 }
 
+TEST_F(ProgramTest, LinkInUseIsRefused) {
+  const Served served("--link " + link, link);
+  const Outcome second = Perform("--link " + link);
+  EXPECT_EQ(second.status, 73);
+  EXPECT_THAT(second.output, MatchesRegex("ipodsim: the link '" + link +
+                                          "' leads to /dev/pts/[0-9]+, which is in use; it is left "
+                                          "alone\n"));
+}
+
+// An accessory's request for the Sports capabilities is met with questions about its own version
+// and capabilities before it is answered.
+TEST_F(ProgramTest, AsksInTheMiddleOfASessionWhenTold) {
+  const std::string file = WriteLibrary("{\"name\": \"Pod\", \"tracks\": []}");
+  Served served("--link " + link + " --ask-during-session --library " + file, link);
+  const char* const identified = "FF 55 04 00 02 00 13 E7 FF 55 03 00 27 00 D6";
+  EXPECT_EQ(served.Exchange("FF 55 0E 00 13 00 00 02 01 00 00 00 00 00 00 00 00 DC", identified),
+            identified);
+  const char* const caps = "FF 55 02 09 03 F2";
+  EXPECT_EQ(served.Exchange("FF 55 07 00 28 00 00 00 00 01 D0", caps), caps);
+  const char* const questions =
+      "FF 55 02 09 01 F4"
+      " "
+      "FF 55 02 09 03 F2"
+      " "
+      "FF 55 05 09 84 00 03 00 6B";
+  EXPECT_EQ(served.Exchange("FF 55 05 09 04 02 00 00 EC FF 55 02 09 83 72", questions), questions);
+  served.Exchange("FF 55 04 09 02 01 01 EF FF 55 05 09 04 02 00 00 EC FF 55 02 00 07 F7",
+                  "FF 55 06 00 08 50 6F 64 00 CF");
+  EXPECT_EQ(served.End(SIGINT).status, 0);
+}
+
 TEST_F(ProgramTest, CleanRunEndsWith0AndTakesItsLinkAway) {
   const std::string file = WriteLibrary("{\"name\": \"Pod\", \"tracks\": []}");
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {

@@ -63,5 +63,20 @@ TEST(Chapters, TrackWithoutChaptersHasNoNameToTell) {
   EXPECT_EQ(dock.Mistakes(), "");
 }
 
+TEST(Chapters, ChapterOfATrackWithoutChaptersIsNamed) {
+  IpodUnderTest dock;
+  dock.Identify();
+  dock.Exchange("FF 55 08 04 00 17 05 00 00 00 00 D8");
+  EXPECT_EQ(dock.Exchange("FF 55 07 04 00 07 00 00 03 E7 04"), kRefused);
+  EXPECT_EQ(dock.Mistakes(), "index out of range");
+}
+
+TEST(Chapters, HalfAnIndexIsNamed) {
+  IpodUnderTest dock;
+  dock.Identify();
+  EXPECT_EQ(dock.Exchange("FF 55 05 04 00 07 00 00 F0"), kRefused);
+  EXPECT_EQ(dock.Mistakes(), "wrong payload size");
+}
+
 }  // namespace
 }  // namespace ipodsim

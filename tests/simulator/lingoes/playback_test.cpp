@@ -289,6 +289,32 @@ TEST_F(PlaybackTest, OldIpodRefusesTheWideMask) {
   EXPECT_EQ(old.Exchange("FF 55 04 04 00 26 01 D1"), "FF 55 06 04 00 01 00 00 26 CF");
 }
 
+TEST_F(PlaybackTest, MaskThatNoIpodKnowsIsNamedAndRefused) {
+  dock.Exchange("FF 55 07 04 00 26 00 00 00 04 CB");
+  EXPECT_EQ(dock.Exchange("FF 55 07 04 00 26 00 00 00 20 AF"), "FF 55 06 04 00 01 03 00 26 CC");
+  EXPECT_EQ(dock.Exchange("FF 55 04 04 00 26 02 D0"), "FF 55 06 04 00 01 03 00 26 CC");
+  EXPECT_EQ(dock.Mistakes(), "bad parameter, bad parameter");
+  EXPECT_EQ(dock.ipod.notification_mask(), 4U);
+}
+
+TEST_F(PlaybackTest, SecondByteOfShuffleRepeatAndSpeedIsCheckedToo) {
+  EXPECT_EQ(dock.Exchange("FF 55 05 04 00 2E 01 02 C6"), "FF 55 06 04 00 01 03 00 2E C4");
+  EXPECT_EQ(dock.Exchange("FF 55 05 04 00 31 01 FF C6"), "FF 55 06 04 00 01 03 00 31 C1");
+  EXPECT_EQ(dock.Exchange("FF 55 05 04 00 0B 01 02 E9"), "FF 55 06 04 00 01 03 00 0B E7");
+  EXPECT_EQ(dock.Exchange("FF 55 04 04 00 0B 02 EB"), "FF 55 06 04 00 01 03 00 0B E7");
+  EXPECT_EQ(dock.Mistakes(), "bad parameter, bad parameter, bad parameter, bad parameter");
+  EXPECT_EQ(dock.ipod.player().shuffle(), Shuffle::kOff);
+  EXPECT_EQ(dock.ipod.player().repeat(), Repeat::kOff);
+}
+
+TEST_F(PlaybackTest, ChapterThatATrackDoesNotHaveIsNamedInBothRemoteLingoes) {
+  PlayBay();
+  EXPECT_EQ(dock.Exchange("FF 55 0A 04 00 0C 00 00 00 00 01 03 E7 FB"),
+            "FF 55 06 04 00 01 03 00 0C E6");
+  EXPECT_EQ(dock.Exchange("FF 55 09 03 12 00 00 00 00 01 03 E7 F7"), "FF 55 04 03 00 03 12 E4");
+  EXPECT_EQ(dock.Mistakes(), "index out of range, index out of range");
+}
+
 TEST_F(PlaybackTest, NotificationsCarryTheIpodsOwnIdentifiers) {
   IpodUnderTest tokens;
   tokens.Identify();

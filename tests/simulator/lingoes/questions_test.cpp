@@ -110,6 +110,68 @@ TEST(Questions, MissingAnswerIsNamedOnceTheAccessoryIsHeardAgain) {
   EXPECT_EQ(dock.Mistakes(), "missing answer");
 }
 
+TEST(Questions, MissingAnswerIsNamedWhenTheTimeIsOverForAnAccessoryThatIsHeard) {
+  IpodUnderTest dock(AskingSettings());
+  dock.IdentifyOnly();
+  dock.Read(kSecond);
+  dock.Exchange("FF 55 02 00 07 F7");
+  dock.Read(1900 * kMillisecond);
+  EXPECT_EQ(dock.Mistakes(), "");
+  dock.Read(200 * kMillisecond);
+  EXPECT_EQ(dock.Mistakes(), "missing answer");
+  EXPECT_EQ(dock.ipod.mistakes()[0].detail, "GetAccessoryInfo was not answered");
+}
+
+TEST(Questions, MissingAnswerIsNamedAtTheEnd) {
+  IpodUnderTest dock(AskingSettings());
+  dock.IdentifyOnly();
+  dock.Read(kSecond);
+  dock.Exchange("FF 55 02 00 07 F7");
+  dock.ipod.Finish(dock.now);
+  EXPECT_EQ(dock.Mistakes(), "missing answer");
+  IpodUnderTest still(AskingSettings());
+  still.IdentifyOnly();
+  still.Read(4 * kSecond);
+  still.ipod.Finish(still.now);
+  EXPECT_EQ(still.Mistakes(), "missing answer");
+}
+
+TEST(Questions, AccessoryThatLeavesAtOnceOwesNoAnswers) {
+  IpodUnderTest dock(AskingSettings());
+  dock.IdentifyOnly();
+  dock.Read(100 * kMillisecond);
+  dock.Exchange("FF 55 02 00 07 F7");
+  dock.ipod.Finish(dock.now);
+  EXPECT_EQ(dock.Mistakes(), "");
+}
+
+TEST(Questions, AccessoryThatNobodyHearsAnyMoreOwesNoAnswers) {
+  IpodUnderTest dock(AskingSettings());
+  dock.IdentifyOnly();
+  dock.Read();
+  dock.ipod.LoseAccessory(dock.now);
+  EXPECT_EQ(dock.Read(10 * kSecond), "");
+  dock.Exchange("FF 55 02 00 07 F7");
+  dock.ipod.Finish(dock.now);
+  EXPECT_EQ(dock.Mistakes(), "");
+}
+
+// Asked in the middle of an identification, as a fault does.
+TEST(Questions, AnswerBeforeIdentificationIsWelcome) {
+  Settings settings = QuietSettings();
+  settings.faults.Enable(Fault::kUnaskedRequests);
+  settings.faults.one_in = 1;
+  for (std::uint64_t seed = 1;; ++seed) {
+    ASSERT_LT(seed, 100U);
+    settings.seed = seed;
+    IpodUnderTest dock(settings);
+    if (dock.Exchange("FF 55 02 00 11 ED").find("FF 55 02 09 03 F2") == std::string::npos) continue;
+    dock.Exchange("FF 55 05 09 04 02 00 00 EC");
+    EXPECT_EQ(dock.Mistakes(), "");
+    return;
+  }
+}
+
 TEST(Questions, AccessoryThatIdentifiesAnewOwesNoAnswers) {
   IpodUnderTest dock(AskingSettings());
   dock.IdentifyOnly();

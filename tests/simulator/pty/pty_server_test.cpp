@@ -5,6 +5,7 @@
 #include "simulator/pty/pty_server.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdlib.h>
@@ -196,6 +197,44 @@ TEST_F(PtyServerTest, OldLinkIsReplaced) {
   const Accessory accessory(link);
   accessory.Write(kIdentify);
   EXPECT_EQ(accessory.Read(kIdentified), kIdentified);
+}
+
+TEST_F(PtyServerTest, LinkThatAnotherServerUsesIsLeftAlone) {
+  PtyServer server(QuietSettings(), link);
+  ASSERT_TRUE(server.Start());
+  {
+    PtyServer other(QuietSettings(), link);
+    EXPECT_FALSE(other.Start());
+    EXPECT_THAT(other.error(), testing::MatchesRegex("the link '" + link +
+                                                     "' leads to /dev/pts/[0-9]+, which is in use; "
+                                                     "it is left alone"));
+  }
+  const Accessory accessory(link);
+  accessory.Write(kIdentify);
+  EXPECT_EQ(accessory.Read(kIdentified), kIdentified);
+}
+
+TEST_F(PtyServerTest, QuestionToAnAccessoryThatHasClosedItsPortIsNotMissed) {
+  Settings settings = QuietSettings();
+  settings.asks_accessory = true;
+  settings.answer_timeout = 20 * kMillisecond;
+  const char* const asked = "FF 55 04 00 02 00 13 E7 FF 55 03 00 27 00 D6";
+  PtyServer server(settings);
+  ASSERT_TRUE(server.Start());
+  {
+    const Accessory accessory(server.device_path());
+    accessory.Write(kIdentify);
+    ASSERT_EQ(accessory.Read(asked), asked);
+  }
+  ASSERT_TRUE(Eventually([&] {
+    bool quiet = false;
+    server.Inspect([&](const SimulatedIpod& ipod) { quiet = !ipod.NextEvent(); });
+    return quiet;
+  }));
+  const Accessory accessory(server.device_path());
+  accessory.Write(kEnter);
+  ASSERT_EQ(accessory.Read(kEntered), kEntered);
+  EXPECT_TRUE(server.Stop().empty());
 }
 
 TEST_F(PtyServerTest, FileAtTheLinksPlaceIsLeftAlone) {
