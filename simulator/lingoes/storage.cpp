@@ -69,11 +69,11 @@ void Storage::NoticeRefusal(const Request& request) {
 }
 
 void Storage::EndSession() {
-  // An accessory that does not hear that its file is open cannot close it.
-  if (!link_->AnswersAreFaulty()) {
-    for (const auto& entry : open_) {
-      link_->Report(MistakeKind::kFileLeftOpen, entry.second.name + " was never closed");
-    }
+  for (const auto& entry : open_) {
+    // An accessory that does not hear that its file is open cannot close it, and one whose writes
+    // are refused may give up.
+    if (entry.second.spoilt || link_->AnswersAreFaulty()) continue;
+    link_->Report(MistakeKind::kFileLeftOpen, entry.second.name + " was never closed");
   }
   Forget();
 }
@@ -195,7 +195,8 @@ void Storage::Write(const Request& request) {
   }
   if (!CheckWrite(request, *file)) return;
   const std::uint32_t offset = Get32(request.data, 0);
-  if (offset > file->size) {
+  // Consoles in the field count on after a write that was refused, which leaves a gap.
+  if (offset > file->size && !file->spoilt) {
     link_->Report(MistakeKind::kGapInFile, "a write at " + std::to_string(offset) + " of " +
                                                std::to_string(file->size) + " bytes");
   }

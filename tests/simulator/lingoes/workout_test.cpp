@@ -91,6 +91,19 @@ TEST_F(WorkoutTest, DocumentThatTheIpodRefusedToStoreIsNotTheAccessorysMistake) 
   EXPECT_EQ(failing.Mistakes(), "");
 }
 
+TEST_F(WorkoutTest, GapAndOpenFileAfterARefusedWriteAreNotTheAccessorysMistakes) {
+  Settings settings = QuietSettings();
+  settings.storage.failing_writes[2] = AckStatus::kFailed;
+  IpodUnderTest failing(settings);
+  Identify(failing);
+  Prepare(failing);
+  failing.Exchange(kOpen);
+  const std::vector<Bytes> writes = WritesOf(kNewerWorkout);
+  for (const std::size_t i : {0U, 1U, 2U}) failing.Exchange(ToHex(writes[i]));
+  failing.ipod.Finish(failing.now);
+  EXPECT_EQ(failing.Mistakes(), "");
+}
+
 TEST_F(WorkoutTest, FileOpenedWithoutAskingForCapabilitiesIsNamed) {
   for (const char* const missing : {kAskSports, kAskStorage}) {
     IpodUnderTest hasty;
