@@ -2,11 +2,12 @@
 // The seam: every service of the platform that the library calls, and nothing else it calls.
 //
 // These are Windows core services under their own names and signatures. On Windows they are the
-// system's and cost nothing; elsewhere an implementation is linked in (posix/ here,
-// and tests/world for tests). To port the library is to supply this list. For each service the
-// comment says what the library relies on, how long the call may block, who calls it, and what
-// failure looks like. Unless a comment says otherwise, a service may be called from any thread,
-// does not block, and on failure returns FALSE, 0 or null and leaves a code for GetLastError.
+// system's and cost nothing; elsewhere an implementation is linked in (posix/ here, and tests/world
+// for tests). To port the library is to supply this list. For each service the comment says what
+// the library relies on, how long the call may block, who calls it, and what failure looks like.
+// Unless a comment says otherwise, a service may be called from any thread, does not block, and on
+// failure returns FALSE, 0 or null and leaves a code for GetLastError, 8 when it found no memory.
+// None throws.
 //
 // The conformance suite in tests/platform states the same promises as tests.
 #pragma once
@@ -159,7 +160,8 @@ DWORD GetCurrentThreadId();
 
 /// A recursive lock. Entering blocks until it is free. The library's own lock type asks for no
 /// more. Elsewhere than on Windows leaving a lock that the thread does not hold does nothing, a
-/// copy as bytes is the same lock, and a deleted lock neither blocks nor breaks.
+/// copy as bytes is the same lock, and a deleted lock neither blocks nor breaks. None of them
+/// fails: locks made when memory is out may share one, and then wait for each other.
 void InitializeCriticalSection(CRITICAL_SECTION* section);
 void EnterCriticalSection(CRITICAL_SECTION* section);
 void LeaveCriticalSection(CRITICAL_SECTION* section);
@@ -276,5 +278,10 @@ BOOL EventModify(HANDLE event, DWORD action);
 void NKDbgPrintfW(const wchar_t* format, ...);
 HANDLE ActivateDevice(const wchar_t* driver, DWORD client_info);
 BOOL DeactivateDevice(HANDLE device);
+
+/// LocalFree as the other platforms have it: a number that is no address is refused with code 6.
+/// The desktop's own may end the process over one.
+HLOCAL DesktopLocalFree(HLOCAL memory);
+#define LocalFree(memory) DesktopLocalFree(memory)
 
 #endif

@@ -47,6 +47,25 @@ TEST(DesktopSupplements, EventModifyRefusesAClosedEvent) {
   EXPECT_EQ(6UL, GetLastError());
 }
 
+// The system's own may end the process over one.
+TEST(DesktopSupplements, ReleasingANumberIsRefusedAndNeverReachesTheHeap) {
+  for (ULONG_PTR number = 1; number < 0x10000; ++number) {
+    auto* const memory = reinterpret_cast<HLOCAL>(number);
+    SetLastError(0);
+    ASSERT_EQ(memory, LocalFree(memory)) << number;
+    ASSERT_EQ(6UL, GetLastError()) << number;
+  }
+}
+
+TEST(DesktopSupplements, BlocksOfTheHeapAreReleased) {
+  for (const UINT flags : {UINT{LMEM_FIXED}, UINT{LPTR}, UINT{LMEM_MOVEABLE}}) {
+    const HLOCAL memory = LocalAlloc(flags, 100);
+    ASSERT_NE(nullptr, memory);
+    EXPECT_EQ(nullptr, LocalFree(memory));
+  }
+  EXPECT_EQ(nullptr, LocalFree(nullptr));
+}
+
 TEST(DesktopSupplements, EachActivationGivesAFreshHandleThatFitsARegistryValue) {
   HANDLE first = ActivateDevice(L"Drivers\\Builtin\\Serial2", 0);
   HANDLE second = ActivateDevice(L"Drivers\\Builtin\\Serial2", 0);

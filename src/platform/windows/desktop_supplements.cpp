@@ -47,6 +47,17 @@ BOOL DeactivateDevice(HANDLE device) {
   return TRUE;
 }
 
+// Windows keeps the first 64 KiB of every process free of anything, so no block begins there.
+HLOCAL DesktopLocalFree(HLOCAL memory) {
+  constexpr ULONG_PTR kFirstAddress = 0x10000;
+  const auto address = reinterpret_cast<ULONG_PTR>(memory);
+  if (address != 0 && address < kFirstAddress) {
+    SetLastError(ERROR_INVALID_HANDLE);
+    return memory;
+  }
+  return (LocalFree)(memory);
+}
+
 // The system's own wide formatting, not the C++ library's: there `%s` takes wide text.
 void NKDbgPrintfW(const wchar_t* format, ...) {
   std::va_list arguments;
