@@ -56,7 +56,7 @@ Calls World::calls() const {
 
 Calls World::DrainCalls() {
   const Unwatched unwatched;
-  return state_->recorder.Take();
+  return state_->recorder.Drain();
 }
 
 std::vector<std::string> World::DrainRecord() { return DrainCalls().text(); }

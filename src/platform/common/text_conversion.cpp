@@ -10,7 +10,7 @@ namespace {
 
 using ipodcomm::platform::EncodeUtf8;
 using ipodcomm::platform::kMaxUtf8Bytes;
-using ipodcomm::platform::TakeUtf8Character;
+using ipodcomm::platform::PopUtf8Character;
 
 // Collects converted text in the caller's buffer, or only counts it when the buffer has no room at
 // all. Once something did not fit, nothing more is added: text is cut, never thinned out.
@@ -68,7 +68,7 @@ int MultiByteToWideChar(UINT code_page, DWORD flags, const char* source, int sou
                                                    : static_cast<std::size_t>(source_bytes));
   Output output(destination, static_cast<std::size_t>(capacity));
   while (!rest.empty()) {
-    const auto character = static_cast<wchar_t>(TakeUtf8Character(rest));
+    const auto character = static_cast<wchar_t>(PopUtf8Character(rest));
     output.Add(&character, 1);
   }
   return output.Finish();

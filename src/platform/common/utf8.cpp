@@ -35,7 +35,7 @@ bool IsUnicode(char32_t character) {
 
 }  // namespace
 
-char32_t TakeUtf8Character(std::string_view& source) {
+char32_t PopUtf8Character(std::string_view& source) {
   const Lead lead = ClassifyLead(static_cast<unsigned char>(source.front()));
   source.remove_prefix(1);
   if (lead.following < 0) return kReplacementCharacter;
@@ -82,7 +82,7 @@ std::size_t EncodeUtf8(char32_t character, char (&encoded)[kMaxUtf8Bytes]) {
 std::wstring Utf8ToWide(std::string_view source) {
   std::wstring wide;
   wide.reserve(source.size());
-  while (!source.empty()) wide.push_back(static_cast<wchar_t>(TakeUtf8Character(source)));
+  while (!source.empty()) wide.push_back(static_cast<wchar_t>(PopUtf8Character(source)));
   return wide;
 }
 

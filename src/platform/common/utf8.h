@@ -18,7 +18,7 @@ inline constexpr std::size_t kMaxUtf8Bytes = 4;
 /// removed in pieces as long as they could still have begun a character ("maximal subparts"), at
 /// least one byte, each giving kReplacementCharacter. Surrogates, overlong forms and values above
 /// 0x10FFFF are malformed.
-char32_t TakeUtf8Character(std::string_view& source);
+char32_t PopUtf8Character(std::string_view& source);
 
 /// Writes the encoding of `character` and returns its bytes. What is not a Unicode character
 /// (a surrogate, a value above 0x10FFFF) is encoded as kReplacementCharacter.

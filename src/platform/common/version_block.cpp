@@ -35,7 +35,7 @@ static_assert(sizeof(wchar_t) == sizeof(std::uint32_t));
 std::size_t Aligned(std::size_t offset) { return (offset + 3) & ~std::size_t{3}; }
 
 // UTF-16 from `begin` up to its terminator or `end`. Surrogates in pairs make one character.
-std::wstring TakeText(const std::vector<std::uint8_t>& bytes, std::size_t begin, std::size_t end) {
+std::wstring ReadText(const std::vector<std::uint8_t>& bytes, std::size_t begin, std::size_t end) {
   std::wstring text;
   for (std::size_t i = begin; i + 2 <= end; i += 2) {
     const std::uint32_t unit = Little16(&bytes[i]);
@@ -93,7 +93,7 @@ class BlockMaker {
     const std::size_t key = begin + kNodeHeaderSize;
     std::size_t key_end = key;
     while (key_end + 2 <= node->end && Little16(&resource_[key_end]) != 0) key_end += 2;
-    node->key = TakeText(resource_, key, key_end);
+    node->key = ReadText(resource_, key, key_end);
     // A text's length counts characters. Some tools count its bytes; the node's end bounds both.
     const std::size_t value_bytes = node->is_text ? 2 * value_length : value_length;
     node->value = std::min(Aligned(key_end + 2), node->end);
@@ -116,7 +116,7 @@ class BlockMaker {
   void AddValue(const std::wstring& path, const Node& node) {
     const std::wstring folded = FoldCase(path);
     const std::wstring text =
-        node.is_text ? TakeText(resource_, node.value, node.value_end) : std::wstring();
+        node.is_text ? ReadText(resource_, node.value, node.value_end) : std::wstring();
     const std::size_t bytes =
         node.is_text ? (text.size() + 1) * sizeof(wchar_t) : Aligned(node.value_end - node.value);
     Add32(3 * sizeof(std::uint32_t) + (folded.size() + 1) * sizeof(wchar_t) + bytes);

@@ -46,7 +46,7 @@ class Formatter {
         continue;
       }
       ++next_;
-      const Conversion conversion = TakeConversion();
+      const Conversion conversion = ParseConversion();
       if (conversion.letter == 0) break;
       Convert(conversion);
     }
@@ -55,25 +55,25 @@ class Formatter {
   }
 
  private:
-  Conversion TakeConversion() {
+  Conversion ParseConversion() {
     Conversion c;
-    TakeFlags(c);
-    c.width = TakeField();
+    ParseFlags(c);
+    c.width = ParseField();
     if (c.width < 0) {  // a negative `*` means the same as the flag
       c.left = true;
       c.width = -c.width;
     }
     if (*next_ == L'.') {
       ++next_;
-      c.precision = std::max(TakeField(), -1);
+      c.precision = std::max(ParseField(), -1);
     }
-    c.size = TakeSize();
+    c.size = ParseSize();
     c.letter = *next_;
     if (c.letter != 0) ++next_;
     return c;
   }
 
-  void TakeFlags(Conversion& c) {
+  void ParseFlags(Conversion& c) {
     for (;; ++next_) {
       switch (*next_) {
         case L'-':
@@ -98,7 +98,7 @@ class Formatter {
   }
 
   // A number or `*`.
-  int TakeField() {
+  int ParseField() {
     if (*next_ == L'*') {
       ++next_;
       return std::clamp(va_arg(arguments_, int), -kMaxField, kMaxField);
@@ -116,7 +116,7 @@ class Formatter {
     return true;
   }
 
-  Size TakeSize() {
+  Size ParseSize() {
     if (Skip(L"I64") || Skip(L"ll") || Skip(L"j")) return Size::kLongLong;
     if (Skip(L"I32")) return Size::k32;
     if (Skip(L"I") || Skip(L"z") || Skip(L"t")) return Size::kPointer;
@@ -188,7 +188,7 @@ class Formatter {
   }
 
   void ConvertSigned(const Conversion& c) {
-    const std::int64_t value = TakeSigned(c.size);
+    const std::int64_t value = ReadSigned(c.size);
     const bool negative = value < 0;
     const std::uint64_t magnitude =
         negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
@@ -204,7 +204,7 @@ class Formatter {
   }
 
   void ConvertUnsigned(const Conversion& c) {
-    const std::uint64_t value = TakeUnsigned(c.size);
+    const std::uint64_t value = ReadUnsigned(c.size);
     const bool upper = c.letter == L'X';
     std::wstring_view prefix;
     int base = 10;
@@ -256,7 +256,7 @@ class Formatter {
     return Widen(digits, upper);
   }
 
-  std::int64_t TakeSigned(Size size) {
+  std::int64_t ReadSigned(Size size) {
     switch (size) {
       case Size::kChar:
         return static_cast<signed char>(va_arg(arguments_, int));
@@ -273,7 +273,7 @@ class Formatter {
     }
   }
 
-  std::uint64_t TakeUnsigned(Size size) {
+  std::uint64_t ReadUnsigned(Size size) {
     switch (size) {
       case Size::kChar:
         return static_cast<unsigned char>(va_arg(arguments_, unsigned));

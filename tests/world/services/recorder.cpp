@@ -69,7 +69,7 @@ void Recorder::Finish(std::size_t number, std::string result, std::int64_t now_u
   call.finished = true;
 }
 
-Calls Recorder::Take() {
+Calls Recorder::Drain() {
   taken_ += calls_.size();
   return Calls(std::exchange(calls_, {}));
 }

@@ -67,7 +67,7 @@ class Recorder {
   Calls calls() const { return Calls(calls_); }
   /// Returns the record and starts an empty one. Calls in progress stay unfinished in what was
   /// returned.
-  Calls Take();
+  Calls Drain();
 
  private:
   std::set<ServiceId> recorded_;

@@ -16,7 +16,7 @@ void Baton::Give() {
   syscall(SYS_futex, &given_, FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
 }
 
-void Baton::Take() {
+void Baton::Await() {
   while (given_.exchange(0, std::memory_order_acquire) == 0) {
     syscall(SYS_futex, &given_, FUTEX_WAIT_PRIVATE, 0, nullptr, nullptr, 0);
   }

@@ -10,10 +10,10 @@ namespace ipodcomm::virtual_platform {
 /// Waits in the kernel, on nothing that the race detector knows.
 class Baton {
  public:
-  /// Lets the owner go on. At most once before the owner takes it.
+  /// Lets the owner go on. At most once before the owner has it.
   void Give();
   /// Called by the owner: returns once the baton was given.
-  void Take();
+  void Await();
 
  private:
   std::atomic<std::uint32_t> given_{0};

@@ -116,7 +116,7 @@ void Scheduler::SwitchTo(Thread& next) {
   Thread& self = *Running();
   if (&next == &self) return;
   next.baton.Give();
-  if (self.state != ThreadState::kEnded) self.baton.Take();
+  if (self.state != ThreadState::kEnded) self.baton.Await();
 }
 
 void Scheduler::EndIfAsked(Thread& self, bool safe_point) const {

@@ -60,7 +60,7 @@ void* Scheduler::ThreadMain(void* argument) {
 bool Scheduler::Begin(Thread& self) {
   const Unwatched unwatched;
   running_thread = &self;
-  self.baton.Take();
+  self.baton.Await();
   Acquired(&self);
   return !self.end_asked && !closing_;
 }
