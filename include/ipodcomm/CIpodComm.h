@@ -317,18 +317,18 @@ class IPODCOMM_API CIpodComm {
   //
   // A workout is logged as a "gymData" document: started once, an interval recorded at each of its
   // events, finished once. Units are the document's: kilograms, kilometres or floors, kilocalories,
-  // seconds, beats per minute; nothing is converted. Fractions are rounded to the digits shown;
-  // pace, spm and rpm are cut to whole numbers, the nearest of 32 bits (0 for no number).
+  // seconds, beats per minute; nothing is converted. Fractions are rounded to the digits shown, a
+  // half to the even digit, and have a point whatever the host's locale; pace, spm and rpm are cut
+  // to whole numbers, the nearest of 32 bits (0 for no number).
   //
   // Every text goes out as it is given, in UTF-8: a host whose names hold `<` or `&` escapes them.
-  // A line or block is one write. One that fits no frame (see Command_WriteiPodFileData) or is
-  // refused is told to the debug output and leaves a gap.
+  // A line or block is one write of at most 512 bytes. One that fits no frame (see
+  // Command_WriteiPodFileData) or is refused is reported on the debug output and leaves a gap.
 
   /// Checks that the iPod can log workouts (Sports and Storage capabilities, 128 bytes a write, 5
   /// MiB free), opens the document and writes its header, a line at a time. Whether the lines were
   /// written does not count.
-  /// @param manufacturer_id, manufacturer_name, model, serial_number of the equipment; a line is
-  /// cut to 511 characters
+  /// @param manufacturer_id, manufacturer_name, model, serial_number of the equipment
   /// @return 1 when the document was opened. Missing capabilities and too small a write size are
   /// told to the debug output.
   int Sports_StartWorkout(const wchar_t* manufacturer_id, const wchar_t* manufacturer_name,
@@ -343,7 +343,7 @@ class IPODCOMM_API CIpodComm {
   int Sports_IntervalWorkout(tagIPOD_INTERVAL_TYPE event, int seconds, double kcal, double distance,
                              tagIPOD_DISTANCE_TYPE distance_type, double speed,
                              tagIPOD_SPEED_TYPE speed_type, double incline, int bpm, int level);
-  /// Appends the summary, cut to 511 characters, and closes the document, to which the iPod adds
+  /// Appends the summary and closes the document, to which the iPod adds
   /// its end. The speed's element follows `distance_type`: pace for kilometres, spm for floors.
   /// `speed_type` is ignored.
   /// @param bpm 0 for none
@@ -447,7 +447,7 @@ class IPODCOMM_API CIpodComm {
   int WriteStorageFileString(const wchar_t* text);
   bool KeepsUserData();
   bool GetUserDataItem(unsigned char type, unsigned char* reply, std::size_t size);
-  bool TakesWorkouts();
+  bool AcceptsWorkouts();
 
   // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
   unsigned char CategoryOnWire(unsigned char category) const;

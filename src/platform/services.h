@@ -256,7 +256,8 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const wchar_t* source, int 
 /// take wide text, `%S` and `%hs` narrow. No floating point: desktop Windows has none here. Returns
 /// the characters written without the terminator.
 int wsprintfW(wchar_t* destination, const wchar_t* format, ...);
-/// Copies and formats into `capacity` characters, always terminated. 0, or 0x8007007A when cut.
+/// Copies and formats into `capacity` characters, always terminated. 0, or 0x8007007A when cut. No
+/// floating point: on Windows its point and its rounding are the C library's, after its locale.
 HRESULT StringCchCopyW(wchar_t* destination, std::size_t capacity, const wchar_t* source);
 HRESULT StringCchPrintfW(wchar_t* destination, std::size_t capacity, const wchar_t* format, ...);
 /// Compares two texts, telling capital from small letters. 0 when they are equal; the sign of any

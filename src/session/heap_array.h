@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 #include "platform/services.h"
 
@@ -17,6 +18,7 @@ class HeapArray {
       : data_(count <= kMostElements
                   ? static_cast<Element*>(LocalAlloc(LPTR, count * sizeof(Element)))
                   : nullptr) {}
+  HeapArray(HeapArray&& other) noexcept : data_(std::exchange(other.data_, nullptr)) {}
   HeapArray(const HeapArray&) = delete;
   HeapArray& operator=(const HeapArray&) = delete;
   ~HeapArray() {

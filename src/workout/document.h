@@ -3,16 +3,12 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
-#include <vector>
 
 #include "ipodcomm/IpodTypes.h"
+#include "protocol/decimal.h"
+#include "session/heap_array.h"
 
 namespace ipodcomm {
-
-/// Characters that a line of the header or a block has room for, terminator included; what does not
-/// fit is cut off.
-constexpr std::size_t kBlockChars = 512;
 
 struct WorkoutHeader {
   const wchar_t* manufacturer_id;
@@ -45,8 +41,46 @@ struct WorkoutSummary {
   int bpm;  ///< 0 for none
 };
 
-std::vector<std::wstring> HeaderLines(const WorkoutHeader& header);
-std::wstring IntervalBlock(const WorkoutInterval& interval);
-std::wstring SummaryBlock(const WorkoutSummary& summary);
+/// A line of the header. The texts in it have no bound.
+struct HeaderLine {
+  const wchar_t* format;
+  const wchar_t* text;  ///< for the format's `%s`; empty when it has none
+
+  /// The whole line; null when there is no memory for it.
+  HeapArray<wchar_t> Whole() const;
+};
+
+/// The lines of a header, which it refers to.
+class HeaderLines {
+ public:
+  explicit HeaderLines(const WorkoutHeader& header);
+  HeaderLines(const HeaderLines&) = delete;
+  HeaderLines& operator=(const HeaderLines&) = delete;
+
+  const HeaderLine* begin() const { return lines_; }
+  const HeaderLine* end() const { return lines_ + count_; }
+
+ private:
+  static constexpr std::size_t kMaxLines = 13;
+
+  void Add(const wchar_t* format, const wchar_t* text = L"");
+
+  Decimal weight_;
+  HeaderLine lines_[kMaxLines] = {};
+  std::size_t count_ = 0;
+};
+
+/// Characters that one write can carry of a block.
+constexpr std::size_t kMaxBlockChars = 512;
+
+/// What an interval or a summary writes, in one piece.
+struct BlockText {
+  wchar_t chars[kMaxBlockChars + 1];  // with a terminator
+};
+
+/// Cut to 511 characters.
+BlockText IntervalBlock(const WorkoutInterval& interval);
+/// Cut to 512 characters.
+BlockText SummaryBlock(const WorkoutSummary& summary);
 
 }  // namespace ipodcomm

@@ -117,12 +117,14 @@ int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char mi
 }
 
 // Writes a text to the workout's file as at most 512 bytes of UTF-8. A longer one is cut between
-// two characters, so that what is written next never completes half of one.
+// two characters, so that what is written next never completes half of one. Null, a text for which
+// there was no memory, is a failed write.
 int CIpodComm::WriteStorageFileString(const wchar_t* text) {
   constexpr std::size_t kTextBytes = 512;
   char utf8[kTextBytes + 1];
-  const std::size_t length = ipodcomm::Utf8FromText(text, utf8, sizeof utf8);
-  if (Command_WriteiPodFileData(open_file_handle_, reinterpret_cast<unsigned char*>(utf8),
+  const std::size_t length = text != nullptr ? ipodcomm::Utf8FromText(text, utf8, sizeof utf8) : 0;
+  if (text == nullptr ||
+      Command_WriteiPodFileData(open_file_handle_, reinterpret_cast<unsigned char*>(utf8),
                                 static_cast<unsigned long>(length)) == 0) {
     ++failed_text_writes_;
     NKDbgPrintfW(L"Failed to write xml file data! [%s]\r\n", text);

@@ -6,8 +6,8 @@
 #include "protocol/text.h"
 #include "workout/document.h"
 
-/// A failing request for the free space does not stop a workout: only a number that is too small.
-bool CIpodComm::TakesWorkouts() {
+// A failing request for the free space does not stop a workout: only a number that is too small.
+bool CIpodComm::AcceptsWorkouts() {
   constexpr unsigned short kLeastWriteSize = 128;
   constexpr __int64 kLeastFreeSpace = 0x500000;
 
@@ -32,7 +32,7 @@ bool CIpodComm::TakesWorkouts() {
 int CIpodComm::Sports_StartWorkout(const wchar_t* manufacturer_id, const wchar_t* manufacturer_name,
                                    const wchar_t* model, const wchar_t* serial_number,
                                    tagIPOD_EQUIPMENT_TYPE equipment, double weight_kg) {
-  if (!TakesWorkouts()) return 0;
+  if (!AcceptsWorkouts()) return 0;
   failed_text_writes_ = 0;
   constexpr unsigned long kOptions = ipod::IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENDDATA |
                                      ipod::IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLIPODINFO |
@@ -48,8 +48,8 @@ int CIpodComm::Sports_StartWorkout(const wchar_t* manufacturer_id, const wchar_t
   }
   const ipodcomm::WorkoutHeader header = {manufacturer_id, manufacturer_name, model,
                                           serial_number,   equipment,         weight_kg};
-  for (const std::wstring& line : ipodcomm::HeaderLines(header)) {
-    WriteStorageFileString(line.c_str());
+  for (const ipodcomm::HeaderLine& line : ipodcomm::HeaderLines(header)) {
+    WriteStorageFileString(line.Whole().data());
   }
   return 1;
 }
@@ -58,17 +58,17 @@ int CIpodComm::Sports_IntervalWorkout(tagIPOD_INTERVAL_TYPE event, int seconds, 
                                       double distance, tagIPOD_DISTANCE_TYPE distance_type,
                                       double speed, tagIPOD_SPEED_TYPE speed_type, double incline,
                                       int bpm, int level) {
-  const std::wstring block = ipodcomm::IntervalBlock(
+  const ipodcomm::BlockText block = ipodcomm::IntervalBlock(
       {event, seconds, kcal, distance, distance_type, speed, speed_type, incline, bpm, level});
-  return WriteStorageFileString(block.c_str());
+  return WriteStorageFileString(block.chars);
 }
 
 int CIpodComm::Sports_FinishWorkout(int seconds, double kcal, double distance,
                                     tagIPOD_DISTANCE_TYPE distance_type, double speed,
                                     tagIPOD_SPEED_TYPE /*speed_type*/, int bpm) {
-  const std::wstring block =
+  const ipodcomm::BlockText block =
       ipodcomm::SummaryBlock({seconds, kcal, distance, distance_type, speed, bpm});
-  WriteStorageFileString(block.c_str());
+  WriteStorageFileString(block.chars);
   return Command_CloseiPodFile(open_file_handle_);
 }
 

@@ -7,14 +7,12 @@
 
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "world/world.h"
 
 namespace {
 
-using ipodcomm::HeaderLines;
-using ipodcomm::IntervalBlock;
-using ipodcomm::SummaryBlock;
 using ipodcomm::WorkoutHeader;
 using ipodcomm::WorkoutInterval;
 using ipodcomm::WorkoutSummary;
@@ -24,7 +22,22 @@ using ::testing::Not;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-constexpr std::size_t kLongest = 511;
+
+std::vector<std::wstring> HeaderTexts(const WorkoutHeader& header) {
+  std::vector<std::wstring> lines;
+  for (const ipodcomm::HeaderLine& line : ipodcomm::HeaderLines(header)) {
+    lines.emplace_back(line.Whole().data());
+  }
+  return lines;
+}
+
+std::wstring IntervalText(const WorkoutInterval& interval) {
+  return ipodcomm::IntervalBlock(interval).chars;
+}
+
+std::wstring SummaryText(const WorkoutSummary& summary) {
+  return ipodcomm::SummaryBlock(summary).chars;
+}
 
 class Document : public ::testing::Test {
  protected:
@@ -37,7 +50,7 @@ constexpr WorkoutHeader kHeader = {
     L"ACME", L"Acme Fitness", L"T9", L"SN-0042", IPOD_EQUIPMENT_TYPE_TREADMILL, 70.5};
 
 TEST_F(Document, HeaderTellsEquipmentAndUser) {
-  EXPECT_THAT(HeaderLines(kHeader),
+  EXPECT_THAT(HeaderTexts(kHeader),
               ElementsAre(L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n",             //
                           L"<gymData>\n",                                              //
                           L"\t<vers>1</vers>\n",                                       //
@@ -60,7 +73,7 @@ TEST_F(Document, HeaderNamesEachEquipment) {
   for (int type = 0; type < 5; ++type) {
     WorkoutHeader header = kHeader;
     header.equipment = static_cast<tagIPOD_EQUIPMENT_TYPE>(type);
-    const auto written = HeaderLines(header);
+    const auto written = HeaderTexts(header);
     ASSERT_EQ(written.size(), 13U);
     EXPECT_EQ(written[5], L"\t\t<manufacturerName>Acme Fitness</manufacturerName>\n");
     EXPECT_EQ(written[6], lines[type]);
@@ -72,7 +85,7 @@ TEST_F(Document, HeaderOfUnknownEquipmentHasNoTypeLine) {
   for (const int type : {7, 5, -1}) {
     WorkoutHeader header = kHeader;
     header.equipment = static_cast<tagIPOD_EQUIPMENT_TYPE>(type);
-    const auto written = HeaderLines(header);
+    const auto written = HeaderTexts(header);
     ASSERT_EQ(written.size(), 12U);
     EXPECT_EQ(written[5], L"\t\t<manufacturerName>Acme Fitness</manufacturerName>\n");
     EXPECT_EQ(written[6], L"\t\t<model>T9</model>\n");
@@ -82,7 +95,7 @@ TEST_F(Document, HeaderOfUnknownEquipmentHasNoTypeLine) {
 TEST_F(Document, HeaderTakesTextsAsTheyAre) {
   const WorkoutHeader header = {L"<&\"'>",     L"Zo\u00EB \u6771\U0001F3B5", L"%s%d",
                                 L"</gymData>", IPOD_EQUIPMENT_TYPE_BIKE,     70};
-  const auto written = HeaderLines(header);
+  const auto written = HeaderTexts(header);
   EXPECT_EQ(written[4], L"\t\t<manufacturerID><&\"'></manufacturerID>\n");
   EXPECT_EQ(written[5], L"\t\t<manufacturerName>Zo\u00EB \u6771\U0001F3B5</manufacturerName>\n");
   EXPECT_EQ(written[7], L"\t\t<model>%s%d</model>\n");
@@ -90,7 +103,7 @@ TEST_F(Document, HeaderTakesTextsAsTheyAre) {
 }
 
 TEST_F(Document, HeaderTakesEmptyTexts) {
-  const auto written = HeaderLines({L"", L"", L"", L"", IPOD_EQUIPMENT_TYPE_OTHER, 0});
+  const auto written = HeaderTexts({L"", L"", L"", L"", IPOD_EQUIPMENT_TYPE_OTHER, 0});
   EXPECT_EQ(written[4], L"\t\t<manufacturerID></manufacturerID>\n");
   EXPECT_EQ(written[5], L"\t\t<manufacturerName></manufacturerName>\n");
   EXPECT_EQ(written[7], L"\t\t<model></model>\n");
@@ -98,20 +111,31 @@ TEST_F(Document, HeaderTakesEmptyTexts) {
   EXPECT_EQ(written[11], L"\t\t<kg>0.0</kg>\n");
 }
 
-TEST_F(Document, HeaderLineIsCutTo511Characters) {
+TEST_F(Document, HeaderLineIsAsLongAsItsText) {
   const std::wstring name(2000, L'x');
   const auto written =
-      HeaderLines({name.c_str(), name.c_str(), L"T9", L"1", IPOD_EQUIPMENT_TYPE_OTHER, 70});
-  EXPECT_EQ(written[4], L"\t\t<manufacturerID>" + std::wstring(kLongest - 18, L'x'));
-  EXPECT_EQ(written[4].size(), kLongest);
-  EXPECT_EQ(written[5].size(), kLongest);
+      HeaderTexts({name.c_str(), name.c_str(), L"T9", L"1", IPOD_EQUIPMENT_TYPE_OTHER, 70});
+  EXPECT_EQ(written[4], L"\t\t<manufacturerID>" + name + L"</manufacturerID>\n");
+  EXPECT_EQ(written[5], L"\t\t<manufacturerName>" + name + L"</manufacturerName>\n");
   EXPECT_EQ(written[7], L"\t\t<model>T9</model>\n");
+}
+
+TEST_F(Document, HeaderShowsAMissingTextAsNull) {
+  const auto written = HeaderTexts({nullptr, L"", L"", L"", IPOD_EQUIPMENT_TYPE_OTHER, 0});
+  EXPECT_EQ(written[4], L"\t\t<manufacturerID>(null)</manufacturerID>\n");
+}
+
+TEST_F(Document, HeaderLineForWhichThereIsNoMemoryIsNull) {
+  const ipodcomm::HeaderLines lines(kHeader);
+  world_.FailOnce("LocalAlloc", 1, 8);
+  EXPECT_EQ(lines.begin()->Whole().data(), nullptr);
+  EXPECT_NE(lines.begin()->Whole().data(), nullptr);
 }
 
 std::wstring WeightLine(double weight_kg) {
   WorkoutHeader header = kHeader;
   header.weight_kg = weight_kg;
-  return HeaderLines(header)[11];
+  return HeaderTexts(header)[11];
 }
 
 TEST_F(Document, WeightHasOneDecimal) {
@@ -124,6 +148,17 @@ TEST_F(Document, WeightHasOneDecimal) {
   EXPECT_EQ(WeightLine(1e308).size(), 309U + 14U);
 }
 
+// Both neighbours are equally near: the even digit is written.
+TEST_F(Document, NumbersHalfwayBetweenTwoEndWithTheEvenDigit) {
+  EXPECT_EQ(WeightLine(80.25), L"\t\t<kg>80.2</kg>\n");
+  EXPECT_EQ(WeightLine(80.75), L"\t\t<kg>80.8</kg>\n");
+  EXPECT_EQ(WeightLine(-80.25), L"\t\t<kg>-80.2</kg>\n");
+  EXPECT_THAT(IntervalText({IPOD_INTERVAL_TYPE_START, 0, 0.125, 0.375, IPOD_DISTANCE_TYPE_KM, 0,
+                            IPOD_SPEED_TYPE_PACE, 0.25, 0, -1}),
+              ::testing::AllOf(HasSubstr(L"<kCal>0.12</kCal>"), HasSubstr(L"<km>0.38</km>"),
+                               HasSubstr(L"<incline>0.2</incline>")));
+}
+
 // ---- Interval -----------------------------------------------------------------------------------
 
 constexpr WorkoutInterval kInterval = {
@@ -131,7 +166,7 @@ constexpr WorkoutInterval kInterval = {
     IPOD_SPEED_TYPE_PACE,        1.5, 128,    6};
 
 TEST_F(Document, IntervalHasALineForEachQuantity) {
-  EXPECT_EQ(IntervalBlock(kInterval),
+  EXPECT_EQ(IntervalText(kInterval),
             L"\t<interval>\n"
             L"\t\t<event>continue</event>\n"
             L"\t\t<sec>60</sec>\n"
@@ -145,8 +180,8 @@ TEST_F(Document, IntervalHasALineForEachQuantity) {
 }
 
 TEST_F(Document, ShortestIntervalHasNeitherEventNorOptionalLines) {
-  EXPECT_EQ(IntervalBlock({static_cast<tagIPOD_INTERVAL_TYPE>(5), 0, 0, 0,
-                           IPOD_DISTANCE_TYPE_FLOORS, 0, IPOD_SPEED_TYPE_RPM, 0, 0, -1}),
+  EXPECT_EQ(IntervalText({static_cast<tagIPOD_INTERVAL_TYPE>(5), 0, 0, 0, IPOD_DISTANCE_TYPE_FLOORS,
+                          0, IPOD_SPEED_TYPE_RPM, 0, 0, -1}),
             L"\t<interval>\n"
             L"\t\t<sec>0</sec>\n"
             L"\t\t<kCal>0.00</kCal>\n"
@@ -220,7 +255,7 @@ TEST_F(Document, IntervalIsRightInEveryCombination) {
                                        L"\t\t<sec>45</sec>\n" + quantities.lines +
                                        L"\t\t<incline>-2.5</incline>\n" + rate.lines + level.lines +
                                        L"\t</interval>\n";
-          ASSERT_EQ(IntervalBlock(interval), written);
+          ASSERT_EQ(IntervalText(interval), written);
           ++combinations;
         }
       }
@@ -232,7 +267,7 @@ TEST_F(Document, IntervalIsRightInEveryCombination) {
 TEST_F(Document, UnknownDistanceRepeatsTheEnergy) {
   WorkoutInterval interval = kInterval;
   interval.distance_type = static_cast<tagIPOD_DISTANCE_TYPE>(2);
-  EXPECT_EQ(IntervalBlock(interval),
+  EXPECT_EQ(IntervalText(interval),
             L"\t<interval>\n"
             L"\t\t<event>continue</event>\n"
             L"\t\t<sec>60</sec>\n"
@@ -250,7 +285,7 @@ TEST_F(Document, UnknownDistanceRepeatsTheEnergy) {
 constexpr WorkoutSummary kSummary = {1800, 250.128, 5.004, IPOD_DISTANCE_TYPE_KM, 359.9, 131};
 
 TEST_F(Document, SummaryHasALineForEachQuantity) {
-  EXPECT_EQ(SummaryBlock(kSummary),
+  EXPECT_EQ(SummaryText(kSummary),
             L"\t<workoutSummary>\n"
             L"\t\t<sec>1800</sec>\n"
             L"\t\t<kCal>250.13</kCal>\n"
@@ -273,9 +308,8 @@ TEST_F(Document, SummaryIsRightInEveryCombination) {
     for (const Row& rate : kRates) {
       const WorkoutSummary summary = {
           45, 1.25, 3.456, static_cast<tagIPOD_DISTANCE_TYPE>(quantities.value), 59.99, rate.value};
-      EXPECT_EQ(SummaryBlock(summary), std::wstring(L"\t<workoutSummary>\n\t\t<sec>45</sec>\n") +
-                                           quantities.lines + rate.lines +
-                                           L"\t</workoutSummary>\n");
+      EXPECT_EQ(SummaryText(summary), std::wstring(L"\t<workoutSummary>\n\t\t<sec>45</sec>\n") +
+                                          quantities.lines + rate.lines + L"\t</workoutSummary>\n");
     }
   }
 }
@@ -285,7 +319,7 @@ TEST_F(Document, SummaryIsRightInEveryCombination) {
 std::wstring PaceLine(double speed) {
   WorkoutSummary summary = kSummary;
   summary.speed = speed;
-  const std::wstring block = SummaryBlock(summary);
+  const std::wstring block = SummaryText(summary);
   const std::size_t start = block.find(L"\t\t<pace>");
   return block.substr(start, block.find(L'\n', start) - start);
 }
@@ -312,9 +346,9 @@ TEST_F(Document, SpeedBeyondAnIntegerBecomesTheNearestOneAndNoNumberZero) {
 
 TEST_F(Document, NegativeAndExtremeNumbersAreWrittenAsTheyAre) {
   constexpr int kLeast = std::numeric_limits<int>::min();
-  EXPECT_EQ(IntervalBlock({IPOD_INTERVAL_TYPE_START, kLeast, -kInfinity, kNoNumber,
-                           IPOD_DISTANCE_TYPE_FLOORS, -1, IPOD_SPEED_TYPE_SPM, kInfinity, kLeast,
-                           std::numeric_limits<int>::max()}),
+  EXPECT_EQ(IntervalText({IPOD_INTERVAL_TYPE_START, kLeast, -kInfinity, kNoNumber,
+                          IPOD_DISTANCE_TYPE_FLOORS, -1, IPOD_SPEED_TYPE_SPM, kInfinity, kLeast,
+                          std::numeric_limits<int>::max()}),
             L"\t<interval>\n"
             L"\t\t<event>start</event>\n"
             L"\t\t<sec>-2147483648</sec>\n"
@@ -327,35 +361,35 @@ TEST_F(Document, NegativeAndExtremeNumbersAreWrittenAsTheyAre) {
             L"\t</interval>\n");
 }
 
-TEST_F(Document, BlocksAreCutTo511Characters) {
+TEST_F(Document, IntervalIsCutTo511CharactersAndSummaryTo512) {
   const WorkoutInterval interval = {
       IPOD_INTERVAL_TYPE_START, 1,     1e308, 1e308, IPOD_DISTANCE_TYPE_KM, 1,
       IPOD_SPEED_TYPE_PACE,     1e308, 1,     1};
-  const std::wstring block = IntervalBlock(interval);
-  EXPECT_EQ(block.size(), kLongest);
+  const std::wstring block = IntervalText(interval);
+  EXPECT_EQ(block.size(), 511U);
   EXPECT_EQ(block.substr(0, 63),
             L"\t<interval>\n\t\t<event>start</event>\n\t\t<sec>1</sec>\n\t\t<kCal>10000");
   EXPECT_THAT(block, HasSubstr(L".00</kCal>\n\t\t<km>1"));
   EXPECT_THAT(block, Not(HasSubstr(L"</km>")));
 
-  const std::wstring summary = SummaryBlock({1, 1e308, -1e308, IPOD_DISTANCE_TYPE_KM, 1, 1});
-  EXPECT_EQ(summary.size(), kLongest);
+  const std::wstring summary = SummaryText({1, 1e308, -1e308, IPOD_DISTANCE_TYPE_KM, 1, 1});
+  EXPECT_EQ(summary.size(), 512U);
   EXPECT_THAT(summary, HasSubstr(L".00</kCal>\n\t\t<km>-1"));
 }
 
 TEST_F(Document, BlockThatFitsExactlyIsWhole) {
-  // The energy has 309 digits, the distance 94 and then one more.
-  const std::wstring whole = SummaryBlock({0, 1e308, 2e93, IPOD_DISTANCE_TYPE_FLOORS, 0, 0});
-  EXPECT_EQ(whole.size(), kLongest);
-  EXPECT_EQ(whole.substr(kLongest - 34), L"\t\t<spm>0</spm>\n\t</workoutSummary>\n");
-  const std::wstring cut = SummaryBlock({0, 1e308, 2e94, IPOD_DISTANCE_TYPE_FLOORS, 0, 0});
-  EXPECT_EQ(cut.size(), kLongest);
-  EXPECT_EQ(cut.substr(kLongest - 33), L"\t\t<spm>0</spm>\n\t</workoutSummary>");
+  // The energy has 309 digits, the distance 95 and then one more.
+  const std::wstring whole = SummaryText({0, 1e308, 2e94, IPOD_DISTANCE_TYPE_FLOORS, 0, 0});
+  EXPECT_EQ(whole.size(), 512U);
+  EXPECT_EQ(whole.substr(512 - 34), L"\t\t<spm>0</spm>\n\t</workoutSummary>\n");
+  const std::wstring cut = SummaryText({0, 1e308, 2e95, IPOD_DISTANCE_TYPE_FLOORS, 0, 0});
+  EXPECT_EQ(cut.size(), 512U);
+  EXPECT_EQ(cut.substr(512 - 33), L"\t\t<spm>0</spm>\n\t</workoutSummary>");
 }
 
 TEST_F(Document, FailedFormattingLeavesALineOut) {
   world_.FailOnce("StringCchPrintfW", 2, 87);
-  EXPECT_EQ(SummaryBlock(kSummary),
+  EXPECT_EQ(SummaryText(kSummary),
             L"\t<workoutSummary>\n"
             L"\t\t<sec>1800</sec>\n"
             L"\t\t<km>5.00</km>\n"

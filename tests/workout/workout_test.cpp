@@ -338,6 +338,36 @@ TEST_F(Workout, RefusedHeaderLineIsReportedLeavesAGapAndDoesNotCount) {
   EXPECT_EQ(writes[2].text, "\t<vers>1</vers>\n");
 }
 
+// The file's opening takes the first block, each line one for its text and one for its write.
+TEST_F(Workout, HeaderLineForWhichThereIsNoMemoryIsReportedAndTheOthersFollow) {
+  world_.FailOnce("LocalAlloc", 4, 8);
+  EXPECT_EQ(Start(), 1);
+  EXPECT_THAT(DrainDebugOutput(), ElementsAre(Report("(null)")));
+  const auto writes = DrainWrites();
+  ASSERT_THAT(writes, SizeIs(12));
+  EXPECT_EQ(writes[1].offset, 39U);
+  EXPECT_EQ(writes[1].text, "\t<vers>1</vers>\n");
+  tagIPOD_WORKOUT_FILE file = {};
+  session_.GetWorkoutFile(&file);
+  EXPECT_EQ(file.failed_writes, 1U);
+}
+
+TEST_F(Workout, EveryFailureOfTheHeapIsReportedAndLeavesNothingBehind) {
+  const std::size_t before = world_.leftovers().size();
+  for (unsigned failing = 1; failing <= 30; ++failing) {
+    world_.FailOnce("LocalAlloc", failing, 8);
+    const int started = Start();
+    const int recorded = Interval();
+    const int finished = Finish();
+    world_.ClearFaults();
+    EXPECT_EQ(DrainDebugOutput().size(), failing <= 29 ? 1U : 0U) << failing;
+    EXPECT_EQ(started, failing == 1 ? 0 : 1) << failing;
+    EXPECT_EQ(recorded, failing == 28 ? 0 : 1) << failing;
+    EXPECT_EQ(finished, 1) << failing;
+    EXPECT_EQ(world_.leftovers().size(), before) << failing;
+  }
+}
+
 TEST_F(Workout, HeaderIsWrittenToTheEndThoughEveryLineIsRefused) {
   answering_.Answer("0C 07", kWriteRefusal);
   EXPECT_EQ(Start(), 1);
