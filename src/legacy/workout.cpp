@@ -7,6 +7,7 @@
 #include "ipodcomm/ipod.h"
 #include "legacy/reply_text.h"
 #include "platform/services.h"
+#include "protocol/decimal.h"
 #include "protocol/frame.h"
 
 using ipodcomm::FrameBytes;
@@ -15,6 +16,8 @@ using ipodcomm::ReplyByte;
 using ipodcomm::Store;
 
 namespace {
+
+constexpr int kDecimals = 6;  // of a fraction in the document
 
 template <std::size_t kCapacity>
 void Show(wchar_t (&status)[kCapacity], const wchar_t* text) {
@@ -162,7 +165,7 @@ int ipod::startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_
   lines.Write(L"\t\t<gymLocation>%s</gymLocation>\n", gym_location);
   lines.Write(L"\t</equipmentInfo>\n");
   lines.Write(L"\t<userInfo>\n");
-  lines.Write(L"\t\t<kg>%f</kg>\n", weight_kg);
+  lines.Write(L"\t\t<kg>%s</kg>\n", ipodcomm::Decimal(weight_kg, kDecimals).text());
   lines.Write(L"\t</userInfo>\n");
   if (lines.result() != 0) Show(status_text_, L"Start Workout Good");
   return lines.result();
@@ -186,10 +189,10 @@ int ipod::intervalworkout(unsigned char event, unsigned int seconds, unsigned in
   }
   lines.Write(L"\t\t<sec>%d</sec>\n", seconds);
   lines.Write(L"\t\t<kCal>%d</kCal>\n", kcal);
-  lines.Write(L"\t\t<km>%f</km>\n", km);
+  lines.Write(L"\t\t<km>%s</km>\n", ipodcomm::Decimal(km, kDecimals).text());
   lines.Write(L"\t\t<pace>%d</pace>\n", pace);
   lines.Write(L"\t\t<bpm>%d</bpm>\n", bpm);
-  lines.Write(L"\t\t<incline>%f</incline>\n", incline);
+  lines.Write(L"\t\t<incline>%s</incline>\n", ipodcomm::Decimal(incline, kDecimals).text());
   lines.Write(L"\t\t<level>%d</level>\n", level);
   lines.Write(L"\t</interval>\n");
   if (lines.result() != 0) Show(status_text_, L"Internval Write Good");
@@ -203,7 +206,7 @@ int ipod::finishworkout(unsigned int seconds, unsigned int kcal, float km, float
   lines.Write(L"\t<workoutSummary>\n");
   lines.Write(L"\t\t<sec>%d</sec>\n", seconds);
   lines.Write(L"\t\t<kCal>%d</kCal>\n", kcal);
-  lines.Write(L"\t\t<km>%f</km>\n", km);
+  lines.Write(L"\t\t<km>%s</km>\n", ipodcomm::Decimal(km, kDecimals).text());
   lines.Write(L"\t\t<pace>%d</pace>\n", pace);
   lines.Write(L"\t\t<bpm>%d</bpm>\n", bpm);
   lines.Write(L"\t</workoutSummary>\n");

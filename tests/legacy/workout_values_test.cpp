@@ -54,7 +54,9 @@ TEST_P(FloatValues, AreWrittenWithSixDecimals) {
 // Single precision, widened: a tenth is not a tenth in the seventh decimal.
 INSTANTIATE_TEST_SUITE_P(
     Rows, FloatValues,
-    ::testing::Values(Number{"tenth", 0.1F, "0.100000"}, Number{"rounded", 0.0000006F, "0.000001"},
+    ::testing::Values(Number{"tenth", 0.1F, "0.100000"},
+                      Number{"halfway_goes_to_the_even_digit", 0.0078125F, "0.007812"},
+                      Number{"rounded", 0.0000006F, "0.000001"},
                       Number{"too_small_to_show", 1e-9F, "0.000000"},
                       Number{"minus_zero", -0.0F, "-0.000000"},
                       Number{"negative", -2.5F, "-2.500000"},
