@@ -338,6 +338,23 @@ TEST_F(Workout, RefusedHeaderLineIsReportedLeavesAGapAndDoesNotCount) {
   EXPECT_EQ(writes[2].text, "\t<vers>1</vers>\n");
 }
 
+// A write is of at most 512 bytes: 9 of the line and 503 of the name. It fits no frame, so it is a
+// gap of that length, reported with the whole line.
+TEST_F(Workout, HeaderLineOfALongNameIsCutByItsWriteOnly) {
+  const std::wstring model(600, L'x');
+  EXPECT_EQ(Start(model.c_str()), 1);
+  EXPECT_THAT(DrainDebugOutput(),
+              ElementsAre(Report("\t\t<model>" + std::string(600, 'x') + "</model>\n")));
+  const auto writes = DrainWrites();
+  ASSERT_THAT(writes, SizeIs(12));
+  EXPECT_EQ(writes[7].offset, 0xCCU + 512U);
+}
+
+TEST_F(Workout, SummaryOfHugeNumbersIsCutByItsWriteOnly) {
+  session_.Sports_FinishWorkout(1, 1e308, 1e308, IPOD_DISTANCE_TYPE_KM, 1, IPOD_SPEED_TYPE_PACE, 1);
+  EXPECT_EQ(Offset(), 512U);
+}
+
 // The file's opening takes the first block, each line one for its text and one for its write.
 TEST_F(Workout, HeaderLineForWhichThereIsNoMemoryIsReportedAndTheOthersFollow) {
   world_.FailOnce("LocalAlloc", 4, 8);
