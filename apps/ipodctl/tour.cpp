@@ -13,6 +13,7 @@
 #include "library/categories.h"
 #include "library/session_library.h"
 #include "library/walk.h"
+#include "playing/control.h"
 #include "playing/follower.h"
 #include "playing/modes.h"
 #include "playing/now.h"
@@ -24,11 +25,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr unsigned char kPause = 11;
-constexpr unsigned char kPlay = 10;
-constexpr unsigned char kNextTrack = 3;
-constexpr unsigned char kPlaying = 1;
-constexpr unsigned char kPaused = 2;
 constexpr unsigned long kMostNames = 24;  // read of each list; the line transfers some 30 a second
 constexpr std::size_t kShownNames = 5;
 constexpr unsigned kFollowMs = 5000;
@@ -168,13 +164,13 @@ void Tour::Play(Session& session, LibraryWalk& walk) {
 
 void Tour::Control(Session& session) {
   Step("Pause");
-  session.Require(session.ipod().Command_PlayControl(kPause) != 0, "pause");
+  session.Require(session.ipod().Command_PlayControl(kPauseButton) != 0, "pause");
   const NowPlaying paused = WaitForState(session, kPaused);
   session.Require(paused.state == kPaused, "pause");
   ShowNowPlaying(output_, paused);
   Step("Skip to the next track");
-  session.Require(session.ipod().Command_PlayControl(kPlay) != 0, "play on");
-  session.Require(session.ipod().Command_PlayControl(kNextTrack) != 0, "skip");
+  session.Require(session.ipod().Command_PlayControl(kPlayButton) != 0, "play on");
+  session.Require(session.ipod().Command_PlayControl(kNextButton) != 0, "skip");
   const NowPlaying next = WaitForState(session, kPlaying);
   session.Require(next.index && next.index != paused.index, "skip");
   ShowNowPlaying(output_, next);

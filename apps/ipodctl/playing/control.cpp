@@ -11,9 +11,6 @@ namespace ipodctl {
 
 namespace {
 
-constexpr unsigned char kPlay = 10;
-constexpr unsigned char kPlaying = 1;
-
 struct Button {
   const char* command;
   unsigned char code;
@@ -21,17 +18,18 @@ struct Button {
 };
 
 constexpr Button kButtons[] = {
-    {"pause", 11, "pause; nothing may be playing"},
-    {"stop", 2, "stop"},
-    {"next", 3, "skip; nothing may be playing"},
-    {"previous", 4, "skip back; nothing may be playing"},
+    {"pause", kPauseButton, "pause; nothing may be playing"},
+    {"stop", kStopButton, "stop"},
+    {"next", kNextButton, "skip; nothing may be playing"},
+    {"previous", kPreviousButton, "skip back; nothing may be playing"},
 };
 
 }  // namespace
 
 void RunPlay(const Context& context, Session& session) {
   if (context.options.path.empty()) {
-    session.Require(session.ipod().Command_PlayControl(kPlay) != 0, "play; name what to play");
+    session.Require(session.ipod().Command_PlayControl(kPlayButton) != 0,
+                    "play; name what to play");
   } else {
     SessionLibrary library(session);
     LibraryWalk walk(library, context.options.hierarchy);

@@ -8,6 +8,16 @@
 
 namespace ipodctl {
 
+// Buttons, by their numbers on the wire.
+constexpr unsigned char kStopButton = 2;
+constexpr unsigned char kNextButton = 3;
+constexpr unsigned char kPreviousButton = 4;
+constexpr unsigned char kForwardButton = 5;
+constexpr unsigned char kBackButton = 6;
+constexpr unsigned char kEndWindingButton = 7;
+constexpr unsigned char kPlayButton = 10;
+constexpr unsigned char kPauseButton = 11;
+
 /// Starts what the options' path leads to; without a path goes on with what was playing.
 void RunPlay(const Context& context, Session& session);
 void RunLegacyPlay(const Context& context, LegacySession& session);

@@ -13,7 +13,6 @@ namespace ipodctl {
 
 namespace {
 
-constexpr unsigned char kStopped = 0;
 constexpr unsigned long kNoTrack = 0xFFFFFFFF;
 constexpr std::size_t kTextCapacity = 256;
 constexpr int kStateLooks = 20;

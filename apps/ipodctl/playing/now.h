@@ -13,8 +13,13 @@
 
 namespace ipodctl {
 
+// States of the player, by their numbers on the wire.
+constexpr unsigned char kStopped = 0;
+constexpr unsigned char kPlaying = 1;
+constexpr unsigned char kPaused = 2;
+
 struct NowPlaying {
-  unsigned char state = 0;             // IPOD_PLAYERSTATE_...
+  unsigned char state = kStopped;
   std::optional<unsigned long> index;  // in the now-playing list; none when nothing is loaded
   std::string title;
   std::string artist;

@@ -7,18 +7,10 @@
 
 namespace ipodctl {
 
-namespace {
-
-constexpr unsigned char kStartForward = 5;
-constexpr unsigned char kStartBack = 6;
-constexpr unsigned char kEndWinding = 7;
-
-}  // namespace
-
 void RunSeek(const Context& context, Session& session) {
   const bool forward = context.options.forward;
   CIpodComm& ipod = session.ipod();
-  session.Require(ipod.Command_PlayControl(forward ? kStartForward : kStartBack) != 0,
+  session.Require(ipod.Command_PlayControl(forward ? kForwardButton : kBackButton) != 0,
                   "wind; nothing may be playing");
   {
     StatusLine status;
@@ -26,7 +18,7 @@ void RunSeek(const Context& context, Session& session) {
     PauseMs(static_cast<unsigned>(context.options.seek_seconds * 1000));
   }
   // Also after Ctrl-C: otherwise the iPod goes on winding.
-  session.Require(ipod.Command_PlayControl(kEndWinding) != 0, "end winding");
+  session.Require(ipod.Command_PlayControl(kEndWindingButton) != 0, "end winding");
   ShowNowPlaying(context.output, ReadNowPlaying(session));
 }
 
