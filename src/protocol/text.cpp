@@ -3,7 +3,6 @@
 #include "protocol/text.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <cwchar>
 
@@ -40,7 +39,7 @@ bool MayFollow(unsigned char lead, unsigned char second) {
 // Bytes of UTF-8 that the character at the front of `text` becomes; a surrogate without its other
 // half becomes a replacement.
 std::size_t EncodedLength(const wchar_t* text, std::size_t units) {
-  const auto unit = static_cast<std::uint32_t>(text[0]);
+  const auto unit = static_cast<char32_t>(text[0]);
   if (unit < 0x80) return 1;
   if (unit < 0x800) return 2;
   return units == 2 || (unit > 0xFFFF && unit <= 0x10FFFF) ? 4 : 3;

@@ -128,7 +128,7 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* fram
   SetKeepReading(keep_reading, false);
   const FrameBytes bytes(frame, static_cast<std::uint32_t>(length));
   ReceivedFrame parsed = ipodcomm::ParseFrameOf(ipodcomm::kGeneralLingo, bytes);
-  // An ACK of exactly two data bytes is taken as status and command, without an identifier.
+  // An ACK of exactly two data bytes is status and command, without an identifier.
   const bool bare_ack = parsed.command == kAck && parsed.data_length == 2;
   if (transaction_id_mode_ != 0 && !bare_ack) ipodcomm::SkipTransactionId(&parsed);
 

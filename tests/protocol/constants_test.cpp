@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Calls `visit` with every family of the table.
+// Calls `visit` with every family of the table.
 template <class Visitor>
 void ForEachFamily(Visitor visit) {
   const auto visit_all = [&visit](const auto&... families) { (visit(families), ...); };

@@ -109,7 +109,7 @@ TEST(SkippingATransactionIdentifier, TakesTwoBytesOrWhatThereIs) {
   EXPECT_EQ(frame.data_position, 8U);
 }
 
-/// Checks that the data lie between the header and the checksum of a frame of `length` bytes.
+// Checks that the data lie between the header and the checksum of a frame of `length` bytes.
 void ExpectDataInside(const ReceivedFrame& frame, const unsigned char* bytes,
                       std::uint32_t length) {
   ASSERT_LE(frame.data_position, length);

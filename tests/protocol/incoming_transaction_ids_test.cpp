@@ -94,8 +94,8 @@ struct RequestRow {
 
 class Request : public IncomingIds, public ::testing::WithParamInterface<RequestRow> {
  protected:
-  /// Has the request arrive while the session's own identifier is `own`; returns the own identifier
-  /// as the answer, if there is one, found it.
+  // Has the request arrive while the session's own identifier is `own`; returns the own identifier
+  // as the answer, if there is one, found it.
   int OwnAfter(int own) {
     CIpodCommPeer::OwnTransactionId(session_) = static_cast<std::uint16_t>(own);
     (session_.*CIpodCommPeer::kRoutePacket)(test::Packet(GetParam().frame));

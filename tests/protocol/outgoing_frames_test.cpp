@@ -20,7 +20,7 @@ class OutgoingFrames : public SessionTest {
                                   static_cast<std::uint32_t>(data.size())};
     return session_.WriteCommand(&write);
   }
-  /// The bytes sent since the last call.
+  // The bytes sent since the last call.
   Bytes DrainBytes() {
     world_.Advance(100 * test::kMillisecond);
     Bytes sent = ipod_.received();

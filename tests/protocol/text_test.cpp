@@ -20,7 +20,7 @@ constexpr wchar_t kUntouched = L'\x7E7E';
 
 class Text : public ::testing::Test {
  protected:
-  /// Converts into a buffer of `capacity` characters and two more that must stay.
+  // Converts into a buffer of `capacity` characters and two more that must stay.
   std::wstring Convert(const Bytes& utf8, std::size_t capacity) {
     std::vector<wchar_t> buffer(capacity + 2, kUntouched);
     ipodcomm::TextFromUtf8(utf8.data(), utf8.size(), buffer.data(), capacity);
@@ -105,7 +105,7 @@ RC_GTEST_FIXTURE_PROP(Text, IsAlwaysTerminatedWithinTheCapacity,
 
 // ---- To UTF-8
 
-/// Converts into a buffer of `capacity` bytes and one more that must stay; what is left in it.
+// Converts into a buffer of `capacity` bytes and one more that must stay; what is left in it.
 std::string ToUtf8(const wchar_t* text, std::size_t capacity) {
   std::string buffer(capacity + 1, '#');
   const std::size_t length = ipodcomm::Utf8FromText(text, buffer.data(), capacity);
@@ -160,7 +160,7 @@ TEST_F(Text, WholeUtf8LeavesOutAnIncompleteLastCharacter) {
 
 // ---- Replies that held only part of a text
 
-/// What is left of `text` in a reply of its size.
+// What is left of `text` in a reply of its size.
 std::string Kept(std::string_view text) {
   Bytes reply = test::Hex(text);
   ipodcomm::ClearCutCharacter(reply.data(), reply.size());

@@ -21,7 +21,7 @@ constexpr std::int64_t kWait = kSecond;
 
 class Exchange : public SessionTest {
  protected:
-  /// Asks for the iPod's name, with `retries` attempts.
+  // Asks for the iPod's name, with `retries` attempts.
   tagIPOD_COMM_ERROR AskName(std::int32_t retries = 3) {
     tagIPOD_WRITE_PARAMS write = {0x07, 0x00, nullptr, 0};
     read_.expected_command = 0x08;
@@ -30,7 +30,7 @@ class Exchange : public SessionTest {
     read_.retries = retries;
     return session_.WriteReadCommand(&write, &read_);
   }
-  /// Asks for the number of tracks.
+  // Asks for the number of tracks.
   tagIPOD_COMM_ERROR AskCount() {
     const unsigned char data[] = {0x05};
     tagIPOD_WRITE_PARAMS write = {0x0018, 0x04, data, 1};
@@ -235,8 +235,8 @@ TEST_F(Exchange, EveryUnexpectedPacketStartsTheWaitOver) {
   EXPECT_LE(elapsed_us, 2840 * kMillisecond);
 }
 
-/// The last packet decides: an unexpected General one counts as success, one of another lingo does
-/// not.
+// The last packet decides: an unexpected General one counts as success, one of another lingo does
+// not.
 TEST_F(Exchange, LastDecodersValueIsTheResult) {
   Queue("FF 55 04 04 00 1B 00 DD");
   Queue("FF 55 05 00 0A 01 02 03 EB");
@@ -259,7 +259,7 @@ TEST_F(Exchange, UnexpectedGeneralPacketAndSilenceReportSuccessWithNothingStored
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 02 00 07 F7"));
 }
 
-/// An iPod that refuses a request names the command sent, not the one awaited.
+// An iPod that refuses a request names the command sent, not the one awaited.
 TEST_F(Exchange, RefusalOfTheCommandSentReportsSuccessAndSetsTheAckFlag) {
   OpenWithoutReadThread();
   Queue("FF 55 04 00 02 04 07 EF");
@@ -312,8 +312,8 @@ TEST_F(Exchange, ServedRequestAndSilenceAreNoAnswer) {
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 02 01 01 EF"));
 }
 
-/// The answer to the iPod takes the next identifier, so the awaited answer is not known any more by
-/// its own and keeps it in the data.
+// The answer to the iPod takes the next identifier, so the awaited answer is not known any more by
+// its own and keeps it in the data.
 TEST_F(Exchange, AnswerBehindAServedRequestKeepsItsIdentifier) {
   TurnOnTransactionIds(0x0010);
   Answer("FF 55 04 0C 01 00 10 DF", "FF 55 04 09 01 00 01 F1 FF 55 05 0C 02 00 10 2A B3");

@@ -21,7 +21,7 @@ class Cable : public SessionTest {
     wchar_t name[8] = {};
     return session_.Command_RequestIpodName(name, 8);
   }
-  /// Calls of every thread but the host in ten seconds.
+  // Calls of every thread but the host in ten seconds.
   std::size_t CallsInTenSeconds() {
     world_.Record();
     world_.Advance(10 * kSecond);
@@ -129,7 +129,7 @@ TEST_F(Cable, ClosingDuringAnExchangeFailsIt) {
   EXPECT_EQ(session_.ReadCommand(&read), IPOD_COMM_NO_ANSWER);
 }
 
-/// The figure is printed for the eye; the promise is about virtual time alone.
+// The figure is printed for the eye; the promise is about virtual time alone.
 TEST_F(Cable, IdleHourPassesWithoutAnyWrite) {
   const unsigned writes = world_.call_count("WriteFile");
   const auto start = std::chrono::steady_clock::now();
@@ -141,7 +141,7 @@ TEST_F(Cable, IdleHourPassesWithoutAnyWrite) {
   EXPECT_EQ(AskName(), 1);
 }
 
-/// A short story under many schedules: open, ask, follow a notification, answer a request, close.
+// A short story under many schedules: open, ask, follow a notification, answer a request, close.
 TEST(Schedules, AllTellTheSameStory) {
   for (std::uint64_t seed = 1; seed <= 200; ++seed) {
     test::ScriptedDevice ipod;

@@ -98,7 +98,7 @@ TEST_F(Construction, RefusedPortIsLoggedAndTheSessionStillWorksLater) {
   EXPECT_EQ(session_->IsOpen(), 1);
 }
 
-/// Each service that construction calls, failing at each of its calls in turn, once and for ever.
+// Each service that construction calls, failing at each of its calls in turn, once and for ever.
 TEST(FailingConstruction, IsSurvivedWhicheverCallFails) {
   for (const char* service : {"CreateEventW", "CreateThread", "CreateFileW", "SetCommState",
                               "SetCommTimeouts", "SetCommMask", "PurgeComm", "WriteFile",
@@ -156,7 +156,7 @@ TEST_F(OpenSession, OpeningForgetsWhatWasQueued) {
   EXPECT_EQ(Elapsed([&] { EXPECT_FALSE(session_.GetNextReadPacket(&packet)); }), kSecond);
 }
 
-/// Each thread runs until it waits here, so the host is in front of the notification thread.
+// Each thread runs until it waits here, so the host is in front of the notification thread.
 TEST(OpeningAgain, ForgetsNotifications) {
   test::World world({1, ipodcomm::virtual_platform::CooperativeSchedule()});
   CIpodComm session;

@@ -39,7 +39,7 @@ class Copies : public ::testing::TestWithParam<Row> {
     session.SetModel("X");
     session.IsOpen();
   }
-  /// Calls that all threads but the host make in a minute.
+  // Calls that all threads but the host make in a minute.
   static std::size_t CallsPerMinute(World& world) {
     world.Record();
     world.Advance(60 * kSecond);

@@ -192,7 +192,7 @@ TEST_F(GeneralDecoding, FinalAckReplacesThePendingOne) {
   EXPECT_EQ(Taken(), "00 03");
 }
 
-/// Position and length of the data stay the first packet's.
+// Position and length of the data stay the first packet's.
 TEST_F(GeneralDecoding, FinalAckIsCopiedOverTheCallersFrame) {
   read_.expected_command = 0x02;
   Queue("FF 55 04 00 02 00 03 F7");
@@ -235,8 +235,8 @@ TEST_F(GeneralDecoding, FinalAckIsNotTakenWhereAnotherCommandIsAwaited) {
   EXPECT_EQ(session_.PeekNextReadPacket(), 0xFFFF);
 }
 
-/// The time that a second pending ACK names starts with its status 06, so it is 100 million
-/// milliseconds at least and is never waited for.
+// The time that a second pending ACK names starts with its status 06, so it is 100 million
+// milliseconds at least and is never waited for.
 TEST_F(GeneralDecoding, SecondPendingAcksTimeIsNeverWaitedFor) {
   read_.expected_command = 0x02;
   for (const char* second : {"FF 55 06 00 02 06 00 00 01 F1", "FF 55 03 00 02 06 F5",
@@ -251,8 +251,8 @@ TEST_F(GeneralDecoding, SecondPendingAcksTimeIsNeverWaitedFor) {
   EXPECT_EQ(buffer_[0], 0x06);
 }
 
-/// The status is looked for at its place without an identifier, so an identifier 06xx passes for
-/// a pending ACK.
+// The status is looked for at its place without an identifier, so an identifier 06xx passes for
+// a pending ACK.
 TEST_F(GeneralDecoding, IdentifierThatBeginsWithSixFetchesAFurtherPacket) {
   TurnOnTransactionIds(0x0601);
   read_.expected_command = 0x02;
@@ -268,7 +268,7 @@ TEST_F(GeneralDecoding, PendingAckBehindAnIdentifierIsAnOrdinaryOne) {
   EXPECT_EQ(Taken(), "06 03");
 }
 
-/// Any packet with 02 in the command's place passes for the further ACK.
+// Any packet with 02 in the command's place passes for the further ACK.
 TEST_F(GeneralDecoding, FurtherPacketsLingoIsNotLookedAt) {
   read_.expected_command = 0x02;
   Queue("FF 55 04 03 02 00 77 80");

@@ -46,7 +46,7 @@ class Decoding : public SessionTest, public ::testing::WithParamInterface<Decode
     read_.size = static_cast<std::int32_t>(size);
     read_.stored = 0;
   }
-  /// Decoders take the frame as it is and do not look at the checksum.
+  // Decoders take the frame as it is and do not look at the checksum.
   static Bytes Short(std::string_view header, const Bytes& data) {
     const Bytes head = Hex(header);
     return Framed({static_cast<std::uint8_t>(head.size() + data.size())}, head, data);
@@ -204,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
                                  "0C 02", "0C 34"}),
     test::RowName());
 
-/// All but the General decoder.
+// All but the General decoder.
 class OrdinaryDecoding : public Decoding {};
 
 TEST_P(OrdinaryDecoding, EverythingElseIsUnexpected) {

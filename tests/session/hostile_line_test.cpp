@@ -17,7 +17,7 @@ using test::kSecond;
 using test::ScriptedDevice;
 using test::World;
 
-/// A docked session that answers when it is asked for the iPod's name, or not.
+// A docked session that answers when it is asked for the iPod's name, or not.
 struct Dock {
   explicit Dock(std::uint64_t seed) : world({seed}) {
     world.line().Plug(ipod);
@@ -54,7 +54,7 @@ RC_GTEST_PROP(HostileLine, RandomBytesAreSurvived, ()) {
   RC_ASSERT(dock.Works());
 }
 
-/// Frames of random content, valid on the line, so that they reach routing and notifications.
+// Frames of random content, valid on the line, so that they reach routing and notifications.
 RC_GTEST_PROP(HostileLine, RandomFramesAreSurvived, ()) {
   const auto body =
       *rc::gen::suchThat(rc::gen::container<Bytes>(rc::gen::oneOf(

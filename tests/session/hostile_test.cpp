@@ -28,7 +28,7 @@ class HostileFrames : public SessionTest {
  protected:
   HostileFrames() { session_.Close(); }
 
-  /// Decodes a copy on the heap that ends with the frame, into a buffer that ends with its size.
+  // Decodes a copy on the heap that ends with the frame, into a buffer that ends with its size.
   void DecodeEverywhere(const Bytes& frame, std::int32_t size) {
     for (const Decoder decode : kDecoders) {
       for (const std::uint16_t expected : std::initializer_list<std::uint16_t>{0, 2, 8, 0x19}) {
@@ -89,7 +89,7 @@ TEST_F(HostileFrames, EverySingleByteChangeIsDecodedWithinItsBytes) {
   }
 }
 
-/// The assembler queues such a frame when the byte before 55 was not FF the first time.
+// The assembler queues such a frame when the byte before 55 was not FF the first time.
 TEST_F(HostileFrames, FrameWithoutItsSyncByteIsDecodedOneByteOff) {
   Bytes frame = test::Hex("55 04 00 08 41 42 71");
   tagIPOD_READ_PARAMS read = {};

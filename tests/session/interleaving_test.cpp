@@ -16,7 +16,7 @@ using test::kSecond;
 using test::ScriptedDevice;
 using test::World;
 
-/// Sends 15 commands while 15 requests come in; the frames that went out, as text.
+// Sends 15 commands while 15 requests come in; the frames that went out, as text.
 std::vector<std::string> TalkAtTheSameTime(std::uint64_t seed, int mode) {
   ScriptedDevice ipod;
   World world({seed});
@@ -145,7 +145,7 @@ TEST(Interleaving, OwnIdentifierStepsOncePerFrame) {
   }
 }
 
-/// A request in the middle of every exchange: the answer is found and the request served.
+// A request in the middle of every exchange: the answer is found and the request served.
 TEST(Interleaving, UnaskedRequestsDoNotDisturbExchanges) {
   for (std::uint64_t seed = 1; seed <= 100; ++seed) {
     ScriptedDevice ipod;

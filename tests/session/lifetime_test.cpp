@@ -16,7 +16,7 @@ using ::testing::Contains;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
-/// A world with a session, whose scripted iPod is silent at first.
+// A world with a session, whose scripted iPod is silent at first.
 class Life {
  public:
   explicit Life(std::uint64_t seed) : world({seed}) {
@@ -93,7 +93,7 @@ TEST(Destruction, IsQuickRightAfterOpeningDuringTheDriversRestart) {
   }
 }
 
-/// Answering one request takes 20 ms on the notification thread; the requests come faster.
+// Answering one request takes 20 ms on the notification thread; the requests come faster.
 TEST(Destruction, IsQuickWhileRequestsAreAnswered) {
   for (int moment_ms = 0; moment_ms < 160; ++moment_ms) {
     SCOPED_TRACE(moment_ms);
@@ -130,7 +130,7 @@ TEST(Destruction, IsQuickOnAVanishedLine) {
   }
 }
 
-/// Both transports have the packet event of the same name, so a signal may wake the other's thread.
+// Both transports have the packet event of the same name, so a signal may wake the other's thread.
 TEST(Destruction, IsQuickBesideAnotherSession) {
   for (std::uint64_t seed = 1; seed <= 60; ++seed) {
     SCOPED_TRACE(seed);

@@ -25,7 +25,7 @@ class PlayStatus : public SessionTest {
     CIpodCommPeer::Notifications(session_).Append(packet);
     world_.Settle();
   }
-  /// State, position, track index and tick.
+  // State, position, track index and tick.
   std::vector<std::uint32_t> Status() {
     tagIPOD_PLAY_STATUS status = {};
     EXPECT_EQ(session_.GetPlayStatus(&status), 1);
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Row{"StatusPlaying", "FF 55 00 00 07 04 00 27 00 06 06 0A B8", 1, 77, 42}),
     test::RowName());
 
-/// What is missing of a number reads as 0; a missing type is no type.
+// What is missing of a number reads as 0; a missing type is no type.
 INSTANTIATE_TEST_SUITE_P(
     CutShort, Notification,
     ::testing::Values(Row{"NoData", "FF 55 03 04 00 27 D2", 2, 77, 42},

@@ -16,8 +16,8 @@ using test::SessionTest;
 using test::Text;
 using ::testing::ElementsAre;
 
-/// The response queue of an open session, which nobody but the host takes from. The notification
-/// queue has a thread of its own that takes everything at once.
+// The response queue of an open session, which nobody but the host takes from. The notification
+// queue has a thread of its own that takes everything at once.
 class ResponseQueue : public SessionTest {
  protected:
   void Append(std::string_view text) { CIpodCommPeer::Responses(session_).Append(Packet(text)); }

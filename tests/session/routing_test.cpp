@@ -23,8 +23,8 @@ using ::testing::IsEmpty;
 
 class Routing : public SessionTest {
  protected:
-  /// Events that routing this packet sets: event2 wakes readers of answers, event6 those of
-  /// notifications.
+  // Events that routing this packet sets: event2 wakes readers of answers, event6 those of
+  // notifications.
   std::vector<std::string> Route(const tagSERIAL_PACKET& packet) {
     world_.Record({"EventModify"});
     (session_.*CIpodCommPeer::kRoutePacket)(packet);
@@ -126,7 +126,7 @@ struct IdentifierRow {
 
 class Identifier : public ::testing::TestWithParam<IdentifierRow> {};
 
-/// The same whether or not identifiers are on.
+// The same whether or not identifiers are on.
 TEST_P(Identifier, IsKeptForRequestsOnly) {
   for (const int mode : {0, 1}) {
     // The host always goes first: the notification thread answers no request before the look.

@@ -23,7 +23,7 @@ std::vector<std::string> Mistakes(const ipodsim::SimulatedIpod& ipod) {
   return names;
 }
 
-/// How far the story came.
+// How far the story came.
 struct Story {
   int identified = 0;
   tagIPOD_IDENTIFY_RESULT how = IPOD_IDENTIFY_RESULT_NONE;
@@ -50,7 +50,7 @@ Story Tell(World& world, CIpodComm& session) {
   return story;
 }
 
-/// The session works when it can be identified again and tells the iPod's name.
+// The session works when it can be identified again and tells the iPod's name.
 void ExpectToWork(CIpodComm& session, const std::string& where) {
   EXPECT_EQ(session.Open(), 0) << where;
   tagIPOD_IDENTIFY_RESULT how = IPOD_IDENTIFY_RESULT_NONE;
