@@ -86,7 +86,7 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
     questions.NoticeFrame();
   }
   if (!order.Check(request)) return;
-  if (StrikesFirst(request)) return;
+  if (IsStoppedByFault(request)) return;
   Serve(request);
 
   if (settings.faults.Has(Fault::kUnplug) && --frames_until_unplug_ == 0) {
@@ -125,7 +125,7 @@ bool SimulatedIpod::Device::CheckSize(const Request& request) {
 }
 
 // The faults of the iPod itself. True when the command is not to be carried out.
-bool SimulatedIpod::Device::StrikesFirst(const Request& request) {
+bool SimulatedIpod::Device::IsStoppedByFault(const Request& request) {
   const bool starts = request.lingo == kGeneral && request.command == general::kStartIdps;
   if (starts && traits.identifies_by_tokens && settings.start_idps_needs_identifier &&
       !request.identifier) {

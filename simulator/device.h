@@ -29,7 +29,7 @@ class SimulatedIpod::Device {
   std::optional<Microseconds> NextEvent() const;
   /// Nothing more will come.
   void Finish();
-  // Out of the dock, until Replug when no time is given.
+  /// Out of the dock, until Replug when no time is given.
   void Unplug(std::optional<Microseconds> until);
   void Replug();
 
@@ -57,7 +57,7 @@ class SimulatedIpod::Device {
   void OnFrame(const Frame& frame);
   bool ParseIdentifier(Request* request);
   bool CheckSize(const Request& request);
-  bool StrikesFirst(const Request& request);
+  bool IsStoppedByFault(const Request& request);
   bool IsRefused(const Request& request);
   void EndSession();
   void Serve(const Request& request);

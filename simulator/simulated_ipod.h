@@ -2,7 +2,7 @@
 // An iPod in software: bytes in, bytes out, and a clock that is handed in.
 //
 // It does no I/O, starts no thread and looks at no clock. Whoever owns it gives it the bytes that
-// the accessory wrote, asks when it next has something to say, and takes what it says then:
+// the accessory wrote, asks when it next has something to say, and reads what it says then:
 //
 //   ipod.Receive(bytes, count, now);
 //   if (auto next = ipod.NextEvent()) ... at *next: Write(ipod.Transmit(*next));
@@ -33,30 +33,30 @@ class SimulatedIpod {
   SimulatedIpod(const SimulatedIpod&) = delete;
   SimulatedIpod& operator=(const SimulatedIpod&) = delete;
 
-  // Takes what the accessory wrote.
+  /// What the accessory wrote.
   void Receive(const std::uint8_t* bytes, std::size_t count, Microseconds now);
-  // When Transmit has something to do next, if ever. It may then still return nothing.
+  /// When Transmit has something to do next, if ever. It may then still return nothing.
   std::optional<Microseconds> NextEvent() const;
-  // The bytes due by now.
+  /// The bytes due by now.
   std::vector<std::uint8_t> Transmit(Microseconds now);
   /// Nobody listens any more, though the iPod stays in the dock: what was not answered is not
   /// missed then, and no more is asked before the next identification.
   void LoseAccessory(Microseconds now);
-  // Nothing more will come: a frame that has begun and not ended is a mistake, and so are a
-  // question without an answer and a file that is open.
+  /// Nothing more will come: a frame that has begun and not ended is a mistake, and so are a
+  /// question without an answer and a file that is open.
   void Finish(Microseconds now);
 
-  // Protocol mistakes of the accessory, in the order in which they were made.
+  /// Protocol mistakes of the accessory, in the order in which they were made.
   const std::vector<Mistake>& mistakes() const;
-  // Called with each frame, either way, and each mistake, decoded to one readable line.
+  /// Called with each frame, either way, and each mistake, decoded to one readable line.
   void set_trace(std::function<void(const TraceLine&)> trace);
 
-  // Out of the dock it hears nothing, says nothing, and forgets the accessory.
+  /// Out of the dock it hears nothing, says nothing, and forgets the accessory.
   bool plugged() const;
   void Unplug(Microseconds now);
   void Replug(Microseconds now);
 
-  // State for tests and front ends to look at.
+  /// State for tests and front ends to look at.
   const Player& player() const;
   bool identified() const;
   bool identified_by_tokens() const;
@@ -66,11 +66,11 @@ class SimulatedIpod {
   std::uint8_t ui_mode() const;
   std::uint32_t notification_mask() const;
   const std::vector<std::uint8_t>& event_mask() const;
-  // The accessory's picture on the display; empty when there is none.
+  /// The accessory's picture on the display; empty when there is none.
   const std::vector<std::uint8_t>& display_image() const;
-  // What the accessory answered about itself, by information type; empty when it has not.
+  /// What the accessory answered about itself, by information type; empty when it has not.
   std::vector<std::uint8_t> accessory_information(std::uint8_t type) const;
-  // The files that accessories wrote, and which of them are open.
+  /// The files that accessories wrote, and which of them are open.
   const FeatureFiles& feature_files() const;
   std::vector<std::string> open_feature_files() const;
   std::uint64_t free_space() const;  // in bytes

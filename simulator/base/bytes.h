@@ -31,7 +31,7 @@ inline void Put64(Bytes& bytes, std::uint64_t value) {
   Put32(bytes, static_cast<std::uint32_t>(value));
 }
 
-// Text travels as UTF-8 and ends with a zero byte.
+/// Text travels as UTF-8 and ends with a zero byte.
 inline void PutText(Bytes& bytes, std::string_view text) {
   bytes.insert(bytes.end(), text.begin(), text.end());
   bytes.push_back(0);

@@ -15,8 +15,8 @@ struct FolderResult {
   std::string error;                    // one sentence that says why
 };
 
-// Makes the folder when only its last part is missing. Files that are there already stay as they
-// are; new ones get the numbers after them. What is appended is in the file at once.
+/// Makes the folder when only its last part is missing. Files that are there already stay as they
+/// are; new ones get the numbers after them. What is appended is in the file at once.
 FolderResult OpenFeatureFolder(const std::string& path);
 
 }  // namespace ipodsim

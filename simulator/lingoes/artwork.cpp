@@ -86,7 +86,7 @@ bool Artwork::Handle(const Request& request) {
     case extended::kMisnumberedGetTrackArtworkTimes:
       // The number that the Display Remote lingo has for this request. Here it belongs to an answer
       // of the iPod's own, but it only ever arrives from older consoles that mean the times; an
-      // iPod that takes it at its word does not know it.
+      // iPod that reads it strictly does not know it.
       if (settings_.refuses_misnumbered_artwork_times) {
         link_->Acknowledge(request, AckStatus::kUnknown);
         return true;

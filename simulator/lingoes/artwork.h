@@ -27,8 +27,8 @@ class Artwork {
   const Settings& settings_;
 };
 
-// A format's identifier and its number of pictures, two bytes each, for each format; nothing for a
-// track without artwork.
+/// A format's identifier and its number of pictures, two bytes each, for each format; nothing for a
+/// track without artwork.
 void PutArtworkCounts(Bytes& bytes, const Track& track);
 
 }  // namespace ipodsim

@@ -12,10 +12,10 @@ class Display {
   explicit Display(Link* link) : link_(link) {}
 
   bool Handle(const Request& request);
-  // The accessory is gone, and its picture with it.
+  /// The accessory is gone, and its picture with it.
   void Forget();
 
-  // The picture shown, row by row; empty until all of one has come.
+  /// The picture shown, row by row; empty until all of one has come.
   const Bytes& image() const { return image_; }
 
  private:

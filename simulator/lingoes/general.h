@@ -16,7 +16,7 @@ class General {
   General(Link* link, const Settings& settings);
 
   bool Handle(const Request& request);
-  // Takes over the preferences among an accepted accessory's tokens.
+  /// Takes over the preferences among an accepted accessory's tokens.
   void Apply(const std::vector<Token>& tokens);
   /// The accessory is gone: what it set is set back, its preferences where it asked for that.
   void Forget();

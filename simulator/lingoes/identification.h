@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How an accessory introduces itself: by tokens, by its lingo mask, or the oldest way.
+// How an accessory identifies: by tokens, by its lingo mask, or the oldest way.
 
 #pragma once
 
@@ -16,7 +16,7 @@ class Identification {
  public:
   Identification(Link* link, Questions* questions, const Settings& settings);
 
-  // True when the command belongs here.
+  /// True when the command belongs here.
   bool Handle(const Request& request);
   void Forget();
 
@@ -24,13 +24,13 @@ class Identification {
   bool by_tokens() const { return by_tokens_; }
   /// Whether it began with the oldest identification, as consoles from before the tokens do.
   bool by_older_console() const { return by_older_console_; }
-  // One bit per lingo.
+  /// One bit per lingo.
   std::uint32_t announced() const { return announced_; }
   const std::vector<Token>& tokens() const { return tokens_; }
 
-  // Whether this is the first word of an identification.
+  /// Whether this is the first command of an identification.
   static bool Begins(const Request& request);
-  // Whether an accessory may send this before it has identified.
+  /// Whether an accessory may send this before it has identified.
   static bool IsAllowedBefore(const Request& request);
 
  private:

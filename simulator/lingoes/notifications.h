@@ -18,7 +18,7 @@ class Notifications {
   static constexpr std::uint32_t kSecondsBit = 0x10;
   static constexpr std::uint32_t kAllBits =
       kStoppedBit | kStatusBit | kTrackBit | kMillisecondsBit | kSecondsBit;
-  // What the one-byte form of the command switches on.
+  /// What the one-byte form of the command switches on.
   static constexpr std::uint32_t kBasicBits = kStoppedBit | kTrackBit | kMillisecondsBit;
 
   Notifications(Link* link, Player* player, const Settings& settings)
@@ -27,7 +27,7 @@ class Notifications {
   void SetMask(std::uint32_t mask);
   std::uint32_t mask() const { return mask_; }
 
-  // Lets the player run up to `now` and tells what it did, each thing at its own time.
+  /// Lets the player run up to `now` and tells what it did, each thing at its own time.
   void Advance(Microseconds now);
   std::optional<Microseconds> NextEvent() const;
 

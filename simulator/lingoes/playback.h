@@ -18,7 +18,7 @@ class Playback {
   /// The accessory is gone: modes are set back where it asked for that.
   void Forget();
 
-  // A control from any lingo; starts all music when nothing is loaded yet.
+  /// A control from any lingo; starts all music when nothing is loaded yet.
   bool Control(PlayControl control);
 
  private:
@@ -46,7 +46,7 @@ class Playback {
   Restorable<std::uint8_t> original_speed_;
 };
 
-// Answers "which track" questions of both remote lingoes: null after refusing the index.
+/// Answers "which track" questions of both remote lingoes: null after refusing the index.
 const Track* TrackOrRefusal(Link* link, const Player& player, const Request& request,
                             std::uint32_t index);
 /// The same for questions of the form type, track, chapter; the chapter is checked too. Chapter 0

@@ -16,32 +16,32 @@ class Questions {
  public:
   Questions(Link* link, const Settings& settings) : link_(link), settings_(settings) {}
 
-  // Asks one question after another: what information there is and each piece of it, then the
-  // capabilities in the Sports and the Storage lingo if they were announced.
+  /// Asks one question after another: what information there is and each piece of it, then the
+  /// capabilities in the Sports and the Storage lingo if they were announced.
   void Start(std::uint32_t announced_lingoes);
-  // Asks no more. Answers that are still under way are accepted, and not missed.
+  /// Asks no more. Answers that are still under way are accepted, and not missed.
   void Stop();
-  // The accessory is gone.
+  /// The accessory is gone.
   void Forget();
-  // One question out of turn.
+  /// One question out of turn.
   void AskOutOfTurn();
-  // What it wants to know about a lingo whose services the accessory is about to use.
+  /// What it wants to know about a lingo whose services the accessory is about to use.
   void AskAbout(const Request& request);
 
-  // True when the frame is an answer, right or wrong.
+  /// True when the frame is an answer, right or wrong.
   bool Handle(const Request& request);
   /// The accessory sent something else, so it is there, and what it does not answer is a mistake.
   void NoticeFrame();
   /// Nothing more will come: what should have been answered by now is a mistake.
   void Finish();
 
-  // Gives up on answers that do not come.
+  /// Gives up on answers that do not come.
   void Advance(Microseconds now);
   std::optional<Microseconds> NextTimeout() const;
 
-  // What the accessory told, by information type: texts without their ending, versions as bytes.
+  /// What the accessory told, by information type: texts without their ending, versions as bytes.
   const std::map<std::uint8_t, Bytes>& answers() const { return answers_; }
-  // What the accessory's identification tokens said, to compare the answers with.
+  /// What the accessory's identification tokens said, to compare the answers with.
   void Expect(std::uint8_t type, Bytes value) { expected_[type] = std::move(value); }
 
  private:

@@ -12,7 +12,7 @@ class Sports {
   Sports(Link* link, const Settings& settings)
       : link_(link), settings_(settings), user_data_(settings.sports.user_data) {}
 
-  // False on an iPod without the lingo.
+  /// False on an iPod without the lingo.
   bool Handle(const Request& request);
 
   const UserData& user_data() const { return user_data_; }

@@ -19,7 +19,7 @@ class Storage {
  public:
   Storage(Link* link, const Settings& settings);
 
-  // False on an iPod without the lingo.
+  /// False on an iPod without the lingo.
   bool Handle(const Request& request);
   /// Any request of the accessory, in any lingo: one that logs a workout has to look first whether
   /// the iPod takes workouts and has space for it.

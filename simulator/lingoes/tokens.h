@@ -17,8 +17,8 @@ struct Token {
   std::uint8_t subtype = 0;
   Bytes fields;  // what follows the subtype
 
-  // What tells two tokens of one subtype apart: the information type, the preference class, the
-  // protocol index. Empty for tokens of which there is one.
+  /// What tells two tokens of one subtype apart: the information type, the preference class, the
+  /// protocol index. Empty for tokens of which there is one.
   Bytes Selector() const;
   std::string Name() const;
 };
@@ -41,7 +41,7 @@ struct TokenPacket {
 
 TokenPacket ParseTokens(const Bytes& packet);
 
-// Empty when the token's fields have the size and form that its subtype asks for.
+/// Empty when the token's fields have the size and form that its subtype asks for.
 std::string LayoutProblem(const Token& token);
 
 }  // namespace ipodsim

@@ -8,9 +8,9 @@
 
 namespace ipodsim {
 
-// Capability bits (4 bytes), length in milliseconds (4), number of chapters (2).
+/// Capability bits (4 bytes), length in milliseconds (4), number of chapters (2).
 void PutCapabilities(Bytes& bytes, const Track& track);
-// Packet flags (1 byte) and number (2), which say that this is the only packet, and the text.
+/// Packet flags (1 byte) and number (2), which say that this is the only packet, and the text.
 void PutLyrics(Bytes& bytes, const Track& track);
 
 }  // namespace ipodsim

@@ -26,9 +26,9 @@ enum class Category : std::uint8_t {
 
 enum class Hierarchy : std::uint8_t { kAudio = 1, kVideo = 2 };
 
-// Selections are ranked: playlist, nested playlist, audiobook and podcast come first, then genre,
-// then artist and composer, then album, then track. A category's records are those left by the
-// selections of lower rank, so selecting a genre again forgets the artist below it.
+/// Selections are ranked: playlist, nested playlist, audiobook and podcast come first, then genre,
+/// then artist and composer, then album, then track. A category's records are those left by the
+/// selections of lower rank, so selecting a genre again forgets the artist below it.
 class Database {
  public:
   static constexpr std::uint32_t kAllRecords = 0xFFFFFFFF;
@@ -39,15 +39,15 @@ class Database {
   static bool IsCategory(std::uint8_t number) { return number >= 1 && number <= 9; }
 
   std::uint32_t Count(Category category);
-  // The index is below Count(category).
+  /// The index is below Count(category).
   const std::string& Name(Category category, std::uint32_t index);
-  // Narrows the database; kAllRecords takes the category's narrowing back. Tracks are not selected
-  // here: they are played.
+  /// Narrows the database; kAllRecords takes the category's narrowing back. Tracks are not selected
+  /// here: they are played.
   void Select(Category category, std::uint32_t index);
-  // How track lists are ordered from here on; kDefault depends on what is selected.
+  /// How track lists are ordered from here on; kDefault depends on what is selected.
   void SetSort(Sort sort);
 
-  // The track list as it is narrowed now: positions in Library::tracks.
+  /// The track list as it is narrowed now: positions in Library::tracks.
   std::vector<std::size_t> Tracks();
 
  private:

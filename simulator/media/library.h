@@ -38,24 +38,24 @@ struct Library {
   std::vector<Track> tracks;
   std::vector<Playlist> playlists;
 
-  // About 2,000 tracks with names in several scripts, accents, emoji and a few very long ones;
-  // playlists, folders of playlists, audiobooks, podcasts and videos. Same seed, same library.
+  /// About 2,000 tracks with names in several scripts, accents, emoji and a few very long ones;
+  /// playlists, folders of playlists, audiobooks, podcasts and videos. Same seed, same library.
   static Library Generate(std::uint64_t seed);
-  // The one of seed 1, made once.
+  /// The one of seed 1, made once.
   static const Library& Default();
 };
 
-// A library read from JSON, or one sentence that says why it could not be.
-//
-//   {"name": "Zoe's iPod",
-//    "tracks": [{"title": "Bridges", "artist": "The Hum", "album": "Spans", "genre": "Rock",
-//                "composer": "A. Beam", "lyrics": "...", "length_ms": 215000, "number": 1,
-//                "kind": "music", "artwork": true, "chapters": ["Near", "Far"]}],
-//    "playlists": [{"name": "Runs", "tracks": [0]},
-//                  {"name": "Folder", "playlists": [{"name": "Hills", "tracks": [0]}]}]}
-//
-// Only "tracks" and each track's "title" are required. "kind" is music, audiobook, podcast or
-// video. A playlist's tracks are positions in "tracks", counted from 0.
+/// A library read from JSON, or one sentence that says why it could not be.
+///
+///   {"name": "Zoe's iPod",
+///    "tracks": [{"title": "Bridges", "artist": "The Hum", "album": "Spans", "genre": "Rock",
+///                "composer": "A. Beam", "lyrics": "...", "length_ms": 215000, "number": 1,
+///                "kind": "music", "artwork": true, "chapters": ["Near", "Far"]}],
+///    "playlists": [{"name": "Runs", "tracks": [0]},
+///                  {"name": "Folder", "playlists": [{"name": "Hills", "tracks": [0]}]}]}
+///
+/// Only "tracks" and each track's "title" are required. "kind" is music, audiobook, podcast or
+/// video. A playlist's tracks are positions in "tracks", counted from 0.
 struct LibraryResult {
   std::optional<Library> library;
   std::string error;

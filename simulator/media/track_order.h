@@ -20,10 +20,10 @@ enum class Sort : std::uint8_t {
   kDefault = 0xFF,
 };
 
-// What names are compared by: their bytes, but with the Latin letters of both cases together.
+/// What names are compared by: their bytes, but with the Latin letters of both cases together.
 std::string SortKey(const std::string& name);
 
-// Orders positions in Library::tracks. kPlaylist and kDefault leave them as they are.
+/// Orders positions in Library::tracks. kPlaylist and kDefault leave them as they are.
 void SortTracks(const Library& library, Sort sort, std::vector<std::size_t>* tracks);
 
 }  // namespace ipodsim

@@ -37,7 +37,7 @@ enum class PlayControl : std::uint8_t {
 enum class Shuffle : std::uint8_t { kOff = 0, kTracks = 1, kAlbums = 2 };
 enum class Repeat : std::uint8_t { kOff = 0, kOne = 1, kAll = 2 };
 
-// Something that an accessory may want to hear of.
+/// Something that an accessory may want to hear of.
 struct PlayerEvent {
   enum class Kind { kStopped, kPlaying, kPaused, kFastForward, kRewind, kEndedFast, kTrackChanged };
   Kind kind;
@@ -48,23 +48,23 @@ class Player {
  public:
   static constexpr std::uint32_t kNothing = 0xFFFFFFFF;
   static constexpr int kFastFactor = 8;
-  // Going back later than this into a track returns to its start.
+  /// Going back later than this into a track returns to its start.
   static constexpr Microseconds kBackToStartAfter = 3 * kSecond;
 
   Player(const Library* library, std::uint64_t seed);
 
-  // Plays the list from one of its tracks. The index is below the list's size.
+  /// Plays the list from one of its tracks. The index is below the list's size.
   void Start(std::vector<std::size_t> tracks, std::size_t index, Microseconds now);
-  // False when the control makes no sense now, such as a skip with nothing loaded.
+  /// False when the control makes no sense now, such as a skip with nothing loaded.
   bool Control(PlayControl control, Microseconds now);
-  // Moves to another place of the list and plays it. The index is below size().
+  /// Moves to another place of the list and plays it. The index is below size().
   void Jump(std::uint32_t index, Microseconds now);
   void SetShuffle(Shuffle shuffle, Microseconds now);
   void SetRepeat(Repeat repeat) { repeat_ = repeat; }
 
-  // Lets the clock run: tracks end, the next ones begin.
+  /// Lets the clock run: tracks end, the next ones begin.
   void Advance(Microseconds now);
-  // When the current track ends or its rewinding reaches the start, if it is moving at all.
+  /// When the current track ends or its rewinding reaches the start, if it is moving at all.
   std::optional<Microseconds> NextChange() const;
   std::vector<PlayerEvent> PopEvents();
 
@@ -72,12 +72,12 @@ class Player {
   Shuffle shuffle() const { return shuffle_; }
   Repeat repeat() const { return repeat_; }
   std::uint32_t size() const { return static_cast<std::uint32_t>(list_.size()); }
-  // The place in the list, or kNothing when none is loaded.
+  /// The place in the list, or kNothing when none is loaded.
   std::uint32_t index() const {
     return list_.empty() ? kNothing : static_cast<std::uint32_t>(index_);
   }
   const Track* current() const { return at(index()); }
-  // The track at a place of the list; null when there is none.
+  /// The track at a place of the list; null when there is none.
   const Track* at(std::uint32_t index) const;
   std::int64_t position_ms(Microseconds now) const { return Position(now) / kMillisecond; }
   std::int64_t length_ms() const { return Length() / kMillisecond; }

@@ -31,7 +31,7 @@ enum class CommandNature {
   kAnswerWithout,   // answers a request of ours, never with an identifier
 };
 
-// A command that accessories send. The payload sizes leave the transaction identifier out.
+/// A command that accessories send. The payload sizes leave the transaction identifier out.
 struct CommandRule {
   std::uint8_t lingo;
   std::uint16_t command;
@@ -50,16 +50,16 @@ struct CommandRule {
   }
 };
 
-// Null for a command that no accessory sends.
+/// Null for a command that no accessory sends.
 const CommandRule* FindCommand(std::uint8_t lingo, std::uint16_t command);
 
 const char* LingoName(std::uint8_t lingo);
 enum class Sender { kAccessory, kIpod };
-// The name of a command of either side, or its number. The sender matters where both sides have a
-// command of that number.
+/// The name of a command of either side, or its number. The sender matters where both sides have a
+/// command of that number.
 std::string CommandName(std::uint8_t lingo, std::uint16_t command,
                         Sender sender = Sender::kAccessory);
-// The lingo's acknowledgement from the iPod; kNoAck where there is none.
+/// The lingo's acknowledgement from the iPod; kNoAck where there is none.
 constexpr std::uint16_t kNoAck = 0xFFFF;
 std::uint16_t AckCommand(std::uint8_t lingo);
 

@@ -103,8 +103,8 @@ enum Command : std::uint16_t {
   kGetPlayStatus = 0x001C,
   kReturnPlayStatus = 0x001D,
   kGetCurrentPlayingTrackIndex = 0x001E,
-  // Consoles in the field ask for the times of artwork by the number that the request has in the
-  // Display Remote lingo.
+  /// Consoles in the field ask for the times of artwork by the number that the request has in the
+  /// Display Remote lingo.
   kMisnumberedGetTrackArtworkTimes = 0x001F,
   kReturnCurrentPlayingTrackIndex = 0x001F,
   kGetIndexedPlayingTrackTitle = 0x0020,

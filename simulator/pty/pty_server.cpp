@@ -56,6 +56,7 @@ class PtyServer::Impl {
     if (terminal_.is_open()) {
       // What the accessory wrote last still counts.
       ReceiveBytes();
+      if (!terminal_.Connected()) ipod_.LoseAccessory(Now());
       ipod_.Finish(Now());
       Vanish();
     }

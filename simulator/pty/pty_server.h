@@ -12,37 +12,37 @@
 
 namespace ipodsim {
 
-// All operations may be called from any thread. The other side may close the device and open it
-// again at will; what the iPod says meanwhile is lost, as on a real port. While the iPod is
-// unplugged the device does not exist; plugged in again it may have another path, which the link,
-// if there is one, follows.
+/// All operations may be called from any thread. The other side may close the device and open it
+/// again at will; what the iPod says meanwhile is lost, as on a real port. While the iPod is
+/// unplugged the device does not exist; plugged in again it may have another path, which the link,
+/// if there is one, follows.
 class PtyServer {
  public:
   /// The link is a symbolic link to make, empty for none. A link that was left behind at its place
   /// is replaced; one that leads to a device is in use and left alone, like anything else.
   explicit PtyServer(Settings settings, std::string link = {});
-  // Stops.
+  /// Stops.
   ~PtyServer();
   PtyServer(const PtyServer&) = delete;
   PtyServer& operator=(const PtyServer&) = delete;
 
-  // Called from the server's own thread; to be set before Start.
+  /// Called from the server's own thread; to be set before Start.
   void set_trace(std::function<void(const TraceLine&)> trace);
 
-  // False when the pseudo-terminal or the link could not be made; error() then says why.
+  /// False when the pseudo-terminal or the link could not be made; error() then says why.
   bool Start();
-  // Ends the thread, takes the device and the link away and returns the accessory's mistakes.
+  /// Ends the thread, takes the device and the link away and returns the accessory's mistakes.
   std::vector<Mistake> Stop();
   std::string error() const;
 
-  // What to open: the link when there is one, else the terminal itself, empty while unplugged.
+  /// What to open: the link when there is one, else the terminal itself, empty while unplugged.
   std::string device_path() const;
   std::vector<Mistake> mistakes() const;
 
   void Unplug();
   void Replug();
 
-  // Looks at the iPod while the server holds still.
+  /// Looks at the iPod while the server holds still.
   void Inspect(const std::function<void(const SimulatedIpod&)>& look) const;
 
  private:

@@ -37,20 +37,20 @@ struct FaultInfo {
   const char* description;
 };
 
-// The faults that are switched on, and how often they strike.
+/// The faults that are switched on, and how often they strike.
 class Faults {
  public:
   static const std::array<FaultInfo, kFaultCount>& All();
 
-  // False when there is no fault of this name.
+  /// False when there is no fault of this name.
   bool Enable(std::string_view name);
   void Enable(Fault fault) { enabled_.set(static_cast<std::size_t>(fault)); }
   bool Has(Fault fault) const { return enabled_.test(static_cast<std::size_t>(fault)); }
   bool Any() const { return enabled_.any(); }
 
-  // A fault strikes once, at a drawn place, in every run of this many opportunities.
+  /// A fault strikes once, at a drawn place, in every run of this many opportunities.
   std::uint32_t one_in = 8;
-  // The cable is pulled after so many frames from the accessory, when given; else drawn.
+  /// The cable is pulled after so many frames from the accessory, when given; else drawn.
   std::optional<std::uint32_t> unplug_after;
   Microseconds unplugged_for = 2 * kSecond;
 
@@ -58,13 +58,13 @@ class Faults {
   std::bitset<kFaultCount> enabled_;
 };
 
-// Decides, from the seed alone, when each fault strikes.
+/// Decides, from the seed alone, when each fault strikes.
 class FaultDice {
  public:
   FaultDice(const Faults& faults, std::uint64_t seed);
 
   bool Strikes(Fault fault);
-  // For the choices of a fault that struck (which byte, which bit, how long).
+  /// For the choices of a fault that struck (which byte, which bit, how long).
   Random& Choices(Fault fault) { return streams_[static_cast<std::size_t>(fault)]; }
 
  private:

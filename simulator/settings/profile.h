@@ -30,7 +30,7 @@ struct LingoSupport {
   std::uint8_t options;  // last byte of the lingo's option bits
 };
 
-// The facts of one kind of iPod.
+/// The facts of one kind of iPod.
 struct Traits {
   Profile profile = Profile::kNano;
   const char* name = "";

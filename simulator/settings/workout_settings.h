@@ -13,14 +13,14 @@ namespace ipodsim {
 
 class FeatureFiles;
 
-// What the iPod knows about its user. It outlives the dock.
+/// What the iPod knows about its user. It outlives the dock.
 struct UserData {
   std::uint8_t flag = 1;      // data type 2, true when it is 2
   std::uint16_t weight = 75;  // data type 3
   std::uint8_t value = 0;     // data type 4
 };
 
-// Bits of the Sports capabilities.
+/// Bits of the Sports capabilities.
 constexpr std::uint16_t kGymCapability = 0x0001;
 constexpr std::uint16_t kUserDataCapability = 0x0002;
 
@@ -29,17 +29,17 @@ struct SportsSettings {
   UserData user_data;
 };
 
-// Sizes are in bytes.
+/// Sizes are in bytes.
 struct StorageSettings {
   std::uint64_t total_space = 8'000'000'000;
   std::uint64_t free_space = 3'000'000'000;
   std::uint32_t max_file_size = 16'000'000;
   std::uint16_t max_write_size = 496;
-  // What is stored has to be a workout: asked for first, and a whole document once it is closed.
+  /// What is stored has to be a workout: asked for first, and a whole document once it is closed.
   bool checks_workouts = true;
-  // Writes that fail, counted from 1 over all files, and with which status.
+  /// Writes that fail, counted from 1 over all files, and with which status.
   std::map<std::uint32_t, AckStatus> failing_writes;
-  // Where the files go; in memory when null.
+  /// Where the files go; in memory when null.
   std::shared_ptr<FeatureFiles> files;
 };
 

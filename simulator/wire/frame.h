@@ -24,17 +24,17 @@ struct Frame {
   Bytes data;  // what follows the command, a transaction identifier included
 };
 
-// The large form is used for content that does not fit the short one, or when asked for.
+/// The large form is used for content that does not fit the short one, or when asked for.
 Bytes BuildFrame(const Frame& frame, bool large = false);
 
-// Reads back a whole frame as it lies on the wire; false when it is not one.
+/// Reads back a whole frame as it lies on the wire; false when it is not one.
 bool ParseFrame(const Bytes& wire, Frame* frame);
 
 enum class FramingProblem { kBadChecksum, kTruncated, kStrayBytes, kNoCommand };
 
-// Finds frames in a stream of bytes. A lone 0xFF between frames is a wake-up byte and normal, and
-// so is any number of them before a frame. A frame whose bytes stop coming is given up after
-// kLongestGap, counted from its start byte on: the sync byte may come long before the rest.
+/// Finds frames in a stream of bytes. A lone 0xFF between frames is a wake-up byte and normal, and
+/// so is any number of them before a frame. A frame whose bytes stop coming is given up after
+/// kLongestGap, counted from its start byte on: the sync byte may come long before the rest.
 class FrameReader {
  public:
   static constexpr Microseconds kLongestGap = 500 * kMillisecond;
@@ -43,7 +43,7 @@ class FrameReader {
   std::function<void(FramingProblem problem, const std::string& detail)> on_problem;
 
   void Feed(std::uint8_t byte, Microseconds now);
-  // Reports a frame that was begun and never ended.
+  /// Reports a frame that was begun and never ended.
   void Finish();
   void Reset();
 

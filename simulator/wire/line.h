@@ -11,7 +11,7 @@
 
 namespace ipodsim {
 
-// Bytes in the order in which they go out; frames never mix.
+/// Bytes in the order in which they go out; frames never mix.
 class Line {
  public:
   explicit Line(FaultDice* dice) : dice_(dice) {}

@@ -19,7 +19,7 @@
 
 namespace ipodsim {
 
-// A frame from the accessory, its transaction identifier taken off.
+/// A frame from the accessory, its transaction identifier taken off.
 struct Request {
   const CommandRule* rule = nullptr;
   std::uint8_t lingo = 0;
@@ -35,28 +35,28 @@ class Link {
   void SetNow(Microseconds now) { now_ = now; }
   Microseconds now() const { return now_; }
 
-  // Answers echo the request's identifier when it carried one.
+  /// Answers echo the request's identifier when it carried one.
   void Reply(const Request& request, std::uint16_t command, Bytes data);
   void Acknowledge(const Request& request, AckStatus status);
-  // Reports a mistake and acknowledges the request as one with a bad parameter.
+  /// Reports a mistake and acknowledges the request as one with a bad parameter.
   void Refuse(const Request& request, MistakeKind kind, const std::string& detail);
-  // Many answers to one request, one after another.
+  /// Many answers to one request, one after another.
   void Stream(const Request& request, std::uint16_t command, std::vector<Bytes> answers);
-  // First acknowledges the request as pending; its answers then come later.
+  /// First acknowledges the request as pending; its answers then come later.
   void AcknowledgePending(const Request& request);
-  // Sends something unasked and returns the identifier that it went out under.
+  /// Sends something unasked and returns the identifier that it went out under.
   std::uint16_t Send(std::uint8_t lingo, std::uint16_t command, Bytes data, Microseconds due);
-  // When the iPod next gets around to something of its own: after the answers that it owes.
+  /// When the iPod next gets around to something of its own: after the answers that it owes.
   Microseconds NextTurn();
 
-  // A new request is being served.
+  /// A new request is being served.
   void BeginRequest() { pending_ = false; }
   void CancelStreams(std::optional<std::uint16_t> identifier) { outbox_.CancelStreams(identifier); }
 
-  // Transaction identifiers are on between an accepted StartIDPS and IdentifyDeviceLingoes.
+  /// Transaction identifiers are on between an accepted StartIDPS and IdentifyDeviceLingoes.
   bool identifiers_on() const { return identifiers_on_; }
   void SetIdentifiers(bool on);
-  // Sees that the accessory's identifiers step as they should.
+  /// Sees that the accessory's identifiers step as they should.
   void CheckIdentifier(const Request& request);
 
   void Report(MistakeKind kind, const std::string& detail);

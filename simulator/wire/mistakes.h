@@ -45,7 +45,7 @@ enum class MistakeKind {
   kBadWorkoutDocument,
 };
 
-// Lower-case words, such as "bad checksum".
+/// Lower-case words, such as "bad checksum".
 const char* MistakeName(MistakeKind kind);
 
 struct Mistake {

@@ -11,7 +11,7 @@
 
 namespace ipodsim {
 
-// Frames by the time at which they are due; equal times keep their order.
+/// Frames by the time at which they are due; equal times keep their order.
 class Outbox {
  public:
   /// A request that is answered.
@@ -30,11 +30,11 @@ class Outbox {
 
   void Add(Microseconds due, Item item) { items_.emplace(due, std::move(item)); }
   std::optional<Microseconds> NextDue() const;
-  // The frame due first, when its time has come.
+  /// The frame due first, when its time has come.
   bool Pop(Microseconds now, Microseconds* due, Item* item);
   /// The answer due first after `now`; null when there is none.
   const Item* NextAnswer(Microseconds now) const;
-  // Drops what is left of streamed answers; of one request, when an identifier is given.
+  /// Drops what is left of streamed answers; of one request, when an identifier is given.
   void CancelStreams(std::optional<std::uint16_t> identifier);
   void Clear() { items_.clear(); }
 

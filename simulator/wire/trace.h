@@ -17,11 +17,11 @@ struct TraceLine {
   std::string text;
 };
 
-// For example "Extended Interface GetPlayStatus id 0x0007" or "General ACK ok for StartIDPS".
-// `has_identifier` says whether the data begin with a transaction identifier.
+/// For example "Extended Interface GetPlayStatus id 0x0007" or "General ACK ok for StartIDPS".
+/// `has_identifier` says whether the data begin with a transaction identifier.
 std::string Describe(const Frame& whole, bool has_identifier, Sender sender = Sender::kAccessory);
 
-// "  12.345678 > General ..." with the time in seconds; > is towards the iPod, < from it.
+/// "  12.345678 > General ..." with the time in seconds; > is towards the iPod, < from it.
 std::string Format(const TraceLine& line);
 
 }  // namespace ipodsim

@@ -14,7 +14,7 @@ namespace ipodsim {
 using test::Hex;
 using test::ToHex;
 
-// Six songs of three artists, one book of two parts, one episode, one video.
+/// Six songs of three artists, one book of two parts, one episode, one video.
 inline Library SmallLibrary() {
   Library library;
   library.name = "Pod";
@@ -37,7 +37,7 @@ inline Library SmallLibrary() {
   return library;
 }
 
-// Answers after exactly 10 ms and asks nothing by itself.
+/// Answers after exactly 10 ms and asks nothing by itself.
 inline Settings QuietSettings(Profile profile = Profile::kNano) {
   Settings settings;
   settings.profile = profile;
@@ -47,7 +47,7 @@ inline Settings QuietSettings(Profile profile = Profile::kNano) {
   return settings;
 }
 
-// A simulated iPod with the test's hands on the bytes and on the clock.
+/// A simulated iPod with the test's hands on the bytes and on the clock.
 class IpodUnderTest {
  public:
   explicit IpodUnderTest(Settings settings = QuietSettings()) : ipod(std::move(settings)) {}
@@ -57,7 +57,7 @@ class IpodUnderTest {
     ipod.Receive(bytes.data(), bytes.size(), now);
   }
 
-  // Lets the time pass and gives what the iPod sent meanwhile.
+  /// Lets the time pass and gives what the iPod sent meanwhile.
   std::string Read(Microseconds time = 10 * kMillisecond) {
     now += time;
     return ToHex(ipod.Transmit(now));
@@ -77,8 +77,8 @@ class IpodUnderTest {
   /// The same without the mode.
   void IdentifyOnly() { Exchange("FF 55 0E 00 13 00 00 00 1D 00 00 00 00 00 00 00 00 C2"); }
 
-  // General, Display Remote, Sports, Storage and Extended Interface, by tokens. The next
-  // identifier is 3.
+  /// General, Display Remote, Sports, Storage and Extended Interface, by tokens. The next
+  /// identifier is 3.
   void IdentifyByTokens() {
     Exchange("FF 55 02 00 38 C6");
     Exchange("FF 55 16 00 39 00 00 01 10 00 00 05 00 03 09 0C 04 00 00 00 00 00 00 00 00 7F");
@@ -88,7 +88,7 @@ class IpodUnderTest {
     Exchange("FF 55 05 00 3B 00 02 00 BE");
   }
 
-  // The names of the mistakes so far, comma-separated.
+  /// The names of the mistakes so far, comma-separated.
   std::string Mistakes() const {
     std::string names;
     for (const Mistake& mistake : ipod.mistakes()) {
