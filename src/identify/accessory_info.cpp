@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// CIpodComm: what the host tells about the accessory, and the answers to the iPod's requests for
+// CIpodComm: what the host sets about the accessory, and the answers to the iPod's requests for
 // it: `28 type information...` for `27 type`.
 #include <algorithm>
 #include <cstddef>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The version of the host's executable, which the accessory tells as its own.
+// The version of the host's executable, which the accessory announces as its own.
 #include "identify/file_version.h"
 
 #include <algorithm>

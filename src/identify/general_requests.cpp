@@ -33,8 +33,9 @@ int CIpodComm::Command_EnterRemoteUIMode() {
 int CIpodComm::Command_RequestIpodName(wchar_t* name, unsigned long capacity) {
   unsigned char reply[kTextBytes] = {};
   if (!Exchange(Command(kGeneralLingo, general::kRequestIpodName),
-                Answer(general::kReturnIpodName, reply)))
+                Answer(general::kReturnIpodName, reply))) {
     return 0;
+  }
   ipodcomm::ClearCutCharacter(reply, kTextBytes);
   ipodcomm::TextFromUtf8(reply, kTextBytes, name, capacity);
   return 1;
@@ -47,15 +48,17 @@ int CIpodComm::Command_RequestIpodModelNum(unsigned long* model_id, wchar_t* tex
   // reply.
   unsigned char reply[kTextPosition + kTextBytes] = {};
   if (!Exchange(Command(kGeneralLingo, general::kRequestIpodModelNumber),
-                Answer(general::kReturnIpodModelNumber, reply, kTextBytes)))
+                Answer(general::kReturnIpodModelNumber, reply, kTextBytes))) {
     return 0;
+  }
   if (model_id != nullptr) *model_id = ipodcomm::ReadNumber32(reply);
   ipodcomm::ClearCutCharacter(reply + kTextPosition, kTextBytes - kTextPosition);
   ipodcomm::TextFromUtf8(reply + kTextPosition, kTextBytes, text, capacity);
   return 1;
 }
 
-/// The sense of the result is the reverse of every other operation's. Prescribed so.
+// The sense of the result is the reverse of every other operation's. Hosts in the field compare
+// with 0, so it stays.
 int CIpodComm::Command_SetEventNotification(unsigned char* mask) {
   unsigned char reply[2] = {};
   const bool exchanged = Exchange(Command(kGeneralLingo, general::kSetEventNotification, mask, 8),
@@ -93,7 +96,7 @@ int CIpodComm::Command_RequestLingoProtocolVersion(unsigned char lingo, tagIPOD_
   return Command_RequestLingoProtocolVersion(lingo, &version->major, &version->minor);
 }
 
-/// The session's record of a lingo's version, null for the lingoes that it does not use.
+// The session's record of a lingo's version, null for the lingoes that it does not use.
 tagIPOD_VERSION* CIpodComm::LingoVersion(unsigned char lingo) {
   switch (lingo) {
     case ipodcomm::kGeneralLingo:
@@ -114,8 +117,9 @@ tagIPOD_VERSION* CIpodComm::LingoVersion(unsigned char lingo) {
 int CIpodComm::Command_RequestMaxPayloadSize() {
   unsigned char reply[2] = {};
   if (!Exchange(Command(kGeneralLingo, general::kRequestMaxPayloadSize),
-                Answer(general::kReturnMaxPayloadSize, reply)))
+                Answer(general::kReturnMaxPayloadSize, reply))) {
     return 0;
+  }
   identity_.max_payload_size = ipodcomm::ReadNumber16(reply);
   return 1;
 }

@@ -53,7 +53,7 @@ int CIpodComm::IdentificationSequence::Run() {
   return 0;
 }
 
-// A host that stops finds "not identified", whatever it was told before.
+// A host that stops finds "not identified", whatever the result was before.
 bool CIpodComm::IdentificationSequence::KeepGoing() {
   if (keep_going_ == nullptr || keep_going_(context_)) return true;
   SetResult(IPOD_IDENTIFY_RESULT_NONE);

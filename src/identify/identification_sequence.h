@@ -22,7 +22,7 @@
 /// Runs on the host's thread, which may stop it between the steps.
 class CIpodComm::IdentificationSequence {
  public:
-  /// @param result optional; what the host has been told so far, at every call of `keep_going`
+  /// @param result optional; holds the outcome so far at every call of `keep_going`
   IdentificationSequence(CIpodComm& session, int flag, tagIPOD_IDENTIFY_RESULT* result,
                          bool (*keep_going)(void* context), void* context);
 
@@ -38,7 +38,7 @@ class CIpodComm::IdentificationSequence {
     kFallBack,   // the iPod does not accept tokens: go on with IdentifyDeviceLingoes
     kAbandoned,  // stopped by the host, or failed for good
   };
-  /// What the iPod tells about a lingo: its number and eight option bytes.
+  /// What the iPod answers about a lingo: its number and eight option bytes.
   struct LingoOptions {
     bool exchanged;
     bool refused;  // an ACK came in their place

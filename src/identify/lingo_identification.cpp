@@ -66,7 +66,7 @@ int CIpodComm::IdentificationSequence::IdentifyByLingoes() {
     AwaitModelNumberRequest();
     return 0;
   }
-  // Identified from here on: the host is told before the iPod is configured, which takes seconds.
+  // Identified from here on: the result is set before the iPod is configured, which takes seconds.
   SetResult(IPOD_IDENTIFY_RESULT_LINGOS);
   return ConfigureIpod();
 }

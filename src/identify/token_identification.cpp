@@ -59,8 +59,8 @@ auto CIpodComm::IdentificationSequence::SurveyOptions() -> Outcome {
   if (extended.exchanged) {
     identity.database_track_info = extended.OptionSet() ? 1 : 0;
   } else {
-    // An iPod that does not tell its options finds the General lingo announced three times in all.
-    // Those in the field accept it so.
+    // An iPod that does not answer about its options finds the General lingo announced three times
+    // in all. Those in the field accept it so.
     lingoes_.Add(kGeneralLingo);
     lingoes_.Add(kGeneralLingo);
   }

@@ -168,7 +168,7 @@ BlockText IntervalBlock(const WorkoutInterval& interval) {
 }
 
 // The distance type chooses the speed's element too, unlike in the interval: documents in the field
-// tell a climb in steps per minute, whatever speed type the host passes.
+// have a climb in steps per minute, whatever speed type the host passes.
 BlockText SummaryBlock(const WorkoutSummary& summary) {
   Block block(kMaxBlockChars);
   block.Add(L"\t<workoutSummary>\n");

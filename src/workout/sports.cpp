@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// CIpodComm: what accessory and iPod tell each other about their Sports lingo, and the user's data.
+// CIpodComm: Sports capabilities, asked for and answered, and the user's data.
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/ipod.h"
 #include "protocol/commands.h"

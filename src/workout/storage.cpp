@@ -36,8 +36,9 @@ int CIpodComm::Command_StorageGetIpodCaps(__int64* total_space, unsigned long* m
                                           unsigned char* minor) {
   unsigned char reply[22] = {};
   if (!Exchange(Command(kStorageLingo, storage::kGetIpodCaps),
-                Answer(storage::kRetIpodCaps, reply)))
+                Answer(storage::kRetIpodCaps, reply))) {
     return 0;
+  }
   if (total_space != nullptr) *total_space = ReadSpace(reply);
   if (max_file_size != nullptr) *max_file_size = ipodcomm::ReadNumber32(reply + 8);
   if (max_write_size != nullptr) *max_write_size = ipodcomm::ReadNumber16(reply + 12);
@@ -49,8 +50,9 @@ int CIpodComm::Command_StorageGetIpodCaps(__int64* total_space, unsigned long* m
 int CIpodComm::Command_GetiPodFreeSpace(__int64* free_space) {
   unsigned char reply[8] = {};
   if (!Exchange(Command(kStorageLingo, storage::kGetIpodFreeSpace),
-                Answer(storage::kRetIpodFreeSpace, reply)))
+                Answer(storage::kRetIpodFreeSpace, reply))) {
     return 0;
+  }
   *free_space = ReadSpace(reply);
   return 1;
 }
