@@ -9,6 +9,7 @@
 
 #include "figures.h"
 #include "ipodcomm/detail/FrameAssembler.h"
+#include "protocol/commands.h"
 #include "protocol/frame.h"
 
 namespace {

@@ -30,7 +30,7 @@ class Model {
 
  private:
   // Takes a byte of the frame; false when the read ends.
-  bool Take() {
+  bool Accept() {
     if (next_ == arrived_.size()) return false;
     stored_.push_back(arrived_[next_++]);
     return stored_.size() < room_;
@@ -39,18 +39,18 @@ class Model {
     next_ = static_cast<std::size_t>(
         std::find(arrived_.begin() + static_cast<std::ptrdiff_t>(next_), arrived_.end(), wanted) -
         arrived_.begin());
-    return Take();
+    return Accept();
   }
   bool ReadRest() {
-    if (!Take()) return false;
+    if (!Accept()) return false;
     std::size_t body = stored_.back();
     if (body == 0) {
-      if (!Take() || !Take()) return false;
+      if (!Accept() || !Accept()) return false;
       body = stored_[3] * 256U + stored_[4];
       if (body == 0) body = 65536;
     }
     for (std::size_t i = 0; i < body + 1; ++i) {
-      if (!Take()) return false;
+      if (!Accept()) return false;
     }
     return true;
   }

@@ -95,13 +95,13 @@ bool Process::Pump(const std::function<bool()>& done) {
     if ((out_ < 0 && err_ < 0) || Clock::now() >= end) return false;
     pollfd streams[2] = {{out_, POLLIN, 0}, {err_, POLLIN, 0}};
     ::poll(streams, 2, 100);
-    if (streams[0].revents != 0) Take(&out_, &result_.out);
-    if (streams[1].revents != 0) Take(&err_, &result_.err);
+    if (streams[0].revents != 0) Read(&out_, &result_.out);
+    if (streams[1].revents != 0) Read(&err_, &result_.err);
   }
   return true;
 }
 
-void Process::Take(int* descriptor, std::string* text) {
+void Process::Read(int* descriptor, std::string* text) {
   char buffer[4096];
   const ssize_t count = ::read(*descriptor, buffer, sizeof buffer);
   if (count > 0) {

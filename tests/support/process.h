@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Runs a program, feeds on what it prints, and never waits for ever.
+// Runs a program and reads what it prints, within a minute.
 #pragma once
 
 #include <sys/types.h>
@@ -42,7 +42,7 @@ class Process {
 
  private:
   bool Pump(const std::function<bool()>& done);
-  void Take(int* descriptor, std::string* text);
+  void Read(int* descriptor, std::string* text);
   void Reap();
 
   pid_t pid_ = -1;

@@ -58,19 +58,19 @@ void Recorder::Start(const std::vector<std::string>& services) {
 
 std::size_t Recorder::Begin(Call call) {
   calls_.push_back(std::move(call));
-  return taken_ + calls_.size() - 1;
+  return drained_ + calls_.size() - 1;
 }
 
 void Recorder::Finish(std::size_t number, std::string result, std::int64_t now_us) {
-  if (number < taken_) return;
-  Call& call = calls_[number - taken_];
+  if (number < drained_) return;
+  Call& call = calls_[number - drained_];
   call.result = std::move(result);
   call.end_us = now_us;
   call.finished = true;
 }
 
 Calls Recorder::Drain() {
-  taken_ += calls_.size();
+  drained_ += calls_.size();
   return Calls(std::exchange(calls_, {}));
 }
 

@@ -72,7 +72,7 @@ class Recorder {
  private:
   std::set<ServiceId> recorded_;
   std::vector<Call> calls_;
-  std::size_t taken_ = 0;
+  std::size_t drained_ = 0;
 };
 
 }  // namespace ipodcomm::virtual_platform
