@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A database record as iPods send them: index, then a name of common length.
+// A database record as iPods send them: index, then a name of common length.
 Bytes RecordFrame() {
   Bytes frame = {0xFF, 0x55, 0x00, 0x04, 0x00, 0x1B, 0x00, 0x00, 0x00, 0x07};
   for (int i = 0; i < 24; ++i) frame.push_back(static_cast<std::uint8_t>('a' + i));
@@ -42,7 +42,7 @@ void CountBytes(benchmark::State& state, std::size_t bytes_per_turn) {
                           static_cast<std::int64_t>(bytes_per_turn));
 }
 
-/// The yardstick: takes a byte at a time as the assembler does, but only copies and sums.
+// The yardstick: takes a byte at a time as the assembler does, but only copies and sums.
 class Copier {
  public:
   void Feed(std::uint8_t byte) {
@@ -96,7 +96,7 @@ void BuildFrame(benchmark::State& state) {
 }
 BENCHMARK(BuildFrame);
 
-/// Keeps each benchmark's rate instead of printing its own table.
+// Keeps each benchmark's rate instead of printing its own table.
 class RateReporter : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context& /*context*/) override { return true; }

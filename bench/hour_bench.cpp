@@ -24,7 +24,7 @@ struct Hour {
   unsigned long blocks_after_the_hour = 0;
 };
 
-/// An interval a second, each begun on the second.
+// An interval a second, each begun on the second.
 Hour Log(World& world, CIpodComm& session) {
   Hour hour;
   const std::int64_t begin_us = world.now_us();

@@ -24,7 +24,7 @@ constexpr int kEmptyReads = 5;
 constexpr double kReadTimeoutMs = 400;
 constexpr double kEmptyReadPauseMs = 200;
 
-/// Bytes that arrive are not paused for, so the name's length does not count.
+// Bytes that arrive are not paused for, so the name's length does not count.
 Trip MeasureName(ipod& docked) {
   constexpr int kTrips = 200;
   std::vector<double> trips;
@@ -47,7 +47,7 @@ Trip MeasureSilence(ipod& docked) {
           kPauses * SleepOvershootMs(kSyncPauseMs)};
 }
 
-/// Docks a simulated iPod that answers at once, or never.
+// Docks a simulated iPod that answers at once, or never.
 template <class Measure>
 void PrintDocked(ipodsim::Profile profile, const std::string& name, Measure measure) {
   ipodsim::Settings settings;

@@ -85,7 +85,7 @@ Trip MeasureRecords(CIpodComm& session) {
           pauses * SleepOvershootMs(kBytePauseMs)};
 }
 
-/// From the call to the acknowledgement, which tells that the iPod has the interval.
+// From the call to the acknowledgement, which tells that the iPod has the interval.
 Trip MeasureIntervals(CIpodComm& session) {
   constexpr int kIntervals = 100;
   constexpr int kAckBytes = 10;  // FF 55 06 0C 00 tt tt status 07 checksum

@@ -93,12 +93,12 @@ void ExpectSentence(const Ended& ended, int status, const std::string& sentence)
   EXPECT_EQ(ended.err, "ipodctl: " + sentence + ".\n");
 }
 
-/// A workout of 20 seconds in half a second: 13 header lines, 5 intervals, a summary.
+// A workout of 20 seconds in half a second: 13 header lines, 5 intervals, a summary.
 std::unique_ptr<Process> StartShortWorkout(const DockedIpod& dock) {
   return dock.Start({"workout", "--duration", "20", "--speed", "40"});
 }
 
-/// An iPod that fails one write, counted from 1.
+// An iPod that fails one write, counted from 1.
 ipodsim::Settings FailingWrite(std::uint32_t number, AckStatus status = AckStatus::kFailed) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.storage.failing_writes[number] = status;

@@ -26,10 +26,10 @@ namespace {
 constexpr unsigned char kTracks = 5;
 constexpr unsigned long kStatePositionAndTrackEvents = 0x1F;
 
-/// Makes the library's port stand for this dock.
+// Makes the library's port stand for this dock.
 void UsePort(const DockedIpod& dock) { ::setenv("IPODCOMM_COM2", dock.device().c_str(), 1); }
 
-/// Opens and identifies by tokens.
+// Opens and identifies by tokens.
 tagIPOD_IDENTIFY_RESULT Identify(CIpodComm& ipod) {
   tagIPOD_IDENTIFY_RESULT result = IPOD_IDENTIFY_RESULT_NONE;
   EXPECT_EQ(ipod.Open(), 0);
@@ -39,7 +39,7 @@ tagIPOD_IDENTIFY_RESULT Identify(CIpodComm& ipod) {
   return result;
 }
 
-/// Identified, in remote user-interface mode, and playing the first track.
+// Identified, in remote user-interface mode, and playing the first track.
 void PlayFirstTrack(CIpodComm& ipod) {
   ASSERT_EQ(Identify(ipod), IPOD_IDENTIFY_RESULT_IDPS);
   ASSERT_EQ(ipod.Command_EnterRemoteUIMode(), 1);
@@ -49,7 +49,7 @@ void PlayFirstTrack(CIpodComm& ipod) {
   ASSERT_NE(ipod.Select(kTracks, 0), 0);
 }
 
-/// Waits for what must come sooner or later; a minute is for ever.
+// Waits for what must come sooner or later; a minute is for ever.
 template <typename Condition>
 bool Eventually(Condition condition) {
   for (int look = 0; look < 6000; ++look) {
@@ -65,7 +65,7 @@ ipodsim::Settings WithTracks(int count) {
   return settings;
 }
 
-/// A session that has used a faulty line goes on to a clean one and must work as if new.
+// A session that has used a faulty line goes on to a clean one and must work as if new.
 void ExpectToWorkOn(CIpodComm& ipod) {
   ipod.Close();
   const DockedIpod clean(WithTracks(3));
@@ -197,7 +197,7 @@ TEST(SessionOverTerminal, ASourceMayOutliveItsCopy) {
   EXPECT_EQ(Identify(fresh), IPOD_IDENTIFY_RESULT_IDPS);
 }
 
-/// Faults that are switched on together, and the name of the test.
+// Faults that are switched on together, and the name of the test.
 struct BadLine {
   const char* name;
   std::vector<Fault> faults;

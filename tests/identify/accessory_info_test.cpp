@@ -21,7 +21,7 @@ class AccessoryInfo : public SessionTest {
  protected:
   AccessoryInfo() { world_.SetFileVersion(L"qz104.exe", L"2,5,0,17"); }
 
-  /// Whether the identification event has been signalled; takes the signal.
+  // Whether the identification event has been signalled; takes the signal.
   bool ConsumeSignal() {
     return WaitForSingleObject(Peer::IdentificationEvent(session_), 0) == WAIT_OBJECT_0;
   }

@@ -68,7 +68,7 @@ std::string ModelAnswer(const std::string& model) {
 
 class Color : public SessionTest {
  protected:
-  /// The colour for a model text. The iPod answers one request with it.
+  // The colour for a model text. The iPod answers one request with it.
   tagIPOD_COLOR ColorOf(const std::string& model) {
     ipod_.SendAt(world_.now_us() + 22 * test::kMillisecond, test::Hex(ModelAnswer(model)));
     tagIPOD_COLOR color = IPOD_COLOR_11;

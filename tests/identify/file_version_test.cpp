@@ -36,7 +36,7 @@ class FileVersion : public ::testing::Test {
     return ipodcomm::ReadFileVersion(kFile, &read_.major, &read_.minor, &read_.build,
                                      &read_.private_part);
   }
-  /// Names of the services called, in their order.
+  // Names of the services called, in their order.
   std::vector<std::string> DrainServices() {
     std::vector<std::string> names;
     const auto calls = world_.DrainCalls();
@@ -143,8 +143,8 @@ INSTANTIATE_TEST_SUITE_P(Forms, VersionTexts,
                                            Text{"EmptyNumber", L"1,,3,4", {1, -2, -3, -4}}),
                          test::RowName());
 
-/// A file whose FileVersion is marked as data: no terminator, and the length counts bytes. Beside
-/// it lies a value "A" of 32 bytes. Data keep their bytes, here characters of 32 bits.
+// A file whose FileVersion is marked as data: no terminator, and the length counts bytes. Beside
+// it lies a value "A" of 32 bytes. Data keep their bytes, here characters of 32 bits.
 test::Bytes FileWithVersionAsData(const std::u32string& text, bool last) {
   using ipodcomm::test::VersionNode;
   test::Bytes data;

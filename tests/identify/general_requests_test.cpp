@@ -12,7 +12,7 @@ using test::SessionTest;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Three attempts, each 20 ms of writing and a second of silence.
+// Three attempts, each 20 ms of writing and a second of silence.
 constexpr std::int64_t kThreeAttemptsUs = 3 * 1020 * kMillisecond;
 
 class GeneralRequests : public SessionTest {
@@ -229,7 +229,7 @@ TEST_F(GeneralRequests, MaximumPayloadRejectedBeforeSilenceCountsAsZero) {
 class Cancelling : public GeneralRequests {
  protected:
   int OwnIdentifier() { return CIpodCommPeer::OwnTransactionId(session_); }
-  /// Commands that are left in the response queue.
+  // Commands that are left in the response queue.
   std::vector<int> Left() {
     std::vector<int> commands;
     for (int command = 0; (command = session_.PeekNextReadPacket()) != 0xFFFF;) {

@@ -25,7 +25,7 @@ constexpr std::array<const char*, 9> kRequestsWithoutIds = {"00 38",
                                                             "00 0F 09",
                                                             "00 0F 0C"};
 
-/// Behind the announcement, without a host version and a model number.
+// Behind the announcement, without a host version and a model number.
 const std::string kTokens = [] {
   std::string tokens = test::Tokens("");
   for (const char* version : {"04 02 05 00", "05 02 05 00"}) {
@@ -34,7 +34,7 @@ const std::string kTokens = [] {
   return tokens;
 }();
 
-/// A docked session in a world of its own, since a property is tried many times in one test.
+// A docked session in a world of its own, since a property is tried many times in one test.
 class Dock {
  public:
   Dock() {
@@ -52,7 +52,7 @@ class Dock {
   void Answer(const std::string& request, const Bytes& reply) {
     ipod_.Answer(test::Hex(request), reply);
   }
-  /// @return whether the iPod was identified, and a consistent outcome.
+  // @return whether the iPod was identified, and a consistent outcome.
   bool Identify() {
     tagIPOD_IDENTIFY_RESULT result = IPOD_IDENTIFY_RESULT_NONE;
     const int identified = session_->Command_IdentifyDeviceLingos(0, &result, nullptr, nullptr);
@@ -62,7 +62,7 @@ class Dock {
     test::DrainTraceLog();
     return identified != 0;
   }
-  /// Another iPod is docked, which is plain and sound.
+  // Another iPod is docked, which is plain and sound.
   void DockSoundIpod() {
     world_.line().Unplug();
     world_.line().Plug(sound_);
@@ -95,7 +95,7 @@ class Dock {
 // More identifiers than an identification steps through with all its retries.
 constexpr std::uint16_t kIds = 20;
 
-/// Scripts every request of an identification with the answers in turn.
+// Scripts every request of an identification with the answers in turn.
 void AnswerEverything(Dock& dock, const std::vector<Bytes>& answers) {
   std::size_t next = 0;
   const auto answer = [&](const std::string& request) {
@@ -123,7 +123,7 @@ RC_GTEST_PROP(IdentificationNoise, RawBytesAreSurvived, ()) {
   RC_ASSERT(dock.Identify());
 }
 
-/// A frame that is in order but may say anything, most often of the General lingo.
+// A frame that is in order but may say anything, most often of the General lingo.
 rc::Gen<Bytes> AnyFrame() {
   return rc::gen::map(
       rc::gen::tuple(rc::gen::weightedOneOf<std::uint8_t>(

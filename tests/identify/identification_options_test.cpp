@@ -15,13 +15,13 @@ using Peer = CIpodCommPeer;
 class Options : public Identification {
  protected:
   Options() { Reply(test::kStart, test::kStartTaken); }
-  /// Identifies with the answers that the test has scripted and the healthy ones for the rest.
+  // Identifies with the answers that the test has scripted and the healthy ones for the rest.
   void IdentifyByTokens() {
     DockTokenIpod();
     EXPECT_EQ(Identify(), 1);
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
   }
-  /// The announcement, with its identifier, that has been sent.
+  // The announcement, with its identifier, that has been sent.
   std::string PopAnnouncement() {
     const std::vector<std::string> sent = DrainSentOf("00 39");
     return sent.empty() ? "" : sent.front();

@@ -25,7 +25,7 @@ constexpr const char* kRefused =
 
 class TokenIdentification : public Identification {
  protected:
-  /// A token iPod that also takes lingoes.
+  // A token iPod that also takes lingoes.
   void Dock() {
     DockTokenIpod();
     AcceptLingoes();
@@ -239,7 +239,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class EndTime : public TokenIdentification, public ::testing::WithParamInterface<std::string> {
  protected:
-  /// Milliseconds between the two looks at the tick count, which wraps around.
+  // Milliseconds between the two looks at the tick count, which wraps around.
   std::string ExpectedText() {
     std::vector<std::uint32_t> ticks;
     const auto calls = world_.DrainCalls().Of("host");

@@ -21,7 +21,7 @@ class IpodTexts : public SessionTest {
  protected:
   IpodTexts() : text_(400, kUntouched) {}
 
-  /// Queues the answer `command` with this data; in the large form when it does not fit the other.
+  // Queues the answer `command` with this data; in the large form when it does not fit the other.
   void QueueAnswer(std::uint8_t command, const Bytes& data) {
     tagSERIAL_PACKET packet = {};
     const auto add = [&packet](std::size_t byte) {
@@ -47,7 +47,7 @@ class IpodTexts : public SessionTest {
   int AskModel(unsigned long capacity) {
     return session_.Command_RequestIpodModelNum(&model_id_, text_.data(), capacity);
   }
-  /// The text up to its terminator.
+  // The text up to its terminator.
   std::wstring Text() const { return text_.data(); }
   void ExpectUntouchedFrom(std::size_t first) {
     for (std::size_t i = first; i < text_.size(); ++i) ASSERT_EQ(text_[i], kUntouched) << i;

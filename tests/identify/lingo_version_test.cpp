@@ -88,7 +88,7 @@ TEST_F(LingoVersion, ShortAnswerIsCompletedByZeros) {
 
 // ---- What the session remembers
 
-/// The versions that the session has on record, by lingo.
+// The versions that the session has on record, by lingo.
 std::vector<int> Records(CIpodComm& session) {
   const auto& identity = CIpodCommPeer::Identity(session);
   const auto number = [](tagIPOD_VERSION version) { return version.major * 0x100 + version.minor; };

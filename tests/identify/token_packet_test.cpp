@@ -11,12 +11,12 @@
 #include "identify/identification.h"
 #include "identify/identification_sequence.h"
 
-/// Packs tokens as identification does, without sending them.
+// Packs tokens as identification does, without sending them.
 struct IdentificationSequencePeer {
   using Sequence = CIpodCommPeer::IdentificationSequence;
   using Token = Sequence::Token;
 
-  /// Appends the packets' bytes to `packets`. False when a token fits no packet.
+  // Appends the packets' bytes to `packets`. False when a token fits no packet.
   static bool Pack(CIpodComm& session, const std::vector<Token>& tokens,
                    std::vector<test::Bytes>* packets) {
     Sequence sequence(session, 0, nullptr, nullptr, nullptr);
@@ -30,12 +30,12 @@ struct IdentificationSequencePeer {
     }
     return true;
   }
-  /// What identification sends behind the announcement of the lingoes.
+  // What identification sends behind the announcement of the lingoes.
   static std::vector<Token> Tokens(std::string_view model) {
     const auto tokens = Sequence::Tokens(model);
     return {tokens.begin() + 1, tokens.end()};
   }
-  /// A text token of `size` bytes in all.
+  // A text token of `size` bytes in all.
   static Token Text(std::size_t size, const std::string& letters) {
     return {Token::Kind::kText, 0x07, 0, std::string_view(letters).substr(0, size - 5)};
   }
@@ -57,7 +57,7 @@ constexpr unsigned long kNoRoom = 0xFFFFFFFF;
 
 class OnePacket : public ::testing::Test {
  protected:
-  /// Adds a token of `size` equal bytes.
+  // Adds a token of `size` equal bytes.
   bool Add(unsigned long size, unsigned char byte) {
     std::fill_n(packet_.end(), size, byte);
     return packet_.Add(size);
@@ -116,7 +116,7 @@ class Packing : public ::testing::Test {
   }
   Peer::Token Text(std::size_t size) const { return Peer::Text(size, letters_); }
 
-  /// A text token's bytes: "0F 00 02 07 4D 4D ... 00".
+  // A text token's bytes: "0F 00 02 07 4D 4D ... 00".
   static std::string TextBytes(const char* length_byte, std::size_t size) {
     return std::string(length_byte) + " 00 02 07 " + test::Repeated("4D", size - 5) + " 00";
   }
@@ -182,7 +182,7 @@ class RealTokens : public Packing {
  protected:
   RealTokens() { world_.SetFileVersion(L"qz104.exe", L"2,5,0,17"); }
 
-  /// Packs everything behind the announcement, with a model number of `model_length` letters.
+  // Packs everything behind the announcement, with a model number of `model_length` letters.
   bool PackAll(std::size_t model_length) {
     return Pack(Peer::Tokens(std::string_view(letters_).substr(0, model_length)));
   }

@@ -174,7 +174,7 @@ class Tokens : public SessionTest, public ::testing::WithParamInterface<Token> {
   unsigned long Build(unsigned long capacity) {
     return GetParam().build(session_, buffer_.data(), capacity);
   }
-  /// The buffer that a token leaves behind.
+  // The buffer that a token leaves behind.
   static test::Bytes BufferWith(const std::string& bytes) {
     test::Bytes buffer = test::Hex(bytes);
     buffer.resize(kBufferSize, 0xCC);

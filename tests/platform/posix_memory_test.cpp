@@ -13,8 +13,8 @@ namespace {
 
 using virtual_platform::MemoryShortage;
 
-/// Calls a service with its 1st, 2nd, 3rd ... allocation failing, until none fails. Returns how
-/// many there were.
+// Calls a service with its 1st, 2nd, 3rd ... allocation failing, until none fails. Returns how
+// many there were.
 unsigned FailEachInTurn(const std::function<void(bool felt)>& check,
                         const std::function<void()>& call) {
   for (unsigned nth = 1;; ++nth) {

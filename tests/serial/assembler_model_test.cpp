@@ -16,7 +16,7 @@ using test::Bytes;
 
 class Model {
  public:
-  /// The frame that `byte` completed, or nothing.
+  // The frame that `byte` completed, or nothing.
   Bytes Feed(std::uint8_t byte) {
     buffer_[index_++] = byte;
     sum_ = static_cast<std::uint8_t>(sum_ + byte);
@@ -80,7 +80,7 @@ class Model {
   int type_ = 0;
 };
 
-/// Feeds both; every byte must have the same effect.
+// Feeds both; every byte must have the same effect.
 void ExpectAlike(const Bytes& received) {
   Model model;
   ipodcomm::FrameAssembler assembler;
@@ -100,7 +100,7 @@ rc::Gen<Bytes> Stream(int size, rc::Gen<std::uint8_t> byte) {
   return rc::gen::resize(size, rc::gen::container<Bytes>(std::move(byte)));
 }
 
-/// A frame whose checksum holds, short or large, or a piece of noise.
+// A frame whose checksum holds, short or large, or a piece of noise.
 rc::Gen<Bytes> FrameOrNoise() {
   return rc::gen::exec([] {
     const auto body = *Stream(300, rc::gen::arbitrary<std::uint8_t>());

@@ -18,7 +18,7 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-/// The frames that come out, as text.
+// The frames that come out, as text.
 std::vector<std::string> Feed(FrameAssembler& assembler, const Bytes& received) {
   std::vector<std::string> frames;
   for (const std::uint8_t byte : received) {
@@ -168,7 +168,7 @@ TEST(AssemblerType, IsSetByTheLengthByte) {
 
 // ---- Size
 
-/// A large frame of `length` bytes from the lingo on, with its checksum.
+// A large frame of `length` bytes from the lingo on, with its checksum.
 Bytes LargeFrame(std::uint32_t length) {
   Bytes frame = {0xFF, 0x55, 0x00, static_cast<std::uint8_t>(length >> 8),
                  static_cast<std::uint8_t>(length)};

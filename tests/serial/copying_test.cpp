@@ -21,7 +21,7 @@ class Copying : public SerialTest {
   }
 };
 
-/// Makes a copy of `source`, by construction or by assignment.
+// Makes a copy of `source`, by construction or by assignment.
 std::unique_ptr<CIpodSerial> Copy(const CIpodSerial& source, bool by_assignment) {
   if (!by_assignment) return std::make_unique<CIpodSerial>(source);
   auto copy = std::make_unique<CIpodSerial>();

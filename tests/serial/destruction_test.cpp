@@ -69,8 +69,8 @@ TEST_F(Destruction, DriverOfAnEarlierRestartIsDeactivatedByTheThreadThatOutlives
   EXPECT_TRUE(world_.drivers()[1].active);
 }
 
-/// Opens a port that is receiving, lets `before_us` pass, closes it when told to, lets `after_us`
-/// pass and destroys it. Then the thread must end by itself.
+// Opens a port that is receiving, lets `before_us` pass, closes it when told to, lets `after_us`
+// pass and destroys it. Then the thread must end by itself.
 void LiveAndDie(std::uint64_t seed, std::int64_t before_us, std::optional<std::int64_t> after_us) {
   ScriptedDevice ipod;
   World world({seed});

@@ -17,13 +17,13 @@ constexpr wchar_t kKey[] = L"Drivers\\Active\\18";
 
 class DriverRestart : public SerialTest {
  protected:
-  /// Opens, lets the thread read a while, and closes.
+  // Opens, lets the thread read a while, and closes.
   void CyclePort() {
     OpenForPackets();
     world_.Advance(3 * kMillisecond);
     serial_.Close();
   }
-  /// One more cycle's calls of the restart.
+  // One more cycle's calls of the restart.
   std::vector<std::string> Restart() {
     CyclePort();
     world_.DrainCalls();

@@ -21,7 +21,7 @@ constexpr DWORD kCode = 31;
 
 class Faults : public ::testing::TestWithParam<const char*> {
  protected:
-  /// A world with a docked iPod, in which the `nth` call of the service fails from `Arm` on.
+  // A world with a docked iPod, in which the `nth` call of the service fails from `Arm` on.
   struct Dock {
     Dock() { world.line().Plug(ipod); }
     ~Dock() { world.line().Unplug(); }
@@ -39,9 +39,9 @@ class Faults : public ::testing::TestWithParam<const char*> {
     unsigned calls_before = 0;
   };
 
-  /// Runs `scenario` in a new world with the 1st, 2nd, 3rd ... call failing until none is reached
-  /// any more; once with a single failure each and once failing for ever. Returns how many calls
-  /// there were.
+  // Runs `scenario` in a new world with the 1st, 2nd, 3rd ... call failing until none is reached
+  // any more; once with a single failure each and once failing for ever. Returns how many calls
+  // there were.
   template <class Scenario>
   unsigned FailEachInTurn(Scenario scenario) {
     unsigned reached_most = 0;
@@ -75,7 +75,7 @@ class Faults : public ::testing::TestWithParam<const char*> {
     unsigned char frame[] = {0xFF, 0x55, 0x02, 0x00, 0x13, 0xEB};
     return serial.WritePacket(frame, sizeof frame);
   }
-  /// The port works: it sends, and what it receives is queued.
+  // The port works: it sends, and what it receives is queued.
   static void ExpectUsable(Dock& dock, CIpodSerial& serial) {
     dock.world.ClearFaults();
     ASSERT_EQ(serial.Open(true), 0);

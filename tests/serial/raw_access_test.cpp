@@ -21,7 +21,7 @@ class RawAccess : public SerialTest {
     test::Bytes bytes = test::Hex(text);
     return serial_.WriteRawPacket(bytes.data(), static_cast<unsigned long>(bytes.size()));
   }
-  /// Reads `count` bytes; returns them as text, "nothing" when the read failed.
+  // Reads `count` bytes; returns them as text, "nothing" when the read failed.
   std::string Read(unsigned long count, unsigned long timeout_ms) {
     unsigned char buffer[64] = {};
     if (!serial_.ReadRawPacket(buffer, count, timeout_ms)) return "nothing";

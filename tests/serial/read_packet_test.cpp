@@ -13,7 +13,7 @@ using ::testing::IsEmpty;
 class ReadPacket : public SerialTest {
  protected:
   ReadPacket() { OpenForPackets(); }
-  /// Reads into `size` bytes; the result is in result_.
+  // Reads into `size` bytes; the result is in result_.
   std::string Read(unsigned long size) {
     unsigned char buffer[1100] = {};
     length_ = 0;

@@ -12,7 +12,7 @@ using ::testing::IsEmpty;
 
 class ReadThread : public SerialTest {
  protected:
-  /// The thread's calls of these services while `duration_us` passes.
+  // The thread's calls of these services while `duration_us` passes.
   ipodcomm::virtual_platform::Calls CallsDuring(std::int64_t duration_us,
                                                 const std::vector<std::string>& services) {
     world_.DrainCalls();

@@ -125,7 +125,7 @@ TEST(TurnedAwayThread, IsNeverTerminatedOnItsWayOut) {
   }
 }
 
-/// Which threads read which port, as "thread port", from a record of ReadFile.
+// Which threads read which port, as "thread port", from a record of ReadFile.
 std::set<std::string> Readers(World& world) {
   std::set<std::string> readers;
   for (const auto& call : world.DrainCalls().all()) {
@@ -136,7 +136,7 @@ std::set<std::string> Readers(World& world) {
   return readers;
 }
 
-/// Opens five times in a row, `pause_us` apart, and expects one reader for each port.
+// Opens five times in a row, `pause_us` apart, and expects one reader for each port.
 void OpenFiveTimes(WorldOptions options, std::int64_t pause_us) {
   World world(std::move(options));
   world.NameRoutine(CIpodSerial::PortReadThread, "read");

@@ -105,7 +105,7 @@ TEST_F(Writing, MoreThanTheDriversQueueIsWrittenWhole) {
   EXPECT_EQ(ipod_.received(), bytes);
 }
 
-/// With a read thread beside.
+// With a read thread beside.
 class WritingBesideTheReadThread : public SerialTest {};
 
 // From the first byte to the last no read is under way: the lock keeps the thread out, also during

@@ -25,7 +25,7 @@ bool BeginsWith(const Bytes& bytes, const Bytes& start) {
   return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
 }
 
-/// 0C 07 offset(4) handle(1) text
+// 0C 07 offset(4) handle(1) text
 bool IsWrite(const Bytes& request) {
   return request.size() >= 7 && BeginsWith(request, {0x0C, 0x07});
 }

@@ -16,7 +16,7 @@ int Digit(char character) {
 
 bool IsSpace(char character) { return character == ' ' || character == '\n'; }
 
-/// Bytes of the frame at `position`: 1 for a lone sync byte.
+// Bytes of the frame at `position`: 1 for a lone sync byte.
 std::size_t FrameLength(const Bytes& sent, std::size_t position) {
   const std::size_t left = sent.size() - position;
   if (left < 3 || sent[position + 1] != 0x55) return 1;

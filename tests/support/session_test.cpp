@@ -5,7 +5,7 @@ namespace test {
 
 namespace {
 
-/// Tells worlds about the test that runs, so that a failure prints how to repeat it.
+// Tells worlds about the test that runs, so that a failure prints how to repeat it.
 [[maybe_unused]] const bool hooks_set = [] {
   ipodcomm::virtual_platform::SetTestHooks(
       {[] { return ::testing::Test::HasFailure(); },

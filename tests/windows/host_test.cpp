@@ -42,7 +42,7 @@ TEST(WindowsHost, CopiesOfATransportAreDestroyedInAnyOrder) {
   delete second;
 }
 
-/// A list as a host makes it: its first element is its number of elements.
+// A list as a host makes it: its first element is its number of elements.
 wchar_t** MakeRecordNames(std::uintptr_t count) {
   auto** names = static_cast<wchar_t**>(LocalAlloc(LPTR, (count + 1) * sizeof(wchar_t*)));
   names[0] = reinterpret_cast<wchar_t*>(count);

@@ -74,8 +74,8 @@ class WorkoutHour : public ::testing::Test {
     return session_.Sports_FinishWorkout(i.seconds, i.kcal, i.distance, IPOD_DISTANCE_TYPE_KM,
                                          i.speed, IPOD_SPEED_TYPE_PACE, i.bpm);
   }
-  /// The program's memory, the platform's heap and handles included. What the world and the iPod
-  /// keep of the past are a few blocks that grow.
+  // The program's memory, the platform's heap and handles included. What the world and the iPod
+  // keep of the past are a few blocks that grow.
   struct Held {
     long blocks;
     std::vector<std::string> platform;

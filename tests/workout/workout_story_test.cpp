@@ -21,8 +21,8 @@ using test::World;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-/// What happens to a write on the line. At least one of its three attempts is stored and
-/// acknowledged in time.
+// What happens to a write on the line. At least one of its three attempts is stored and
+// acknowledged in time.
 enum class Mishap {
   kNone,
   kWriteDamaged,
@@ -34,7 +34,7 @@ enum class Mishap {
   kCount,
 };
 
-/// An identified session with the simulated iPod.
+// An identified session with the simulated iPod.
 class Gym {
  public:
   explicit Gym(std::uint64_t seed, const ipodsim::Settings& settings = {})
@@ -76,7 +76,7 @@ class Gym {
         static_cast<tagIPOD_SPEED_TYPE>(last.speed_type), last.bpm);
   }
 
-  /// Lets this happen to the next write, of so many bytes of text.
+  // Lets this happen to the next write, of so many bytes of text.
   void Arrange(Mishap mishap, std::size_t text_bytes) {
     // FF 55 length 0C 07 identifier(2) offset(4) handle text checksum
     const auto write = static_cast<unsigned>(text_bytes) + 13;
@@ -107,7 +107,7 @@ class Gym {
     }
   }
 
-  /// What has been written to the debug output since the last call, or since identification.
+  // What has been written to the debug output since the last call, or since identification.
   std::vector<std::string> DrainDebugOutput() {
     const std::vector<std::string> all = world_.debug_output();
     const auto taken = static_cast<std::ptrdiff_t>(debug_lines_taken_);
@@ -133,7 +133,7 @@ class Gym {
   std::size_t debug_lines_taken_ = 0;
 };
 
-/// What the iPod adds to a finished document.
+// What the iPod adds to a finished document.
 void ExpectEnd(const std::string& end) {
   EXPECT_EQ(end.substr(0, 12), "\t<iPodInfo>\n");
   EXPECT_EQ(end.find("<interval>"), std::string::npos);
@@ -187,7 +187,7 @@ TEST(WorkoutStory, UnpluggingLeavesWhatWasWrittenAndTheNextWorkoutIsANewFile) {
   EXPECT_THAT(gym.ipod_.feature_files().Names(), SizeIs(2));
 }
 
-/// Files on an iPod that has room for so many bytes.
+// Files on an iPod that has room for so many bytes.
 class SmallDisk : public ipodsim::MemoryFeatureFiles {
  public:
   explicit SmallDisk(std::size_t room) : room_(room) {}

@@ -21,7 +21,7 @@ constexpr const char* kWriteAck = "FF 55 05 0C 00 00 07 2A BE";
 
 class Workout : public SessionTest {
  protected:
-  /// The iPod knows workouts and acknowledges everything; the file's handle is 2A.
+  // The iPod knows workouts and acknowledges everything; the file's handle is 2A.
   Workout() {
     answering_.Answer("09 83", "FF 55 05 09 84 00 03 05 66");
     answering_.Answer("0C 01",

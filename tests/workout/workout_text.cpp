@@ -30,7 +30,7 @@ std::string SpeedLine(int type, double speed, const std::string& before) {
 
 std::string HeartLine(int bpm) { return bpm == 0 ? "" : Line("\t\t<bpm>%d</bpm>\n", bpm); }
 
-/// The lines from the seconds to the speed.
+// The lines from the seconds to the speed.
 std::string Quantities(const Interval& interval, int speed_type) {
   const std::string energy = Line("\t\t<kCal>%.2f</kCal>\n", interval.kcal);
   const std::string distance = DistanceLine(interval, energy);
