@@ -18,7 +18,10 @@
 
 namespace ipodcomm {
 class FrameBytes;
+class OwnAnswers;
 struct IpodRequest;
+struct ReceivedFrame;
+enum class AnswerVerdict : std::uint8_t;
 }  // namespace ipodcomm
 
 /// A session with the docked iPod.
@@ -80,6 +83,15 @@ class IPODCOMM_API CIpodComm {
   bool GetNextNotificationPacket(tagSERIAL_PACKET* packet);
   /// Command of the next answer, which stays queued; 0xFFFF when none comes within 1000 ms.
   unsigned short PeekNextReadPacket();
+
+  /// Chooses how the session treats the line and the iPod's answers; see tagIPOD_CONDUCT. Holds
+  /// from the next command on, also for sessions that are opened later. The host's thread, between
+  /// two commands.
+  /// @return 0, and nothing changes, for null, a pause over 10 s, a pause of 0 after reads that
+  /// bring nothing or fail, bytes per read outside 1 to 1024, or a flag that is neither 0 nor 1.
+  int SetConduct(const tagIPOD_CONDUCT* conduct);
+  /// Tells the conduct, IPOD_CONDUCT_FIELD until another is chosen. 0 for null.
+  int GetConduct(tagIPOD_CONDUCT* conduct);
 
   /// What play-status notifications have reported so far (see SetNotification). Any thread; does
   /// not block. Always 1.
@@ -398,6 +410,13 @@ class IPODCOMM_API CIpodComm {
                     tagIPOD_READ_PARAMS* read, int* keep_reading) const;
   bool AwaitPendingData(const tagSERIAL_PACKET& packet);
 
+  // The robust conduct (session/robust_exchange.cpp)
+  tagIPOD_COMM_ERROR ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, tagIPOD_READ_PARAMS* read);
+  ipodcomm::AnswerVerdict AwaitOwnAnswer(const ipodcomm::OwnAnswers& own,
+                                         tagIPOD_READ_PARAMS* read);
+  bool AwaitPacket(tagSERIAL_PACKET* packet);
+  void AnswerIfRequest(const ipodcomm::ReceivedFrame& frame);
+
   // Exchanges that many operations share (session/exchange.cpp)
   bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read);
   bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS read);
@@ -520,6 +539,7 @@ class IPODCOMM_API CIpodComm {
   HWND window_ = nullptr;
   ipodcomm::Shared<std::int32_t> open_ = 0;
   ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
+  tagIPOD_CONDUCT conduct_ = IPOD_CONDUCT_FIELD;  // used by the host's thread only
   Identity identity_ = {};
   Browsing browsing_ = {};
   ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;

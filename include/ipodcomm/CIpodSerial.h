@@ -11,6 +11,7 @@
 #include "ipodcomm/detail/Departure.h"
 #include "ipodcomm/detail/FrameAssembler.h"
 #include "ipodcomm/detail/Lifeline.h"
+#include "ipodcomm/detail/LinePace.h"
 #include "ipodcomm/detail/Lock.h"
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
@@ -118,6 +119,9 @@ class IPODCOMM_API CIpodSerial {
   // Read thread (read_thread.cpp, and driver_restart.cpp for its end)
   bool BeginReading();
   unsigned long ReadTurn();
+  unsigned long BytesToRead(bool* told) const;
+  void ReadByteWise();
+  void FeedAssembler(unsigned char byte);
   bool KeepReading();
   void EndReading();
   static void RestartDriver(CIpodSerial* serial, Lifeline& lifeline, HANDLE driver);
@@ -138,6 +142,9 @@ class IPODCOMM_API CIpodSerial {
   tagSERIAL_PACKET staging_ = {};                      // a finished frame on its way into the queue
   mutable ipodcomm::Lock state_lock_;                  // guards the two flags and the queue
   ipodcomm::Shared<HANDLE> driver_ = INVALID_HANDLE_VALUE;  // as ActivateDevice returned it
+  ipodcomm::LinePace pace_;
+  ipodcomm::Shared<std::int32_t> byte_wise_ = 0;      // the driver does not tell what it holds
+  ipodcomm::Shared<std::uint32_t> bytes_read_ = 0;    // since construction
   ipodcomm::Lock port_lock_;  // held around every read of the thread and every packet written
   std::uint32_t status_ = 0;
   HWND window_ = nullptr;

@@ -50,6 +50,40 @@ struct tagIPOD_READ_PARAMS {
   std::uint8_t final_command;  ///< in: General lingo: an ACK naming this command ends the wait
 };
 
+/// How a session treats the line and the iPod's answers (CIpodComm::SetConduct).
+///
+/// The default, IPOD_CONDUCT_FIELD, is what docks and iPods in the field have been served by for
+/// years. It is slow on purpose, and believes an answer by its command alone. A host that wants
+/// lost, late and doubled answers noticed asks for IPOD_CONDUCT_ROBUST; one that wants the speed of
+/// the line as well asks for IPOD_CONDUCT_FAST.
+///
+/// What is known about docks that bear the short pauses: a serial adapter and a simulated iPod do.
+/// The 20 ms after the sync byte wake an iPod's receiver from sleep, so the fast conduct keeps them
+/// until the iPod has answered once. Whether each dock in the field bears the rest is not known: a
+/// host that ships one tries it on that dock first.
+struct tagIPOD_CONDUCT {
+  std::uint32_t sync_pause_ms;         ///< after the sync byte of every frame sent
+  std::uint32_t read_pause_ms;         ///< after every read that brought something
+  std::uint32_t empty_read_pause_ms;   ///< after a read that brought nothing
+  std::uint32_t failed_read_pause_ms;  ///< after a read that failed
+  /// What empty_read_pause_ms grows to while the line is quiet, an eighth of the quiet so far; it
+  /// goes back with the first byte or write. What is below empty_read_pause_ms counts as that.
+  std::uint32_t quiet_read_pause_ms;
+  std::uint32_t bytes_per_read;  ///< 1 to 1024
+  /// Non-zero ends the pause after the sync byte once the iPod has answered, until the next Open.
+  std::int32_t sync_pause_until_answered;
+  /// Non-zero tells answers apart by what they repeat of their request, asks for damaged ones
+  /// again, ends at once on a refusal, and counts a time-out from the last byte that came.
+  std::int32_t robust;
+};
+
+/// One byte per read and long pauses: what every dock and iPod in the field bears.
+constexpr tagIPOD_CONDUCT IPOD_CONDUCT_FIELD = {20, 2, 2, 50, 2, 1, 0, 0};
+/// The same pace, with answers told apart.
+constexpr tagIPOD_CONDUCT IPOD_CONDUCT_ROBUST = {20, 2, 2, 50, 2, 1, 0, 1};
+/// Robust, and at the speed of the line.
+constexpr tagIPOD_CONDUCT IPOD_CONDUCT_FAST = {20, 0, 1, 50, 16, 256, 1, 1};
+
 /// Input of the identification token.
 struct tagIdentifyToken {
   std::vector<unsigned char> lingoes;  ///< in the order in which they are announced

@@ -56,6 +56,7 @@ constexpr std::uint16_t kContextButtonStatus = 0x00;
 }  // namespace simple_remote
 
 namespace display_remote {
+constexpr std::uint16_t kAck = 0x00;
 constexpr std::uint16_t kGetIndexedPlayingTrackInfo = 0x12;
 constexpr std::uint16_t kReturnIndexedPlayingTrackInfo = 0x13;
 }  // namespace display_remote

@@ -7,8 +7,6 @@ using ipodcomm::LockScope;
 
 namespace {
 
-// The sync byte goes out alone and the iPod's receiver wakes up on it.
-constexpr DWORD kSyncPauseMs = 20;
 constexpr DWORD kRawPauseMs = 10;
 
 bool WriteBytes(HANDLE port, const unsigned char* data, unsigned long count) {
@@ -31,11 +29,15 @@ long CIpodSerial::WritePacket(unsigned char* data, unsigned long length) {
   if (port_ == INVALID_HANDLE_VALUE) return ERROR_INVALID_HANDLE;
   if (length == 0) return ERROR_INSUFFICIENT_BUFFER;
   const LockScope lock(port_lock_);
-  if (!WriteBytes(port_, data, 1)) return static_cast<long>(GetLastError());
-  Sleep(kSyncPauseMs);
-  if (length > 1 && !WriteBytes(port_, data + 1, length - 1)) {
-    return static_cast<long>(GetLastError());
+  pace_.FrameWritten();
+  // The sync byte goes out alone and the iPod's receiver wakes up on it.
+  if (const DWORD pause_ms = pace_.sync_pause_ms()) {
+    if (!WriteBytes(port_, data, 1)) return static_cast<long>(GetLastError());
+    Sleep(pause_ms);
+    ++data;
+    --length;
   }
+  if (length != 0 && !WriteBytes(port_, data, length)) return static_cast<long>(GetLastError());
   return ERROR_SUCCESS;
 }
 

@@ -31,6 +31,7 @@ CIpodSerial::CIpodSerial(const CIpodSerial& other, const LifelineHold& /*source_
       received_(other.CopyOfQueue()),
       staging_(other.staging_),
       driver_(other.driver_),
+      pace_(other.pace_),
       status_(other.status_),
       window_(other.window_),
       packet_type_(other.packet_type_),
@@ -55,6 +56,7 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
   }
   staging_ = other.staging_;
   driver_ = other.driver_;
+  pace_ = other.pace_;
   status_ = other.status_;
   window_ = other.window_;
   packet_type_ = other.packet_type_;
@@ -90,6 +92,8 @@ long CIpodSerial::Open(bool start_read_thread) {
   COMMTIMEOUTS timeouts = ipodcomm::LineTimeouts();
   if (SetCommTimeouts(port_, &timeouts) == FALSE) return FailOpen(L"Error setting comm timeouts");
 
+  pace_.PortOpened();
+  byte_wise_ = 0;
   running_ = 1;
   SetCommMask(port_, EV_RXCHAR | EV_RXFLAG);
   PurgeComm(port_, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);

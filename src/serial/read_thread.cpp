@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // CIpodSerial: the port read thread. The restart of the driver at its end is in driver_restart.cpp.
+#include <algorithm>
+
 #include "ipodcomm/CIpodSerial.h"
+#include "ipodcomm/TraceLog.h"
 #include "platform/services.h"
 
 using ipodcomm::Departure;
@@ -8,10 +11,8 @@ using ipodcomm::LockScope;
 
 namespace {
 
-// One byte at a time with a pause after each: deliberate, though it limits the read rate.
-constexpr DWORD kTurnPauseMs = 2;
-constexpr DWORD kFailedReadPauseMs = 50;
 constexpr DWORD kExitCode = 1;
+constexpr DWORD kMostBytesPerRead = 1024;
 
 }  // namespace
 
@@ -32,7 +33,7 @@ unsigned long WINAPI CIpodSerial::PortReadThread(void* object) {
     const unsigned long pause_ms = serial->ReadTurn();
     const HANDLE driver = serial->driver_;
     lifeline->Leave();
-    Sleep(pause_ms);
+    if (pause_ms != 0) Sleep(pause_ms);
     if (!lifeline->Enter(generation)) {
       leave();
       // A thread that a later Open turned away leaves port and driver to that one's thread.
@@ -62,19 +63,49 @@ bool CIpodSerial::BeginReading() {
   return running && port_ != INVALID_HANDLE_VALUE;
 }
 
-// Reads at most one byte. Returns the pause that follows, in milliseconds.
+// By default one byte at a time with a pause after each: deliberate, though it limits the read
+// rate. Returns the pause that follows, in milliseconds.
 unsigned long CIpodSerial::ReadTurn() {
-  unsigned char byte = 0;
+  unsigned char bytes[kMostBytesPerRead];
   DWORD read = 0;
+  bool told = true;
   {
     const LockScope lock(port_lock_);
-    if (ReadFile(port_, &byte, 1, &read, nullptr) == FALSE) return kFailedReadPauseMs;
+    const DWORD wanted = BytesToRead(&told);
+    if (wanted == 0) return pace_.PauseAfterNothing();
+    if (ReadFile(port_, bytes, wanted, &read, nullptr) == FALSE) return pace_.PauseAfterFailure();
   }
-  if (read == 0) return kTurnPauseMs;
+  if (!told) ReadByteWise();
+  if (read == 0) return pace_.PauseAfterNothing();
+  bytes_read_.fetch_add(static_cast<std::uint32_t>(read));
+  for (DWORD i = 0; i < read; ++i) FeedAssembler(bytes[i]);
+  return pace_.PauseAfterBytes();
+}
+
+// A read of several bytes asks for no more than the driver holds: it then never waits, and neither
+// does whoever wants to write. Where the driver does not tell, one byte is asked for; when even
+// that fails, the port is gone.
+unsigned long CIpodSerial::BytesToRead(bool* told) const {
+  if (pace_.bytes_per_read() == 1 || byte_wise_ != 0) return 1;
+  DWORD errors = 0;
+  COMSTAT status = {};
+  *told = ClearCommError(port_, &errors, &status) != FALSE;
+  return *told ? std::min<DWORD>({status.cbInQue, pace_.bytes_per_read(), kMostBytesPerRead}) : 1;
+}
+
+// The driver can be read, but does not tell what it holds.
+void CIpodSerial::ReadByteWise() {
+  byte_wise_ = 1;
+  CKORVATrace::LogSoftwareError(L"CIpodSerial::PortReadThread",
+                                L"Driver does not tell what it holds, reading byte by byte");
+}
+
+void CIpodSerial::FeedAssembler(unsigned char byte) {
   const bool complete = assembler_.Feed(byte);
   packet_type_ = assembler_.type();
-  if (complete) QueueAssembledFrame();
-  return kTurnPauseMs;
+  if (!complete) return;
+  pace_.FrameReceived();
+  QueueAssembledFrame();
 }
 
 bool CIpodSerial::KeepReading() {

@@ -36,6 +36,7 @@ tagIPOD_COMM_ERROR CIpodComm::ReadCommand(tagIPOD_READ_PARAMS* read) {
 
 tagIPOD_COMM_ERROR CIpodComm::WriteReadCommand(tagIPOD_WRITE_PARAMS* write,
                                                tagIPOD_READ_PARAMS* read) {
+  if (conduct_.robust != 0) return ExchangeRobustly(*write, read);
   tagIPOD_COMM_ERROR result = IPOD_COMM_NO_ANSWER;
   for (std::int32_t attempt = 0; attempt < read->retries; ++attempt) {
     // A failed write skips the read and keeps the result of the attempt before.

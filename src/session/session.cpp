@@ -55,6 +55,7 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   window_ = other.window_;
   open_ = other.open_;
   transaction_id_mode_ = other.transaction_id_mode_;
+  conduct_ = other.conduct_;
   identity_ = other.identity_;
   browsing_ = other.browsing_;
   storage_write_offset_ = other.storage_write_offset_;

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+// The answers to the accessory's requests, and what an ACK says.
+#include "session/answer_rules.h"
+
+#include <cstring>
+
+#include "protocol/commands.h"
+
+namespace ipodcomm {
+
+namespace {
+
+constexpr std::uint8_t kNoText = AnswerRule::kNoText;
+
+// lingo, request, answer, least bytes, repeated bytes: count, in the request, in the answer; text
+constexpr AnswerRule kRules[] = {
+    {kGeneralLingo, general::kRequestIpodName, general::kReturnIpodName, 1, 0, 0, 0, 0},
+    {kGeneralLingo, general::kRequestIpodModelNumber, general::kReturnIpodModelNumber, 5, 0, 0, 0,
+     4},
+    {kGeneralLingo, general::kRequestLingoProtocolVersion, general::kReturnLingoProtocolVersion, 3,
+     1, 0, 0, kNoText},
+    {kGeneralLingo, general::kRequestMaxPayloadSize, general::kReturnMaxPayloadSize, 2, 0, 0, 0,
+     kNoText},
+    {kGeneralLingo, general::kGetIpodPreferences, general::kRetIpodPreferences, 2, 1, 0, 0,
+     kNoText},
+    {kGeneralLingo, general::kSetFidTokenValues, general::kRetFidTokenValueAcks, 1, 0, 0, 0,
+     kNoText},
+    {kGeneralLingo, general::kEndIdps, general::kIdpsStatus, 1, 0, 0, 0, kNoText},
+    {kGeneralLingo, general::kGetIpodOptionsForLingo, general::kRetIpodOptionsForLingo, 9, 1, 0, 0,
+     kNoText},
+    {kGeneralLingo, general::kGetSupportedEventNotification,
+     general::kRetSupportedEventNotification, 8, 0, 0, 0, kNoText},
+
+    {kDisplayRemoteLingo, display_remote::kGetIndexedPlayingTrackInfo,
+     display_remote::kReturnIndexedPlayingTrackInfo, 1, 1, 0, 0, kNoText},
+
+    {kExtendedLingo, extended::kGetNumberCategorizedDbRecords,
+     extended::kReturnNumberCategorizedDbRecords, 4, 0, 0, 0, kNoText},
+    {kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords,
+     extended::kReturnCategorizedDatabaseRecord, 5, 4, 1, 0, 4},
+    {kExtendedLingo, extended::kGetPlayStatus, extended::kReturnPlayStatus, 9, 0, 0, 0, kNoText},
+    {kExtendedLingo, extended::kGetCurrentPlayingTrackIndex,
+     extended::kReturnCurrentPlayingTrackIndex, 4, 0, 0, 0, kNoText},
+    {kExtendedLingo, extended::kGetIndexedPlayingTrackTitle,
+     extended::kReturnIndexedPlayingTrackTitle, 1, 0, 0, 0, 0},
+    {kExtendedLingo, extended::kGetIndexedPlayingTrackArtistName,
+     extended::kReturnIndexedPlayingTrackArtistName, 1, 0, 0, 0, 0},
+    {kExtendedLingo, extended::kGetIndexedPlayingTrackAlbumName,
+     extended::kReturnIndexedPlayingTrackAlbumName, 1, 0, 0, 0, 0},
+    {kExtendedLingo, extended::kGetShuffle, extended::kReturnShuffle, 1, 0, 0, 0, kNoText},
+    {kExtendedLingo, extended::kRetrieveDbTrackInfo, extended::kReturnDbTrackInfo, 9, 4, 0, 0,
+     kNoText},
+
+    {kSportsLingo, sports::kGetIpodCaps, sports::kRetIpodCaps, 3, 0, 0, 0, kNoText},
+    {kSportsLingo, sports::kGetUserData, sports::kRetUserData, 2, 1, 0, 0, kNoText},
+
+    {kStorageLingo, storage::kGetIpodCaps, storage::kRetIpodCaps, 22, 0, 0, 0, kNoText},
+    {kStorageLingo, storage::kGetIpodFreeSpace, storage::kRetIpodFreeSpace, 8, 0, 0, 0, kNoText},
+    {kStorageLingo, storage::kOpenIpodFeatureFile, storage::kRetIpodFileHandle, 1, 0, 0, 0,
+     kNoText},
+};
+
+std::uint16_t AckCommand(std::uint8_t lingo) {
+  switch (lingo) {
+    case kDisplayRemoteLingo:
+      return display_remote::kAck;
+    case kExtendedLingo:
+      return extended::kAck;
+    case kSportsLingo:
+      return sports::kAck;
+    case kStorageLingo:
+      return storage::kAck;
+    default:
+      return general::kAck;
+  }
+}
+
+}  // namespace
+
+const AnswerRule* FindAnswerRule(std::uint8_t lingo, std::uint16_t request) {
+  for (const AnswerRule& rule : kRules) {
+    if (rule.lingo == lingo && rule.request == request) return &rule;
+  }
+  return nullptr;
+}
+
+bool IsAck(const ReceivedFrame& frame) { return frame.command == AckCommand(frame.lingo); }
+
+bool ReadAck(const ReceivedFrame& frame, Ack* ack) {
+  if (!IsAck(frame)) return false;
+  const bool wide = frame.lingo == kExtendedLingo;
+  if (frame.data_length < (wide ? 3U : 2U)) return false;
+  const FrameBytes data(frame.data, frame.data_length);
+  *ack = {data[0], wide ? data.Number16(1) : std::uint16_t{data[1]}};
+  return true;
+}
+
+bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer) {
+  if (answer.data_length < rule.least_bytes) return false;
+  return rule.text_at == kNoText || answer.data[answer.data_length - 1] == 0;
+}
+
+bool Repeats(const AnswerRule& rule, const tagIPOD_WRITE_PARAMS& request,
+             const ReceivedFrame& answer) {
+  const std::uint32_t count = rule.repeated_bytes;
+  if (request.length < rule.repeated_at_request + count ||
+      answer.data_length < rule.repeated_at_answer + count) {
+    return false;
+  }
+  return std::memcmp(request.data + rule.repeated_at_request, answer.data + rule.repeated_at_answer,
+                     count) == 0;
+}
+
+}  // namespace ipodcomm

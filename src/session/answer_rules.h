@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// What tells the answer to a request from every other frame that the iPod may send meanwhile.
+#pragma once
+
+#include <cstdint>
+
+#include "ipodcomm/IpodTypes.h"
+#include "protocol/frame.h"
+
+namespace ipodcomm {
+
+/// How a request is answered. An answer that repeats something of its request, such as the lingo
+/// whose version was asked for, is told apart from the answer to an earlier request by that.
+struct AnswerRule {
+  std::uint8_t lingo;
+  std::uint16_t request;
+  std::uint16_t answer;
+  std::uint8_t least_bytes;  ///< of its data; a shorter one is damaged
+  /// The bytes that the answer repeats: how many, and where they lie in the data of the two.
+  std::uint8_t repeated_bytes;
+  std::uint8_t repeated_at_request;
+  std::uint8_t repeated_at_answer;
+  /// Where a text begins that ends with a 0 byte at the end of the answer; kNoText for none.
+  std::uint8_t text_at;
+
+  static constexpr std::uint8_t kNoText = 0xFF;
+};
+
+/// The rule of a request that is answered by data; null for one that is answered by an ACK alone.
+const AnswerRule* FindAnswerRule(std::uint8_t lingo, std::uint16_t request);
+
+/// What an ACK says: its status, and the command that it acknowledges.
+struct Ack {
+  std::uint8_t status;
+  std::uint16_t command;
+};
+
+constexpr std::uint8_t kAckOk = 0x00;
+constexpr std::uint8_t kAckPending = 0x06;
+
+/// Whether a frame is its lingo's ACK, whole or not.
+bool IsAck(const ReceivedFrame& frame);
+
+/// Reads an ACK of any lingo. False for another command, or an ACK cut short.
+bool ReadAck(const ReceivedFrame& frame, Ack* ack);
+
+/// Whether the data are long enough, and a text ended, for the answer to be whole.
+bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer);
+
+/// Whether the answer repeats what `request` asked for.
+bool Repeats(const AnswerRule& rule, const tagIPOD_WRITE_PARAMS& request,
+             const ReceivedFrame& answer);
+
+}  // namespace ipodcomm
