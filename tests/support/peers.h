@@ -12,6 +12,7 @@
 struct CIpodSerialPeer {
   static auto& Assembler(CIpodSerial& serial) { return serial.assembler_; }
   static auto& Driver(CIpodSerial& serial) { return serial.driver_; }
+  static auto& Pace(CIpodSerial& serial) { return serial.pace_; }
   static auto& Port(CIpodSerial& serial) { return serial.port_; }
   static auto& PacketEvent(CIpodSerial& serial) { return serial.packet_event_; }
   static auto& PacketType(CIpodSerial& serial) { return serial.packet_type_; }
