@@ -13,6 +13,7 @@
 #include "ipodcomm/detail/Lifeline.h"
 #include "ipodcomm/detail/Lock.h"
 #include "ipodcomm/detail/PacketQueue.h"
+#include "ipodcomm/detail/RecordStream.h"
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
@@ -207,6 +208,10 @@ class IPODCOMM_API CIpodComm {
   /// cut.
   /// @param chars characters of `name`
   int GetNextCategorizedRecord(wchar_t* name, unsigned long chars);
+  /// The same, with the index that the iPod gives the record. Under a robust conduct the records
+  /// come in the order of their indexes, each once: what is missing, damaged or doubled is noticed
+  /// and asked for again, and a call beyond the records asked for fails without waiting.
+  int GetNextCategorizedRecord(unsigned long* index, wchar_t* name, unsigned long chars);
   /// Reads one name. Does not clear `name` before.
   int Command_RetrieveCategorizedDatabaseRecord(wchar_t* name, unsigned long chars,
                                                 unsigned long index, unsigned char category);
@@ -468,6 +473,11 @@ class IPODCOMM_API CIpodComm {
   bool GetUserDataItem(unsigned char type, unsigned char* reply, std::size_t size);
   bool AcceptsWorkouts();
 
+  // Records (media/record_stream.cpp)
+  bool AskForRecords(std::uint16_t* transaction_id);
+  bool ReadNextRecord(tagIPOD_READ_PARAMS* read);
+  bool AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read);
+
   // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
   unsigned char CategoryOnWire(unsigned char category) const;
   int SelectRecord(unsigned char category, unsigned long index);
@@ -529,6 +539,7 @@ class IPODCOMM_API CIpodComm {
     std::uint8_t current_category;
     std::uint8_t selection_category;
     std::int32_t sort_select_only;
+    ipodcomm::RecordStream records;
   };
 
   PlayStatus play_status_ = {};

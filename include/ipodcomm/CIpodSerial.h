@@ -143,8 +143,8 @@ class IPODCOMM_API CIpodSerial {
   mutable ipodcomm::Lock state_lock_;                  // guards the two flags and the queue
   ipodcomm::Shared<HANDLE> driver_ = INVALID_HANDLE_VALUE;  // as ActivateDevice returned it
   ipodcomm::LinePace pace_;
-  ipodcomm::Shared<std::int32_t> byte_wise_ = 0;      // the driver does not tell what it holds
-  ipodcomm::Shared<std::uint32_t> bytes_read_ = 0;    // since construction
+  ipodcomm::Shared<std::int32_t> byte_wise_ = 0;    // the driver does not tell what it holds
+  ipodcomm::Shared<std::uint32_t> bytes_read_ = 0;  // since construction
   ipodcomm::Lock port_lock_;  // held around every read of the thread and every packet written
   std::uint32_t status_ = 0;
   HWND window_ = nullptr;

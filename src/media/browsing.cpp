@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: browsing the iPod's database.
-#include <algorithm>
 #include <cstdio>
 
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/ipod.h"
+#include "media/records.h"
 #include "protocol/commands.h"
 #include "protocol/numbers.h"
-#include "protocol/text.h"
 #include "session/exchange.h"
 
 using ipodcomm::Answer;
@@ -17,33 +16,7 @@ namespace extended = ipodcomm::extended;
 
 namespace {
 
-constexpr std::size_t kRecordBytes = 1024;
-constexpr std::size_t kNamePosition = 4;
 constexpr unsigned char kCurrentCategory = 255;
-
-// The reply that carries a record: its index (4 bytes), then its name. The name is converted from
-// 1024 bytes behind the index, so spare zeroed bytes follow the reply's own 1024.
-struct RecordReply {
-  unsigned char bytes[kNamePosition + kRecordBytes] = {};
-
-  tagIPOD_READ_PARAMS Awaited() {
-    return Answer(extended::kReturnCategorizedDatabaseRecord, bytes, kRecordBytes);
-  }
-  void CopyName(wchar_t* name, unsigned long chars) const {
-    ipodcomm::TextFromUtf8(bytes + kNamePosition, kRecordBytes, name, chars);
-  }
-};
-
-// `cc ssssssss nnnnnnnn`
-struct RecordRequest {
-  unsigned char bytes[9];
-
-  RecordRequest(unsigned char category, unsigned long start, unsigned long count)
-      : bytes{category} {
-    ipodcomm::WriteNumber32(bytes + 1, static_cast<std::uint32_t>(start));
-    ipodcomm::WriteNumber32(bytes + 5, static_cast<std::uint32_t>(count));
-  }
-};
 
 }  // namespace
 
@@ -75,35 +48,12 @@ unsigned char CIpodComm::CategoryOnWire(unsigned char category) const {
   return category == kCurrentCategory ? browsing_.current_category : category;
 }
 
-unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned long start,
-                                                                    unsigned long count,
-                                                                    unsigned char category) {
-  const RecordRequest request(CategoryOnWire(category), start, count);
-  std::uint16_t transaction_id = 0;
-  const tagIPOD_COMM_ERROR sent =
-      Send(Command(kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords, request.bytes),
-           &transaction_id);
-  return sent == IPOD_COMM_OK ? transaction_id : 0UL;
-}
-
-int CIpodComm::GetNextCategorizedRecord(wchar_t* name, unsigned long chars) {
-  std::fill_n(name, chars, L'\0');
-  RecordReply reply;
-  tagIPOD_READ_PARAMS read = reply.Awaited();
-  if (ReadCommand(&read) != IPOD_COMM_OK) return 0;
-  reply.CopyName(name, chars);
-  return 1;
-}
-
 int CIpodComm::Command_RetrieveCategorizedDatabaseRecord(wchar_t* name, unsigned long chars,
                                                          unsigned long index,
                                                          unsigned char category) {
-  const RecordRequest request(CategoryOnWire(category), index, 1);
-  RecordReply reply;
-  if (!Exchange(
-          Command(kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords, request.bytes),
-          reply.Awaited()))
-    return 0;
+  const ipodcomm::RecordRequest request(CategoryOnWire(category), index, 1);
+  ipodcomm::RecordReply reply;
+  if (!Exchange(request.Write(), reply.Awaited())) return 0;
   reply.CopyName(name, chars);
   return 1;
 }

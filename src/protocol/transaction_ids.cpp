@@ -38,4 +38,11 @@ void SkipTransactionId(ReceivedFrame* frame) {
   frame->data_length -= skipped;
 }
 
+bool SkipIdOf(const SentIds& sent, ReceivedFrame* frame) {
+  if (frame->data_length < kTransactionIdSize) return false;
+  if (!sent.Contain(ReadNumber16(frame->data))) return false;
+  SkipTransactionId(frame);
+  return true;
+}
+
 }  // namespace ipodcomm

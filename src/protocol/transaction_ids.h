@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "ipodcomm/detail/RecordStream.h"
 #include "protocol/frame.h"
 
 namespace ipodcomm {
@@ -26,5 +27,8 @@ bool EchoesLastFrame(const ReceivedFrame& frame, std::uint16_t own);
 
 /// Skips the identifier at the front of the data, or as much of it as there is.
 void SkipTransactionId(ReceivedFrame* frame);
+
+/// Skips the identifier at the front of the data when it is one of `sent`. @return whether it is.
+bool SkipIdOf(const SentIds& sent, ReceivedFrame* frame);
 
 }  // namespace ipodcomm

@@ -8,6 +8,7 @@
 #include "protocol/commands.h"
 #include "protocol/frame.h"
 #include "protocol/transaction_ids.h"
+#include "session/exchange.h"
 #include "session/ipod_requests.h"
 
 using ipodcomm::FrameBytes;
@@ -26,10 +27,7 @@ void SetKeepReading(int* keep_reading, bool keep) {
 // Stores the frame's data, cut to the buffer, when it is the awaited answer.
 bool StoreAnswer(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
   if (frame.command != read->expected_command) return false;
-  const auto capacity = static_cast<std::uint32_t>(std::max(read->size, std::int32_t{0}));
-  read->stored = std::min(capacity, frame.data_length);
-  read->size = static_cast<std::int32_t>(read->stored);
-  if (read->stored != 0) std::memcpy(read->buffer, frame.data, read->stored);
+  ipodcomm::StoreData(frame, read);
   return true;
 }
 

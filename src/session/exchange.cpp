@@ -2,8 +2,21 @@
 // CIpodComm: what operations call to send a command and check its answer in one step.
 #include "session/exchange.h"
 
+#include <cstring>
+
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/TraceLog.h"
+
+namespace ipodcomm {
+
+void StoreData(const ReceivedFrame& answer, tagIPOD_READ_PARAMS* read) {
+  const auto capacity = static_cast<std::uint32_t>(std::max(read->size, std::int32_t{0}));
+  read->stored = std::min(capacity, answer.data_length);
+  read->size = static_cast<std::int32_t>(read->stored);
+  if (read->stored != 0) std::memcpy(read->buffer, answer.data, read->stored);
+}
+
+}  // namespace ipodcomm
 
 bool CIpodComm::Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read) {
   return WriteReadCommand(&write, read) == IPOD_COMM_OK;

@@ -10,6 +10,7 @@
 
 #include "ipodcomm/IpodTypes.h"
 #include "protocol/commands.h"
+#include "protocol/frame.h"
 
 namespace ipodcomm {
 
@@ -54,5 +55,8 @@ template <std::size_t kSize>
 tagIPOD_READ_PARAMS Answer(std::uint16_t expected, unsigned char (&buffer)[kSize]) {
   return Answer(expected, buffer, kSize);
 }
+
+/// Stores the data of an answer, cut to the buffer.
+void StoreData(const ReceivedFrame& answer, tagIPOD_READ_PARAMS* read);
 
 }  // namespace ipodcomm

@@ -2,31 +2,19 @@
 // Judging the frames that arrive during an exchange.
 #include "session/own_answers.h"
 
-#include <algorithm>
-
 #include "protocol/commands.h"
-#include "protocol/numbers.h"
 #include "protocol/transaction_ids.h"
 
 namespace ipodcomm {
 
-void OwnAnswers::AddAttempt(std::uint16_t transaction_id) {
-  attempts_[attempt_count_ % kAttemptsKept] = transaction_id;
-  ++attempt_count_;
-}
-
 // iPods acknowledge StartIDPS, and some of them a refused command, without the identifier that the
 // command carried: an ACK of just its status and command is then recognised by the command.
 bool OwnAnswers::SkipOwnIdentifier(ReceivedFrame* frame) const {
-  if (attempt_count_ == 0) return true;
+  if (!sent_.any) return true;
   Ack bare = {};
   const std::uint32_t bare_length = frame->lingo == kExtendedLingo ? 3 : 2;
   if (frame->data_length == bare_length && ReadAck(*frame, &bare)) return true;
-  if (frame->data_length < kTransactionIdSize) return false;
-  const std::uint16_t* end = attempts_ + std::min(attempt_count_, kAttemptsKept);
-  if (std::find(attempts_, end, ReadNumber16(frame->data)) == end) return false;
-  SkipTransactionId(frame);
-  return true;
+  return SkipIdOf(sent_, frame);
 }
 
 AnswerVerdict OwnAnswers::JudgeAck(const Ack& ack, std::uint16_t command) const {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "ipodcomm/IpodTypes.h"
+#include "ipodcomm/detail/RecordStream.h"
 #include "protocol/frame.h"
 #include "session/answer_rules.h"
 
@@ -34,23 +35,20 @@ class OwnAnswers {
         rule_(FindAnswerRule(request.lingo, request.command)) {}
 
   /// Notes the identifier of an attempt. Without any, answers are expected to carry none.
-  void AddAttempt(std::uint16_t transaction_id);
+  void AddAttempt(std::uint16_t transaction_id) { sent_.Add(transaction_id); }
 
   /// Judges a frame and, when it is ours, skips its identifier, so that the data are the answer's
   /// alone.
   AnswerVerdict Judge(ReceivedFrame* frame) const;
 
  private:
-  static constexpr int kAttemptsKept = 8;
-
   bool SkipOwnIdentifier(ReceivedFrame* frame) const;
   AnswerVerdict JudgeAck(const Ack& ack, std::uint16_t command) const;
 
   const tagIPOD_WRITE_PARAMS& request_;
   std::uint16_t expected_;
   const AnswerRule* rule_;
-  std::uint16_t attempts_[kAttemptsKept] = {};  // the latest, in a ring
-  int attempt_count_ = 0;
+  SentIds sent_ = {};
 };
 
 }  // namespace ipodcomm

@@ -9,6 +9,7 @@
 #include "protocol/commands.h"
 #include "protocol/frame.h"
 #include "protocol/transaction_ids.h"
+#include "session/exchange.h"
 #include "session/ipod_requests.h"
 #include "session/own_answers.h"
 
@@ -22,13 +23,6 @@ using Verdict = ipodcomm::AnswerVerdict;
 
 // An iPod that sends other things all the time does not keep an attempt alive for longer.
 constexpr DWORD kLongestAttemptMs = 10000;
-
-void StoreAnswer(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
-  const auto capacity = static_cast<std::uint32_t>(std::max(read->size, std::int32_t{0}));
-  read->stored = std::min(capacity, frame.data_length);
-  read->size = static_cast<std::int32_t>(read->stored);
-  if (read->stored != 0) std::memcpy(read->buffer, frame.data, read->stored);
-}
 
 void StoreRefusal(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
   read->ack_received = 1;
@@ -74,7 +68,7 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(const OwnAnswers& own,
     const Verdict verdict = own.Judge(&frame);
     switch (verdict) {
       case Verdict::kAnswer:
-        StoreAnswer(frame, read);
+        ipodcomm::StoreData(frame, read);
         return verdict;
       case Verdict::kRefusal:
         StoreRefusal(frame, read);

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+// Records taken one by one under the robust conduct: each once and in order, whatever the line does
+// to them. What the default conduct makes of the same stands beside it.
+#include "support/session_test.h"
+
+namespace {
+
+using test::SessionTest;
+using ::testing::ElementsAre;
+
+constexpr char kAll[] = "FF 55 0C 04 00 1A 05 00 00 00 00 00 00 00 03 CE";
+constexpr char kFromSecond[] = "FF 55 0C 04 00 1A 05 00 00 00 01 00 00 00 02 CE";
+const std::string kA = "FF 55 09 04 00 1B 00 00 00 00 41 00 97 ";
+const std::string kB = "FF 55 09 04 00 1B 00 00 00 01 42 00 95 ";
+const std::string kC = "FF 55 09 04 00 1B 00 00 00 02 43 00 93 ";
+const std::string kBWithoutTerminator = "FF 55 08 04 00 1B 00 00 00 01 42 96 ";
+const std::string kRefusal = "FF 55 06 04 00 01 04 00 1A D7 ";
+
+class RecordStream : public SessionTest {
+ protected:
+  void BeRobust() { ASSERT_EQ(session_.SetConduct(&IPOD_CONDUCT_ROBUST), 1); }
+  // Asks for three tracks, and takes records until there is none: "0 A", ...
+  std::vector<std::string> ThreeTracks() {
+    session_.Command_RetrieveCategorizedDatabaseRecords(0, 3, 5);
+    std::vector<std::string> records;
+    unsigned long index = 0;
+    wchar_t name[8];
+    while (records.size() < 9 && session_.GetNextCategorizedRecord(&index, name, 8) != 0) {
+      std::string text;
+      for (const wchar_t* c = name; *c != 0; ++c) text += static_cast<char>(*c);
+      records.push_back(std::to_string(index) + " " + text);
+    }
+    return records;
+  }
+};
+
+TEST_F(RecordStream, HandsOutIndexAndName) {
+  Answer(kAll, kA + kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+}
+
+TEST_F(RecordStream, EndsWithoutWaitingAfterTheLastRecordAskedFor) {
+  BeRobust();
+  Answer(kAll, kA + kB + kC);
+  const auto elapsed_us =
+      Elapsed([&] { EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C")); });
+  EXPECT_LT(elapsed_us, 300 * test::kMillisecond);
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll));
+}
+
+TEST_F(RecordStream, NothingIsTakenWhereNothingWasAskedFor) {
+  BeRobust();
+  wchar_t name[8];
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(session_.GetNextCategorizedRecord(name, 8), 0); }), 0);
+}
+
+TEST_F(RecordStream, AMissingRecordIsAskedForWithWhatFollowsIt) {
+  BeRobust();
+  Answer(kAll, kA + kC);
+  Answer(kFromSecond, kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll, kFromSecond));
+}
+
+TEST_F(RecordStream, AMissingRecordIsNotNoticedByDefault) {
+  Answer(kAll, kA + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "2 C"));
+}
+
+TEST_F(RecordStream, ADoubledRecordIsTakenOnce) {
+  BeRobust();
+  Answer(kAll, kA + kA + kB + kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+}
+
+TEST_F(RecordStream, ADoubledRecordIsTakenTwiceByDefault) {
+  Answer(kAll, kA + kA + kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "0 A", "1 B", "2 C"));
+}
+
+TEST_F(RecordStream, ADamagedRecordIsAskedForAgain) {
+  BeRobust();
+  Answer(kAll, kA + kBWithoutTerminator + kC);
+  Answer(kFromSecond, kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+}
+
+TEST_F(RecordStream, ALostEndIsAskedForAfterASecondOfSilence) {
+  BeRobust();
+  Answer(kAll, kA);
+  Answer(kFromSecond, kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+}
+
+TEST_F(RecordStream, ASilentIpodIsAskedThreeTimes) {
+  BeRobust();
+  Answer(kAll, kA);
+  const auto elapsed_us = Elapsed([&] { EXPECT_THAT(ThreeTracks(), ElementsAre("0 A")); });
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll, kFromSecond, kFromSecond));
+  EXPECT_GE(elapsed_us, 3 * test::kSecond);
+  EXPECT_LT(elapsed_us, 5 * test::kSecond);
+}
+
+TEST_F(RecordStream, ARefusalEndsTheStreamAtOnce) {
+  BeRobust();
+  Answer(kAll, kRefusal);
+  const auto elapsed_us = Elapsed([&] { EXPECT_THAT(ThreeTracks(), ::testing::IsEmpty()); });
+  EXPECT_LT(elapsed_us, 200 * test::kMillisecond);
+}
+
+TEST_F(RecordStream, ARecordUnderAnOlderIdentifierBelongsToAnotherStream) {
+  BeRobust();
+  TurnOnTransactionIds(7);
+  Answer("FF 55 0E 04 00 1A 00 07 05 00 00 00 00 00 00 00 03 C5",
+         "FF 55 0B 04 00 1B 00 06 00 00 00 00 5A 00 76"
+         " FF 55 0B 04 00 1B 00 07 00 00 00 00 41 00 8E"
+         " FF 55 0B 04 00 1B 00 07 00 00 00 01 42 00 8C"
+         " FF 55 0B 04 00 1B 00 07 00 00 00 02 43 00 8A");
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+}
+
+}  // namespace
