@@ -37,6 +37,7 @@ struct Options {
   std::optional<SimulationOptions> simulation;
   bool idps = true;
   bool legacy = false;  // through the legacy interface
+  std::string conduct;  // "field", "robust" or "fast"; empty: robust on a port, else fast
   std::string model;
 
   // What is shown.

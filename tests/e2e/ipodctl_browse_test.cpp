@@ -44,6 +44,17 @@ TEST(IpodctlInfo, TellsPeopleAndMachinesWhoIsInTheDock) {
   EXPECT_EQ(info.at("lingoes").at("Storage"), "1.02");
 }
 
+TEST(IpodctlInfo, IsTheSameUnderEveryConduct) {
+  for (const char* conduct : {"field", "robust", "fast"}) {
+    const DockedIpod dock;
+    const Ended ended = dock.Ipodctl({"--conduct", conduct, "info", "--json"});
+    EXPECT_EQ(ended.status, 0) << conduct << ": " << ended.err;
+    EXPECT_EQ(json::parse(ended.out).at("name"), "Zoë's iPod") << conduct;
+    EXPECT_EQ(json::parse(ended.out).at("lingoes").at("Storage"), "1.02") << conduct;
+    EXPECT_EQ(dock.mistakes(), "") << conduct;
+  }
+}
+
 TEST(IpodctlInfo, IdentifiesWithoutTokensWhenToldTo) {
   const DockedIpod dock;
   const Ended ended = dock.Ipodctl({"--no-idps", "--model", "T-1000", "info", "--json"});

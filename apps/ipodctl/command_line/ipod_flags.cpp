@@ -50,6 +50,7 @@ void CheckLegacy(CommandLineParser& parser) {
     throw UsageProblem{"the legacy interface has no '" + options.command + "', only " +
                        LegacyCommandNames()};
   }
+  if (!options.conduct.empty()) Refuse("--conduct", "it knows one only");
   if (!options.idps) Refuse("--no-idps", "it never identifies by tokens");
   // The document of a workout names a model, whichever interface writes it.
   if (!options.model.empty() && options.command != "workout") {

@@ -89,6 +89,11 @@ void CommandLineParser::AddGlobalOptions() {
   app_.add_flag("!--no-idps", options_.idps, "Identify without tokens, as old iPods need");
   app_.add_option("--model", options_.model, "Model number to introduce ourselves with")
       ->option_text("NAME");
+  app_.add_option("--conduct", options_.conduct,
+                  "field: the library's default; robust: tell answers apart (the default on a "
+                  "port); fast: and at the speed of the line (with --simulated)")
+      ->check(CLI::IsMember({"field", "robust", "fast"}))
+      ->option_text("NAME");
   port_option_->excludes(simulated_option_);
 }
 

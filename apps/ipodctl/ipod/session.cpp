@@ -14,9 +14,19 @@ namespace {
 constexpr unsigned char kGeneralLingo = 0x00;
 constexpr int kLowPower = 0;
 
+tagIPOD_CONDUCT ConductOf(const Options& options) {
+  if (options.conduct == "field") return IPOD_CONDUCT_FIELD;
+  if (options.conduct == "robust") return IPOD_CONDUCT_ROBUST;
+  if (options.conduct == "fast") return IPOD_CONDUCT_FAST;
+  // Whether a dock bears the fast one is for whoever owns it to find out.
+  return options.simulation ? IPOD_CONDUCT_FAST : IPOD_CONDUCT_ROBUST;
+}
+
 }  // namespace
 
 Session::Session(const Options& options, const DockLine& dock) : options_(options), dock_(dock) {
+  const tagIPOD_CONDUCT conduct = ConductOf(options);
+  ipod_.SetConduct(&conduct);
   Note("opening " + dock.device());
   const long code = ipod_.Open();
   if (code != 0) dock.FailToOpen(code);
