@@ -525,6 +525,7 @@ class IPODCOMM_API CIpodComm {
     std::int32_t idps_done;
     std::int32_t sports_supported;
     std::int32_t general_option;
+    std::int32_t start_carries_id;     // StartIDPS is answered only with an identifier
     std::int32_t database_track_info;  // the Extended Interface option
     tagIPOD_VERSION general;
     tagIPOD_VERSION display_remote;

@@ -69,15 +69,35 @@ auto CIpodComm::IdentificationSequence::WakeUp() -> Outcome {
   for (int attempt = 1;; ++attempt) {
     if (!BeginAttempt(attempt) || !KeepGoing()) return Outcome::kAbandoned;
     if (session_.identity_.idps_enabled == 0) return Outcome::kFallBack;
-    unsigned char ack[2] = {};
-    tagIPOD_READ_PARAMS read = Answer(general::kAck, ack);
-    read.retries = 1;  // the loop is the retry
-    if (session_.Exchange(Command(kGeneralLingo, general::kStartIdps), &read)) {
-      return EnterTokenMode(ack[0]);
-    }
+    unsigned char status = 0;
+    if (StartIdps(&status)) return EnterTokenMode(status);
     CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Did not receive ack of start IDPS message");
     session_.transaction_id_mode_ = 0;
   }
+}
+
+// Some iPods stay silent until StartIDPS itself carries an identifier. Under the robust conduct a
+// silent one is asked once more so, and an iPod that answers it is from then on.
+bool CIpodComm::IdentificationSequence::StartIdps(unsigned char* status) {
+  Identity& identity = session_.identity_;
+  if (identity.start_carries_id == 0) {
+    if (AskToStart(status)) return true;
+    if (session_.conduct_.robust == 0) return false;
+  }
+  session_.SetOwnTransactionId(0);
+  session_.transaction_id_mode_ = 1;
+  if (!AskToStart(status)) return false;
+  identity.start_carries_id = 1;
+  return true;
+}
+
+bool CIpodComm::IdentificationSequence::AskToStart(unsigned char* status) {
+  unsigned char ack[2] = {};
+  tagIPOD_READ_PARAMS read = Answer(general::kAck, ack);
+  read.retries = 1;  // the loop is the retry
+  if (!session_.Exchange(Command(kGeneralLingo, general::kStartIdps), &read)) return false;
+  *status = ack[0];
+  return true;
 }
 
 // False when the wake-up byte cannot be written.

@@ -79,6 +79,8 @@ class CIpodComm::IdentificationSequence {
   // Wake-up and StartIDPS (identification_sequence.cpp)
   Outcome WakeUp();
   bool BeginAttempt(int attempt);
+  bool StartIdps(unsigned char* status);
+  bool AskToStart(unsigned char* status);
   Outcome EnterTokenMode(unsigned char start_status);
   void AdjustEventNotifications();
   void AwaitRemoteUiRequest();
@@ -98,8 +100,8 @@ class CIpodComm::IdentificationSequence {
   int IdentifyByLingoes();
   bool AnnounceLingoes(std::uint32_t mask, unsigned char* status);
   void AwaitModelNumberRequest();
-  void SurveyVersions();
-  void SurveyVersion(const wchar_t* name, std::uint8_t lingo, tagIPOD_VERSION* version);
+  bool SurveyVersions();
+  bool SurveyVersion(const wchar_t* name, std::uint8_t lingo, tagIPOD_VERSION* version);
   bool VersionsSuffice() const;
   int ConfigureIpod();
 

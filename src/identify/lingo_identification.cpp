@@ -47,8 +47,12 @@ int CIpodComm::IdentificationSequence::IdentifyByLingoes() {
   if (!AnnounceLingoes(kGeneralOnly, nullptr) || !KeepGoing()) return 0;
   AwaitModelNumberRequest();
 
-  SurveyVersions();
+  const bool surveyed = SurveyVersions();
   if (!KeepGoing()) return 0;
+  if (!surveyed && session_.conduct_.robust != 0) {
+    NKDbgPrintfW(L"iPod told no version!\r\n");
+    return 0;
+  }
   if (!VersionsSuffice()) {
     NKDbgPrintfW(L"iPod version too old!\r\n");
     SetResult(IPOD_IDENTIFY_RESULT_TOOOLD);
@@ -92,22 +96,26 @@ void CIpodComm::IdentificationSequence::AwaitModelNumberRequest() {
   ipodcomm::WaitForEvent(session_.identification_event_, kWaitMs);
 }
 
-void CIpodComm::IdentificationSequence::SurveyVersions() {
+// False when the iPod told no version at all.
+bool CIpodComm::IdentificationSequence::SurveyVersions() {
   Identity& identity = session_.identity_;
-  SurveyVersion(L"General", kGeneralLingo, &identity.general);
-  SurveyVersion(L"Display Remote", ipodcomm::kDisplayRemoteLingo, &identity.display_remote);
-  SurveyVersion(L"Extended", ipodcomm::kExtendedLingo, &identity.extended);
-  SurveyVersion(L"Sports", ipodcomm::kSportsLingo, &identity.sports);
-  SurveyVersion(L"Storage", ipodcomm::kStorageLingo, &identity.storage);
+  int told = 0;
+  told += SurveyVersion(L"General", kGeneralLingo, &identity.general);
+  told += SurveyVersion(L"Display Remote", ipodcomm::kDisplayRemoteLingo, &identity.display_remote);
+  told += SurveyVersion(L"Extended", ipodcomm::kExtendedLingo, &identity.extended);
+  told += SurveyVersion(L"Sports", ipodcomm::kSportsLingo, &identity.sports);
+  told += SurveyVersion(L"Storage", ipodcomm::kStorageLingo, &identity.storage);
+  return told != 0;
 }
 
-void CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
+bool CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
                                                       tagIPOD_VERSION* version) {
   if (session_.Command_RequestLingoProtocolVersion(lingo, version) == 0) {
     NKDbgPrintfW(L"Lingo Version - %s = not supported\r\n", name);
-    return;
+    return false;
   }
   NKDbgPrintfW(L"Lingo Version - %s = %d.%02d\r\n", name, version->major, version->minor);
+  return true;
 }
 
 bool CIpodComm::IdentificationSequence::VersionsSuffice() const {
