@@ -106,6 +106,7 @@ std::size_t WholeUtf8(const char* text, std::size_t length) {
 }
 
 void ClearCutCharacter(unsigned char* text, std::size_t size) {
+  if (size == 0) return;  // an empty text may have no address, and memset wants one
   const std::size_t whole = WholeUtf8(reinterpret_cast<const char*>(text), size);
   std::memset(text + whole, 0, size - whole);
 }
