@@ -144,8 +144,9 @@ TEST_P(Limit, RefusesOneByteMoreBeforeAnythingIsSent) {
   const auto [name, lingo, with_identifier, most] = GetParam();
   if (with_identifier) TurnOnTransactionIds(5);
   const Bytes data(most + 1, 0xA5);
-  EXPECT_EQ(Elapsed([&] {
-              EXPECT_EQ(Write(static_cast<std::uint8_t>(lingo), 0x55, data), IPOD_COMM_NO_ANSWER);
+  // C++17 lets no lambda capture a structured binding.
+  EXPECT_EQ(Elapsed([&, to = static_cast<std::uint8_t>(lingo)] {
+              EXPECT_EQ(Write(to, 0x55, data), IPOD_COMM_NO_ANSWER);
             }),
             0);
   EXPECT_EQ(OwnIdentifier(), with_identifier ? 5 : 0);
