@@ -5,3 +5,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LES
   # sanitizers and later compilers look for real ones.
   add_compile_options(-Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+  # Part of its -Wconversion, not of GCC's.
+  add_compile_options(-Wno-sign-conversion)
+endif()
