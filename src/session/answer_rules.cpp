@@ -103,6 +103,7 @@ bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer) {
 bool Repeats(const AnswerRule& rule, const tagIPOD_WRITE_PARAMS& request,
              const ReceivedFrame& answer) {
   const std::uint32_t count = rule.repeated_bytes;
+  if (count == 0) return true;
   if (request.length < rule.repeated_at_request + count ||
       answer.data_length < rule.repeated_at_answer + count) {
     return false;
