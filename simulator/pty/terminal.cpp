@@ -24,6 +24,18 @@ std::string TargetOf(const std::string& link) {
   return length > 0 ? std::string(found.data(), static_cast<std::size_t>(length)) : std::string();
 }
 
+bool Later(const timespec& a, const timespec& b) {
+  return a.tv_sec != b.tv_sec ? a.tv_sec > b.tv_sec : a.tv_nsec > b.tv_nsec;
+}
+
+// Whether the link leads to the device that it was made for. A killed server leaves its link
+// behind, and the number of its terminal is soon given out again: that terminal is then younger
+// than the link.
+bool InUse(const std::string& link, const struct stat& link_state) {
+  struct stat device {};
+  return stat(link.c_str(), &device) == 0 && !Later(device.st_ctim, link_state.st_mtim);
+}
+
 }  // namespace
 
 std::string Terminal::Open() {
@@ -89,10 +101,8 @@ std::string PlaceLink(const std::string& link, const std::string& target) {
   struct stat state {};
   if (lstat(link.c_str(), &state) == 0) {
     if (!S_ISLNK(state.st_mode)) return "'" + link + "' exists and is not a link; it is left alone";
-    // A killed server leaves its link behind, and its terminal's number is soon given out again,
-    // perhaps to us.
     const std::string device = TargetOf(link);
-    if (device != target && stat(link.c_str(), &state) == 0) {
+    if (device != target && InUse(link, state)) {
       return "the link '" + link + "' leads to " + device + ", which is in use; it is left alone";
     }
     unlink(link.c_str());

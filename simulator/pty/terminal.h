@@ -37,8 +37,8 @@ class Terminal {
   std::string path_;
 };
 
-/// Makes `link` point to `target`, replacing a link that leads nowhere or there already, but
-/// nothing else. Empty on success, else one sentence.
+/// Makes `link` point to `target`, replacing a link that leads nowhere, there already, or to a
+/// terminal made after it, but nothing else. Empty on success, else one sentence.
 std::string PlaceLink(const std::string& link, const std::string& target);
 /// Removes `link` if it still points to `target`.
 void RemoveLink(const std::string& link, const std::string& target);

@@ -214,6 +214,20 @@ TEST_F(PtyServerTest, LinkThatAnotherServerUsesIsLeftAlone) {
   EXPECT_EQ(accessory.Read(kIdentified), kIdentified);
 }
 
+// As when a server was killed and its terminal's number was given to another program.
+TEST_F(PtyServerTest, LinkToATerminalYoungerThanItIsReplaced) {
+  PtyServer stranger(QuietSettings());
+  ASSERT_TRUE(stranger.Start());
+  ASSERT_EQ(symlink(stranger.device_path().c_str(), link.c_str()), 0);
+  const timespec long_ago[2] = {{1, 0}, {1, 0}};
+  ASSERT_EQ(utimensat(AT_FDCWD, link.c_str(), long_ago, AT_SYMLINK_NOFOLLOW), 0);
+  PtyServer server(QuietSettings(), link);
+  ASSERT_TRUE(server.Start()) << server.error();
+  const Accessory accessory(link);
+  accessory.Write(kIdentify);
+  EXPECT_EQ(accessory.Read(kIdentified), kIdentified);
+}
+
 TEST_F(PtyServerTest, QuestionToAnAccessoryThatHasClosedItsPortIsNotMissed) {
   Settings settings = QuietSettings();
   settings.asks_accessory = true;
