@@ -451,13 +451,16 @@ class IPODCOMM_API ipod {
   int openport();
   /// @return 1, also when no port is open.
   int closeport();
+  /// The pause behind each frame's sync byte, and how much a read asks for: as ipodserial's.
+  int SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct);
+  int GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const;
 
   // ---- Packets (legacy/packets.cpp, legacy/extraction.cpp) -------------------------------------
 
   // The senders send what the packet area holds: a lingo, a command and a payload, which the
-  // commands fill in. The sync byte goes out alone, 5 ms ahead of the rest. They return 1 when the
-  // port accepted every byte, 0 when it did not or when the payload does not fit the frame, and try
-  // nothing twice.
+  // commands fill in. By default the sync byte goes out alone, 5 ms ahead of the rest. They return
+  // 1 when the port accepted every byte, 0 when it did not or when the payload does not fit the
+  // frame, and try nothing twice.
 
   /// `FF 55 LL lingo cc payload checksum`, with at most 250 bytes of payload.
   int sendpacket();

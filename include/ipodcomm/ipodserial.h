@@ -7,8 +7,24 @@
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
-/// Opens a port, writes raw bytes and reads one frame at a time, byte by byte, on the caller's
-/// thread.
+/// How the legacy interface treats the line (ipodserial::SetConduct, ipod::SetConduct).
+struct tagIPOD_LEGACY_CONDUCT {
+  std::uint32_t sync_pause_ms;  ///< after the sync byte of every frame sent; at most 10000
+  std::uint32_t
+      bytes_per_read;  ///< 1 to 1024; never more than the driver holds and the frame needs
+  /// 1 ends the pause after the sync byte once a whole frame has been read, until the port is
+  /// opened anew; else 0.
+  std::int32_t sync_pause_until_answered;
+};
+
+/// A pause behind every sync byte and one byte per read: what docks in the field bear.
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FIELD = {5, 1, 0};
+/// The speed of the line. The pause wakes an iPod's receiver from sleep, so it is kept until the
+/// iPod has answered once. Whether a dock bears the rest is for the host that ships it to try.
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FAST = {5, 256, 1};
+
+/// Opens a port, writes raw bytes and reads one frame at a time, by default byte by byte, on the
+/// caller's thread.
 ///
 /// A copy refers to the same open port. Whichever of the two closes it leaves the other with a
 /// stale handle, which must not be used: the system may give its value to another object, and on
@@ -20,6 +36,13 @@ class IPODCOMM_API ipodserial {
   ipodserial();
   ipodserial(const ipodserial& other);
   ipodserial& operator=(const ipodserial& other);
+
+  /// Chooses the pause and the reads, before opening or in between; IPOD_LEGACY_CONDUCT_FIELD until
+  /// then. Not while another thread uses the object.
+  /// @return 1; 0 for null and for values outside their range, which change nothing.
+  int SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct);
+  /// Tells what was chosen. @return 1, or 0 for null.
+  int GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const;
 
   /// Opens and configures the port `name`, without flow control of any kind and with the platform's
   /// code for one and a half stop bits, and discards what it held. The baud rate is kept for later
@@ -54,8 +77,12 @@ class IPODCOMM_API ipodserial {
   void Error();
 
  private:
+  friend class ipod;
   friend struct ipodserialPeer;  // the tests' look inside
 
+  unsigned long WriteFrame(unsigned char* frame, unsigned length);
+  unsigned long ReadSome(unsigned char* buffer, unsigned long most);
+  unsigned long BytesToRead(unsigned long most, bool* told) const;
   bool ConfigureLine();
   bool ConfigureTimeouts();
 
@@ -68,4 +95,7 @@ class IPODCOMM_API ipodserial {
   std::int32_t parity_ = 0;
   std::uint32_t timeout_ms_ = 200;
   wchar_t port_name_[26] = {};
+  tagIPOD_LEGACY_CONDUCT conduct_ = IPOD_LEGACY_CONDUCT_FIELD;
+  std::int32_t answered_ = 0;   // a whole frame has been read since the port was opened
+  std::int32_t byte_wise_ = 0;  // the driver does not tell what it holds
 };

@@ -48,6 +48,28 @@ bool FrameHunt::Accept(std::uint8_t byte) {
   return false;
 }
 
+//   FF 55 LL body checksum       FF 55 00 HH LL body checksum       with a body of one byte
+std::uint32_t FrameHunt::least_missing() const {
+  constexpr std::uint32_t kWrapped = 0x10000;
+  switch (state_) {
+    case State::kSync:
+      return 5;
+    case State::kStart:
+    case State::kLengthHigh:
+      return 4;
+    case State::kLength:
+    case State::kLengthLow:
+      return 3;
+    case State::kPayload:
+      return (remaining_ != 0 ? remaining_ : kWrapped) + 1;
+    case State::kChecksum:
+      return 1;
+    case State::kComplete:
+      break;
+  }
+  return 0;
+}
+
 bool FrameHunt::AcceptIf(bool expected, State next) {
   if (expected) state_ = next;
   return expected;

@@ -16,6 +16,9 @@ class FrameHunt {
   bool Accept(std::uint8_t byte);
   /// Whether the byte accepted last was the checksum.
   bool complete() const { return state_ == State::kComplete; }
+  /// How many bytes must still come at the least, whatever they are, before the frame is complete:
+  /// a read of no more takes nothing of what follows it.
+  std::uint32_t least_missing() const;
 
  private:
   enum class State {

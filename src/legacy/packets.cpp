@@ -4,13 +4,11 @@
 
 #include "ipodcomm/ipod.h"
 #include "legacy/payload.h"
-#include "platform/services.h"
 #include "protocol/frame.h"
 #include "protocol/numbers.h"
 
 namespace {
 
-constexpr DWORD kSyncPauseMs = 5;
 constexpr unsigned kFrameCapacity = 256;
 constexpr unsigned kChecksumSize = 1;
 
@@ -30,14 +28,6 @@ struct Frame {
   }
 };
 
-// The sync byte goes out alone, ahead of the rest, and the iPod's receiver wakes up on it.
-int Write(ipodserial* serial, Frame* frame, unsigned length) {
-  unsigned long written = serial->writeport(frame->bytes, 1);
-  Sleep(kSyncPauseMs);
-  written += serial->writeport(frame->bytes + 1, static_cast<int>(length - 1));
-  return written == length ? 1 : 0;
-}
-
 }  // namespace
 
 ipod::ipod() = default;
@@ -52,13 +42,18 @@ int ipod::openport() { return serial_.openport(); }
 
 int ipod::closeport() { return serial_.closeport(); }
 
+int ipod::SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct) { return serial_.SetConduct(conduct); }
+
+int ipod::GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const { return serial_.GetConduct(conduct); }
+
 int ipod::sendpacket() {
   if (!Frame::Holds(IPOD_PACKET_DATA_LOC, payload_length_)) return 0;
   Frame frame;
   frame.bytes[IPOD_PACKET_PAYLOADLEN_LOC] = static_cast<unsigned char>(payload_length_ + 2);
   frame.bytes[IPOD_PACKET_LINGO_LOC] = lingo_;
   frame.bytes[IPOD_PACKET_COMMAND_LOC] = command_;
-  return Write(&serial_, &frame, frame.Finish(IPOD_PACKET_DATA_LOC, payload_, payload_length_));
+  const unsigned length = frame.Finish(IPOD_PACKET_DATA_LOC, payload_, payload_length_);
+  return serial_.WriteFrame(frame.bytes, length) == length ? 1 : 0;
 }
 
 int ipod::sendpacketextended() {
@@ -67,7 +62,8 @@ int ipod::sendpacketextended() {
   frame.bytes[IPOD_PACKET_EXT_PAYLOADLEN_LOC] = static_cast<unsigned char>(payload_length_ + 3);
   frame.bytes[IPOD_PACKET_EXT_LINGO_LOC] = lingo_;
   ipodcomm::WriteNumber16(frame.bytes + IPOD_PACKET_EXT_COMMAND_LOC_HIGH, extended_command_);
-  return Write(&serial_, &frame, frame.Finish(IPOD_PACKET_EXT_DATA_LOC, payload_, payload_length_));
+  const unsigned length = frame.Finish(IPOD_PACKET_EXT_DATA_LOC, payload_, payload_length_);
+  return serial_.WriteFrame(frame.bytes, length) == length ? 1 : 0;
 }
 
 // The frame's last two bytes, its last payload byte and its checksum, are never transmitted, and
@@ -82,8 +78,9 @@ int ipod::sendpacketextendedlarge(unsigned char* /*ignored*/) {
                           static_cast<std::uint16_t>(payload_length_ + 3));
   frame.bytes[IPOD_PACKET_EXT_LARGE_LINGO_LOC] = lingo_;
   ipodcomm::WriteNumber16(frame.bytes + IPOD_PACKET_EXT_LARGE_COMMAND_LOC_HIGH, extended_command_);
-  const unsigned length = frame.Finish(IPOD_PACKET_EXT_LARGE_DATA_LOC, payload_, payload_length_);
-  return Write(&serial_, &frame, length - kNotTransmitted);
+  const unsigned length =
+      frame.Finish(IPOD_PACKET_EXT_LARGE_DATA_LOC, payload_, payload_length_) - kNotTransmitted;
+  return serial_.WriteFrame(frame.bytes, length) == length ? 1 : 0;
 }
 
 int ipod::SendSmall(std::uint8_t lingo, std::uint8_t command,

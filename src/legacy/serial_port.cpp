@@ -1,18 +1,11 @@
 // SPDX-License-Identifier: MIT
-// ipodserial: opening and closing, raw writes, and reading one frame byte by byte.
+// ipodserial: opening and closing, raw writes, and purging. Frames are in frame_io.cpp.
 #include "ipodcomm/ipodserial.h"
-#include "legacy/frame_hunt.h"
 #include "platform/services.h"
 
 namespace {
 
-constexpr int kMaxEmptyReads = 5;
 constexpr DWORD kErrorTextCapacity = 256;
-
-bool ReadByte(HANDLE port, unsigned char* byte) {
-  DWORD read = 0;
-  return ReadFile(port, byte, 1, &read, nullptr) != FALSE && read == 1;
-}
 
 void ClearFlags(DCB* state) {
   state->fParity = 0;
@@ -56,6 +49,8 @@ int ipodserial::openport(const wchar_t* name, int baud_rate) {
     return 0;
   }
   PurgeComm(port_, PURGE_TXCLEAR | PURGE_RXCLEAR);
+  answered_ = 0;
+  byte_wise_ = 0;
   return 1;
 }
 
@@ -101,27 +96,6 @@ unsigned long ipodserial::writeport(unsigned char* bytes, int count) {
   const bool accepted =
       WriteFile(port_, bytes, static_cast<DWORD>(count), &written, nullptr) != FALSE;
   return accepted ? written : 0;
-}
-
-// Empty reads are counted over the whole call, wherever they fall in the frame: hosts in the field
-// count on how long a call lasts when the line falls silent.
-unsigned long ipodserial::readport(unsigned char* buffer, int size) {
-  if (port_ == INVALID_HANDLE_VALUE || buffer == nullptr) return 0;
-  ipodcomm::FrameHunt hunt;
-  int stored = 0;
-  int empty_reads = 0;
-  while (empty_reads < kMaxEmptyReads && stored < size && !hunt.complete()) {
-    unsigned char byte = 0;
-    if (!ReadByte(port_, &byte)) {
-      Sleep(timeout_ms_);
-      ++empty_reads;
-      continue;
-    }
-    if (hunt.Accept(byte)) buffer[stored++] = byte;
-    // Another thread may have closed the port meanwhile.
-    if (port_ == INVALID_HANDLE_VALUE) break;
-  }
-  return static_cast<unsigned long>(stored);
 }
 
 void ipodserial::purgerx() { PurgeComm(port_, PURGE_RXCLEAR); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reading frames from the legacy serial port against a plain model of it, on random bytes full of
-// sync bytes, start bytes and zeros, with rooms of every size and reads that fail in between.
+// sync bytes, start bytes and zeros, with rooms and reads of every size, and reads that fail in
+// between.
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -72,6 +73,9 @@ void ExpectAlike(const Bytes& arrived) {
   World world;
   world.line().Plug(device);
   ipodserial serial;
+  const auto bytes_per_read = *rc::gen::element<std::uint32_t>(1, 2, 7, 256, 1024);
+  const tagIPOD_LEGACY_CONDUCT conduct = {5, bytes_per_read, 0};
+  RC_ASSERT(serial.SetConduct(&conduct) == 1);
   RC_ASSERT(serial.openport() == 1);
   device.Send(arrived);
   world.Advance(static_cast<std::int64_t>(arrived.size() + 1) * 174);

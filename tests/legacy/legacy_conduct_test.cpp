@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// The conduct of the legacy interface: the pause behind the sync byte, and how much a read asks
+// for.
+#include <array>
+
+#include "support/legacy_test.h"
+
+namespace {
+
+using test::kEmptyReadsUs;
+using test::kMillisecond;
+using test::LegacyTest;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+constexpr char kName[] = "FF 55 06 00 08 50 6F 64 00 CF";  // "Pod"
+constexpr char kAck[] = "FF 55 04 00 02 00 07 F3";
+
+class LegacyConduct : public LegacyTest {
+ protected:
+  int Choose(const tagIPOD_LEGACY_CONDUCT& conduct) { return legacy_.SetConduct(&conduct); }
+  void ChooseFast() { EXPECT_EQ(Choose(IPOD_LEGACY_CONDUCT_FAST), 1); }
+  // Has the bytes wait in the driver.
+  void Arrived(const char* bytes) {
+    Send(bytes);
+    world_.Advance(20 * kMillisecond);
+  }
+  std::string ReadFrame() {
+    std::array<unsigned char, 256> buffer = {};
+    const unsigned long count = ipodPeer::Serial(legacy_).readport(buffer.data(), 256);
+    return test::ToHex(buffer.data(), count);
+  }
+  std::vector<std::string> CallsOfSending() {
+    world_.DrainCalls();
+    world_.Record({"WriteFile", "Sleep"});
+    EXPECT_EQ(legacy_.command_requestipodname(), 1);
+    world_.StopRecording();
+    return world_.DrainRecord();
+  }
+  std::vector<std::string> CallsOfReading(const char* expected) {
+    world_.DrainCalls();
+    world_.Record();
+    EXPECT_EQ(ReadFrame(), expected);
+    world_.StopRecording();
+    return world_.DrainRecord();
+  }
+};
+
+TEST_F(LegacyConduct, IsFieldUnlessAnotherIsChosen) {
+  tagIPOD_LEGACY_CONDUCT conduct = {};
+  EXPECT_EQ(legacy_.GetConduct(&conduct), 1);
+  EXPECT_EQ(conduct.sync_pause_ms, 5U);
+  EXPECT_EQ(conduct.bytes_per_read, 1U);
+  EXPECT_EQ(conduct.sync_pause_until_answered, 0);
+  EXPECT_EQ(Choose({7, 8, 1}), 1);
+  EXPECT_EQ(legacy_.GetConduct(&conduct), 1);
+  EXPECT_EQ(conduct.sync_pause_ms, 7U);
+  EXPECT_EQ(conduct.bytes_per_read, 8U);
+  EXPECT_EQ(conduct.sync_pause_until_answered, 1);
+  EXPECT_EQ(legacy_.GetConduct(nullptr), 0);
+}
+
+TEST_F(LegacyConduct, ASenselessOneIsRefusedAndChangesNothing) {
+  for (const tagIPOD_LEGACY_CONDUCT senseless :
+       {tagIPOD_LEGACY_CONDUCT{10001, 1, 0}, tagIPOD_LEGACY_CONDUCT{5, 0, 0},
+        tagIPOD_LEGACY_CONDUCT{5, 1025, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 2},
+        tagIPOD_LEGACY_CONDUCT{5, 1, -1}}) {
+    EXPECT_EQ(Choose(senseless), 0);
+  }
+  EXPECT_EQ(legacy_.SetConduct(nullptr), 0);
+  EXPECT_THAT(CallsOfSending(),
+              ElementsAre("WriteFile(port1, FF)", "Sleep(5)", "WriteFile(port1, 55 02 00 07 F7)"));
+}
+
+TEST_F(LegacyConduct, ThePauseIsTheOneChosen) {
+  EXPECT_EQ(Choose({12, 1, 0}), 1);
+  EXPECT_THAT(CallsOfSending(),
+              ElementsAre("WriteFile(port1, FF)", "Sleep(12)", "WriteFile(port1, 55 02 00 07 F7)"));
+  EXPECT_EQ(Choose({0, 1, 0}), 1);
+  EXPECT_THAT(CallsOfSending(), ElementsAre("WriteFile(port1, FF 55 02 00 07 F7)"));
+}
+
+TEST_F(LegacyConduct, FastPausesUntilTheIpodHasAnswered) {
+  ChooseFast();
+  EXPECT_THAT(CallsOfSending(), SizeIs(3));
+  Arrived(kName);
+  EXPECT_EQ(ReadFrame(), kName);
+  EXPECT_THAT(CallsOfSending(), ElementsAre("WriteFile(port1, FF 55 02 00 07 F7)"));
+}
+
+TEST_F(LegacyConduct, FastPausesAgainOnceThePortIsOpenedAnew) {
+  ChooseFast();
+  Arrived(kName);
+  EXPECT_EQ(ReadFrame(), kName);
+  EXPECT_EQ(legacy_.closeport(), 1);
+  EXPECT_EQ(legacy_.openport(), 1);
+  EXPECT_THAT(CallsOfSending(), SizeIs(3));
+}
+
+TEST_F(LegacyConduct, FastTakesHalfAFrameForNoAnswer) {
+  ChooseFast();
+  Arrived("FF 55 06 00");
+  EXPECT_EQ(ReadFrame(), "FF 55 06 00");
+  EXPECT_THAT(CallsOfSending(), SizeIs(3));
+}
+
+TEST_F(LegacyConduct, FastReadsWhatTheDriverHoldsAndTheFrameNeeds) {
+  ChooseFast();
+  Arrived(kName);
+  Arrived(kAck);
+  EXPECT_THAT(CallsOfReading(kName), ElementsAre("ClearCommError(port1)", "ReadFile(port1, 5)",
+                                                 "ClearCommError(port1)", "ReadFile(port1, 5)"));
+  EXPECT_EQ(ReadFrame(), kAck);
+}
+
+TEST_F(LegacyConduct, FastFindsAFrameBehindNoiseAndLeavesWhatFollows) {
+  ChooseFast();
+  Arrived("00 41 FF FF 55 04 00 02 00 07 F3 FF 55 04 00 02 00 07 F3");
+  EXPECT_EQ(ReadFrame(), kAck);
+  EXPECT_EQ(ReadFrame(), kAck);
+}
+
+TEST_F(LegacyConduct, FastWaitsForASilentLineAsLongAsByDefault) {
+  ChooseFast();
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ReadFrame(), ""); }), kEmptyReadsUs);
+}
+
+TEST_F(LegacyConduct, ADriverThatDoesNotTellWhatItHoldsIsReadByteByByte) {
+  ChooseFast();
+  world_.FailFrom("ClearCommError", 1, 50);
+  Arrived(kName);
+  EXPECT_EQ(ReadFrame(), kName);
+  EXPECT_THAT(test::DrainTraceLog(),
+              ElementsAre("ipodserial::readport: Driver does not tell what it holds, reading byte "
+                          "by byte"));
+  Arrived(kAck);
+  const auto calls = CallsOfReading(kAck);
+  EXPECT_THAT(calls, SizeIs(8));
+  EXPECT_THAT(calls, Each("ReadFile(port1, 1)"));
+}
+
+TEST_F(LegacyConduct, AVanishedAdapterIsLikeFailedReads) {
+  ChooseFast();
+  world_.line().Vanish();
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ReadFrame(), ""); }), 1000 * kMillisecond);
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+}
+
+// Six bytes and ten at 57600 baud, 10 bits a byte; the iPod takes 8 ms.
+TEST_F(LegacyConduct, FastAsksForANameAtTheSpeedOfTheLine) {
+  Answer("FF 55 02 00 07 F7", kName, 8 * kMillisecond);
+  wchar_t name[256];
+  const std::int64_t by_default = Elapsed([&] { EXPECT_EQ(legacy_.getipodname(name), 1); });
+  ChooseFast();
+  EXPECT_EQ(legacy_.getipodname(name), 1);
+  const std::int64_t fast = Elapsed([&] { EXPECT_EQ(legacy_.getipodname(name), 1); });
+  EXPECT_STREQ(name, L"Pod");
+  EXPECT_EQ(by_default, 5000 + 869 + 8000 + 1737);
+  EXPECT_EQ(fast, 1042 + 8000 + 1737);
+}
+
+}  // namespace
