@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <csignal>
-#include <thread>
 
+#include "console/clock.h"
 #include "console/failure.h"
 
 namespace ipodctl {
@@ -32,11 +31,11 @@ void CatchInterrupts() {
 bool Interrupted() { return interrupted; }
 
 bool PauseMs(unsigned duration_ms) {
-  using Clock = std::chrono::steady_clock;
-  constexpr std::chrono::milliseconds kLook(50);
-  const auto end = Clock::now() + std::chrono::milliseconds(duration_ms);
-  while (!Interrupted() && Clock::now() < end) {
-    std::this_thread::sleep_for(std::min<Clock::duration>(kLook, end - Clock::now()));
+  constexpr std::chrono::microseconds kLook = std::chrono::milliseconds(50);
+  const std::chrono::microseconds end = SteadyTime() + std::chrono::milliseconds(duration_ms);
+  for (auto left = end - SteadyTime(); !Interrupted() && left.count() > 0;
+       left = end - SteadyTime()) {
+    SleepFor(std::min(kLook, left));
   }
   return !Interrupted();
 }

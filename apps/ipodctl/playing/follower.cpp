@@ -2,9 +2,9 @@
 // Turns notifications into events.
 #include "playing/follower.h"
 
-#include <chrono>
 #include <utility>
 
+#include "console/clock.h"
 #include "console/interrupt.h"
 
 namespace ipodctl {
@@ -23,14 +23,13 @@ constexpr unsigned kQuietLooks = 20;
 Follower::Follower(Session& session, Show show) : session_(session), show_(std::move(show)) {}
 
 void Follower::Run(std::optional<unsigned> duration_ms) {
-  using Clock = std::chrono::steady_clock;
   session_.Require(session_.ipod().SetNotification(kEvents) != 0, "tell of changes");
   session_.ipod().GetPlayStatus(&last_);
   now_ = ReadNowPlaying(session_);
   show_("start", now_);
-  const auto start = Clock::now();
+  const auto start = SteadyTime();
   const auto over = [&] {
-    return duration_ms && Clock::now() - start >= std::chrono::milliseconds(*duration_ms);
+    return duration_ms && SteadyTime() - start >= std::chrono::milliseconds(*duration_ms);
   };
   while (!over() && PauseMs(kLookMs)) Look();
   session_.ipod().SetNotification(0);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "console/clock.h"
+
 namespace ipodctl {
 
 /// Starts when it is made.
@@ -14,7 +16,7 @@ class WorkoutClock {
   WorkoutClock(int first_s, double speed) : first_s_(first_s), speed_(speed) {}
 
   double Seconds() const {
-    const std::chrono::duration<double> real = Now::now() - start_;
+    const std::chrono::duration<double> real = SteadyTime() - start_;
     return first_s_ + real.count() * speed_;
   }
   /// Real milliseconds until it shows `seconds`; 0 when it has.
@@ -24,11 +26,9 @@ class WorkoutClock {
   }
 
  private:
-  using Now = std::chrono::steady_clock;
-
   int first_s_;
   double speed_;
-  Now::time_point start_ = Now::now();
+  std::chrono::microseconds start_ = SteadyTime();
 };
 
 }  // namespace ipodctl
