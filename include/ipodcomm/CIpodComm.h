@@ -113,6 +113,10 @@ class IPODCOMM_API CIpodComm {
   /// Sends a command and reads its answer, up to `read->retries` times. A Simple Remote command has
   /// no answer and succeeds once it is written.
   tagIPOD_COMM_ERROR WriteReadCommand(tagIPOD_WRITE_PARAMS* write, tagIPOD_READ_PARAMS* read);
+  /// Tells what came of the command that WriteReadCommand, or an operation by it, sent last: what
+  /// an operation's 0 does not say, whether the iPod refused or stayed silent. An operation that
+  /// sends nothing, and records asked for together, leave it as it was. 0 for null.
+  int GetLastExchange(tagIPOD_EXCHANGE* exchange);
 
   /// Decide whether a frame is the awaited answer, and copy its data to `read`. The decoder, not
   /// the frame's lingo byte, decides how wide the command is. Behind a pending ACK the General
@@ -415,6 +419,11 @@ class IPODCOMM_API CIpodComm {
                     tagIPOD_READ_PARAMS* read, int* keep_reading) const;
   bool AwaitPendingData(const tagSERIAL_PACKET& packet);
 
+  // Attempts and what came of them (session/answer_and_retry.cpp)
+  tagIPOD_COMM_ERROR ExchangeByCommand(tagIPOD_WRITE_PARAMS* write, tagIPOD_READ_PARAMS* read);
+  void NoteExchange(const tagIPOD_WRITE_PARAMS& write, const tagIPOD_READ_PARAMS& read,
+                    tagIPOD_COMM_ERROR result);
+
   // The robust conduct (session/robust_exchange.cpp)
   tagIPOD_COMM_ERROR ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, tagIPOD_READ_PARAMS* read);
   ipodcomm::AnswerVerdict AwaitOwnAnswer(const ipodcomm::OwnAnswers& own,
@@ -552,6 +561,7 @@ class IPODCOMM_API CIpodComm {
   ipodcomm::Shared<std::int32_t> open_ = 0;
   ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
   tagIPOD_CONDUCT conduct_ = IPOD_CONDUCT_FIELD;  // used by the host's thread only
+  tagIPOD_EXCHANGE last_exchange_ = {};           // the same
   Identity identity_ = {};
   Browsing browsing_ = {};
   ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;

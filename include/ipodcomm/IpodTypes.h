@@ -50,6 +50,23 @@ struct tagIPOD_READ_PARAMS {
   std::uint8_t final_command;  ///< in: General lingo: an ACK naming this command ends the wait
 };
 
+/// What came of a command that awaits an answer.
+enum tagIPOD_EXCHANGE_RESULT : std::int32_t {
+  IPOD_EXCHANGE_NONE = 0,        ///< none was sent yet
+  IPOD_EXCHANGE_ANSWERED = 1,    ///< answered, or acknowledged with status 0
+  IPOD_EXCHANGE_REFUSED = 2,     ///< an ACK with another status came in place of the answer
+  IPOD_EXCHANGE_UNANSWERED = 3,  ///< no attempt was answered, or none could be written
+};
+
+/// The last command that awaited an answer (CIpodComm::GetLastExchange).
+struct tagIPOD_EXCHANGE {
+  tagIPOD_EXCHANGE_RESULT result;
+  std::uint16_t command;
+  std::uint8_t lingo;
+  std::uint8_t status;  ///< of the refusing ACK; 0 unless refused, or when it was not kept, which
+                        ///< under the default conduct happens where three or more bytes are awaited
+};
+
 /// How a session treats the line and the iPod's answers (CIpodComm::SetConduct).
 ///
 /// The default, IPOD_CONDUCT_FIELD, is what docks and iPods in the field have been served by for

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// What the session tells of its last exchange, under the default and the robust conduct: whether
+// the iPod answered, refused or stayed silent, which an operation's 0 does not say.
+#include "support/session_test.h"
+
+namespace {
+
+using test::SessionTest;
+
+class LastExchange : public SessionTest, public ::testing::WithParamInterface<tagIPOD_CONDUCT> {
+ protected:
+  LastExchange() { EXPECT_EQ(session_.SetConduct(&GetParam()), 1); }
+
+  tagIPOD_EXCHANGE Last() {
+    tagIPOD_EXCHANGE last = {};
+    EXPECT_EQ(session_.GetLastExchange(&last), 1);
+    return last;
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Conducts, LastExchange,
+                         ::testing::Values(IPOD_CONDUCT_FIELD, IPOD_CONDUCT_ROBUST),
+                         [](const auto& conduct) {
+                           return conduct.param.robust != 0 ? "Robust" : "Field";
+                         });
+
+TEST_P(LastExchange, IsNoneAtFirst) {
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_NONE);
+  EXPECT_EQ(session_.GetLastExchange(nullptr), 0);
+}
+
+TEST_P(LastExchange, WasAnswered) {
+  Answer("FF 55 03 04 00 2C CD", "FF 55 04 04 00 2D 01 CA");
+  EXPECT_EQ(session_.Command_GetShuffle(nullptr), 1);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_ANSWERED);
+  EXPECT_EQ(Last().lingo, 4);
+  EXPECT_EQ(Last().command, 0x002C);
+}
+
+TEST_P(LastExchange, WasRefusedWithTheStatusOfTheAwaitedAck) {
+  Answer("FF 55 04 04 00 29 0A C5", "FF 55 06 04 00 01 02 00 29 CA");
+  EXPECT_EQ(session_.Command_PlayControl(10), 0);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_REFUSED);
+  EXPECT_EQ(Last().status, 2);
+}
+
+TEST_P(LastExchange, WasRefusedWithTheStatusOfAnAckInPlaceOfData) {
+  Answer("FF 55 03 00 0F 03 EB", "FF 55 04 00 02 04 0F E7");
+  unsigned char major = 0;
+  EXPECT_EQ(session_.Command_RequestLingoProtocolVersion(3, &major, nullptr), 0);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_REFUSED);
+  // The default conduct keeps the status only where the answer awaited is no longer than an ACK's.
+  EXPECT_EQ(Last().status, GetParam().robust != 0 ? 4 : 0);
+}
+
+TEST_P(LastExchange, WasUnanswered) {
+  EXPECT_EQ(session_.Command_GetShuffle(nullptr), 0);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_UNANSWERED);
+  EXPECT_EQ(Last().status, 0);
+  EXPECT_EQ(Last().command, 0x002C);
+}
+
+}  // namespace
