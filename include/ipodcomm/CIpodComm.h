@@ -21,8 +21,8 @@ namespace ipodcomm {
 class FrameBytes;
 class OwnAnswers;
 struct IpodRequest;
-struct ReceivedFrame;
 enum class AnswerVerdict : std::uint8_t;
+enum class RequestReceiver : std::uint8_t;
 }  // namespace ipodcomm
 
 /// A session with the docked iPod.
@@ -107,7 +107,9 @@ class IPODCOMM_API CIpodComm {
   /// Frames a command and sends it. More than 255 bytes from the lingo on, to which the
   /// length byte counts, are refused. @return IPOD_COMM_OK or IPOD_COMM_NO_ANSWER (not written).
   tagIPOD_COMM_ERROR WriteCommand(tagIPOD_WRITE_PARAMS* write);
-  /// Reads answers until the expected one is found or none has come for 1000 ms.
+  /// Reads answers until the expected one is found or none has come for 1000 ms. It does not know
+  /// what was asked, so it takes an answer for the expected one by its command, under every
+  /// conduct.
   /// @return the last decoder's value, IPOD_COMM_NO_ANSWER when nothing came.
   tagIPOD_COMM_ERROR ReadCommand(tagIPOD_READ_PARAMS* read);
   /// Sends a command and reads its answer, up to `read->retries` times. A Simple Remote command has
@@ -249,8 +251,11 @@ class IPODCOMM_API CIpodComm {
   /// answer `0041 ...`. Fails without asking when identification did not find that the
   /// iPod supports it.
   int Command_RetrieveDBTrackTime(unsigned long track, unsigned long* seconds);
-  /// Chooses play-status notifications: `0026 mmmmmmmm`, or, when that is refused, `0026 01` (`00`
-  /// for mask 0). GetPlayStatus gives what they report.
+  /// Chooses play-status notifications (IPOD_PLAY_STATUS_BIT_...): `0026 mmmmmmmm`, or, when that
+  /// is refused, `0026 01` (`00` for mask 0). GetPlayStatus gives what they report.
+  ///
+  /// The iPod reports changes only. What it is doing when the notifications begin is not reported:
+  /// a host reads it once (Command_GetPlayStatus, Command_GetCurrentPlayingTrackIndex).
   int SetNotification(unsigned long mask);
   /// Reads shuffle (0 off, 1 tracks, 2 albums): `002C`, answer `002D mm`. `mode` is optional.
   int Command_GetShuffle(unsigned long* mode);
@@ -401,10 +406,10 @@ class IPODCOMM_API CIpodComm {
   void RoutePacket(const tagSERIAL_PACKET& packet);
   void HandleNextNotification();
   void StoreRequestId(std::uint8_t lingo, std::uint16_t transaction_id);
-  void HandleNotification(tagSERIAL_PACKET& packet);
   void StorePlayStatus(const ipodcomm::FrameBytes& data);
 
   // What the iPod asks (session/ipod_requests.cpp)
+  void MeetRequest(tagSERIAL_PACKET& packet, ipodcomm::RequestReceiver receiver);
   void ReactTo(const ipodcomm::IpodRequest& request, unsigned char* data, std::uint32_t length);
 
   // Frames (session/transmit.cpp)
@@ -429,7 +434,6 @@ class IPODCOMM_API CIpodComm {
   ipodcomm::AnswerVerdict AwaitOwnAnswer(const ipodcomm::OwnAnswers& own,
                                          tagIPOD_READ_PARAMS* read);
   bool AwaitPacket(tagSERIAL_PACKET* packet);
-  void AnswerIfRequest(const ipodcomm::ReceivedFrame& frame);
 
   // Exchanges that many operations share (session/exchange.cpp)
   bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read);

@@ -143,7 +143,20 @@ enum tagIPOD_COLOR : std::int32_t {
   IPOD_COLOR_11,
 };
 
-/// What the play-status notifications have reported so far.
+/// What an iPod is asked to report (CIpodComm::SetNotification), a mask of these. It reports
+/// changes only: what it is doing at first is not reported and must be read once. An iPod that
+/// takes no mask chooses for itself, commonly stops, tracks and milliseconds. Of what other bits
+/// report the session keeps nothing.
+enum tagIPOD_PLAY_STATUS_BIT : std::uint32_t {
+  IPOD_PLAY_STATUS_BIT_BASIC = 0x01,         ///< playback has stopped: state 0
+  IPOD_PLAY_STATUS_BIT_STATE = 0x02,         ///< stopped, playing or paused: the state
+  IPOD_PLAY_STATUS_BIT_TRACK = 0x04,         ///< another track plays: its index
+  IPOD_PLAY_STATUS_BIT_MILLISECONDS = 0x08,  ///< the position in milliseconds, about twice a second
+  IPOD_PLAY_STATUS_BIT_SECONDS = 0x10,       ///< the position in seconds, once a second
+};
+
+/// What the play-status notifications have reported so far. Each field has its own bit in
+/// the mask of SetNotification and is 0 until it is first reported.
 struct tagIPOD_PLAY_STATUS {
   std::uint32_t state;        ///< 0 stopped, 1 playing, 2 paused
   std::uint32_t position;     ///< of the track, in seconds

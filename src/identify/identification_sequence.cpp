@@ -6,6 +6,7 @@
 #include "platform/services.h"
 #include "protocol/commands.h"
 #include "session/exchange.h"
+#include "session/own_answers.h"
 
 using ipodcomm::Answer;
 using ipodcomm::Command;
@@ -134,7 +135,12 @@ void CIpodComm::IdentificationSequence::AdjustEventNotifications() {
 void CIpodComm::IdentificationSequence::AwaitRemoteUiRequest() {
   unsigned char reply[2] = {};
   tagIPOD_READ_PARAMS read = Answer(general::kRequestRemoteUiMode, reply);
-  session_.ReadCommand(&read);
+  if (session_.conduct_.robust == 0) {
+    session_.ReadCommand(&read);
+    return;
+  }
+  const tagIPOD_WRITE_PARAMS unsent = Command(kGeneralLingo, general::kRequestRemoteUiMode);
+  session_.AwaitOwnAnswer(ipodcomm::OwnAnswers(unsent, read.expected_command), &read);
 }
 
 int CIpodComm::Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,

@@ -7,6 +7,7 @@
 #include "protocol/frame.h"
 #include "protocol/transaction_ids.h"
 #include "session/answer_rules.h"
+#include "session/ipod_requests.h"
 
 using ipodcomm::FrameBytes;
 using ipodcomm::ReceivedFrame;
@@ -119,7 +120,7 @@ bool CIpodComm::AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read) {
         if (stop_at_gap) return false;
         break;
       case Verdict::kForeign:
-        AnswerIfRequest(frame);
+        MeetRequest(packet, ipodcomm::RequestReceiver::kWaitingCommand);
         break;
     }
   }

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "ipodcomm/detail/RecordStream.h"
+#include "ipodcomm/detail/SentIds.h"
 #include "protocol/frame.h"
 
 namespace ipodcomm {

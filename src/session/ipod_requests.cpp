@@ -8,6 +8,7 @@
 #include "ipodcomm/CIpodComm.h"
 #include "protocol/commands.h"
 #include "protocol/frame.h"
+#include "protocol/transaction_ids.h"
 
 namespace ipodcomm {
 
@@ -54,6 +55,15 @@ const IpodRequest* FindRequestAnsweredBy(std::uint8_t lingo, std::uint16_t comma
 }
 
 }  // namespace ipodcomm
+
+// Does what a packet asks for, if it is a request of the iPod that `receiver` is to meet.
+void CIpodComm::MeetRequest(tagSERIAL_PACKET& packet, ipodcomm::RequestReceiver receiver) {
+  ipodcomm::ReceivedFrame frame = ipodcomm::ParseNotification(ipodcomm::FrameBytes(packet));
+  if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
+  const ipodcomm::IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
+  if (request == nullptr || request->receiver != receiver) return;
+  ReactTo(*request, packet.data + frame.data_position, frame.data_length);
+}
 
 void CIpodComm::ReactTo(const ipodcomm::IpodRequest& request, unsigned char* data,
                         std::uint32_t length) {

@@ -4,14 +4,10 @@
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
 #include "protocol/frame.h"
-#include "protocol/transaction_ids.h"
 #include "session/ipod_requests.h"
 
 using ipodcomm::FrameBytes;
-using ipodcomm::IpodRequest;
 using ipodcomm::LockScope;
-using ipodcomm::ReceivedFrame;
-using ipodcomm::RequestReceiver;
 
 namespace {
 
@@ -23,16 +19,8 @@ constexpr std::uint32_t kPaused = 2;
 
 void CIpodComm::HandleNextNotification() {
   tagSERIAL_PACKET packet = {};
-  if (GetNextNotificationPacket(&packet)) HandleNotification(packet);
-}
-
-void CIpodComm::HandleNotification(tagSERIAL_PACKET& packet) {
-  ReceivedFrame frame = ipodcomm::ParseNotification(FrameBytes(packet));
-  if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
-  const IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
-  if (request == nullptr) return;
-  if (request->receiver == RequestReceiver::kNotificationThread) {
-    ReactTo(*request, packet.data + frame.data_position, frame.data_length);
+  if (GetNextNotificationPacket(&packet)) {
+    MeetRequest(packet, ipodcomm::RequestReceiver::kNotificationThread);
   }
 }
 

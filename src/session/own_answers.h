@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "ipodcomm/IpodTypes.h"
-#include "ipodcomm/detail/RecordStream.h"
+#include "ipodcomm/detail/SentIds.h"
 #include "protocol/frame.h"
 #include "session/answer_rules.h"
 

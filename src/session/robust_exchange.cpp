@@ -78,7 +78,7 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(const OwnAnswers& own,
       case Verdict::kPending:
         break;
       case Verdict::kForeign:
-        AnswerIfRequest(frame);
+        MeetRequest(packet, ipodcomm::RequestReceiver::kWaitingCommand);
         break;
     }
   }
@@ -95,10 +95,4 @@ bool CIpodComm::AwaitPacket(tagSERIAL_PACKET* packet) {
   } while (serial_.bytes_read_ != bytes_before &&
            static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs);
   return false;
-}
-
-// What the iPod asks of a waiting command. It needs no data of the request.
-void CIpodComm::AnswerIfRequest(const ReceivedFrame& frame) {
-  const ipodcomm::IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
-  if (request != nullptr) ReactTo(*request, nullptr, 0);
 }

@@ -133,6 +133,15 @@ TEST_F(Playback, NotificationMaskGoesOutAsFourBytes) {
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 04 00 26 00 00 00 0D C2"));
 }
 
+TEST_F(Playback, NamedNotificationsAreTheBitsOnTheWire) {
+  Answer("FF 55 07 04 00 26 00 00 00 1F B0", "FF 55 06 04 00 01 00 00 26 CF");
+  EXPECT_EQ(
+      session_.SetNotification(IPOD_PLAY_STATUS_BIT_BASIC | IPOD_PLAY_STATUS_BIT_STATE |
+                               IPOD_PLAY_STATUS_BIT_TRACK | IPOD_PLAY_STATUS_BIT_MILLISECONDS |
+                               IPOD_PLAY_STATUS_BIT_SECONDS),
+      1);
+}
+
 TEST_F(Playback, RefusedNotificationMaskIsFollowedByTheOneByteForm) {
   Answer("FF 55 07 04 00 26 00 00 00 0D C2", "FF 55 06 04 00 01 04 00 26 CB");
   Answer("FF 55 04 04 00 26 01 D1", "FF 55 06 04 00 01 00 00 26 CF");

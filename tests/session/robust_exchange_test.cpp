@@ -169,6 +169,16 @@ TEST_F(RobustExchange, AQuestionOfTheIpodIsAnsweredMeanwhile) {
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 18 05 DB", "FF 55 04 09 02 01 01 EF"));
 }
 
+TEST_F(RobustExchange, AQuestionUnderTheExchangesOwnIdentifierIsAnswered) {
+  BeRobust();
+  TurnOnTransactionIds(7);
+  Answer("FF 55 04 09 83 00 07 69", "FF 55 04 09 01 00 07 EB FF 55 07 09 84 00 07 00 03 01 61");
+  unsigned short caps = 0;
+  EXPECT_EQ(session_.Command_SportsGetIpodCaps(&caps, nullptr), 1);
+  EXPECT_EQ(caps, 3);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 83 00 07 69", "FF 55 06 09 02 00 08 01 01 E5"));
+}
+
 TEST_F(RobustExchange, AnAnswerStillArrivingIsNotGivenUp) {
   BeRobust();
   // A record of 200 bytes at a byte per 20 ms takes four seconds.
