@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// One run: a command against a simulated iPod in a virtual world.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "dock.h"
+#include "scenes.h"
+
+namespace truth {
+
+/// What a user of the command saw.
+struct Outcome {
+  int status = -1;
+  std::string out;      // standard output, JSON
+  std::string message;  // the sentence of a failure
+  double seconds = 0;   // virtual
+  bool deadlocked = false;
+};
+
+struct Finished {
+  Outcome outcome;
+  Account account;
+};
+
+/// Runs the command, and has `look` look at the iPod as the command left it.
+/// @param trace whether every frame is told on standard error
+Finished Run(const Case& run, bool trace,
+             const std::function<void(const Finished&, const ipodsim::SimulatedIpod&,
+                                      std::int64_t now_us)>& look);
+
+}  // namespace truth

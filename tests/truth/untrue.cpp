@@ -1,0 +1,432 @@
+// SPDX-License-Identifier: MIT
+// What is untrue in what a command said, subject by subject.
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "command_line/command_line.h"
+#include "judge.h"
+#include "simulator/files/workout_document.h"
+#include "simulator/media/database.h"
+
+namespace truth {
+
+namespace {
+
+using ipodsim::Category;
+using ipodsim::Player;
+using ipodsim::PlayerState;
+using Json = nlohmann::json;
+
+struct Question {
+  const Case& run;
+  const ipodctl::Options& options;
+  const std::vector<Json>& said;
+  const Account& account;
+  const ipodsim::SimulatedIpod& ipod;
+  std::int64_t now_us;
+
+  const Json& last() const { return said.back(); }
+  const ipodsim::Traits& traits() const { return ipodsim::TraitsOf(run.profile); }
+  // What a refused question would have told may be missing.
+  bool was_refused() const { return !account.refusals.empty() && account.struck; }
+};
+
+std::string Differs(const std::string& what, const Json& said, const Json& truth) {
+  return what + " " + said.dump() + " instead of " + truth.dump();
+}
+
+// Empty when the member is there and true.
+std::string Expect(const Json& object, const char* member, const Json& truth) {
+  if (!object.contains(member)) return std::string("no ") + member;
+  return object.at(member) == truth ? "" : Differs(member, object.at(member), truth);
+}
+
+template <class... Rest>
+std::string FirstOf(const std::string& first, const Rest&... rest) {
+  if constexpr (sizeof...(rest) == 0) {
+    return first;
+  } else {
+    return first.empty() ? FirstOf(rest...) : first;
+  }
+}
+
+std::string VersionText(const ipodsim::Version& version) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%u.%02u", version.major, version.minor);
+  return text;
+}
+
+// info
+
+std::string UntrueLingoes(const Question& question) {
+  const std::map<std::uint8_t, const char*> names = {
+      {0x00, "General"},        {0x02, "Simple Remote"},
+      {0x03, "Display Remote"}, {0x04, "Extended Interface"},
+      {0x09, "Sports"},         {0x0C, "Storage"}};
+  const Json told = question.last().value("lingoes", Json::object());
+  for (const auto& [lingo, name] : names) {
+    const ipodsim::LingoSupport* support = question.traits().Lingo(lingo);
+    if (support == nullptr) {
+      if (told.contains(name)) return std::string(name) + " " + told.at(name).dump();
+    } else if (told.contains(name) || !question.was_refused()) {
+      const std::string untrue = Expect(told, name, VersionText(support->version));
+      if (!untrue.empty()) return untrue;
+    }
+  }
+  return "";
+}
+
+std::string UntrueInfo(const Question& question) {
+  const Json& info = question.last();
+  const ipodsim::Traits& traits = question.traits();
+  const bool sports = traits.Lingo(ipodsim::kSports) != nullptr;
+  const std::string& name = question.ipod.settings().library.name;
+  if (question.run.legacy()) {
+    char number[16];
+    std::snprintf(number, sizeof number, "%04X|%04X", traits.model_id >> 16,
+                  traits.model_id & 0xFFFF);
+    const std::string software = std::to_string(traits.software[0]) + "." +
+                                 std::to_string(traits.software[1]) + "." +
+                                 std::to_string(traits.software[2]);
+    const ipodsim::Version general = traits.Lingo(0)->version;
+    const std::string version =
+        "0 - " + std::to_string(general.major) + "." + std::to_string(general.minor);
+    const bool workouts = sports && traits.model_id >> 16 == 0x0014;
+    return FirstOf(Expect(info, "name", name), Expect(info, "model", traits.model_number),
+                   Expect(info, "model_number", number),
+                   Expect(info, "serial_number", traits.serial_number),
+                   Expect(info, "software_version", software),
+                   Expect(info, "lingo_version", version), Expect(info, "sports", workouts));
+  }
+  const char* const by = question.ipod.identified_by_tokens() ? "tokens" : "lingoes";
+  std::string payload;
+  if (traits.identifies_by_tokens && (info.contains("max_payload") || !question.was_refused())) {
+    payload = Expect(info, "max_payload", 506);
+  }
+  return FirstOf(Expect(info, "name", name), Expect(info, "model", traits.model_number),
+                 Expect(info, "model_id", traits.model_id), Expect(info, "identified_by", by),
+                 Expect(info, "sports", sports), payload, UntrueLingoes(question));
+}
+
+// browse
+
+Category CategoryOf(const std::string& name) {
+  const std::map<std::string, Category> all = {
+      {"playlists", Category::kPlaylist},   {"nested-playlists", Category::kNestedPlaylist},
+      {"artists", Category::kArtist},       {"albums", Category::kAlbum},
+      {"genres", Category::kGenre},         {"composers", Category::kComposer},
+      {"audiobooks", Category::kAudiobook}, {"podcasts", Category::kPodcast},
+      {"tracks", Category::kTrack}};
+  return all.at(name);
+}
+
+Category Below(Category category) {
+  switch (category) {
+    case Category::kArtist:
+    case Category::kComposer:
+      return Category::kAlbum;
+    case Category::kGenre:
+      return Category::kArtist;
+    default:
+      return Category::kTrack;
+  }
+}
+
+std::vector<std::string> NamesIn(ipodsim::Database& database, Category category) {
+  std::vector<std::string> names;
+  for (std::uint32_t i = 0; i < database.Count(category); ++i) {
+    names.push_back(database.Name(category, i));
+  }
+  return names;
+}
+
+std::uint32_t IndexOf(ipodsim::Database& database, Category category, const std::string& step) {
+  if (step.front() == '@') return static_cast<std::uint32_t>(std::stoul(step.substr(1)));
+  const std::vector<std::string> names = NamesIn(database, category);
+  const auto found = std::find(names.begin(), names.end(), step);
+  return static_cast<std::uint32_t>(found - names.begin());
+}
+
+// The records of all lines, whether a line holds one or many of them.
+std::vector<std::pair<std::size_t, std::string>> RecordsIn(const std::vector<Json>& said) {
+  std::vector<std::pair<std::size_t, std::string>> records;
+  for (const Json& line : said) {
+    const Json listed = line.contains("records") && line.at("records").is_array()
+                            ? line.at("records")
+                            : Json::array({line});
+    for (const Json& record : listed) {
+      if (!record.contains("index") || !record.contains("name")) continue;
+      records.emplace_back(record.at("index"), record.at("name"));
+    }
+  }
+  return records;
+}
+
+std::string UntrueOverview(const Question& question) {
+  ipodsim::Database database(&question.ipod.settings().library);
+  const Json told = question.last().value("categories", Json::object());
+  for (const char* name : {"playlists", "nested-playlists", "artists", "albums", "genres",
+                           "composers", "audiobooks", "podcasts", "tracks"}) {
+    const std::string untrue = Expect(told, name, database.Count(CategoryOf(name)));
+    if (!untrue.empty()) return untrue;
+  }
+  return "";
+}
+
+std::string UntrueList(const Question& question) {
+  const std::vector<std::string>& path = question.options.path;
+  if (path.empty()) return UntrueOverview(question);
+  ipodsim::Database database(&question.ipod.settings().library);
+  Category category = CategoryOf(path.front());
+  for (std::size_t i = 1; i < path.size(); ++i) {
+    database.Select(category, IndexOf(database, category, path[i]));
+    category = Below(category);
+  }
+  const std::vector<std::string> names = NamesIn(database, category);
+  const std::size_t from = question.options.from;
+  const std::size_t count = question.options.count.value_or(names.size() - from);
+  for (const Json& line : question.said) {
+    if (line.contains("total") && line.at("total") != names.size()) {
+      return Differs("total", line.at("total"), names.size());
+    }
+  }
+  const auto records = RecordsIn(question.said);
+  for (std::size_t i = 0; i < count && i < records.size(); ++i) {
+    if (records[i].first != from + i) return Differs("index", records[i].first, from + i);
+    if (records[i].second != names[from + i]) {
+      return Differs("record " + std::to_string(from + i), records[i].second, names[from + i]);
+    }
+  }
+  return records.size() == count ? "" : Differs("records", records.size(), count);
+}
+
+// The player
+
+std::string StateName(PlayerState state) {
+  switch (state) {
+    case PlayerState::kStopped:
+      return "stopped";
+    case PlayerState::kPlaying:
+      return "playing";
+    case PlayerState::kPaused:
+      return "paused";
+    case PlayerState::kFastForward:
+      return "winding forward";
+    case PlayerState::kFastRewind:
+      return "winding back";
+  }
+  return "";
+}
+
+std::string Capitalised(std::string text) {
+  if (!text.empty() && text.front() >= 'a') text.front() = static_cast<char>(text.front() - 32);
+  return text;
+}
+
+// A time that was told a while ago, of a player that goes on or stands.
+std::string UntruePosition(const Question& question, const Json& now) {
+  if (!now.contains("position_ms")) return "no position_ms";
+  const Player& player = question.ipod.player();
+  const std::int64_t told = now.at("position_ms");
+  const std::int64_t truth = player.position_ms(question.now_us);
+  constexpr std::int64_t kTolerance = 30;
+  const std::int64_t since = player.state() == PlayerState::kPaused ? 0 : question.now_us / 1000;
+  if (told > truth + kTolerance || told < truth - since - kTolerance) {
+    return Differs("position_ms", told, truth);
+  }
+  return "";
+}
+
+// What is told of the player, against the player.
+std::string UntrueNow(const Question& question, const Json& now) {
+  const Player& player = question.ipod.player();
+  const bool legacy = question.run.legacy();
+  const std::string state = StateName(player.state());
+  const std::string wrong_state = Expect(now, "state", legacy ? Capitalised(state) : state);
+  if (!wrong_state.empty() || player.state() == PlayerState::kStopped) return wrong_state;
+  const ipodsim::Track& track = *player.current();
+  const std::string wrong_track =
+      FirstOf(Expect(now, "title", track.title), Expect(now, "length_ms", track.length_ms),
+              Expect(now, "video", track.kind == ipodsim::MediaKind::kVideo),
+              UntruePosition(question, now));
+  if (legacy || !wrong_track.empty()) return wrong_track;
+  return FirstOf(Expect(now, "index", player.index()), Expect(now, "artist", track.artist),
+                 Expect(now, "album", track.album));
+}
+
+// Whether the player does what it was told to do.
+std::string NotPlayed(const Question& question) {
+  const Player& player = question.ipod.player();
+  if (player.state() != PlayerState::kPlaying) return "it is " + StateName(player.state());
+  const std::vector<std::string>& path = question.options.path;
+  const ipodsim::Library& library = question.ipod.settings().library;
+  if (path.empty()) {
+    ipodsim::Database database(&library);
+    const std::string& title = database.Name(Category::kTrack, kFirstTrack);
+    return player.current()->title == title ? "" : "it plays " + player.current()->title;
+  }
+  ipodsim::Database database(&library);
+  Category category = CategoryOf(path.front());
+  for (std::size_t i = 1; i + 1 < path.size(); ++i) {
+    database.Select(category, IndexOf(database, category, path[i]));
+    category = Below(category);
+  }
+  const std::uint32_t index = IndexOf(database, Category::kTrack, path.back());
+  const std::string& title = database.Name(Category::kTrack, index);
+  return player.current()->title == title ? "" : "it plays " + player.current()->title;
+}
+
+std::string NotDone(const Question& question) {
+  const Player& player = question.ipod.player();
+  const std::string& command = question.options.command;
+  const auto is = [&player](PlayerState state) {
+    return player.state() == state ? "" : "it is " + StateName(player.state());
+  };
+  const auto is_at = [&player](std::uint32_t index) {
+    return player.index() == index ? "" : "it is at " + std::to_string(player.index());
+  };
+  if (command == "play") return NotPlayed(question);
+  if (command == "pause") return FirstOf(is(PlayerState::kPaused), is_at(kFirstTrack));
+  if (command == "stop") return is(PlayerState::kStopped);
+  if (command == "next") return FirstOf(is(PlayerState::kPlaying), is_at(kFirstTrack + 1));
+  // More than three seconds into a track, going back returns to its start.
+  if (command == "previous") return FirstOf(is(PlayerState::kPlaying), is_at(kFirstTrack));
+  if (command == "seek") return FirstOf(is(PlayerState::kPlaying), is_at(kFirstTrack));
+  return "";
+}
+
+std::string UntruePlayer(const Question& question) {
+  const std::string not_done = NotDone(question);
+  return not_done.empty() ? UntrueNow(question, question.last()) : not_done;
+}
+
+std::string UntrueEvents(const Question& question) {
+  for (const Json& event : question.said) {
+    const std::string untrue = UntrueNow(question, event);
+    if (!untrue.empty()) return event.value("event", "event") + ": " + untrue;
+  }
+  return "";
+}
+
+// Modes and preferences
+
+std::string UntrueMode(const Question& question) {
+  const bool shuffles = question.options.command == "shuffle";
+  const Player& player = question.ipod.player();
+  const int mode =
+      shuffles ? static_cast<int>(player.shuffle()) : static_cast<int>(player.repeat());
+  const char* const names[] = {"off", shuffles ? "tracks" : "one", shuffles ? "albums" : "all"};
+  const std::string wanted = question.options.mode.empty() ? names[mode] : question.options.mode;
+  if (names[mode] != wanted) return std::string("it is ") + names[mode];
+  return Expect(question.last(), question.options.command.c_str(), names[mode]);
+}
+
+struct Preference {
+  const char* name;
+  std::uint8_t code;
+  std::vector<std::string> settings;
+  std::vector<std::string> legacy;  // as the legacy interface shows them
+};
+
+const std::vector<Preference>& Preferences() {
+  static const std::vector<Preference> kAll = {
+      {"video-out", 0, {"off", "on", "ask"}, {"Off", "On", "Ask User"}},
+      {"screen", 1, {"fill", "fit"}, {"Fill Entire Screen", "Fit Edge To Screen"}},
+      {"signal", 2, {"ntsc", "pal"}, {"NTSC", "PAL"}},
+      {"line-out", 3, {"off", "on"}, {"Disabled", "Enabled"}},
+      {"connection",
+       8,
+       {"none", "composite", "s-video", "component"},
+       {"No Connection", "Composite", "S-Video", "Component"}},
+      {"captions", 9, {"off", "on"}, {"Off", "On"}},
+      {"aspect", 10, {"4:3", "16:9"}, {"4 by 3", "16 by 9"}},
+      {"subtitles", 12, {"off", "on"}, {"Off", "On"}},
+      {"alternate-audio", 13, {"off", "on"}, {"Off", "On"}},
+      {"pause-on-removal", 15, {"off", "on"}, {"off", "on"}},
+  };
+  return kAll;
+}
+
+std::string UntruePreferences(const Question& question) {
+  const std::string& wanted = question.options.preference;
+  for (const Preference& preference : Preferences()) {
+    if (!wanted.empty() && wanted != preference.name) continue;
+    const std::uint8_t value = question.ipod.preference(preference.code);
+    if (!question.options.setting.empty() &&
+        preference.settings[value] != question.options.setting) {
+      return "it is " + preference.settings[value];
+    }
+    const bool may_be_missing = wanted.empty() && question.was_refused();
+    if (may_be_missing && !question.last().contains(preference.name)) continue;
+    const auto& shown = question.run.legacy() ? preference.legacy : preference.settings;
+    const std::string untrue = Expect(question.last(), preference.name, shown[value]);
+    if (!untrue.empty()) return untrue;
+  }
+  return "";
+}
+
+std::string UntrueUserData(const Question& question) {
+  const ipodsim::UserData& data = question.ipod.user_data();
+  if (question.options.user_weight && data.weight != *question.options.user_weight) {
+    return "its weight is " + std::to_string(data.weight);
+  }
+  return FirstOf(Expect(question.last(), "weight", data.weight),
+                 Expect(question.last(), "flag", data.flag == 2),
+                 Expect(question.last(), "value", data.value));
+}
+
+// Workouts
+
+std::size_t CountOf(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+std::string UntrueWorkout(const Question& question) {
+  const std::vector<std::string> names = question.ipod.feature_files().Names();
+  if (names.empty()) return "no file";
+  if (!question.ipod.open_feature_files().empty()) return "the file is open";
+  // The iPod itself adds to what was written.
+  const std::string content = question.ipod.feature_files().Read(names.back());
+  const ipodsim::WorkoutDocument document(
+      content.substr(0, content.rfind('\n', content.find("<iPodInfo")) + 1));
+  if (!document.problem().empty()) return document.problem();
+  const std::size_t intervals = CountOf(content, "<interval>");
+  if (intervals == 0) return "no intervals in the file";
+  return Expect(question.last(), "intervals", intervals);
+}
+
+std::string UntrueAnswer(const Question& question) {
+  const std::string& command = question.options.command;
+  if (command == "info") return UntrueInfo(question);
+  if (command == "browse") return UntrueList(question);
+  if (command == "now" && question.options.follow) return UntrueEvents(question);
+  if (command == "shuffle" || command == "repeat") return UntrueMode(question);
+  if (command == "prefs") return UntruePreferences(question);
+  if (command == "userdata") return UntrueUserData(question);
+  if (command == "workout") return UntrueWorkout(question);
+  return UntruePlayer(question);
+}
+
+}  // namespace
+
+std::string WhatIsUntrue(const Case& run, const std::string& out, const Account& account,
+                         const ipodsim::SimulatedIpod& ipod, std::int64_t now_us) {
+  std::vector<Json> said;
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);) {
+    said.push_back(Json::parse(line, nullptr, false));
+    if (!said.back().is_object()) return "not JSON: " + line;
+  }
+  if (said.empty()) return "nothing said";
+  const ipodctl::CommandLine command = ipodctl::ParseCommandLine(run.arguments());
+  return UntrueAnswer({run, *command.options, said, account, ipod, now_us});
+}
+
+}  // namespace truth
