@@ -19,6 +19,7 @@
 
 namespace ipodcomm {
 class FrameBytes;
+class KeepGoing;
 class OwnAnswers;
 struct IpodRequest;
 enum class AnswerVerdict : std::uint8_t;
@@ -117,7 +118,8 @@ class IPODCOMM_API CIpodComm {
   tagIPOD_COMM_ERROR WriteReadCommand(tagIPOD_WRITE_PARAMS* write, tagIPOD_READ_PARAMS* read);
   /// Tells what came of the command that WriteReadCommand, or an operation by it, sent last: what
   /// an operation's 0 does not say, whether the iPod refused or stayed silent. An operation that
-  /// sends nothing, and records asked for together, leave it as it was. 0 for null.
+  /// sends nothing, one of the Simple Remote lingo, which has no answer, and records asked for
+  /// together leave it as it was. 0 for null.
   int GetLastExchange(tagIPOD_EXCHANGE* exchange);
 
   /// Decide whether a frame is the awaited answer, and copy its data to `read`. The decoder, not
@@ -146,10 +148,15 @@ class IPODCOMM_API CIpodComm {
   /// @param flag non-zero announces intermittent high power, 0 low power
   /// @param result optional; how the iPod was identified, or why it was not
   /// @param keep_going optional; asked with `context` between the steps, false abandons the
-  /// sequence
+  /// sequence. Under a robust conduct it is asked before every attempt and pause, and at least
+  /// every 100 ms, so that false ends the sequence at once
   /// @return non-zero when the accessory is identified.
   int Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,
                                    bool (*keep_going)(void* context), void* context);
+  /// Tells what the last identification asked and what came, however it ended: which versions an
+  /// iPod told that is too old, with which status it refused, or that nothing came at all. Empty
+  /// before the first. 0 for null.
+  int GetIdentifyReport(tagIPOD_IDENTIFY_REPORT* report);
   /// Whether identification tries tokens first. Off after construction; identification turns it off
   /// when the iPod does not know tokens.
   void SetIDPSEnable(int enable);
@@ -425,14 +432,17 @@ class IPODCOMM_API CIpodComm {
   bool AwaitPendingData(const tagSERIAL_PACKET& packet);
 
   // Attempts and what came of them (session/answer_and_retry.cpp)
-  tagIPOD_COMM_ERROR ExchangeByCommand(tagIPOD_WRITE_PARAMS* write, tagIPOD_READ_PARAMS* read);
-  void NoteExchange(const tagIPOD_WRITE_PARAMS& write, const tagIPOD_READ_PARAMS& read,
-                    tagIPOD_COMM_ERROR result);
+  tagIPOD_COMM_ERROR ExchangeByCommand(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own,
+                                       tagIPOD_READ_PARAMS* read);
+  bool Attempt(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own);
+  void NoteExchange(const ipodcomm::OwnAnswers& own, std::uint32_t took_ms);
 
   // The robust conduct (session/robust_exchange.cpp)
-  tagIPOD_COMM_ERROR ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, tagIPOD_READ_PARAMS* read);
-  ipodcomm::AnswerVerdict AwaitOwnAnswer(const ipodcomm::OwnAnswers& own,
-                                         tagIPOD_READ_PARAMS* read);
+  tagIPOD_COMM_ERROR ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own,
+                                      tagIPOD_READ_PARAMS* read);
+  bool MayGoOn();
+  bool StoppedByHost() const;
+  ipodcomm::AnswerVerdict AwaitOwnAnswer(ipodcomm::OwnAnswers* own, tagIPOD_READ_PARAMS* read);
   bool AwaitPacket(tagSERIAL_PACKET* packet);
 
   // Exchanges that many operations share (session/exchange.cpp)
@@ -565,7 +575,12 @@ class IPODCOMM_API CIpodComm {
   ipodcomm::Shared<std::int32_t> open_ = 0;
   ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
   tagIPOD_CONDUCT conduct_ = IPOD_CONDUCT_FIELD;  // used by the host's thread only
-  tagIPOD_EXCHANGE last_exchange_ = {};           // the same
+  // Used by the host's thread only, as the conduct.
+  tagIPOD_EXCHANGE last_exchange_ = {};
+  tagIPOD_IDENTIFY_REPORT identify_report_ = {};
+  std::int32_t identifying_ = 0;               // exchanges are steps of the report
+  ipodcomm::OwnAnswers* watched_ = nullptr;    // the exchange that takes answers by their command
+  ipodcomm::KeepGoing* keep_going_ = nullptr;  // asked before every attempt and wait
   Identity identity_ = {};
   Browsing browsing_ = {};
   ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;

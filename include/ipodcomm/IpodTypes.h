@@ -56,15 +56,23 @@ enum tagIPOD_EXCHANGE_RESULT : std::int32_t {
   IPOD_EXCHANGE_ANSWERED = 1,    ///< answered, or acknowledged with status 0
   IPOD_EXCHANGE_REFUSED = 2,     ///< an ACK with another status came in place of the answer
   IPOD_EXCHANGE_UNANSWERED = 3,  ///< no attempt was answered, or none could be written
+  IPOD_EXCHANGE_DAMAGED = 4,     ///< no whole answer, but one cut short
+  IPOD_EXCHANGE_ECHOED = 5,      ///< no answer, but the command's own bytes came back
 };
 
-/// The last command that awaited an answer (CIpodComm::GetLastExchange).
+/// A command that awaited an answer, and what came: under every conduct told as the robust one
+/// judges it, so a foreign answer that the default conduct believed does not count here.
 struct tagIPOD_EXCHANGE {
   tagIPOD_EXCHANGE_RESULT result;
   std::uint16_t command;
   std::uint8_t lingo;
-  std::uint8_t status;  ///< of the refusing ACK; 0 unless refused, or when it was not kept, which
-                        ///< under the default conduct happens where three or more bytes are awaited
+  std::uint8_t status;      ///< of the refusing ACK; 0 unless refused
+  std::uint8_t argument;    ///< the command's first data byte, such as the lingo asked about, or 0
+  std::uint8_t carried_id;  ///< 1 when it was sent with a transaction identifier, else 0
+  std::uint8_t data_bytes;  ///< valid bytes of `data`
+  unsigned char data[12];   ///< the first data bytes of the answer, whole or damaged
+  std::uint32_t attempts;   ///< how often it was sent; 0 when it could not be written
+  std::uint32_t took_ms;    ///< from the first attempt on; not measured by the default conduct, 0
 };
 
 /// How a session treats the line and the iPod's answers (CIpodComm::SetConduct).
@@ -114,6 +122,21 @@ enum tagIPOD_IDENTIFY_RESULT : std::int32_t {
   IPOD_IDENTIFY_RESULT_TOOOLD = 1,  ///< the iPod's lingo versions are below the minimums
   IPOD_IDENTIFY_RESULT_IDPS = 2,    ///< identified by tokens
   IPOD_IDENTIFY_RESULT_LINGOS = 3,  ///< identified by IdentifyDeviceLingoes
+  /// Robust conduct only: the session's own bytes came back and nothing else did. The line is wired
+  /// to itself, or bridged with no iPod behind it.
+  IPOD_IDENTIFY_RESULT_ECHO = 4,
+};
+
+/// The evidence for an identification's outcome (CIpodComm::GetIdentifyReport): each command that
+/// awaited an answer, in the order in which they were sent.
+struct tagIPOD_IDENTIFY_REPORT {
+  static constexpr std::uint32_t kMostSteps = 32;
+
+  tagIPOD_IDENTIFY_RESULT result;
+  std::uint32_t took_ms;         ///< all of it, pauses too; not measured by the default conduct, 0
+  std::uint32_t steps;           ///< valid records in `step`
+  std::uint32_t steps_left_out;  ///< those that came after kMostSteps
+  tagIPOD_EXCHANGE step[kMostSteps];
 };
 
 /// The host's description of the accessory. The library stores the block and reads none of it.

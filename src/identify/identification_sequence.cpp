@@ -21,7 +21,7 @@ constexpr unsigned char kPowerSomeHigh = 0x04;
 constexpr unsigned char kPowerLow = 0x00;
 
 constexpr int kTokenAttempts = 3;
-constexpr DWORD kAttemptPauseMs = 100;
+constexpr std::uint32_t kAttemptPauseMs = 100;
 
 }  // namespace
 
@@ -31,12 +31,26 @@ CIpodComm::IdentificationSequence::IdentificationSequence(CIpodComm& session, in
                                                           void* context)
     : session_(session),
       result_(result),
-      keep_going_(keep_going),
-      context_(context),
+      keep_going_(keep_going, context),
       options_{0, 0, 0, flag != 0 ? kPowerSomeHigh : kPowerLow},
       version_(ipodcomm::ReadHostVersion()) {}
 
 int CIpodComm::IdentificationSequence::Run() {
+  const unsigned long began_ms = Robust() ? GetTickCount() : 0;
+  session_.identify_report_ = {};
+  session_.identifying_ = 1;
+  if (Robust() && keep_going_.asks()) session_.keep_going_ = &keep_going_;
+  const int identified = RunBranches();
+  if (Stopped()) SetResult(IPOD_IDENTIFY_RESULT_NONE);
+  session_.keep_going_ = nullptr;
+  session_.identifying_ = 0;
+  if (Robust()) {
+    session_.identify_report_.took_ms = static_cast<std::uint32_t>(GetTickCount() - began_ms);
+  }
+  return Stopped() ? 0 : identified;
+}
+
+int CIpodComm::IdentificationSequence::RunBranches() {
   Outcome outcome = WakeUp();
   if (outcome == Outcome::kDone) outcome = IdentifyByTokens();
   switch (outcome) {
@@ -56,13 +70,30 @@ int CIpodComm::IdentificationSequence::Run() {
 
 // A host that stops finds "not identified", whatever the result was before.
 bool CIpodComm::IdentificationSequence::KeepGoing() {
-  if (keep_going_ == nullptr || keep_going_(context_)) return true;
+  if (keep_going_.Ask()) return true;
   SetResult(IPOD_IDENTIFY_RESULT_NONE);
   return false;
 }
 
 void CIpodComm::IdentificationSequence::SetResult(tagIPOD_IDENTIFY_RESULT result) {
+  session_.identify_report_.result = result;
   if (result_ != nullptr) *result_ = result;
+}
+
+void CIpodComm::IdentificationSequence::Pause(std::uint32_t ms) {
+  ipodcomm::WaitInSlices(session_.keep_going_, ms, [](std::uint32_t slice_ms) {
+    Sleep(slice_ms);
+    return false;
+  });
+}
+
+// Under the robust conduct, whether the last command brought its own bytes and nothing else. To go
+// on then would be to talk to oneself.
+bool CIpodComm::IdentificationSequence::JudgeEcho() {
+  if (!Robust() || session_.last_exchange_.result != IPOD_EXCHANGE_ECHOED) return false;
+  NKDbgPrintfW(L"Own bytes came back, and no answer!\r\n");
+  SetResult(IPOD_IDENTIFY_RESULT_ECHO);
+  return true;
 }
 
 // Wakes the iPod and starts the token identification. kDone when the iPod accepts it.
@@ -72,8 +103,9 @@ auto CIpodComm::IdentificationSequence::WakeUp() -> Outcome {
     if (session_.identity_.idps_enabled == 0) return Outcome::kFallBack;
     unsigned char status = 0;
     if (StartIdps(&status)) return EnterTokenMode(status);
-    CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Did not receive ack of start IDPS message");
     session_.transaction_id_mode_ = 0;
+    if (Stopped() || JudgeEcho()) return Outcome::kAbandoned;
+    CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Did not receive ack of start IDPS message");
   }
 }
 
@@ -83,7 +115,7 @@ bool CIpodComm::IdentificationSequence::StartIdps(unsigned char* status) {
   Identity& identity = session_.identity_;
   if (identity.start_carries_id == 0) {
     if (AskToStart(status)) return true;
-    if (session_.conduct_.robust == 0) return false;
+    if (!Robust()) return false;
   }
   session_.SetOwnTransactionId(0);
   session_.transaction_id_mode_ = 1;
@@ -101,12 +133,13 @@ bool CIpodComm::IdentificationSequence::AskToStart(unsigned char* status) {
   return true;
 }
 
-// False when the wake-up byte cannot be written.
+// False when the host has stopped, or the wake-up byte cannot be written.
 bool CIpodComm::IdentificationSequence::BeginAttempt(int attempt) {
   SetResult(IPOD_IDENTIFY_RESULT_NONE);
   session_.ForgetIdentification();
   if (attempt > kTokenAttempts) session_.identity_.idps_enabled = 0;
-  Sleep(kAttemptPauseMs);
+  Pause(kAttemptPauseMs);
+  if (Stopped()) return false;
   started_ms_ = GetTickCount();
   return session_.SendWakeUpByte();
 }
@@ -135,17 +168,24 @@ void CIpodComm::IdentificationSequence::AdjustEventNotifications() {
 void CIpodComm::IdentificationSequence::AwaitRemoteUiRequest() {
   unsigned char reply[2] = {};
   tagIPOD_READ_PARAMS read = Answer(general::kRequestRemoteUiMode, reply);
-  if (session_.conduct_.robust == 0) {
+  if (!Robust()) {
     session_.ReadCommand(&read);
     return;
   }
   const tagIPOD_WRITE_PARAMS unsent = Command(kGeneralLingo, general::kRequestRemoteUiMode);
-  session_.AwaitOwnAnswer(ipodcomm::OwnAnswers(unsent, read.expected_command), &read);
+  ipodcomm::OwnAnswers request(unsent, read.expected_command);
+  session_.AwaitOwnAnswer(&request, &read);
 }
 
 int CIpodComm::Command_IdentifyDeviceLingos(int flag, tagIPOD_IDENTIFY_RESULT* result,
                                             bool (*keep_going)(void* context), void* context) {
   return IdentificationSequence(*this, flag, result, keep_going, context).Run();
+}
+
+int CIpodComm::GetIdentifyReport(tagIPOD_IDENTIFY_REPORT* report) {
+  if (report == nullptr) return 0;
+  *report = identify_report_;
+  return 1;
 }
 
 void CIpodComm::ForgetIdentification() {

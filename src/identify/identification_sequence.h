@@ -11,6 +11,7 @@
 #include "identify/token_packet.h"
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/IpodTypes.h"
+#include "session/keep_going.h"
 
 /// Makes the iPod accept the accessory.
 ///
@@ -38,6 +39,8 @@ class CIpodComm::IdentificationSequence {
     kFallBack,   // the iPod does not accept tokens: go on with IdentifyDeviceLingoes
     kAbandoned,  // stopped by the host, or failed for good
   };
+  /// What the versions of the iPod's lingoes say.
+  enum class VersionVerdict { kSuffice, kTooOld, kUnknown };
   /// What the iPod answers about a lingo: its number and eight option bytes.
   struct LingoOptions {
     bool exchanged;
@@ -73,8 +76,13 @@ class CIpodComm::IdentificationSequence {
   static constexpr std::size_t kTokens = 16;
   using TokenList = std::array<Token, kTokens>;
 
+  int RunBranches();
   bool KeepGoing();
+  bool Stopped() const { return keep_going_.stopped(); }
   void SetResult(tagIPOD_IDENTIFY_RESULT result);
+  bool Robust() const { return session_.conduct_.robust != 0; }
+  void Pause(std::uint32_t ms);
+  bool JudgeEcho();
 
   // Wake-up and StartIDPS (identification_sequence.cpp)
   Outcome WakeUp();
@@ -100,15 +108,14 @@ class CIpodComm::IdentificationSequence {
   int IdentifyByLingoes();
   bool AnnounceLingoes(std::uint32_t mask, unsigned char* status);
   void AwaitModelNumberRequest();
-  bool SurveyVersions();
+  VersionVerdict SurveyVersions();
   bool SurveyVersion(const wchar_t* name, std::uint8_t lingo, tagIPOD_VERSION* version);
-  bool VersionsSuffice() const;
+  VersionVerdict JudgeVersions(bool any_told, bool unanswered) const;
   int ConfigureIpod();
 
   CIpodComm& session_;
   tagIPOD_IDENTIFY_RESULT* result_;
-  bool (*keep_going_)(void* context);
-  void* context_;
+  ipodcomm::KeepGoing keep_going_;
   unsigned char options_[4];  // of the announcement, as is the device ID
   unsigned char device_id_[4] = {};
   Lingoes lingoes_ = {};

@@ -44,16 +44,20 @@ constexpr PreferenceSetting kPreferences[] = {
 }  // namespace
 
 int CIpodComm::IdentificationSequence::IdentifyByLingoes() {
-  if (!AnnounceLingoes(kGeneralOnly, nullptr) || !KeepGoing()) return 0;
-  AwaitModelNumberRequest();
-
-  const bool surveyed = SurveyVersions();
-  if (!KeepGoing()) return 0;
-  if (!surveyed && session_.conduct_.robust != 0) {
-    NKDbgPrintfW(L"iPod told no version!\r\n");
+  if (!AnnounceLingoes(kGeneralOnly, nullptr)) {
+    JudgeEcho();
     return 0;
   }
-  if (!VersionsSuffice()) {
+  if (!KeepGoing()) return 0;
+  AwaitModelNumberRequest();
+
+  const VersionVerdict versions = SurveyVersions();
+  if (!KeepGoing()) return 0;
+  if (versions == VersionVerdict::kUnknown) {
+    NKDbgPrintfW(L"iPod told too few versions!\r\n");
+    return 0;
+  }
+  if (versions == VersionVerdict::kTooOld) {
     NKDbgPrintfW(L"iPod version too old!\r\n");
     SetResult(IPOD_IDENTIFY_RESULT_TOOOLD);
     return 0;
@@ -92,20 +96,38 @@ bool CIpodComm::IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsi
 
 // The iPod asks for the model number last of all. A time-out is normal.
 void CIpodComm::IdentificationSequence::AwaitModelNumberRequest() {
-  constexpr unsigned long kWaitMs = 1000;
-  ipodcomm::WaitForEvent(session_.identification_event_, kWaitMs);
+  constexpr std::uint32_t kWaitMs = 1000;
+  ipodcomm::WaitInSlices(session_.keep_going_, kWaitMs, [this](std::uint32_t ms) {
+    return ipodcomm::WaitForEvent(session_.identification_event_, ms);
+  });
 }
 
-// False when the iPod told no version at all.
-bool CIpodComm::IdentificationSequence::SurveyVersions() {
-  Identity& identity = session_.identity_;
-  int told = 0;
-  told += SurveyVersion(L"General", kGeneralLingo, &identity.general);
-  told += SurveyVersion(L"Display Remote", ipodcomm::kDisplayRemoteLingo, &identity.display_remote);
-  told += SurveyVersion(L"Extended", ipodcomm::kExtendedLingo, &identity.extended);
-  told += SurveyVersion(L"Sports", ipodcomm::kSportsLingo, &identity.sports);
-  told += SurveyVersion(L"Storage", ipodcomm::kStorageLingo, &identity.storage);
-  return told != 0;
+// Asks for the versions of the lingoes that the accessory uses. Under the robust conduct one that
+// it cannot do without and that stays unanswered ends the survey: to ask on would take seconds and
+// change nothing.
+auto CIpodComm::IdentificationSequence::SurveyVersions() -> VersionVerdict {
+  const struct {
+    const wchar_t* name;
+    std::uint8_t lingo;
+    tagIPOD_VERSION Identity::*version;
+    bool needed;
+  } surveyed[] = {
+      {L"General", kGeneralLingo, &Identity::general, true},
+      {L"Display Remote", ipodcomm::kDisplayRemoteLingo, &Identity::display_remote, true},
+      {L"Extended", ipodcomm::kExtendedLingo, &Identity::extended, true},
+      {L"Sports", ipodcomm::kSportsLingo, &Identity::sports, false},
+      {L"Storage", ipodcomm::kStorageLingo, &Identity::storage, false},
+  };
+  bool any_told = false;
+  for (const auto& row : surveyed) {
+    tagIPOD_VERSION& version = session_.identity_.*row.version;
+    if (Robust()) version = {};  // what another iPod told
+    const bool told = SurveyVersion(row.name, row.lingo, &version);
+    any_told = any_told || told;
+    const bool refused = session_.last_exchange_.result == IPOD_EXCHANGE_REFUSED;
+    if (Robust() && row.needed && !told && !refused) return JudgeVersions(any_told, true);
+  }
+  return JudgeVersions(any_told, false);
 }
 
 bool CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
@@ -118,11 +140,27 @@ bool CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::
   return true;
 }
 
-bool CIpodComm::IdentificationSequence::VersionsSuffice() const {
+// Under the robust conduct "too old" needs evidence: a version that was told and is below its
+// minimum, or a refusal by an iPod that told others. Silence is none.
+auto CIpodComm::IdentificationSequence::JudgeVersions(bool any_told, bool unanswered) const
+    -> VersionVerdict {
   const Identity& identity = session_.identity_;
-  return AtLeast(identity.general, kMinGeneral) &&
-         AtLeast(identity.display_remote, kMinDisplayRemote) &&
-         AtLeast(identity.extended, kMinExtended);
+  const struct {
+    const tagIPOD_VERSION& version;
+    const tagIPOD_VERSION& minimum;
+  } needed[] = {{identity.general, kMinGeneral},
+                {identity.display_remote, kMinDisplayRemote},
+                {identity.extended, kMinExtended}};
+  bool suffice = true;
+  bool told_too_low = false;
+  for (const auto& row : needed) {
+    if (AtLeast(row.version, row.minimum)) continue;
+    suffice = false;
+    told_too_low = told_too_low || row.version.major != 0 || row.version.minor != 0;
+  }
+  if (suffice) return VersionVerdict::kSuffice;
+  const bool unknown = !any_told || (unanswered && !told_too_low);
+  return Robust() && unknown ? VersionVerdict::kUnknown : VersionVerdict::kTooOld;
 }
 
 int CIpodComm::IdentificationSequence::ConfigureIpod() {

@@ -17,7 +17,7 @@ namespace general = ipodcomm::general;
 
 namespace {
 
-constexpr DWORD kSettlePauseMs = 300;
+constexpr std::uint32_t kSettlePauseMs = 300;
 constexpr int kMaxPayload = 255;
 
 }  // namespace
@@ -35,7 +35,7 @@ auto CIpodComm::IdentificationSequence::IdentifyByTokens() -> Outcome {
 // Asks what the iPod supports, which decides the lingoes to announce.
 auto CIpodComm::IdentificationSequence::SurveyOptions() -> Outcome {
   if (!KeepGoing()) return Outcome::kAbandoned;
-  Sleep(kSettlePauseMs);
+  Pause(kSettlePauseMs);
   session_.Command_RequestMaxPayloadSize();
 
   Identity& identity = session_.identity_;
@@ -91,6 +91,7 @@ auto CIpodComm::IdentificationSequence::SendTokens() -> Outcome {
       return Outcome::kFallBack;
     }
     if (!session_.Command_SetFIDTokenValue(packet.bytes(), packet.size())) {
+      if (Stopped()) return Outcome::kAbandoned;
       if (rest == end) {
         CKORVATrace::LogSoftwareError(kIdentifyFunction, L"Error setting FID tokens.");
       }

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: waiting for answers, and retrying.
-#include <cstring>
-
+#include "identify/identify_report.h"
 #include "ipodcomm/CIpodComm.h"
+#include "platform/services.h"
 #include "protocol/commands.h"
 #include "protocol/frame.h"
-#include "session/answer_rules.h"
+#include "protocol/transaction_ids.h"
+#include "session/own_answers.h"
+
+using ipodcomm::OwnAnswers;
 
 tagIPOD_COMM_ERROR CIpodComm::ReadCommand(tagIPOD_READ_PARAMS* read) {
   tagIPOD_COMM_ERROR result = IPOD_COMM_NO_ANSWER;
@@ -39,9 +42,15 @@ tagIPOD_COMM_ERROR CIpodComm::ReadCommand(tagIPOD_READ_PARAMS* read) {
 
 tagIPOD_COMM_ERROR CIpodComm::WriteReadCommand(tagIPOD_WRITE_PARAMS* write,
                                                tagIPOD_READ_PARAMS* read) {
-  const tagIPOD_COMM_ERROR result =
-      conduct_.robust != 0 ? ExchangeRobustly(*write, read) : ExchangeByCommand(write, read);
-  NoteExchange(*write, *read, result);
+  OwnAnswers own(*write, read->expected_command);
+  if (conduct_.robust == 0) {
+    const tagIPOD_COMM_ERROR result = ExchangeByCommand(*write, &own, read);
+    NoteExchange(own, 0);
+    return result;
+  }
+  const DWORD started_ms = GetTickCount();
+  const tagIPOD_COMM_ERROR result = ExchangeRobustly(*write, &own, read);
+  NoteExchange(own, static_cast<std::uint32_t>(GetTickCount() - started_ms));
   return result;
 }
 
@@ -51,37 +60,35 @@ int CIpodComm::GetLastExchange(tagIPOD_EXCHANGE* exchange) {
   return 1;
 }
 
-// An ACK that refuses is itself the answer where an ACK was awaited; elsewhere it is kept apart.
-// Its status is not kept by the default conduct where the answer would be longer than an ACK.
-void CIpodComm::NoteExchange(const tagIPOD_WRITE_PARAMS& write, const tagIPOD_READ_PARAMS& read,
-                             tagIPOD_COMM_ERROR result) {
-  last_exchange_ = {IPOD_EXCHANGE_UNANSWERED, write.command, write.lingo, 0};
-  bool refused = false;
-  if (read.ack_received != 0 && read.stored == 0) {
-    std::memcpy(&last_exchange_.status, &read.ack, sizeof last_exchange_.status);
-    refused = true;
-  } else if (result == IPOD_COMM_OK && read.stored != 0 &&
-             ipodcomm::IsAck({read.lingo, read.received_command, 0, 0, nullptr})) {
-    last_exchange_.status = read.buffer[0];
-    refused = last_exchange_.status != 0;
-  }
-  if (refused) {
-    last_exchange_.result = IPOD_EXCHANGE_REFUSED;
-  } else if (result == IPOD_COMM_OK) {
-    last_exchange_.result = IPOD_EXCHANGE_ANSWERED;
-  }
+void CIpodComm::NoteExchange(const OwnAnswers& own, std::uint32_t took_ms) {
+  if (own.noted().lingo == ipodcomm::kSimpleRemoteLingo) return;  // has no answer
+  if (own.noted().attempts == 0 && StoppedByHost()) return;
+  last_exchange_ = own.noted();
+  last_exchange_.took_ms = took_ms;
+  if (identifying_ != 0) ipodcomm::AddStep(&identify_report_, last_exchange_);
 }
 
-// Recognises an answer by its command alone.
-tagIPOD_COMM_ERROR CIpodComm::ExchangeByCommand(tagIPOD_WRITE_PARAMS* write,
+// Sends a command once for an exchange, which then knows the attempt.
+bool CIpodComm::Attempt(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own) {
+  const bool with_id =
+      transaction_id_mode_ != 0 && ipodcomm::MayCarryTransactionId(write.lingo, write.command);
+  std::uint16_t transaction_id = 0;
+  if (Send(write, &transaction_id) != IPOD_COMM_OK) return false;
+  with_id ? own->AddAttempt(transaction_id) : own->AddAttempt();
+  return true;
+}
+
+// Recognises an answer by its command alone. What really came is only noted.
+tagIPOD_COMM_ERROR CIpodComm::ExchangeByCommand(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own,
                                                 tagIPOD_READ_PARAMS* read) {
   tagIPOD_COMM_ERROR result = IPOD_COMM_NO_ANSWER;
+  watched_ = own;
   for (std::int32_t attempt = 0; attempt < read->retries; ++attempt) {
     // A failed write skips the read and keeps the result of the attempt before.
-    if (WriteCommand(write) != IPOD_COMM_OK) continue;
-    if (write->lingo == ipodcomm::kSimpleRemoteLingo) return IPOD_COMM_OK;
-    result = ReadCommand(read);
-    if (result == IPOD_COMM_OK) return IPOD_COMM_OK;
+    if (!Attempt(write, own)) continue;
+    result = write.lingo == ipodcomm::kSimpleRemoteLingo ? IPOD_COMM_OK : ReadCommand(read);
+    if (result == IPOD_COMM_OK) break;
   }
+  watched_ = nullptr;
   return result == IPOD_COMM_NO_ANSWER ? IPOD_COMM_RETRIES_EXHAUSTED : result;
 }

@@ -13,7 +13,7 @@ namespace ipodcomm {
 
 /// What a frame is to the running exchange.
 enum class AnswerVerdict : std::uint8_t {
-  kForeign,  // another question's answer, or no answer at all
+  kForeign,  // another question's answer, the request's own bytes, or no answer at all
   kDamaged,  // ours, but cut short
   kPending,  // ours: the iPod works on it
   kRefusal,  // ours: an ACK in place of the answer
@@ -29,26 +29,33 @@ enum class AnswerVerdict : std::uint8_t {
 class OwnAnswers {
  public:
   /// @param request borrowed. @param expected command of the answer
-  OwnAnswers(const tagIPOD_WRITE_PARAMS& request, std::uint16_t expected)
-      : request_(request),
-        expected_(expected),
-        rule_(FindAnswerRule(request.lingo, request.command)) {}
+  OwnAnswers(const tagIPOD_WRITE_PARAMS& request, std::uint16_t expected);
 
-  /// Notes the identifier of an attempt. Without any, answers are expected to carry none.
-  void AddAttempt(std::uint16_t transaction_id) { sent_.Add(transaction_id); }
+  /// Notes an attempt, and its identifier. Without any, answers are expected to carry none.
+  void AddAttempt() { ++noted_.attempts; }
+  void AddAttempt(std::uint16_t transaction_id);
 
-  /// Judges a frame and, when it is ours, skips its identifier, so that the data are the answer's
-  /// alone.
-  AnswerVerdict Judge(ReceivedFrame* frame) const;
+  /// Judges a frame and notes what came with it. When it is ours, its identifier is skipped, so
+  /// that the data are the answer's alone.
+  AnswerVerdict Judge(ReceivedFrame* frame);
+
+  /// What has come so far. The time is left to whoever measures it.
+  const tagIPOD_EXCHANGE& noted() const { return noted_; }
 
  private:
+  bool IsOwnRequest(const ReceivedFrame& frame) const;
   bool SkipOwnIdentifier(ReceivedFrame* frame) const;
+  void SkipUnaskedIdentifier(ReceivedFrame* frame) const;
+  AnswerVerdict JudgeOther(ReceivedFrame* frame) const;
   AnswerVerdict JudgeAck(const Ack& ack, std::uint16_t command) const;
+  void Note(AnswerVerdict verdict, const ReceivedFrame& frame);
+  void NoteData(tagIPOD_EXCHANGE_RESULT result, const ReceivedFrame& frame);
 
   const tagIPOD_WRITE_PARAMS& request_;
   std::uint16_t expected_;
   const AnswerRule* rule_;
   SentIds sent_ = {};
+  tagIPOD_EXCHANGE noted_ = {};
 };
 
 }  // namespace ipodcomm

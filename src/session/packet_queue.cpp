@@ -12,7 +12,6 @@
 namespace ipodcomm {
 
 namespace {
-constexpr DWORD kWaitMs = 1000;
 constexpr std::uint16_t kNoCommand = 0xFFFF;
 }  // namespace
 
@@ -66,7 +65,7 @@ bool PacketQueue::Append(const tagSERIAL_PACKET& packet) {
   }
 }
 
-bool PacketQueue::Pop(tagSERIAL_PACKET* packet) {
+bool PacketQueue::Pop(tagSERIAL_PACKET* packet, std::uint32_t wait_ms) {
   {
     const LockScope lock(lock_);
     if (PopFront(packet)) {
@@ -74,7 +73,7 @@ bool PacketQueue::Pop(tagSERIAL_PACKET* packet) {
       return true;
     }
   }
-  if (!WaitForEvent(event_, kWaitMs)) return false;
+  if (!WaitForEvent(event_, wait_ms)) return false;
   const LockScope lock(lock_);
   return PopFront(packet);
 }

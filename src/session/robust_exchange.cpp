@@ -8,9 +8,9 @@
 #include "platform/services.h"
 #include "protocol/commands.h"
 #include "protocol/frame.h"
-#include "protocol/transaction_ids.h"
 #include "session/exchange.h"
 #include "session/ipod_requests.h"
+#include "session/keep_going.h"
 #include "session/own_answers.h"
 
 using ipodcomm::FrameBytes;
@@ -33,16 +33,11 @@ void StoreRefusal(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
 }  // namespace
 
 // A refusal is an answer: it is not asked for again. Silence and a damaged answer are.
-tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write,
+tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own,
                                                tagIPOD_READ_PARAMS* read) {
-  OwnAnswers own(write, read->expected_command);
-  for (std::int32_t attempt = 0; attempt < read->retries; ++attempt) {
-    const bool with_id =
-        transaction_id_mode_ != 0 && ipodcomm::MayCarryTransactionId(write.lingo, write.command);
-    std::uint16_t transaction_id = 0;
-    if (Send(write, &transaction_id) != IPOD_COMM_OK) continue;
+  for (std::int32_t attempt = 0; attempt < read->retries && MayGoOn(); ++attempt) {
+    if (!Attempt(write, own)) continue;
     if (write.lingo == ipodcomm::kSimpleRemoteLingo) return IPOD_COMM_OK;
-    if (with_id) own.AddAttempt(transaction_id);
     switch (AwaitOwnAnswer(own, read)) {
       case Verdict::kAnswer:
         return IPOD_COMM_OK;
@@ -55,9 +50,13 @@ tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write
   return IPOD_COMM_RETRIES_EXHAUSTED;
 }
 
+// Whether the host, where it has a say, lets the operation go on.
+bool CIpodComm::MayGoOn() { return keep_going_ == nullptr || keep_going_->Ask(); }
+
+bool CIpodComm::StoppedByHost() const { return keep_going_ != nullptr && keep_going_->stopped(); }
+
 // Reads until the answer has come, or nothing has arrived on the line for a second.
-ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(const OwnAnswers& own,
-                                                  tagIPOD_READ_PARAMS* read) {
+ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(OwnAnswers* own, tagIPOD_READ_PARAMS* read) {
   const DWORD started_ms = GetTickCount();
   tagSERIAL_PACKET packet = {};
   while (static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs &&
@@ -65,7 +64,7 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(const OwnAnswers& own,
     ReceivedFrame frame = ipodcomm::ParseFrame(FrameBytes(packet));
     read->lingo = frame.lingo;
     read->received_command = frame.command;
-    const Verdict verdict = own.Judge(&frame);
+    const Verdict verdict = own->Judge(&frame);
     switch (verdict) {
       case Verdict::kAnswer:
         ipodcomm::StoreData(frame, read);
@@ -88,11 +87,12 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(const OwnAnswers& own,
 // Waits until the line has been silent for a second, however long a frame takes to arrive.
 bool CIpodComm::AwaitPacket(tagSERIAL_PACKET* packet) {
   const DWORD started_ms = GetTickCount();
+  const auto pop = [&](std::uint32_t ms) { return response_.Pop(packet, ms); };
   std::uint32_t bytes_before = 0;
   do {
     bytes_before = serial_.bytes_read_;
-    if (GetNextReadPacket(packet)) return true;
-  } while (serial_.bytes_read_ != bytes_before &&
+    if (ipodcomm::WaitInSlices(keep_going_, ipodcomm::PacketQueue::kWaitMs, pop)) return true;
+  } while (!StoppedByHost() && serial_.bytes_read_ != bytes_before &&
            static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs);
   return false;
 }

@@ -6,6 +6,7 @@
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
 #include "protocol/frame.h"
+#include "session/own_answers.h"
 
 using ipodcomm::LockScope;
 
@@ -56,6 +57,8 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   open_ = other.open_;
   transaction_id_mode_ = other.transaction_id_mode_;
   conduct_ = other.conduct_;
+  last_exchange_ = other.last_exchange_;
+  identify_report_ = other.identify_report_;
   identity_ = other.identity_;
   browsing_ = other.browsing_;
   storage_write_offset_ = other.storage_write_offset_;
@@ -115,7 +118,14 @@ int CIpodComm::SetWindowsHandle(HWND window) {
 
 void CIpodComm::SetLogLevel(int level) { log_level_ = level; }
 
-bool CIpodComm::GetNextReadPacket(tagSERIAL_PACKET* packet) { return response_.Pop(packet); }
+bool CIpodComm::GetNextReadPacket(tagSERIAL_PACKET* packet) {
+  if (!response_.Pop(packet)) return false;
+  if (watched_ != nullptr) {
+    ipodcomm::ReceivedFrame frame = ipodcomm::ParseFrame(ipodcomm::FrameBytes(*packet));
+    watched_->Judge(&frame);
+  }
+  return true;
+}
 
 bool CIpodComm::GetNextNotificationPacket(tagSERIAL_PACKET* packet) {
   return notification_.Pop(packet);

@@ -2,6 +2,7 @@
 // What the robust conduct changes in identification: an iPod that wants an identifier on StartIDPS,
 // and a verdict that needs evidence.
 #include "identify/identification.h"
+#include "support/echoing_line.h"
 
 namespace {
 
@@ -60,6 +61,24 @@ TEST_F(UnderRobustConduct, WhatAnsweredHoldsForTheSession) {
   EXPECT_THAT(sent, Not(Contains(kStartFrame)));
 }
 
+TEST_F(UnderRobustConduct, ARefusalUnderAnIdentifierNobodyAskedForIsARefusal) {
+  Reply(test::kStart, "00 02 00 05 04 38");
+  DockLingoIpod();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame));
+}
+
+TEST_F(UnderRobustConduct, VersionsRefusedUnderIdentifiersNobodyAskedForAreNoVerdictAndNoWait) {
+  session_.SetIDPSEnable(0);
+  Reply(test::kIdentifyGeneralOnly, test::kIdentified);
+  for (const char* lingo : {"00", "03", "04", "09", "0C"}) {
+    Reply(std::string("00 0F ") + lingo, "00 02 00 05 04 0F");
+  }
+  EXPECT_LT(Elapsed([&] { EXPECT_EQ(Identify(), 0); }), 2 * test::kSecond);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
+}
+
 class AnIpodThatTellsNoVersion : public Identification {
  protected:
   AnIpodThatTellsNoVersion() {
@@ -72,12 +91,44 @@ TEST_F(AnIpodThatTellsNoVersion, IsNotCalledTooOldUnderRobustConduct) {
   session_.SetConduct(&IPOD_CONDUCT_ROBUST);
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
-  EXPECT_EQ(DrainDebugOutput().back(), "iPod told no version!\r\n");
+  EXPECT_EQ(DrainDebugOutput().back(), "iPod told too few versions!\r\n");
+}
+
+TEST_F(AnIpodThatTellsNoVersion, IsAskedForOneOnlyUnderRobustConduct) {
+  session_.SetConduct(&IPOD_CONDUCT_ROBUST);
+  EXPECT_LT(Elapsed([&] { Identify(); }), 5 * test::kSecond);
+  EXPECT_THAT(DrainSentOf("00 0F"),
+              ElementsAre("FF 55 03 00 0F 00 EE", "FF 55 03 00 0F 00 EE", "FF 55 03 00 0F 00 EE"));
 }
 
 TEST_F(AnIpodThatTellsNoVersion, IsCalledTooOldByDefault) {
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
+}
+
+TEST_F(UnderRobustConduct, ASilentLingoIsNoVerdict) {
+  session_.SetIDPSEnable(0);
+  Reply(test::kIdentifyGeneralOnly, test::kIdentified);
+  Reply("00 0F 00", "00 10 00 01 09");
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
+}
+
+TEST_F(UnderRobustConduct, ARefusedLingoIsTooOldWhereOthersWereTold) {
+  session_.SetIDPSEnable(0);
+  Reply("00 0F 04", "00 02 04 0F");
+  AcceptLingoes();
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
+}
+
+TEST_F(UnderRobustConduct, VersionsOfAnotherIpodDoNotCount) {
+  CIpodCommPeer::Identity(session_).display_remote = {1, 5};
+  Reply(test::kStart, test::kStartRefused);
+  Ignore("00 0F 03");
+  AcceptLingoes();
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
 }
 
 TEST_F(UnderRobustConduct, AnOldIpodIsTooOldOnceItHasToldAVersion) {
@@ -86,6 +137,102 @@ TEST_F(UnderRobustConduct, AnOldIpodIsTooOldOnceItHasToldAVersion) {
   Reply("00 0F 00", "00 10 00 01 01");
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
+}
+
+// ---- A line that is wired to itself -------------------------------------------------------------
+
+class OwnBytesBack : public Identification {
+ protected:
+  OwnBytesBack() {
+    world_.line().Unplug();
+    world_.line().Plug(line_);
+  }
+  ~OwnBytesBack() override { world_.line().Unplug(); }
+
+  test::EchoingLine line_;
+};
+
+TEST_F(OwnBytesBack, AreNoticedUnderRobustConduct) {
+  session_.SetConduct(&IPOD_CONDUCT_ROBUST);
+  EXPECT_LT(Elapsed([&] { EXPECT_EQ(Identify(), 0); }), 3 * test::kSecond);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_ECHO);
+  EXPECT_EQ(DrainDebugOutput().back(), "Own bytes came back, and no answer!\r\n");
+}
+
+TEST_F(OwnBytesBack, AreNoticedWithoutTokensToo) {
+  session_.SetConduct(&IPOD_CONDUCT_ROBUST);
+  session_.SetIDPSEnable(0);
+  EXPECT_LT(Elapsed([&] { EXPECT_EQ(Identify(), 0); }), 4 * test::kSecond);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_ECHO);
+}
+
+TEST_F(OwnBytesBack, AreCalledAnIpodByDefault) {
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
+}
+
+TEST_F(UnderRobustConduct, AnIpodBehindABridgedLineIsIdentified) {
+  Answer(kStartFrame, std::string(kStartFrame) + " " + Frame(test::kStartTaken));
+  DockTokenIpod();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
+}
+
+// ---- A host that stops --------------------------------------------------------------------------
+
+class StoppedAnyTime : public UnderRobustConduct {
+ protected:
+  // Identifies again and again, each time with a host that wants to stop a little later, until one
+  // comes too late.
+  void ExpectStopsWithinTenthOfASecond() {
+    constexpr std::int64_t kLater = 37 * test::kMillisecond;
+    constexpr std::int64_t kAtOnce = 100 * test::kMillisecond;
+    std::int64_t after_us = 0;
+    int identified = 0;
+    bool stopped = true;
+    while (stopped) {
+      after_us += kLater;
+      session_.SetIDPSEnable(1);
+      stop_us_ = world_.now_us() + after_us;
+      identified =
+          session_.Command_IdentifyDeviceLingos(0, &result_, NotYet, static_cast<void*>(this));
+      const std::int64_t late_us = world_.now_us() - stop_us_;
+      ASSERT_LE(late_us, kAtOnce) << "after " << after_us;
+      stopped = late_us >= 0 && identified == 0;
+      if (stopped) {
+        ASSERT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE) << "after " << after_us;
+      }
+      world_.Advance(500 * test::kMillisecond);
+    }
+    EXPECT_GT(after_us, 1500 * test::kMillisecond) << "every phase was met";
+  }
+
+ private:
+  static bool NotYet(void* context) {
+    const auto* test = static_cast<StoppedAnyTime*>(context);
+    return test->world_.now_us() < test->stop_us_;
+  }
+
+  std::int64_t stop_us_ = 0;
+};
+
+TEST_F(StoppedAnyTime, EndsAtOnceOnASilentLine) { ExpectStopsWithinTenthOfASecond(); }
+
+TEST_F(StoppedAnyTime, EndsTokensAtOnce) {
+  DockTokenIpod();
+  ExpectStopsWithinTenthOfASecond();
+}
+
+TEST_F(StoppedAnyTime, EndsLingoesAtOnce) {
+  DockLingoIpod();
+  ExpectStopsWithinTenthOfASecond();
+}
+
+TEST_F(UnderRobustConduct, AStoppedStartIsNotLogged) {
+  stop_at_ = 5;  // in the wait for the answer
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_THAT(test::DrainTraceLog(), ::testing::IsEmpty());
+  EXPECT_EQ(CIpodCommPeer::TransactionIdMode(session_), 0);
 }
 
 }  // namespace

@@ -49,8 +49,7 @@ TEST_P(LastExchange, WasRefusedWithTheStatusOfAnAckInPlaceOfData) {
   unsigned char major = 0;
   EXPECT_EQ(session_.Command_RequestLingoProtocolVersion(3, &major, nullptr), 0);
   EXPECT_EQ(Last().result, IPOD_EXCHANGE_REFUSED);
-  // The default conduct keeps the status only where the answer awaited is no longer than an ACK's.
-  EXPECT_EQ(Last().status, GetParam().robust != 0 ? 4 : 0);
+  EXPECT_EQ(Last().status, 4);
 }
 
 TEST_P(LastExchange, WasUnanswered) {
@@ -58,6 +57,39 @@ TEST_P(LastExchange, WasUnanswered) {
   EXPECT_EQ(Last().result, IPOD_EXCHANGE_UNANSWERED);
   EXPECT_EQ(Last().status, 0);
   EXPECT_EQ(Last().command, 0x002C);
+  EXPECT_EQ(Last().attempts, 3U);
+}
+
+TEST_P(LastExchange, WasDamaged) {
+  Answer("FF 55 04 04 00 18 05 DB", "FF 55 06 04 00 19 00 00 3C A1");
+  unsigned long count = 0;
+  session_.Command_GetNumberCategorizedDBRecords(5, &count);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_DAMAGED);
+  EXPECT_EQ(Last().argument, 5);
+  EXPECT_EQ(Last().data_bytes, 3);
+  EXPECT_EQ(Last().data[2], 0x3C);
+}
+
+TEST_P(LastExchange, BroughtItsOwnBytesBack) {
+  TurnOnTransactionIds(0x0102);
+  for (const char* frame :
+       {"FF 55 05 04 00 2C 01 02 C8", "FF 55 05 04 00 2C 01 03 C7", "FF 55 05 04 00 2C 01 04 C6"}) {
+    Answer(frame, frame);
+  }
+  EXPECT_EQ(session_.Command_GetShuffle(nullptr), 0);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_ECHOED);
+  EXPECT_EQ(Last().carried_id, 1);
+}
+
+TEST_P(LastExchange, WasAnsweredThoughItsOwnBytesCameBackToo) {
+  Answer("FF 55 03 04 00 2C CD", "FF 55 03 04 00 2C CD FF 55 04 04 00 2D 01 CA");
+  EXPECT_EQ(session_.Command_GetShuffle(nullptr), 1);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_ANSWERED);
+}
+
+TEST_P(LastExchange, LeavesTheSimpleRemoteOut) {
+  EXPECT_EQ(session_.Command_SimplePlayControl(1), IPOD_COMM_OK);
+  EXPECT_EQ(Last().result, IPOD_EXCHANGE_NONE);
 }
 
 }  // namespace

@@ -16,6 +16,9 @@ namespace ipodcomm {
 /// of them when memory is out, and shares the event.
 class PacketQueue {
  public:
+  /// The ordinary wait for a packet.
+  static constexpr std::uint32_t kWaitMs = 1000;
+
   /// Creates the lock, then the event.
   PacketQueue();
   PacketQueue(const PacketQueue& other);
@@ -30,8 +33,8 @@ class PacketQueue {
   void Clear();
   /// False, and the packet is dropped, when memory is out.
   bool Append(const tagSERIAL_PACKET& packet);
-  /// Copies and removes the front packet, waiting up to 1000 ms for one.
-  bool Pop(tagSERIAL_PACKET* packet);
+  /// Copies and removes the front packet, waiting for one.
+  bool Pop(tagSERIAL_PACKET* packet, std::uint32_t wait_ms = kWaitMs);
   /// Command of the front packet, waiting up to 1000 ms for one; 0xFFFF when there is none.
   std::uint16_t PeekCommand();
 

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// The host's say in an operation that takes seconds.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+namespace ipodcomm {
+
+/// The callback by which a host stops an operation. Once it has said no it is not asked again.
+class KeepGoing {
+ public:
+  /// @param ask optional; called with `context`, false stops
+  KeepGoing(bool (*ask)(void* context), void* context) : ask_(ask), context_(context) {}
+
+  /// Asks. False once the host has said stop.
+  bool Ask() {
+    if (!stopped_ && ask_ != nullptr) stopped_ = !ask_(context_);
+    return !stopped_;
+  }
+  bool stopped() const { return stopped_; }
+  /// Whether there is anybody to ask.
+  bool asks() const { return ask_ != nullptr; }
+
+ private:
+  bool (*ask_)(void* context);
+  void* context_;
+  bool stopped_ = false;
+};
+
+/// Waits by `wait(ms)`, which returns true when what it waits for has come. Where there is a host
+/// that may say stop (null: none) it is asked before each slice of 50 ms, and a no ends the wait:
+/// with a frame written in between it takes effect within 100 ms.
+template <class Wait>
+bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
+  constexpr std::uint32_t kSliceMs = 50;
+  if (host == nullptr) return wait(ms);
+  while (ms != 0 && host->Ask()) {
+    const std::uint32_t slice_ms = std::min(ms, kSliceMs);
+    if (wait(slice_ms)) return true;
+    ms -= slice_ms;
+  }
+  return false;
+}
+
+}  // namespace ipodcomm
