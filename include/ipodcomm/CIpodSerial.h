@@ -13,6 +13,7 @@
 #include "ipodcomm/detail/Lifeline.h"
 #include "ipodcomm/detail/LinePace.h"
 #include "ipodcomm/detail/Lock.h"
+#include "ipodcomm/detail/QuietPause.h"
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
@@ -116,6 +117,10 @@ class IPODCOMM_API CIpodSerial {
   void ClosePort();
   static long FailOpen(const wchar_t* message);
 
+  // Pace (line_io.cpp)
+  void ChoosePace(const tagIPOD_CONDUCT& conduct);
+  long WriteFrame(const unsigned char* data, unsigned long length);
+
   // Read thread (read_thread.cpp, and driver_restart.cpp for its end)
   bool BeginReading();
   unsigned long ReadTurn();
@@ -143,6 +148,7 @@ class IPODCOMM_API CIpodSerial {
   mutable ipodcomm::Lock state_lock_;                  // guards the two flags and the queue
   ipodcomm::Shared<HANDLE> driver_ = INVALID_HANDLE_VALUE;  // as ActivateDevice returned it
   ipodcomm::LinePace pace_;
+  ipodcomm::QuietPause quiet_pause_;  // the read thread's, where the conduct lets it grow
   ipodcomm::Shared<std::int32_t> byte_wise_ = 0;    // the driver does not tell what it holds
   ipodcomm::Shared<std::uint32_t> bytes_read_ = 0;  // since construction
   ipodcomm::Lock port_lock_;  // held around every read of the thread and every packet written

@@ -92,7 +92,8 @@ struct tagIPOD_CONDUCT {
   std::uint32_t empty_read_pause_ms;   ///< after a read that brought nothing
   std::uint32_t failed_read_pause_ms;  ///< after a read that failed
   /// What empty_read_pause_ms grows to while the line is quiet, an eighth of the quiet so far; it
-  /// goes back with the first byte or write. What is below empty_read_pause_ms counts as that.
+  /// goes back with the first byte, and with a write at once. What is below empty_read_pause_ms
+  /// counts as that.
   std::uint32_t quiet_read_pause_ms;
   std::uint32_t bytes_per_read;  ///< 1 to 1024
   /// Non-zero ends the pause after the sync byte once the iPod has answered, until the next Open.

@@ -25,9 +25,21 @@ void PrintWriteError() { NKDbgPrintfW(L"Error %d writing serial port\n", GetLast
 
 }  // namespace
 
+// The pause is ready before it is asked for.
+void CIpodSerial::ChoosePace(const tagIPOD_CONDUCT& conduct) {
+  if (conduct.quiet_read_pause_ms > conduct.empty_read_pause_ms) quiet_pause_.Prepare();
+  pace_.Choose(conduct);
+}
+
 long CIpodSerial::WritePacket(unsigned char* data, unsigned long length) {
   if (port_ == INVALID_HANDLE_VALUE) return ERROR_INVALID_HANDLE;
   if (length == 0) return ERROR_INSUFFICIENT_BUFFER;
+  const long code = WriteFrame(data, length);
+  if (pace_.pause_grows()) quiet_pause_.End();
+  return code;
+}
+
+long CIpodSerial::WriteFrame(const unsigned char* data, unsigned long length) {
   const LockScope lock(port_lock_);
   pace_.FrameWritten();
   // The sync byte goes out alone and the iPod's receiver wakes up on it.

@@ -32,6 +32,7 @@ CIpodSerial::CIpodSerial(const CIpodSerial& other, const LifelineHold& /*source_
       staging_(other.staging_),
       driver_(other.driver_),
       pace_(other.pace_),
+      quiet_pause_(other.quiet_pause_),
       status_(other.status_),
       window_(other.window_),
       packet_type_(other.packet_type_),
@@ -56,6 +57,7 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
   }
   staging_ = other.staging_;
   driver_ = other.driver_;
+  quiet_pause_ = other.quiet_pause_;
   pace_ = other.pace_;
   status_ = other.status_;
   window_ = other.window_;
@@ -66,6 +68,8 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
 }
 
 CIpodSerial::~CIpodSerial() {
+  lifeline_->Close();
+  if (pace_.pause_grows()) quiet_pause_.End();
   lifeline_->End();
   window_ = nullptr;
   state_lock_.Delete();

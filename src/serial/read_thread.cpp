@@ -64,19 +64,27 @@ bool CIpodSerial::BeginReading() {
 }
 
 // By default one byte at a time with a pause after each: deliberate, though it limits the read
-// rate. Returns the pause that follows, in milliseconds.
+// rate. Returns the pause that follows, in milliseconds. A pause that grows is taken here, inside
+// the lifeline: its event is the object's.
 unsigned long CIpodSerial::ReadTurn() {
   unsigned char bytes[kMostBytesPerRead];
   DWORD read = 0;
+  DWORD quiet_ms = 0;
   bool told = true;
   {
     const LockScope lock(port_lock_);
     const DWORD wanted = BytesToRead(&told);
-    if (wanted == 0) return pace_.PauseAfterNothing();
-    if (ReadFile(port_, bytes, wanted, &read, nullptr) == FALSE) return pace_.PauseAfterFailure();
+    if (wanted != 0 && ReadFile(port_, bytes, wanted, &read, nullptr) == FALSE) {
+      return pace_.PauseAfterFailure();
+    }
+    if (read == 0) quiet_ms = pace_.PauseAfterNothing();
   }
   if (!told) ReadByteWise();
-  if (read == 0) return pace_.PauseAfterNothing();
+  if (read == 0) {
+    if (!pace_.pause_grows()) return quiet_ms;
+    quiet_pause_.Take(quiet_ms);
+    return 0;
+  }
   bytes_read_.fetch_add(static_cast<std::uint32_t>(read));
   for (DWORD i = 0; i < read; ++i) FeedAssembler(bytes[i]);
   return pace_.PauseAfterBytes();

@@ -24,7 +24,7 @@ bool IsSensible(const tagIPOD_CONDUCT& conduct) {
 int CIpodComm::SetConduct(const tagIPOD_CONDUCT* conduct) {
   if (conduct == nullptr || !IsSensible(*conduct)) return 0;
   conduct_ = *conduct;
-  serial_.pace_.Choose(conduct_);
+  serial_.ChoosePace(conduct_);
   return 1;
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The pauses on the line under the fast conduct: what the port is asked, and when. What the default
 // conduct does stands in read_thread_test.cpp and writing_test.cpp.
+#include <algorithm>
+#include <memory>
+
 #include "serial_test.h"
 
 namespace {
@@ -8,17 +11,21 @@ namespace {
 using test::kMillisecond;
 using test::kSecond;
 using test::SerialTest;
+using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Ge;
 using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::SizeIs;
 
 constexpr char kAckFrame[] = "FF 55 04 00 02 00 37 C3";
 
 class FastPace : public SerialTest {
  protected:
   FastPace() {
-    CIpodSerialPeer::Pace(serial_).Choose(IPOD_CONDUCT_FAST);
+    CIpodSerialPeer::ChoosePace(serial_, IPOD_CONDUCT_FAST);
     OpenForPackets();
     test::DrainTraceLog();
   }
@@ -63,20 +70,94 @@ TEST_F(FastPace, DoesNotReadASilentLine) {
   EXPECT_THAT(CallsDuring(100 * kMillisecond, {"ReadFile"}).text(), IsEmpty());
 }
 
+// Each pause is an eighth of the quiet before it: 1 ms for 15 ms, then 2 ms up to 24 ms, and so on.
 TEST_F(FastPace, LooksLessOftenTheLongerTheLineIsQuiet) {
-  world_.Advance(kSecond);
-  EXPECT_THAT(CallsDuring(160 * kMillisecond, {"Sleep"}).text(), Each("Sleep(16)"));
   ReceiveAFrame();
   ipod_.Send({0x00});
-  EXPECT_EQ(CallsDuring(20 * kMillisecond, {"Sleep"}).text().back(), "Sleep(1)");
+  const auto pauses = CallsDuring(300 * kMillisecond, {"WaitForSingleObject"}).text();
+  std::vector<int> lengths;
+  for (const std::string& call : pauses) {
+    lengths.push_back(std::stoi(call.substr(call.find(' ') + 1)));
+  }
+  ASSERT_GT(lengths.size(), 30U);
+  EXPECT_TRUE(std::is_sorted(lengths.begin() + 1, lengths.end()));
+  EXPECT_EQ(lengths[1], 1);
+  EXPECT_EQ(lengths.back(), 16);
 }
 
+// The pause that is being taken ends, whenever the frame is written.
 TEST_F(FastPace, LooksOftenAgainOnceAFrameIsWritten) {
   ReceiveAFrame();
+  for (int phase_ms = 0; phase_ms < 20; ++phase_ms) {
+    SCOPED_TRACE(phase_ms);
+    world_.Advance(kSecond + phase_ms * kMillisecond);
+    CallsOfWriting(kAckFrame);
+    EXPECT_THAT(CallsDuring(8 * kMillisecond, {"WaitForSingleObject"}).text(),
+                AllOf(SizeIs(Ge(8)), Each("WaitForSingleObject(event2, 1)")));
+  }
+}
+
+// Whatever the read thread is doing: it never holds the line while it waits.
+TEST_F(FastPace, AWriteNeverWaitsForARead) {
+  ReceiveAFrame();
+  test::Bytes frame = test::Hex(kAckFrame);
+  for (int phase = 0; phase < 200; ++phase) {
+    SCOPED_TRACE(phase);
+    if (phase % 4 == 0) ipod_.Send(test::Hex(kAckFrame));
+    world_.Advance(phase % 40 * 137);
+    EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.WritePacket(frame.data(), frame.size()), 0); }), 0);
+  }
+}
+
+// From the last byte's arrival: a pause of 1 ms may be in progress.
+TEST_F(FastPace, AnAnswerOnAQuietLineIsThereAMillisecondLater) {
+  constexpr std::int64_t kRequestUs = 8 * 10'000'000LL / 57600 + 1;
+  constexpr std::int64_t kIpodUs = 8 * kMillisecond;
+  ReceiveAFrame();
+  Answer(kAckFrame, kAckFrame, kIpodUs);
+  test::Bytes frame = test::Hex(kAckFrame);
+  for (int phase = 0; phase < 100; ++phase) {
+    SCOPED_TRACE(phase);
+    world_.Advance(kSecond + phase * 173);
+    DrainPackets();
+    const std::int64_t taken = Elapsed([&] {
+      EXPECT_EQ(serial_.WritePacket(frame.data(), frame.size()), 0);
+      tagSERIAL_PACKET packet = {};
+      EXPECT_TRUE(serial_.GetNextPacket(&packet, 1000));
+    });
+    EXPECT_GE(taken, kRequestUs + kIpodUs + kRequestUs);
+    EXPECT_LE(taken, kRequestUs + kIpodUs + kRequestUs + kMillisecond);
+  }
+}
+
+TEST_F(FastPace, DestructionDoesNotWaitForThePause) {
+  auto serial = std::make_unique<CIpodSerial>();
+  serial_.Close();
+  world_.Advance(2 * kSecond);
+  CIpodSerialPeer::ChoosePace(*serial, IPOD_CONDUCT_FAST);
+  EXPECT_EQ(serial->Open(true), 0);
   world_.Advance(kSecond);
-  CallsOfWriting(kAckFrame);
-  world_.Advance(16 * kMillisecond);
-  EXPECT_THAT(CallsDuring(8 * kMillisecond, {"Sleep"}).text(), Contains("Sleep(1)"));
+  EXPECT_LE(Elapsed([&] { serial.reset(); }), kMillisecond);
+}
+
+TEST_F(FastPace, WithoutMemoryForItsEventAPauseLastsItsTime) {
+  serial_.Close();
+  world_.Advance(2 * kSecond);
+  CIpodSerial serial;
+  world_.FailOnce("CreateEventW", 1, 8);
+  CIpodSerialPeer::ChoosePace(serial, IPOD_CONDUCT_FAST);
+  EXPECT_EQ(serial.Open(true), 0);
+  world_.Advance(kSecond);
+  world_.Record({"Sleep"});
+  world_.Advance(160 * kMillisecond);
+  EXPECT_THAT(world_.DrainCalls().Of("read 2").text(), Each("Sleep(16)"));
+}
+
+TEST_F(FastPace, TheDefaultPauseIsASleepAgainOnceItIsChosen) {
+  CIpodSerialPeer::ChoosePace(serial_, IPOD_CONDUCT_FIELD);
+  world_.Advance(20 * kMillisecond);
+  const auto calls = CallsDuring(100 * kMillisecond, {"Sleep", "WaitForSingleObject"}).text();
+  EXPECT_THAT(calls, AllOf(Not(IsEmpty()), Each("Sleep(2)")));
 }
 
 TEST_F(FastPace, SendsTheSyncByteAloneUntilTheIpodHasAnswered) {

@@ -12,7 +12,9 @@
 struct CIpodSerialPeer {
   static auto& Assembler(CIpodSerial& serial) { return serial.assembler_; }
   static auto& Driver(CIpodSerial& serial) { return serial.driver_; }
-  static auto& Pace(CIpodSerial& serial) { return serial.pace_; }
+  static void ChoosePace(CIpodSerial& serial, const tagIPOD_CONDUCT& conduct) {
+    serial.ChoosePace(conduct);
+  }
   static auto& Port(CIpodSerial& serial) { return serial.port_; }
   static auto& PacketEvent(CIpodSerial& serial) { return serial.packet_event_; }
   static auto& PacketType(CIpodSerial& serial) { return serial.packet_type_; }

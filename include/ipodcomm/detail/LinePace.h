@@ -21,10 +21,14 @@ class LinePace {
   /// The most bytes that one read asks for.
   std::uint32_t bytes_per_read() const { return bytes_per_read_; }
 
-  /// The pauses after a read that brought something, nothing, or failed. The read thread's.
+  /// The pauses after a read that brought something, nothing, or failed. The read thread's, the
+  /// second within the lock that FrameWritten is called in.
   std::uint32_t PauseAfterBytes();
   std::uint32_t PauseAfterNothing();
   std::uint32_t PauseAfterFailure() const { return failed_read_pause_ms_; }
+
+  /// Whether the pause after nothing grows, so that it is worth while to end one.
+  bool pause_grows() const { return quiet_read_pause_ms_ > empty_read_pause_ms_; }
 
   /// A port was opened: whether the iPod listens is not known yet.
   void PortOpened();

@@ -41,7 +41,7 @@ class Lock : public Object {
     thread.CountLock(-1);
     if (--depth_ > 0) return true;
     owner_ = 0;
-    free_.notify_one();
+    if (waiting_ > 0) free_.notify_one();
     return KeepUnlessUnused();
   }
 
@@ -68,7 +68,8 @@ class Lock : public Object {
 };
 
 // Locks are named by a handle too, so that a copy of the bytes is the same lock and a deleted one
-// is known. They have a table of their own; CloseHandle does not know them.
+// is known. They have a table of their own, with nothing else in it; CloseHandle does not know
+// them.
 HandleTable& Locks() {
   static auto* const locks = new HandleTable;
   return *locks;
@@ -79,7 +80,7 @@ HandleTable& Locks() {
 const HANDLE shared_lock = Locks().Add(std::make_shared<Lock>());
 
 std::shared_ptr<Lock> FindLock(const CRITICAL_SECTION* section) {
-  return Locks().FindAs<Lock>(section->impl);
+  return std::static_pointer_cast<Lock>(Locks().Find(section->impl));
 }
 
 class Event : public Closable {
