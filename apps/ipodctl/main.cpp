@@ -50,14 +50,22 @@ int RunOnDock(const Options& options, Output& output) {
   return status != kSuccess ? status : mistakes;
 }
 
+void BeginCapture(const std::string& file, std::FILE* output) {
+  if (file.empty()) return;
+  const std::string reason = CaptureLine(file, output);
+  if (!reason.empty())
+    throw CommandFailure(kCannotCreate, "cannot record to " + file + ": " + reason);
+}
+
 int Run(const Options& options) {
   SetVerbose(options.verbose);
   if (options.verbose) SetEnvironment("IPODCOMM_DEBUG", "1");
   const StdoutGuard guard(options.verbose ? StdoutGuard::Others::kToStandardError
                                           : StdoutGuard::Others::kDropped);
-  Output output(guard.stream(), options.json);
+  Output output(options.capture == "-" ? stderr : guard.stream(), options.json);
   CatchInterrupts();
   try {
+    BeginCapture(options.capture, guard.stream());
     const int status =
         options.command == "report" ? RunReport(options, output) : RunOnDock(options, output);
     if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");

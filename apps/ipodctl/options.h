@@ -39,6 +39,7 @@ struct Options {
   bool legacy = false;  // through the legacy interface
   std::string conduct;  // "field", "robust" or "fast"; empty: robust on a port, else fast
   std::string model;
+  std::string capture;  // file to record the line in; "-": standard output; empty: none
 
   // What is shown.
   bool json = false;

@@ -38,6 +38,7 @@ constexpr const char* kProgramFooter =
     "  64  wrong arguments\n"
     "  65  a workout document is damaged; its page shows what it holds\n"
     "  66  a file is missing or malformed\n"
+    "  73  the file of a recording cannot be made\n"
     "  130  interrupted before the command was done\n"
     "\n"
     "Data goes to standard output, everything else to standard error.\n"
@@ -94,6 +95,9 @@ void CommandLineParser::AddGlobalOptions() {
                   "port); fast: and at the speed of the line (with --simulated)")
       ->check(CLI::IsMember({"field", "robust", "fast"}))
       ->option_text("NAME");
+  app_.add_option("--capture", options_.capture,
+                  "Record the line, for Wireshark (-: on standard output)")
+      ->option_text("FILE");
   port_option_->excludes(simulated_option_);
 }
 

@@ -17,6 +17,7 @@ enum ExitStatus : int {
   kUsage = 64,           // wrong arguments
   kDamaged = 65,         // a document ends early or is malformed; what it holds was shown
   kInputFile = 66,       // a named file is missing or malformed
+  kCannotCreate = 73,    // the file of a recording cannot be made
   kInterrupted = 130,    // stopped by Ctrl-C before the command was done
 };
 

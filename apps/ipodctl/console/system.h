@@ -30,6 +30,10 @@ constexpr long kUnknownReason = -1;
 /// that starts with "cannot open DEVICE: ".
 std::string WhyNotOpened(const std::string& device, long code);
 
+/// Makes the library record its line in `file`; "-" stands for what `output` leads to.
+/// @return why it cannot, the rest of a sentence; empty when it can
+std::string CaptureLine(const std::string& file, std::FILE* output);
+
 /// Redirects standard output: the program writes to stream(), and what anything else writes to
 /// standard output (the library's trace lines) is dropped or, on request, sent to standard error.
 class StdoutGuard {

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include "console/system.h"
@@ -77,6 +78,16 @@ std::string WhyNotOpened(const std::string& device, long code) {
   if (code == kAccessDenied) return "it is in use; close the other program that has it open";
   return "it does not work as a serial line (code " + std::to_string(code) +
          "); name the dock's with --port";
+}
+
+// Reached through the descriptor's own name, standard output may be anything that can be written.
+std::string CaptureLine(const std::string& file, std::FILE* output) {
+  const std::string path = file == "-" ? "/dev/fd/" + std::to_string(::fileno(output)) : file;
+  const int made = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  if (made < 0) return std::strerror(errno);
+  ::close(made);
+  SetEnvironment("IPODCOMM_CAPTURE", path);
+  return {};
 }
 
 StdoutGuard::StdoutGuard(Others others) {

@@ -45,6 +45,10 @@ int TerminalColumns(std::FILE* stream) {
 
 void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
 
+std::string CaptureLine(const std::string& /*file*/, std::FILE* /*output*/) {
+  return "on this system the line cannot be recorded";
+}
+
 std::string PortDevice() { return "COM2"; }
 
 bool ChoosePortDevice(const std::string& device) {

@@ -116,6 +116,7 @@ std::shared_ptr<Port> Port::Open(const std::string& device, DWORD* code) {
     *code = ERROR_NOT_ENOUGH_MEMORY;
     return nullptr;
   }
+  port->recorder_ = RecorderOfEnvironment(device, port->line_.get());
   // A device that takes no line settings is not a serial port, or one without its hardware.
   if (port->SetSettings(DefaultSettings()) != ERROR_SUCCESS) {
     *code = ERROR_FILE_NOT_FOUND;
@@ -139,6 +140,7 @@ void Port::Close() {
   Raise(closing_.get());
   unused_.wait(lock, [this] { return users_ == 0; });
   if (!line_.is_open()) return;
+  recorder_ = nullptr;
   if (exclusive_) ioctl(line_.get(), TIOCNXCL);
   line_.Close();
 }
@@ -158,6 +160,7 @@ DWORD Port::SetSettings(const DCB& settings) {
   if (!ApplySettings(settings, &line)) return ERROR_INVALID_PARAMETER;
   if (tcsetattr(line_.get(), TCSANOW, &line) != 0) return ERROR_GEN_FAILURE;
   SetControlLines(settings);
+  if (recorder_ != nullptr) recorder_->Configured(settings);
   const std::lock_guard lock(mutex_);
   settings_ = settings;
   return ERROR_SUCCESS;
@@ -264,7 +267,12 @@ DWORD Port::ReadUntil(void* buffer, DWORD count, DWORD* read, const COMMTIMEOUTS
         return ERROR_SUCCESS;
     }
     const ssize_t received = ::read(line_.get(), bytes + *read, count - *read);
-    if (received > 0) *read += static_cast<DWORD>(received);
+    if (received > 0) {
+      if (recorder_ != nullptr) {
+        recorder_->Received(bytes + *read, static_cast<std::size_t>(received));
+      }
+      *read += static_cast<DWORD>(received);
+    }
     // A terminal that has been hung up reads as empty for ever.
     if (received == 0 || (received < 0 && !WouldBlock(errno))) return ERROR_GEN_FAILURE;
   }
@@ -283,8 +291,12 @@ DWORD Port::Write(const void* data, DWORD count, DWORD* written) {
   }
   const auto* const bytes = static_cast<const char*>(data);
   while (*written < count) {
+    const capture::Nanoseconds began = recorder_ != nullptr ? PortRecorder::Now() : 0;
     const ssize_t sent = ::write(line_.get(), bytes + *written, count - *written);
     if (sent >= 0) {
+      if (recorder_ != nullptr) {
+        recorder_->Sent(bytes + *written, static_cast<std::size_t>(sent), began);
+      }
       *written += static_cast<DWORD>(sent);
       continue;
     }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/posix/objects.h"
+#include "platform/posix/port_recorder.h"
 #include "platform/posix/thread_state.h"
 #include "platform/services.h"
 
@@ -40,7 +41,7 @@ class Port : public Closable {
   /// Null on failure, with the code in `*code`.
   static std::shared_ptr<Port> Open(const std::string& device, DWORD* code);
 
-  explicit Port(Descriptor line, bool exclusive);
+  Port(Descriptor line, bool exclusive);
   ~Port() override;
 
   /// Ends what is in progress, waits until that has left, and frees the device for others.
@@ -69,9 +70,10 @@ class Port : public Closable {
 
   Descriptor line_;
   const bool exclusive_;
-  Descriptor closing_;       // becomes readable, for good, when the port is closed
-  Descriptor mask_changed_;  // becomes readable when a wait in progress is to end
-  std::mutex mutex_;         // guards what follows
+  std::unique_ptr<PortRecorder> recorder_;  // null unless the line is recorded
+  Descriptor closing_;                      // becomes readable, for good, when the port is closed
+  Descriptor mask_changed_;                 // becomes readable when a wait in progress is to end
+  std::mutex mutex_;                        // guards what follows
   std::condition_variable unused_;
   int users_ = 0;
   bool closed_ = false;
