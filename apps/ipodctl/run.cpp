@@ -32,18 +32,10 @@ struct OwnSessionCommand {
 };
 
 constexpr Command<Session> kCommands[] = {
-    {"info", RunInfo, false},
-    {"browse", RunBrowse, true},
-    {"play", RunPlay, true},
-    {"pause", RunPlayControl, true},
-    {"stop", RunPlayControl, true},
-    {"next", RunPlayControl, true},
-    {"previous", RunPlayControl, true},
-    {"seek", RunSeek, true},
-    {"now", RunNow, true},
-    {"shuffle", RunShuffle, true},
-    {"repeat", RunRepeat, true},
-    {"prefs", RunPrefs, false},
+    {"info", RunInfo, false},         {"browse", RunBrowse, true},    {"play", RunPlay, true},
+    {"pause", RunPlayControl, true},  {"stop", RunPlayControl, true}, {"next", RunSkip, true},
+    {"previous", RunSkip, true},      {"seek", RunSeek, true},        {"now", RunNow, true},
+    {"shuffle", RunShuffle, true},    {"repeat", RunRepeat, true},    {"prefs", RunPrefs, false},
     {"userdata", RunUserdata, false},
 };
 constexpr OwnSessionCommand kOwnSessionCommands[] = {

@@ -43,6 +43,7 @@ class Tour {
   std::vector<std::string> ShowList(MediaLibrary& library, const LibraryWalk& walk);
   void Play(Session& session, LibraryWalk& walk);
   void Control(Session& session);
+  void Show(Session& session, NowPlaying now);
   void Shuffle(Session& session);
 
   const Context& context_;
@@ -135,7 +136,7 @@ std::vector<std::string> Tour::ShowList(MediaLibrary& library, const LibraryWalk
     library.ReadNames(walk.category(), 0, count, [&](unsigned long, const std::string& name) {
       names.push_back(name);
       bar.Hide();
-      if (names.size() <= kShownNames) output_.Line("  " + Printable(name));
+      if (names.size() <= kShownNames) output_.Line("  " + ShownName(name));
       bar.Update(names.size());
       return true;
     });
@@ -149,9 +150,7 @@ std::vector<std::string> Tour::ShowList(MediaLibrary& library, const LibraryWalk
 
 void Tour::Play(Session& session, LibraryWalk& walk) {
   Step("Play the first track, and follow it by notifications");
-  walk.PlayTrack(0);
-  const NowPlaying now = WaitForState(session, kPlaying);
-  session.Require(now.state == kPlaying, "play the track");
+  PlayListed(session, {0, walk.NameOf(0)});
   PlaybackView view(output_, kPlainLineEverySeconds);
   unsigned positions = 0;
   Follower follower(session, [&](const char* event, const NowPlaying& playing) {
@@ -164,16 +163,15 @@ void Tour::Play(Session& session, LibraryWalk& walk) {
 
 void Tour::Control(Session& session) {
   Step("Pause");
-  session.Require(session.ipod().Command_PlayControl(kPauseButton) != 0, "pause");
-  const NowPlaying paused = WaitForState(session, kPaused);
-  session.Require(paused.state == kPaused, "pause");
-  ShowNowPlaying(output_, paused);
+  Show(session, PressFor(session, kPauseButton, kPaused, "pause"));
   Step("Skip to the next track");
-  session.Require(session.ipod().Command_PlayControl(kPlayButton) != 0, "play on");
-  session.Require(session.ipod().Command_PlayControl(kNextButton) != 0, "skip");
-  const NowPlaying next = WaitForState(session, kPlaying);
-  session.Require(next.index && next.index != paused.index, "skip");
-  ShowNowPlaying(output_, next);
+  PressFor(session, kPlayButton, kPlaying, "play on");
+  Show(session, Skip(session, true));
+}
+
+void Tour::Show(Session& session, NowPlaying now) {
+  ReadTexts(session, &now);
+  ShowNowPlaying(output_, now);
 }
 
 void Tour::Shuffle(Session& session) {

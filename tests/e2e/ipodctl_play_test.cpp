@@ -92,7 +92,8 @@ TEST(IpodctlPlay, WindsForwardAndBack) {
   const Ended refused = idle->Wait();
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(refused.out, "");
-  EXPECT_EQ(refused.err, "ipodctl: the iPod refused to wind; nothing may be playing.\n");
+  EXPECT_EQ(refused.err,
+            "ipodctl: the iPod refused to wind back (status 1, command failed); it is stopped.\n");
 }
 
 TEST(IpodctlModes, SetAndReadShuffleRepeatAndPreferences) {
@@ -124,6 +125,62 @@ TEST(IpodctlModes, SetAndReadShuffleRepeatAndPreferences) {
     EXPECT_TRUE(all.contains(name)) << name;
   }
   EXPECT_EQ(shuffle_dock.mistakes() + repeat_dock.mistakes() + prefs_dock.mistakes(), "");
+}
+
+// ---- What is true instead -----------------------------------------------------------------------
+
+// An iPod that is told each thing once through a line of its own; all of them run at once.
+TEST(IpodctlPlay, RefusalTellsTheStatusAndWhatTheIpodDoes) {
+  const std::pair<const char*, const char*> refusals[] = {
+      {"pause", "the iPod refused to pause (status 1, command failed); it is stopped"},
+      {"next", "the iPod refused to skip (status 1, command failed); it is stopped"},
+      {"previous", "the iPod refused to skip back (status 1, command failed); it is stopped"},
+  };
+  std::vector<std::unique_ptr<DockedIpod>> docks;
+  std::vector<std::unique_ptr<Process>> runs;
+  for (const auto& [command, sentence] : refusals) {
+    docks.push_back(std::make_unique<DockedIpod>());
+    runs.push_back(docks.back()->Start({command}));
+  }
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    const Ended ended = runs[i]->Wait();
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.err, std::string("ipodctl: ") + refusals[i].second + ".\n");
+  }
+}
+
+TEST(IpodctlPlay, ModeThatIsRefusedIsNotShownAsSet) {
+  ipodsim::Settings settings = SettingsOf(ipodsim::Profile::kNano);
+  settings.refused[{0x04, 0x2E}] = ipodsim::AckStatus::kFailed;
+  const DockedIpod dock(settings);
+  const Ended ended = dock.Ipodctl({"shuffle", "albums"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_EQ(ended.err,
+            "ipodctl: the iPod refused to set shuffle to albums (status 1, command failed); it is "
+            "off.\n");
+}
+
+TEST(IpodctlPlay, TrackThatNoSelectionPlaysIsRefused) {
+  ipodsim::Settings settings = SettingsOf(ipodsim::Profile::kNano);
+  settings.refuses_select_record = true;
+  settings.refused[{0x04, 0x38}] = ipodsim::AckStatus::kUnknown;
+  const DockedIpod dock(settings);
+  const Ended ended = dock.Ipodctl({"play", "tracks", "Arches"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.err,
+            "ipodctl: the iPod refused to play track 1, 'Arches' (status 4, unknown to it); it is "
+            "stopped.\n");
+}
+
+TEST(IpodctlPlay, VideoFlagThatIsRefusedIsLeftOut) {
+  ipodsim::Settings settings = SettingsOf(ipodsim::Profile::kNano);
+  settings.refused[{0x03, 0x12}] = ipodsim::AckStatus::kUnknown;
+  const DockedIpod dock(settings);
+  const Ended ended = dock.Ipodctl({"play", "tracks", "@0", "--json"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(json::parse(ended.out).at("title"), "Arches");
+  EXPECT_FALSE(json::parse(ended.out).contains("video"));
 }
 
 // The library prints a trace line on standard output whenever a track is started.

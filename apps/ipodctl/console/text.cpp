@@ -113,6 +113,11 @@ std::string Printable(const std::string& utf8) {
   return printable;
 }
 
+std::string ShownName(const std::string& utf8) {
+  const bool blank = utf8.find_first_not_of(' ') == std::string::npos;
+  return blank ? "(no name)" : Printable(utf8);
+}
+
 bool SameName(const std::string& left, const std::string& right) {
   return Folded(left) == Folded(right);
 }

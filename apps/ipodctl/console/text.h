@@ -13,6 +13,8 @@ std::string Utf8(const wchar_t* text);
 std::wstring Wide(const std::string& utf8);
 /// UTF-8 with control characters replaced: a name from the iPod must not steer the terminal.
 std::string Printable(const std::string& utf8);
+/// The same of a name, and "(no name)" for a blank one.
+std::string ShownName(const std::string& utf8);
 /// Whether two names are equal but for the case of their Latin letters.
 bool SameName(const std::string& left, const std::string& right);
 /// Whether `part` occurs in `whole`, in any case.

@@ -2,10 +2,12 @@
 // Opens, identifies, and explains what failed.
 #include "ipod/session.h"
 
+#include "console/clock.h"
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
+#include "ipod/refusal.h"
 
 namespace ipodctl {
 
@@ -13,6 +15,7 @@ namespace {
 
 constexpr unsigned char kGeneralLingo = 0x00;
 constexpr int kLowPower = 0;
+constexpr std::size_t kLongestAnswer = 1024;
 
 tagIPOD_CONDUCT ConductOf(const Options& options) {
   if (options.conduct == "field") return IPOD_CONDUCT_FIELD;
@@ -74,10 +77,54 @@ std::string Session::IdentifiedBy() const {
   return identified_ == IPOD_IDENTIFY_RESULT_IDPS ? "tokens" : "lingoes";
 }
 
+std::optional<std::vector<unsigned char>> Session::Exchange(const tagIPOD_WRITE_PARAMS& command,
+                                                            std::uint16_t answer, int attempts) {
+  std::vector<unsigned char> data(kLongestAnswer);
+  tagIPOD_WRITE_PARAMS request = command;
+  tagIPOD_READ_PARAMS read = {};
+  read.expected_command = answer;
+  read.buffer = data.data();
+  read.size = static_cast<std::int32_t>(data.size());
+  read.retries = attempts;
+  ipod_.WriteReadCommand(&request, &read);
+  if (Last().result != IPOD_EXCHANGE_ANSWERED) return std::nullopt;
+  data.resize(read.stored);
+  return data;
+}
+
+// A command that is answered within a second was sent once. The answers to one that was sent again
+// come before that to another question asked now.
+bool Session::Do(const std::function<int()>& operation) {
+  constexpr std::chrono::seconds kOneAttempt(1);
+  const auto start = SteadyTime();
+  const bool succeeded = operation() != 0;
+  const bool numbered = identified_ == IPOD_IDENTIFY_RESULT_IDPS;
+  if (succeeded && !numbered && SteadyTime() - start >= kOneAttempt) {
+    Note("letting late answers go by");
+    RequireAnswers();
+  }
+  return succeeded;
+}
+
+tagIPOD_EXCHANGE Session::Last() {
+  tagIPOD_EXCHANGE last = {};
+  ipod_.GetLastExchange(&last);
+  return last;
+}
+
 void Session::Require(bool succeeded, const std::string& what) {
-  if (succeeded) return;
+  if (!succeeded) Fail(Last(), what);
+}
+
+void Session::Fail(const tagIPOD_EXCHANGE& exchange, const std::string& what) {
+  StopIfInterrupted();
+  if (exchange.result == IPOD_EXCHANGE_REFUSED) {
+    throw CommandFailure(kFailed, Refusal(what, exchange.status));
+  }
   RequireAnswers();
-  throw CommandFailure(kFailed, "the iPod refused to " + what);
+  throw CommandFailure(kFailed, exchange.result == IPOD_EXCHANGE_UNANSWERED
+                                    ? "the iPod did not answer when asked to " + what
+                                    : "the iPod answered, but did not " + what);
 }
 
 void Session::RequireAnswers() {
@@ -85,9 +132,10 @@ void Session::RequireAnswers() {
   if (!Answers()) dock_.FailToReachIpod();
 }
 
-// Any iPod answers this request; one that does not is gone.
+// An iPod that does not know the question refuses it, and so is there.
 bool Session::Answers() {
-  return ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr) != 0;
+  return ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr) != 0 ||
+         WasRefused();
 }
 
 }  // namespace ipodctl

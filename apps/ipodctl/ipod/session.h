@@ -2,7 +2,11 @@
 // A session with the docked iPod: opened, identified, and with failures that say what to do.
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "ipod/dock_line.h"
 #include "ipodcomm/CIpodComm.h"
@@ -30,13 +34,33 @@ class Session {
   /// How the iPod accepted the accessory: "tokens" or "lingoes".
   std::string IdentifiedBy() const;
 
-  /// Throws a CommandFailure unless `succeeded`.
-  /// @param what the rest of "the iPod refused to ..."
+  /// Exchanges any command, where no operation of the library does.
+  /// @param attempts 1 for a command that must not be carried out twice
+  /// @return the answer's data; none when the iPod refused or stayed silent (see Last)
+  std::optional<std::vector<unsigned char>> Exchange(const tagIPOD_WRITE_PARAMS& command,
+                                                     std::uint16_t answer, int attempts = 3);
+  /// Runs an operation of the library, and lets answers that are late by then go by. Without
+  /// transaction identifiers they would be taken for those to the next question of the same kind.
+  bool Do(const std::function<int()>& operation);
+  /// What came of the command sent last.
+  tagIPOD_EXCHANGE Last();
+  bool WasRefused() { return Last().result == IPOD_EXCHANGE_REFUSED; }
+
+  /// Throws a CommandFailure unless `succeeded`: with the status when the iPod refused the command
+  /// sent last, and otherwise when it no longer answers at all, or not to this.
+  /// @param what the rest of "the iPod refused to ..."; what follows a ';' is advice
   void Require(bool succeeded, const std::string& what);
+  /// The failure of a command that was answered by `exchange`. Throws always.
+  [[noreturn]] void Fail(const tagIPOD_EXCHANGE& exchange, const std::string& what);
   /// Throws a CommandFailure when the iPod no longer answers at all.
   void RequireAnswers();
   /// Whether there is still an iPod.
   bool Answers();
+
+  /// Whether it is of use to ask what a track can do. An iPod that has refused once is not asked
+  /// again.
+  bool tells_track_info() const { return tells_track_info_; }
+  void NoteNoTrackInfo() { tells_track_info_ = false; }
 
  private:
   void FailIdentification();
@@ -45,6 +69,7 @@ class Session {
   const DockLine& dock_;
   CIpodComm ipod_;
   tagIPOD_IDENTIFY_RESULT identified_ = IPOD_IDENTIFY_RESULT_NONE;
+  bool tells_track_info_ = true;
 };
 
 }  // namespace ipodctl

@@ -56,7 +56,7 @@ void ShowRecords(const Options& options, Output& output, MediaLibrary& library,
                       json["records"].push_back({{"index", index}, {"name", name}});
                       bar.Hide();
                       output.Line("  " + std::string(width - std::min(width, number.size()), ' ') +
-                                  number + "  " + Printable(name));
+                                  number + "  " + ShownName(name));
                       bar.Update(index - from + 1);
                       return true;
                     });

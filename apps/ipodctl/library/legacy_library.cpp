@@ -26,17 +26,21 @@ bool LegacyLibrary::PlayTrack(unsigned long index) {
   return Select(index, kTracks, &ignored_count);
 }
 
+std::string LegacyLibrary::ReadName(unsigned char category, unsigned long index) {
+  session_.interface().setcategory(category);
+  DisplayText name;
+  if (session_.interface().getnextcategorizeddbrecord(name.buffer(), DisplayText::kCapacity,
+                                                      index) == 0) {
+    session_.RequireAnswers();
+  }
+  return name.text();
+}
+
 void LegacyLibrary::ReadNames(unsigned char category, unsigned long from, unsigned long count,
                               const std::function<bool(unsigned long, const std::string&)>& take) {
-  session_.interface().setcategory(category);
   for (unsigned long index = from; index < from + count; ++index) {
     StopIfInterrupted();
-    DisplayText name;
-    if (session_.interface().getnextcategorizeddbrecord(name.buffer(), DisplayText::kCapacity,
-                                                        index) == 0) {
-      session_.RequireAnswers();
-    }
-    if (!take(index, name.text())) return;
+    if (!take(index, ReadName(category, index))) return;
   }
 }
 

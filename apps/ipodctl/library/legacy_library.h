@@ -13,7 +13,8 @@ class LegacyLibrary : public MediaLibrary {
 
   bool SelectTop(unsigned char category, unsigned char hierarchy, unsigned long* count) override;
   bool Select(unsigned long index, unsigned char next, unsigned long* count) override;
-  bool PlayTrack(unsigned long index) override;
+  bool PlayTrack(unsigned long index);
+  std::string ReadName(unsigned char category, unsigned long index) override;
   /// A name that is too long for the interface comes out empty.
   void ReadNames(unsigned char category, unsigned long from, unsigned long count,
                  const std::function<bool(unsigned long, const std::string&)>& take) override;

@@ -16,12 +16,13 @@ class MediaLibrary {
   virtual bool SelectTop(unsigned char category, unsigned char hierarchy, unsigned long* count) = 0;
   /// Selects a record of the category entered last and goes on to `next`.
   virtual bool Select(unsigned long index, unsigned char next, unsigned long* count) = 0;
-  /// Plays a track of the list of tracks entered last.
-  virtual bool PlayTrack(unsigned long index) = 0;
-
-  /// Reads the names of `count` records from `from` on and passes each on as soon as it is read.
-  /// Throws a CommandFailure when one cannot be read, or when interrupted.
-  /// @param take gets a record's index and name; false ends the reading
+  /// Reads the name of one record of the category entered last.
+  virtual std::string ReadName(unsigned char category, unsigned long index) = 0;
+  /// Reads the names of `count` records from `from` on, asked for together where the interface can,
+  /// and passes each on as soon as it is read. Throws a CommandFailure when one cannot be read, or
+  /// when interrupted.
+  /// @param take gets a record's index and name; false ends the reading, at the end of what was
+  ///   asked for together
   virtual void ReadNames(unsigned char category, unsigned long from, unsigned long count,
                          const std::function<bool(unsigned long, const std::string&)>& take) = 0;
 

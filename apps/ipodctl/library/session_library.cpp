@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Selects records; streams their names, and reads again one by one what got lost on the way.
+// Selects records, counts them until the count can be believed, and streams their names.
 #include "library/session_library.h"
 
-#include <algorithm>
 #include <vector>
 
+#include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "console/verbose_log.h"
@@ -14,66 +14,102 @@ namespace ipodctl {
 
 namespace {
 
-// All names of a request must be read before the next request, so this is also how much is read
-// after a hit or an interrupt: about half a second.
-constexpr unsigned long kPortion = 16;
-constexpr std::size_t kNameCapacity = 512;
+constexpr std::size_t kNameCapacity = 1024;    // no frame carries a longer one
+constexpr unsigned long kMostRecords = 50000;  // of a category; no iPod held more
 
-std::vector<std::string> StreamPortion(Session& session, unsigned char category, unsigned long from,
-                                       unsigned long count) {
-  std::vector<std::string> names;
-  CIpodComm& ipod = session.ipod();
-  ipod.Command_RetrieveCategorizedDatabaseRecords(from, count, category);
-  wchar_t name[kNameCapacity] = {};
-  while (names.size() < count && ipod.GetNextCategorizedRecord(name, kNameCapacity) != 0) {
-    names.push_back(Utf8(name));
+// The names of one request, as they come.
+class NameStream {
+ public:
+  NameStream(Session& session, unsigned char category, unsigned long from, unsigned long count)
+      : ipod_(session.ipod()), next_(from), end_(from + count) {
+    ipod_.Command_RetrieveCategorizedDatabaseRecords(from, count, category);
   }
-  return names;
-}
 
-// Streamed names come without their index: when one is missing, none of them can be trusted.
-std::vector<std::string> ReadOneByOne(Session& session, unsigned char category, unsigned long from,
-                                      unsigned long count) {
-  std::vector<std::string> names;
-  for (unsigned long index = from; index < from + count; ++index) {
-    StopIfInterrupted();
-    wchar_t name[kNameCapacity] = {};
-    const bool read = session.ipod().Command_RetrieveCategorizedDatabaseRecord(
-                          name, kNameCapacity, index, category) != 0;
-    session.Require(read, "name " + std::string(CategoryByCode(category).singular) + " " +
-                              std::to_string(index));
-    names.push_back(Utf8(name));
+  /// False at the end, and when the next record does not come.
+  bool Read(std::string* name) {
+    wchar_t text[kNameCapacity] = {};
+    unsigned long index = 0;
+    if (next_ == end_ || ipod_.GetNextCategorizedRecord(&index, text, kNameCapacity) == 0) {
+      return false;
+    }
+    if (index != next_) {
+      Note("names got lost on the line; asking for them again");
+      while (ipod_.GetNextCategorizedRecord(&index, text, kNameCapacity) != 0) StopIfInterrupted();
+      return false;
+    }
+    ++next_;
+    *name = Utf8(text);
+    return true;
   }
-  return names;
-}
+
+  unsigned long next() const { return next_; }
+
+ private:
+  CIpodComm& ipod_;
+  unsigned long next_;
+  unsigned long end_;
+};
 
 }  // namespace
 
 bool SessionLibrary::SelectTop(unsigned char category, unsigned char hierarchy,
                                unsigned long* count) {
-  return session_.ipod().SelectTop(category, count, hierarchy) != 0;
+  if (!session_.Do([&] { return session_.ipod().SelectTop(category, count, hierarchy); })) {
+    return false;
+  }
+  return *count <= kMostRecords || Confirm(category, count);
 }
 
 bool SessionLibrary::Select(unsigned long index, unsigned char next, unsigned long* count) {
-  return session_.ipod().Select(next, count, index) != 0;
+  if (!session_.Do([&] { return session_.ipod().Select(next, count, index); })) return false;
+  // A record with nothing inside is not impossible, but rare.
+  const bool doubtful = *count > kMostRecords || *count == 0;
+  return !doubtful || Confirm(next, count);
 }
 
-bool SessionLibrary::PlayTrack(unsigned long index) {
-  return session_.ipod().Select(kTracks, index) != 0;
+bool SessionLibrary::Count(unsigned char category, unsigned long* count) {
+  return session_.Do(
+      [&] { return session_.ipod().Command_GetNumberCategorizedDBRecords(category, count); });
+}
+
+// Believes a doubtful count once it has been told twice running.
+bool SessionLibrary::Confirm(unsigned char category, unsigned long* count) {
+  constexpr int kAttempts = 3;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    const unsigned long before = *count;
+    if (!Count(category, count)) return false;
+    if (*count == before) return true;
+  }
+  throw CommandFailure(kFailed, std::string("the iPod counts its ") +
+                                    CategoryByCode(category).name +
+                                    " differently each time it is asked");
+}
+
+std::string SessionLibrary::ReadName(unsigned char category, unsigned long index) {
+  wchar_t name[kNameCapacity] = {};
+  const bool read = session_.ipod().Command_RetrieveCategorizedDatabaseRecord(name, kNameCapacity,
+                                                                              index, category) != 0;
+  session_.Require(
+      read, "name " + std::string(CategoryByCode(category).singular) + " " + std::to_string(index));
+  return Utf8(name);
 }
 
 void SessionLibrary::ReadNames(unsigned char category, unsigned long from, unsigned long count,
                                const std::function<bool(unsigned long, const std::string&)>& take) {
-  for (unsigned long done = 0; done < count;) {
-    StopIfInterrupted();
-    const unsigned long portion = std::min(kPortion, count - done);
-    std::vector<std::string> names = StreamPortion(session_, category, from + done, portion);
-    if (names.size() < portion) {
-      Note("names got lost on the line; reading them again one by one");
-      names = ReadOneByOne(session_, category, from + done, portion);
+  const unsigned long end = from + count;
+  bool wanted = true;
+  for (unsigned long next = from; wanted && next < end;) {
+    NameStream stream(session_, category, next, end - next);
+    const unsigned long first = next;
+    for (std::string name; stream.Read(&name); next = stream.next()) {
+      StopIfInterrupted();
+      // The rest of what was asked for has to come before anything else is asked.
+      if (wanted) wanted = take(next, name);
     }
-    for (const std::string& name : names) {
-      if (!take(from + done++, name)) return;
+    // One that does not come in a stream may come alone, or tell why it does not.
+    if (wanted && next == first) {
+      wanted = take(next, ReadName(category, next));
+      ++next;
     }
   }
 }

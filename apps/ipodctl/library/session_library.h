@@ -13,14 +13,15 @@ class SessionLibrary : public MediaLibrary {
 
   bool SelectTop(unsigned char category, unsigned char hierarchy, unsigned long* count) override;
   bool Select(unsigned long index, unsigned char next, unsigned long* count) override;
-  bool PlayTrack(unsigned long index) override;
-  /// The line is slow (some 30 names a second), so the names come in portions and a caller that has
-  /// found what it wants stops after the current one.
+  std::string ReadName(unsigned char category, unsigned long index) override;
   void ReadNames(unsigned char category, unsigned long from, unsigned long count,
                  const std::function<bool(unsigned long, const std::string&)>& take) override;
   void Require(bool succeeded, const std::string& what) override;
 
  private:
+  bool Count(unsigned char category, unsigned long* count);
+  bool Confirm(unsigned char category, unsigned long* count);
+
   Session& session_;
 };
 

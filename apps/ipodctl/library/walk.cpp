@@ -16,6 +16,8 @@ namespace ipodctl {
 namespace {
 
 constexpr std::size_t kShownCandidates = 4;
+constexpr unsigned long kFirstPortion = 16;
+constexpr unsigned long kLargestPortion = 512;
 
 std::optional<unsigned long> NumberOf(const std::string& step) {
   unsigned long number = 0;
@@ -30,17 +32,17 @@ std::string Quoted(const std::string& name) { return "'" + Printable(name) + "'"
 
 // Records that might be meant: those of the same name but for case, and those it is a part of.
 struct Candidates {
-  std::vector<unsigned long> same;
-  std::vector<unsigned long> partial;
+  std::vector<ListedRecord> same;
+  std::vector<ListedRecord> partial;
   std::string partial_names;
 
-  void Consider(unsigned long index, const std::string& name, const std::string& wanted) {
-    if (SameName(name, wanted)) same.push_back(index);
-    if (!Contains(name, wanted)) return;
-    partial.push_back(index);
+  void Consider(const ListedRecord& record, const std::string& wanted) {
+    if (SameName(record.name, wanted)) same.push_back(record);
+    if (!Contains(record.name, wanted)) return;
+    partial.push_back(record);
     if (partial.size() > kShownCandidates) return;
-    partial_names +=
-        (partial.size() == 1 ? "" : ", ") + Quoted(name) + " (@" + std::to_string(index) + ")";
+    partial_names += (partial.size() == 1 ? "" : ", ") + Quoted(record.name) + " (@" +
+                     std::to_string(record.index) + ")";
   }
 };
 
@@ -66,29 +68,41 @@ void LibraryWalk::EnterRecord(unsigned long index, unsigned char next) {
   category_ = next;
 }
 
-unsigned long LibraryWalk::Find(const std::string& step) {
+unsigned long LibraryWalk::Find(const std::string& step, std::string* name) {
   const std::optional<unsigned long> number = NumberOf(step);
-  if (!number) return FindByName(step);
+  if (!number) {
+    const ListedRecord found = FindByName(step);
+    if (name != nullptr) *name = found.name;
+    return found.index;
+  }
   if (*number >= count_) {
     throw CommandFailure(kFailed, std::string("there is no ") + CategoryByCode(category_).singular +
                                       " " + step + " here, only " + Counted(count_, "record") +
                                       " counted from @0");
   }
+  if (name != nullptr) *name = NameOf(*number);
   return *number;
 }
 
-unsigned long LibraryWalk::FindByName(const std::string& name) {
+// What was asked for together is read to its end, so a search asks for little at first, and then
+// for as much again as it has seen.
+ListedRecord LibraryWalk::FindByName(const std::string& name) {
   const Category& category = CategoryByCode(category_);
-  std::optional<unsigned long> exact;
+  std::optional<ListedRecord> exact;
   Candidates candidates;
   {
     ProgressBar bar(std::string("Searching ") + category.name, count_);
-    library_.ReadNames(category_, 0, count_, [&](unsigned long index, const std::string& found) {
-      bar.Update(index + 1);
-      if (found == name) exact = index;
-      candidates.Consider(index, found, name);
-      return !exact;
-    });
+    unsigned long portion = kFirstPortion;
+    for (unsigned long from = 0; from < count_ && !exact; from += portion) {
+      if (from != 0) portion = std::min(from, kLargestPortion);
+      library_.ReadNames(category_, from, std::min(portion, count_ - from),
+                         [&](unsigned long index, const std::string& found) {
+                           bar.Update(index + 1);
+                           if (found == name) exact = ListedRecord{index, found};
+                           candidates.Consider({index, found}, name);
+                           return !exact;
+                         });
+    }
   }
   if (exact) return *exact;
   if (candidates.same.size() == 1) return candidates.same.front();
@@ -103,10 +117,6 @@ unsigned long LibraryWalk::FindByName(const std::string& name) {
           Counted(static_cast<unsigned long>(candidates.partial.size()), category.singular) + ": " +
           candidates.partial_names + (candidates.partial.size() > kShownCandidates ? " ..." : "") +
           "; name one in full or by its number");
-}
-
-void LibraryWalk::PlayTrack(unsigned long index) {
-  library_.Require(library_.PlayTrack(index), "play track " + std::to_string(index));
 }
 
 void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
@@ -126,22 +136,24 @@ void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
   }
 }
 
-void PlayPath(LibraryWalk& walk, const std::vector<std::string>& path) {
+ListedRecord FindTrack(LibraryWalk& walk, const std::vector<std::string>& path) {
   const unsigned char top = CategoryByName(path.front())->code;
   walk.EnterTop(path.size() == 1 ? kTracks : top);
-  unsigned long track = 0;
+  std::string name_or_number = "@0";
   for (std::size_t i = 1; i < path.size(); ++i) {
     const bool last = i + 1 == path.size();
     if (walk.category() != kTracks) {
       walk.EnterRecord(path[i], last ? kTracks : CategoryByCode(walk.category()).next);
     } else if (last) {
-      track = walk.Find(path[i]);
+      name_or_number = path[i];
     } else {
       throw CommandFailure(kUsage, Quoted(path[i]) + " is a track, and nothing can follow it");
     }
   }
   if (walk.count() == 0) throw CommandFailure(kFailed, "there are no tracks to play here");
-  walk.PlayTrack(track);
+  ListedRecord track;
+  track.index = walk.Find(name_or_number, &track.name);
+  return track;
 }
 
 }  // namespace ipodctl

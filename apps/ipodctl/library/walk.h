@@ -9,6 +9,12 @@
 
 namespace ipodctl {
 
+/// A record of the list that a walk has led to.
+struct ListedRecord {
+  unsigned long index = 0;
+  std::string name;
+};
+
 class LibraryWalk {
  public:
   /// @param hierarchy 0 the iPod's own, 1 audio, 2 video
@@ -23,16 +29,17 @@ class LibraryWalk {
 
   /// The record that `step` names in the current list. Throws a CommandFailure when there is none,
   /// or more than one.
-  unsigned long Find(const std::string& step);
+  /// @param name optional; the record's name
+  unsigned long Find(const std::string& step, std::string* name = nullptr);
 
-  /// Starts a track of the current list, which must be one of tracks.
-  void PlayTrack(unsigned long index);
+  /// The name of a record of the current list.
+  std::string NameOf(unsigned long index) { return library_.ReadName(category_, index); }
 
   unsigned char category() const { return category_; }
   unsigned long count() const { return count_; }
 
  private:
-  unsigned long FindByName(const std::string& name);
+  ListedRecord FindByName(const std::string& name);
 
   MediaLibrary& library_;
   unsigned char hierarchy_;
@@ -45,8 +52,8 @@ class LibraryWalk {
 void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
               const std::string& last_category);
 
-/// Plays what a path leads to: a track and the list around it, or all the tracks inside the last
-/// record from the first one on.
-void PlayPath(LibraryWalk& walk, const std::vector<std::string>& path);
+/// Walks to the list of tracks that a path leads to. @return the track to play there: the one that
+/// the path names, or the list's first one
+ListedRecord FindTrack(LibraryWalk& walk, const std::vector<std::string>& path);
 
 }  // namespace ipodctl

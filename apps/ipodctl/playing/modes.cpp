@@ -3,7 +3,11 @@
 #include "playing/modes.h"
 
 #include <array>
+#include <functional>
 #include <nlohmann/json.hpp>
+
+#include "console/failure.h"
+#include "ipodcomm/ipod.h"
 
 namespace ipodctl {
 
@@ -23,6 +27,16 @@ unsigned char NumberOf(const ModeNames& names, const std::string& name) {
   return number;
 }
 
+// Fails unless the mode is the one that was set; what the iPod answered says less.
+void RequireMode(Session& session, bool accepted, const std::string& what,
+                 const std::string& wanted, const std::function<std::string(Session&)>& read) {
+  const tagIPOD_EXCHANGE exchange = session.Last();
+  const std::string mode = read(session);
+  if (mode == wanted) return;
+  if (!accepted) session.Fail(exchange, "set " + what + " to " + wanted + "; it is " + mode);
+  throw CommandFailure(kFailed, "the iPod accepted, but " + what + " is " + mode);
+}
+
 void ShowMode(Output& output, const char* name, const char* label, const std::string& mode) {
   output.Object({{name, mode}});
   output.Line(std::string(label) + ": " + mode);
@@ -32,36 +46,30 @@ void ShowMode(Output& output, const char* name, const char* label, const std::st
 
 std::string ReadShuffle(Session& session) {
   unsigned long mode = 0;
-  session.Require(session.ipod().Command_GetShuffle(&mode) != 0, "tell whether it shuffles");
+  session.Require(session.Do([&] { return session.ipod().Command_GetShuffle(&mode); }),
+                  "tell whether it shuffles");
   return NameOf(kShuffleModes, mode);
 }
 
 void SetShuffle(Session& session, const std::string& mode, bool keep) {
-  session.Require(
-      session.ipod().Command_SetShuffle(NumberOf(kShuffleModes, mode), keep ? 1 : 0) != 0,
-      "set shuffle to " + mode);
+  const bool accepted =
+      session.ipod().Command_SetShuffle(NumberOf(kShuffleModes, mode), keep ? 1 : 0) != 0;
+  RequireMode(session, accepted && !session.WasRefused(), "shuffle", mode, ReadShuffle);
 }
 
 // The library has no operation that reads the repeat mode, but exchanges any command.
 std::string ReadRepeat(Session& session) {
-  constexpr std::uint8_t kExtendedLingo = 4;
-  unsigned char mode = 0;
-  tagIPOD_WRITE_PARAMS request = {};
-  request.lingo = kExtendedLingo;
-  request.command = 0x002F;
-  tagIPOD_READ_PARAMS answer = {};
-  answer.expected_command = 0x0030;
-  answer.buffer = &mode;
-  answer.size = 1;
-  answer.retries = 3;
-  session.Require(session.ipod().WriteReadCommand(&request, &answer) == IPOD_COMM_OK,
-                  "tell whether it repeats");
-  return NameOf(kRepeatModes, mode);
+  const tagIPOD_WRITE_PARAMS request = {ipod::IPOD_COMMAND_GETREPEAT, ipod::IPOD_LINGO_EXTENDED,
+                                        nullptr, 0};
+  const auto mode = session.Exchange(request, ipod::IPOD_COMMAND_RETURNREPEAT);
+  session.Require(mode && !mode->empty(), "tell whether it repeats");
+  return NameOf(kRepeatModes, mode->front());
 }
 
 void SetRepeat(Session& session, const std::string& mode, bool keep) {
-  session.Require(session.ipod().Command_SetRepeat(NumberOf(kRepeatModes, mode), keep ? 0 : 1) != 0,
-                  "set repeat to " + mode);
+  const bool accepted =
+      session.ipod().Command_SetRepeat(NumberOf(kRepeatModes, mode), keep ? 0 : 1) != 0;
+  RequireMode(session, accepted && !session.WasRefused(), "repeat", mode, ReadRepeat);
 }
 
 void RunShuffle(const Context& context, Session& session) {

@@ -11,6 +11,7 @@ namespace ipodctl {
 
 /// @return "off", "tracks" or "albums"
 std::string ReadShuffle(Session& session);
+/// Throws a CommandFailure when it has not come true.
 /// @param keep whether it also holds after the iPod is taken out of the dock
 void SetShuffle(Session& session, const std::string& mode, bool keep);
 

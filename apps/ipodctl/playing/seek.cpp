@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // ipodctl seek: winds for a while.
+#include "console/clock.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "playing/control.h"
@@ -7,19 +8,49 @@
 
 namespace ipodctl {
 
+namespace {
+
+double MsSince(std::chrono::microseconds start) {
+  return std::chrono::duration<double, std::milli>(SteadyTime() - start).count();
+}
+
+// Whether the player got further than time alone would have taken it.
+bool HasWound(const NowPlaying& before, const NowPlaying& now, bool forward, double passed_ms) {
+  if (now.index != before.index) return now.index.has_value();
+  if (!forward) return now.position_ms < before.position_ms;
+  return static_cast<double>(now.position_ms - before.position_ms) > 1.5 * passed_ms;
+}
+
+}  // namespace
+
 void RunSeek(const Context& context, Session& session) {
   const bool forward = context.options.forward;
-  CIpodComm& ipod = session.ipod();
-  session.Require(ipod.Command_PlayControl(forward ? kForwardButton : kBackButton) != 0,
-                  "wind; nothing may be playing");
+  const unsigned char winding = forward ? kWindingForward : kWindingBack;
+  const std::string what = forward ? "wind forward" : "wind back";
+  const NowPlaying before = LookAtPlayer(session);
+  const auto start = SteadyTime();
+  const Press press = PressButton(session, forward ? kForwardButton : kBackButton);
+  const bool seen_winding = !press.refused() && LookAtPlayer(session).state == winding;
+  if (!press.accepted && !seen_winding) {
+    FailPress(session, press, what, LookAtPlayer(session));
+  }
   {
     StatusLine status;
     status.Show(forward ? "Winding forward ..." : "Winding back ...");
-    PauseMs(static_cast<unsigned>(context.options.seek_seconds * 1000));
+    const double left_ms = context.options.seek_seconds * 1000 - MsSince(start);
+    PauseMs(left_ms > 0 ? static_cast<unsigned>(left_ms) : 0);
   }
   // Also after Ctrl-C: otherwise the iPod goes on winding.
-  session.Require(ipod.Command_PlayControl(kEndWindingButton) != 0, "end winding");
-  ShowNowPlaying(context.output, ReadNowPlaying(session));
+  const Press end = PressButton(session, kEndWindingButton);
+  NowPlaying now = AwaitPlayer(session, [](const NowPlaying& seen) {
+    return seen.state == kStopped || seen.state == kPlaying || seen.state == kPaused;
+  });
+  if (now.state == winding) FailPress(session, end, "end winding", now);
+  if (!seen_winding && !HasWound(before, now, forward, MsSince(start))) {
+    FailPress(session, press, what, now);
+  }
+  ReadTexts(session, &now);
+  ShowNowPlaying(context.output, now);
 }
 
 }  // namespace ipodctl

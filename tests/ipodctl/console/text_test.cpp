@@ -33,6 +33,12 @@ TEST(Text, KeepsNamesFromSteeringTheTerminal) {
             "e");
 }
 
+TEST(Text, SaysWhereANameIsBlank) {
+  EXPECT_EQ(ShownName(""), "(no name)");
+  EXPECT_EQ(ShownName("  "), "(no name)");
+  EXPECT_EQ(ShownName("a\x07"), "a\xEF\xBF\xBD");
+}
+
 TEST(Text, ComparesNamesInAnyCase) {
   EXPECT_TRUE(SameName("The Hum", "tHE hUM"));
   EXPECT_FALSE(SameName("The Hum", "The Hu"));
