@@ -50,7 +50,7 @@ SimulatedIpod::Device::Device(Settings given)
   reader.on_problem = [this](FramingProblem problem, const std::string& detail) {
     link.Report(MistakeOf(problem), detail);
   };
-  DrawUnplug();
+  DrawCountdown();
 }
 
 void SimulatedIpod::Device::OnFrame(const Frame& frame) {
@@ -65,13 +65,14 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
               Describe(frame, request.identifier.has_value()));
   }
   if (!traits.answers) return;
-  link.BeginRequest();
+  link.BeginRequest(request);
   if (request.rule == nullptr) {
     link.Report(MistakeKind::kUnknownCommand, std::string(LingoName(frame.lingo)) + " " +
                                                   CommandName(frame.lingo, frame.command));
     link.Acknowledge(request, AckStatus::kUnknown);
     return;
   }
+  if (IsUnheard(request)) return;
   if (!CheckSize(request)) return;
   order.NoticeFrame(request);
   if (carries && !request.identifier) order.NoticeMissingIdentifier(request);
@@ -88,10 +89,7 @@ void SimulatedIpod::Device::OnFrame(const Frame& frame) {
   if (!order.Check(request)) return;
   if (IsStoppedByFault(request)) return;
   Serve(request);
-
-  if (settings.faults.Has(Fault::kUnplug) && --frames_until_unplug_ == 0) {
-    Unplug(link.now() + settings.faults.unplugged_for);
-  }
+  CountDown();
 }
 
 // Moves the transaction identifier, if there is one, from the data to its place; says whether there
@@ -109,6 +107,14 @@ bool SimulatedIpod::Device::ParseIdentifier(Request* request) {
     request->data.erase(request->data.begin(), request->data.begin() + 2);
   }
   return expected;
+}
+
+// An iPod that wants identifiers does not hear the questions with which a session begins without
+// one. What else comes so it refuses, under an identifier that nobody gave it.
+bool SimulatedIpod::Device::IsUnheard(const Request& request) const {
+  if (!traits.wants_identifiers || request.identifier || link.identifiers_on()) return false;
+  return request.lingo == kGeneral && (request.command == general::kStartIdps ||
+                                       request.command == general::kRequestLingoProtocolVersion);
 }
 
 bool SimulatedIpod::Device::CheckSize(const Request& request) {
@@ -136,6 +142,12 @@ bool SimulatedIpod::Device::IsStoppedByFault(const Request& request) {
   const bool answered = request.rule->nature == CommandNature::kRequest ||
                         request.rule->nature == CommandNature::kRequestWithout;
   if (!answered) return false;
+  if (traits.wants_identifiers && !link.identifiers_on() && !starts) {
+    Request numbered = request;
+    numbered.identifier = 0;
+    link.Acknowledge(numbered, AckStatus::kBadParameter);
+    return true;
+  }
   if (dice.Strikes(Fault::kPendingAcks)) link.AcknowledgePending(request);
   if (!IsRefused(request)) return false;
   storage.NoticeRefusal(request);
@@ -180,8 +192,8 @@ void SimulatedIpod::Device::Serve(const Request& request) {
 }
 
 void SimulatedIpod::Device::Advance(Microseconds now) {
-  if (HasCome(replug_at_, now)) {
-    link.SetNow(*replug_at_);
+  if (HasCome(awake_at_, now)) {
+    link.SetNow(*awake_at_);
     Replug();
   }
   for (auto timeout = questions.NextTimeout(); HasCome(timeout, now);
@@ -193,7 +205,7 @@ void SimulatedIpod::Device::Advance(Microseconds now) {
 }
 
 std::optional<Microseconds> SimulatedIpod::Device::NextEvent() const {
-  if (!plugged) return replug_at_;
+  if (!awake()) return awake_at_;
   std::optional<Microseconds> next = link.NextDue();
   for (const auto time : {notifications.NextEvent(), questions.NextTimeout()}) {
     if (IsEarlier(time, next)) next = time;
@@ -209,8 +221,20 @@ void SimulatedIpod::Device::Finish() {
 
 void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   plugged = false;
-  replug_at_ = until;
-  link.Note(TraceLine::Direction::kNote, "unplugged");
+  awake_at_ = until;
+  Forget("unplugged");
+  if (player.state() != PlayerState::kStopped) player.Control(PlayControl::kPause, link.now());
+}
+
+void SimulatedIpod::Device::Restart(Microseconds until) {
+  restarting_ = true;
+  awake_at_ = until;
+  Forget("restarts");
+  player.Control(PlayControl::kStop, link.now());
+}
+
+void SimulatedIpod::Device::Forget(const char* why) {
+  link.Note(TraceLine::Direction::kNote, why);
   link.Clear();
   reader.Reset();
   questions.Forget();
@@ -223,20 +247,38 @@ void SimulatedIpod::Device::Unplug(std::optional<Microseconds> until) {
   remotes.Forget();
   display.Forget();
   storage.Forget();
-  if (player.state() != PlayerState::kStopped) player.Control(PlayControl::kPause, link.now());
 }
 
 void SimulatedIpod::Device::Replug() {
+  link.Note(TraceLine::Direction::kNote, plugged ? "is up again" : "plugged in");
   plugged = true;
-  replug_at_.reset();
-  link.Note(TraceLine::Direction::kNote, "plugged in");
-  DrawUnplug();
+  restarting_ = false;
+  awake_at_.reset();
+  DrawCountdown();
 }
 
-void SimulatedIpod::Device::DrawUnplug() {
+// The cable is pulled, the iPod restarts or the line goes dead behind the frame for which it is
+// planned, or once the drawn number of frames has come.
+void SimulatedIpod::Device::CountDown() {
+  FaultDice& dice = link.dice();
+  const bool drawn = frames_left_ > 0 && --frames_left_ == 0;
+  const auto strikes = [&](Fault fault) {
+    return (drawn && settings.faults.Has(fault)) || dice.IsPlanned(fault);
+  };
+  const Microseconds back = link.now() + settings.faults.unplugged_for;
+  if (strikes(Fault::kHangUp)) {
+    Unplug(std::nullopt);
+  } else if (strikes(Fault::kUnplug)) {
+    Unplug(back);
+  } else if (strikes(Fault::kRestart)) {
+    Restart(back);
+  }
+}
+
+void SimulatedIpod::Device::DrawCountdown() {
   Random& random = link.dice().Choices(Fault::kUnplug);
-  frames_until_unplug_ = settings.faults.unplug_after.value_or(20 + random.Below(60));
-  frames_until_unplug_ = std::max(frames_until_unplug_, 1u);
+  frames_left_ = settings.faults.unplug_after.value_or(20 + random.Below(60));
+  frames_left_ = std::max(frames_left_, 1u);
 }
 
 }  // namespace ipodsim

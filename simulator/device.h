@@ -32,6 +32,8 @@ class SimulatedIpod::Device {
   /// Out of the dock, until Replug when no time is given.
   void Unplug(std::optional<Microseconds> until);
   void Replug();
+  /// Whether it hears and speaks: in the dock, and not restarting.
+  bool awake() const { return plugged && !restarting_; }
 
   const Settings settings;
   const Traits& traits;
@@ -61,10 +63,15 @@ class SimulatedIpod::Device {
   bool IsRefused(const Request& request);
   void EndSession();
   void Serve(const Request& request);
-  void DrawUnplug();
+  void CountDown();
+  void DrawCountdown();
+  void Restart(Microseconds until);
+  void Forget(const char* why);
+  bool IsUnheard(const Request& request) const;
 
-  std::optional<Microseconds> replug_at_;
-  std::uint32_t frames_until_unplug_ = 0;
+  std::optional<Microseconds> awake_at_;  // plugged in again, or up again
+  bool restarting_ = false;
+  std::uint32_t frames_left_ = 0;  // until it is pulled, restarts or hangs up
 };
 
 }  // namespace ipodsim

@@ -14,7 +14,8 @@ SimulatedIpod::~SimulatedIpod() = default;
 
 void SimulatedIpod::Receive(const std::uint8_t* bytes, std::size_t count, Microseconds now) {
   device_->Advance(now);
-  for (std::size_t i = 0; i < count && device_->plugged; ++i) device_->reader.Feed(bytes[i], now);
+  if (device_->traits.echoes && device_->plugged) device_->link.Echo({bytes, bytes + count});
+  for (std::size_t i = 0; i < count && device_->awake(); ++i) device_->reader.Feed(bytes[i], now);
   // What the commands did to the player is told from here on.
   device_->Advance(now);
 }

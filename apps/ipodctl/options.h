@@ -15,6 +15,9 @@ struct SimulationOptions {
   std::uint64_t seed = 1;
   std::string library_file;
   std::string storage_folder;  // for the files that it is given; empty: in memory
+  std::vector<std::string> habits;
+  std::vector<std::string> faults;
+  std::uint32_t baud = 0;  // of the line; 0: bytes take no time
 };
 
 /// A workout to do.

@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <exception>
@@ -15,6 +16,7 @@
 
 #include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
+#include "simulator/settings/habits.h"
 
 namespace {
 
@@ -31,31 +33,37 @@ struct Options {
   std::optional<std::string> storage;
   std::string model_id;
   std::vector<std::string> faults;
+  std::vector<std::string> habits;
+  std::uint32_t baud = 0;
   std::uint64_t seed = 1;
   bool asks_during_session = false;
   bool trace = false;
 };
 
-std::string ProfileList() {
+// One line each, of things that have a name and a description.
+template <typename Things>
+std::string List(const Things& things) {
   std::string list;
-  for (const auto& traits : ipodsim::AllProfiles()) {
-    list += std::string("  ") + traits.name +
-            std::string(18 - std::string(traits.name).size(), ' ') + traits.description + "\n";
+  for (const auto& thing : things) {
+    const std::string name = thing.name;
+    list += "  " + name + std::string(18 - name.size(), ' ') + thing.description + "\n";
   }
   return list;
 }
 
-std::string FaultList() {
-  std::string list;
-  for (const auto& info : ipodsim::Faults::All()) {
-    list += std::string("  ") + info.name + std::string(18 - std::string(info.name).size(), ' ') +
-            info.description + "\n";
+std::string ProfileNames() {
+  std::string names;
+  const auto& profiles = ipodsim::AllProfiles();
+  for (std::size_t i = 0; i < profiles.size(); ++i) {
+    if (i != 0) names += i + 1 == profiles.size() ? " and " : ", ";
+    names += profiles[i].name;
   }
-  return list;
+  return names;
 }
 
 std::string Footer() {
-  return "Profiles:\n" + ProfileList() + "\nFaults:\n" + FaultList() +
+  return "Profiles:\n" + List(ipodsim::AllProfiles()) + "\nHabits:\n" + List(ipodsim::AllHabits()) +
+         "\nFaults:\n" + List(ipodsim::Faults::All()) +
          "\nLibrary file, of which only tracks and their titles are required:\n"
          "  {\"name\": \"My iPod\",\n"
          "   \"tracks\": [{\"title\": \"Bridges\", \"artist\": \"The Hum\", \"album\": \"Spans\",\n"
@@ -70,6 +78,7 @@ std::string Footer() {
          "  ipodsim --link /tmp/ipod --profile classic --trace\n"
          "  ipodsim --link /tmp/ipod --storage workouts --ask-during-session\n"
          "  ipodsim --link /tmp/ipod --library music.json --fault flipped-bits --seed 7\n"
+         "  ipodsim --link /tmp/ipod --profile strict --habit no-name --baud 57600\n"
          "\nExit status:\n"
          "  0   the accessory made no protocol mistake\n"
          "  1   it made some; they are listed\n"
@@ -102,6 +111,12 @@ void Describe(CLI::App* app, Options* options) {
   app->add_option("--fault", options->faults,
                   "a fault to switch on; repeat for more; help lists them")
       ->allow_extra_args(false);
+  app->add_option("--habit", options->habits,
+                  "a way to differ from the common iPod; repeat for more; help lists them")
+      ->allow_extra_args(false);
+  app->add_option("--baud", options->baud,
+                  "speed of the line, such as 57600, at 10.5 bits a byte; none when not given")
+      ->check(CLI::Range(300u, 4000000u));
   app->add_flag("--ask-during-session", options->asks_during_session,
                 "ask about Sports and Storage again whenever the accessory asks the same");
   app->add_option("--seed", options->seed, "for all that is drawn: media, delays, faults (1)");
@@ -117,12 +132,23 @@ bool ParseModelId(const std::string& text, std::optional<std::uint32_t>* id) {
   return result.ec == std::errc{} && result.ptr == text.data() + text.size();
 }
 
+int TakeLibrary(const Options& options, ipodsim::Settings* settings) {
+  if (options.library.empty()) {
+    settings->library = ipodsim::Library::Generate(options.seed);
+    return 0;
+  }
+  ipodsim::LibraryResult result = ipodsim::LoadLibrary(options.library);
+  if (!result.library) return Fail(kNoInput, result.error);
+  settings->library = std::move(*result.library);
+  return 0;
+}
+
 // Fills the settings; a status other than 0 ends the program.
 int Configure(const Options& options, ipodsim::Settings* settings) {
   const auto profile = ipodsim::ProfileByName(options.profile);
   if (!profile) {
-    return Fail(kUsage, "there is no profile '" + options.profile +
-                            "'; it is one of nano, classic, old, nosports and silent");
+    return Fail(kUsage,
+                "there is no profile '" + options.profile + "'; it is one of " + ProfileNames());
   }
   settings->profile = *profile;
   settings->seed = options.seed;
@@ -140,13 +166,12 @@ int Configure(const Options& options, ipodsim::Settings* settings) {
     if (folder.files == nullptr) return Fail(kCannotCreate, folder.error);
     settings->storage.files = folder.files;
   }
-  if (options.library.empty()) {
-    settings->library = ipodsim::Library::Generate(options.seed);
-    return 0;
+  const int status = TakeLibrary(options, settings);
+  if (status != 0) return status;
+  for (const std::string& name : options.habits) {
+    if (ipodsim::ApplyHabit(name, settings)) continue;
+    return Fail(kUsage, "there is no habit '" + name + "'; --habit help lists them");
   }
-  ipodsim::LibraryResult result = ipodsim::LoadLibrary(options.library);
-  if (!result.library) return Fail(kNoInput, result.error);
-  settings->library = std::move(*result.library);
   return 0;
 }
 
@@ -170,7 +195,7 @@ int Serve(const Options& options, ipodsim::Settings settings) {
   sigaddset(&signals, SIGHUP);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  ipodsim::PtyServer server(std::move(settings), options.link);
+  ipodsim::PtyServer server(std::move(settings), options.link, options.baud);
   if (options.trace) {
     server.set_trace(
         [](const ipodsim::TraceLine& line) { std::cerr << ipodsim::Format(line) + "\n"; });
@@ -195,9 +220,12 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return Fail(kUsage, std::string(error.what()) + "; try 'ipodsim --help'");
   }
-  for (const std::string& fault : options.faults) {
-    if (fault != "help") continue;
-    std::cout << FaultList();
+  const auto asks_help = [](const std::vector<std::string>& names) {
+    return std::find(names.begin(), names.end(), "help") != names.end();
+  };
+  if (asks_help(options.faults) || asks_help(options.habits)) {
+    std::cout << (asks_help(options.faults) ? List(ipodsim::Faults::All())
+                                            : List(ipodsim::AllHabits()));
     return 0;
   }
   ipodsim::Settings settings;

@@ -148,7 +148,12 @@ void Browsing::Play(const Request& request, std::uint32_t index) {
     link_->Acknowledge(request, AckStatus::kFailed);
     return;
   }
-  player_->Start(std::move(tracks), index == Database::kAllRecords ? 0 : index, link_->now());
+  if (settings_.stays_paused) {
+    if (player_->size() == 0) player_->Start(std::move(tracks), 0, link_->now());
+    player_->Control(PlayControl::kPause, link_->now());
+  } else {
+    player_->Start(std::move(tracks), index == Database::kAllRecords ? 0 : index, link_->now());
+  }
   link_->Acknowledge(request, AckStatus::kOk);
 }
 

@@ -104,6 +104,8 @@ void Order::CheckTurn(const Request& request) {
   if (pause >= kPatience) answers_behind_ = false;
   if (IsNotAwaited(request, identification_->by_older_console())) answers_behind_ = true;
   const Outbox::Item* answer = link_->NextAnswer();
+  // Consoles in the field take the acknowledgement that an answer is pending for the answer.
+  if (answer != nullptr && answer->asked->was_pending) answers_behind_ = true;
   if (answer == nullptr || answers_behind_ || Identification::Begins(request)) return;
   const std::string detail = NameOf(request.lingo, request.command) + " before the end of " +
                              NameOf(answer->asked->lingo, answer->asked->command);

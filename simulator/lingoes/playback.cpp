@@ -98,13 +98,7 @@ bool Playback::HandleStatus(const Request& request) {
       SetNotifications(request);
       return true;
     case extended::kPlayControl:
-      if (request.data[0] < 1 || request.data[0] > 11) {
-        link_->Refuse(request, MistakeKind::kBadParameter,
-                      "play control " + std::to_string(request.data[0]));
-      } else {
-        const bool done = Control(static_cast<PlayControl>(request.data[0]));
-        link_->Acknowledge(request, done ? AckStatus::kOk : AckStatus::kFailed);
-      }
+      ControlPlayer(request);
       return true;
     case extended::kSetCurrentPlayingTrack:
       JumpTo(request);
@@ -120,6 +114,26 @@ void Playback::ReturnStatus(const Request& request) {
   Put32(data, static_cast<std::uint32_t>(player_->position_ms(link_->now())));
   Put8(data, static_cast<std::uint8_t>(player_->state()));
   link_->Reply(request, extended::kReturnPlayStatus, data);
+}
+
+void Playback::ControlPlayer(const Request& request) {
+  const std::uint8_t code = request.data[0];
+  if (code < 1 || code > 11) {
+    link_->Refuse(request, MistakeKind::kBadParameter, "play control " + std::to_string(code));
+    return;
+  }
+  const auto control = static_cast<PlayControl>(code);
+  const bool ignored =
+      !KnowsPlayAndPause() && (control == PlayControl::kPlay || control == PlayControl::kPause);
+  const bool done = ignored || Control(control);
+  link_->Acknowledge(request, done ? AckStatus::kOk : AckStatus::kFailed);
+}
+
+// Before version 1.13 only the toggle between the two. Codes that came later are acknowledged, and
+// nothing happens.
+bool Playback::KnowsPlayAndPause() const {
+  const Version version = traits_.Lingo(kExtended)->version;
+  return version.major > 1 || (version.major == 1 && version.minor >= 13);
 }
 
 void Playback::JumpTo(const Request& request) {

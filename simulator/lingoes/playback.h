@@ -33,6 +33,8 @@ class Playback {
   void SetRepeat(const Request& request);
   void SetAudiobookSpeed(const Request& request);
   bool CheckMode(const Request& request, const char* what, bool known);
+  void ControlPlayer(const Request& request);
+  bool KnowsPlayAndPause() const;
   void JumpTo(const Request& request);
 
   Link* link_;

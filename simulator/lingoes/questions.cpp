@@ -60,6 +60,7 @@ void Questions::Forget() {
 }
 
 void Questions::AskOutOfTurn() {
+  // By the value of an Interjection.
   static const Question kQuestions[] = {
       {kGeneral, general::kGetAccessoryInfo, {kCapabilities}, general::kRetAccessoryInfo},
       {kGeneral, general::kGetAccessoryInfo, {kAccessoryName}, general::kRetAccessoryInfo},
@@ -67,13 +68,13 @@ void Questions::AskOutOfTurn() {
       {kStorage, storage::kGetAccessoryCaps, {}, storage::kRetAccessoryCaps},
   };
   Random& random = link_->dice().Choices(Fault::kUnaskedRequests);
-  const std::uint32_t choice = random.Below(5);
-  if (choice == 4) {
-    // A notification that nobody answers.
+  const auto drawn = static_cast<Interjection>(random.Below(kInterjectionCount));
+  const Interjection choice = settings_.faults.interjection.value_or(drawn);
+  if (choice == Interjection::kNotifies) {
     link_->Send(kGeneral, general::kIpodNotification, {0x02, 0x00}, link_->now());
     return;
   }
-  AskAside(kQuestions[choice]);
+  AskAside(kQuestions[static_cast<std::size_t>(choice)]);
 }
 
 void Questions::AskAbout(const Request& request) {

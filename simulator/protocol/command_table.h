@@ -17,6 +17,7 @@ enum class AckStatus : std::uint8_t {
   kBadParameter = 3,
   kUnknown = 4,
   kPending = 6,
+  kNotAuthenticated = 7,
 };
 
 constexpr std::size_t kAnyLength = 0xFFFF;

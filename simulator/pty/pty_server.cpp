@@ -12,6 +12,7 @@
 #include <mutex>
 #include <thread>
 
+#include "paced_line.h"
 #include "terminal.h"
 
 namespace ipodsim {
@@ -26,9 +27,11 @@ constexpr Microseconds kWriteAgainAfter = 2 * kMillisecond;
 
 class PtyServer::Impl {
  public:
-  Impl(Settings settings, std::string link)
+  Impl(Settings settings, std::string link, std::uint32_t baud)
       : link_(std::move(link)),
         ipod_(std::move(settings)),
+        from_accessory_(baud),
+        to_accessory_(baud),
         wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
   ~Impl() {
     Stop();
@@ -55,9 +58,11 @@ class PtyServer::Impl {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (terminal_.is_open()) {
       // What the accessory wrote last still counts.
-      ReceiveBytes();
-      if (!terminal_.Connected()) ipod_.LoseAccessory(Now());
-      ipod_.Finish(Now());
+      TakeBytes();
+      const Microseconds end = std::max(Now(), from_accessory_.LastArrival());
+      Deliver(end);
+      if (!terminal_.Connected()) ipod_.LoseAccessory(end);
+      ipod_.Finish(end);
       Vanish();
     }
     return ipod_.mistakes();
@@ -112,27 +117,36 @@ class PtyServer::Impl {
     if (terminal_.is_open()) {
       const bool was_connected = connected_;
       connected_ = terminal_.Connected();
-      ReceiveBytes();
+      TakeBytes();
+      Deliver(Now());
       if (was_connected && !connected_) ipod_.LoseAccessory(Now());
       FollowUnplug();
     }
     const Microseconds now = Now();
-    const Bytes bytes = ipod_.Transmit(now);
+    to_accessory_.Send(ipod_.Transmit(now), now);
+    const Bytes bytes = to_accessory_.Receive(now);
     pending_.insert(pending_.end(), bytes.begin(), bytes.end());
     if (!connected_) pending_.clear();
     if (terminal_.is_open()) terminal_.Write(&pending_);
 
     Microseconds wait = -1;
     const auto limit = [&](Microseconds most) { wait = wait < 0 ? most : std::min(wait, most); };
-    if (const auto next = ipod_.NextEvent()) limit(std::max<Microseconds>(*next - Now(), 0));
+    for (const auto next :
+         {ipod_.NextEvent(), from_accessory_.NextArrival(), to_accessory_.NextArrival()}) {
+      if (next) limit(std::max<Microseconds>(*next - Now(), 0));
+    }
     if (!connected_ && terminal_.is_open()) limit(kLookAgainAfter);
     if (!pending_.empty()) limit(kWriteAgainAfter);
     return wait;
   }
 
-  void ReceiveBytes() {
-    const Bytes bytes = terminal_.Read();
-    if (!bytes.empty()) ipod_.Receive(bytes.data(), bytes.size(), Now());
+  // What the accessory has written moves on the line from here on.
+  void TakeBytes() { from_accessory_.Send(terminal_.Read(), Now()); }
+
+  // The iPod hears what has arrived by now.
+  void Deliver(Microseconds now) {
+    const Bytes bytes = from_accessory_.Receive(now);
+    if (!bytes.empty()) ipod_.Receive(bytes.data(), bytes.size(), now);
   }
 
   void FollowUnplug() {
@@ -159,6 +173,8 @@ class PtyServer::Impl {
     terminal_.Close();
     connected_ = false;
     pending_.clear();
+    from_accessory_.Cut();
+    to_accessory_.Cut();
   }
 
   void Wait(int master, Microseconds wait) const {
@@ -173,6 +189,8 @@ class PtyServer::Impl {
   const std::string link_;
   std::mutex mutex_;
   SimulatedIpod ipod_;
+  PacedLine from_accessory_;
+  PacedLine to_accessory_;
   Terminal terminal_;
   Bytes pending_;
   bool connected_ = false;
@@ -182,8 +200,8 @@ class PtyServer::Impl {
   std::thread thread_;
 };
 
-PtyServer::PtyServer(Settings settings, std::string link)
-    : impl_(std::make_unique<Impl>(std::move(settings), std::move(link))) {}
+PtyServer::PtyServer(Settings settings, std::string link, std::uint32_t baud)
+    : impl_(std::make_unique<Impl>(std::move(settings), std::move(link), baud)) {}
 
 PtyServer::~PtyServer() = default;
 

@@ -20,7 +20,9 @@ class PtyServer {
  public:
   /// The link is a symbolic link to make, empty for none. A link that was left behind at its place
   /// is replaced; one that leads to a device is in use and left alone, like anything else.
-  explicit PtyServer(Settings settings, std::string link = {});
+  /// @param baud speed of the line in bits a second, in both directions, at 10.5 bits a byte; 0 for
+  /// none: bytes then take no time
+  explicit PtyServer(Settings settings, std::string link = {}, std::uint32_t baud = 0);
   /// Stops.
   ~PtyServer();
   PtyServer(const PtyServer&) = delete;

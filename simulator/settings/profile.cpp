@@ -100,10 +100,30 @@ Traits Silent() {
   return silent;
 }
 
+Traits Strict() {
+  Traits strict = Nano();
+  strict.profile = Profile::kStrict;
+  strict.name = "strict";
+  strict.description = "a nano that wants a transaction identifier from the first frame on";
+  strict.wants_identifiers = true;
+  strict.serial_number = "5U8250SIM05";
+  return strict;
+}
+
+Traits Echo() {
+  Traits echo = Silent();
+  echo.profile = Profile::kEcho;
+  echo.name = "echo";
+  echo.description = "no iPod, but a line that is wired back to itself";
+  echo.echoes = true;
+  return echo;
+}
+
 }  // namespace
 
 const std::vector<Traits>& AllProfiles() {
-  static const std::vector<Traits> kAll = {Nano(), Classic(), Old(), NoSports(), Silent()};
+  static const std::vector<Traits> kAll = {Nano(),   Classic(), Old(), NoSports(),
+                                           Silent(), Strict(),  Echo()};
   return kAll;
 }
 

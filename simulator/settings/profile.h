@@ -17,6 +17,8 @@ enum class Profile {
   kOld,       // lingo versions from before what an accessory needs
   kNoSports,  // token identification, neither Sports nor Storage
   kSilent,    // takes everything, says nothing
+  kStrict,    // token identification, and transaction identifiers from the first frame on
+  kEcho,      // no iPod at all: the line is wired back to itself
 };
 
 struct Version {
@@ -39,7 +41,9 @@ struct Traits {
   bool knows_options = false;            // GetiPodOptionsForLingo
   bool knows_wide_notification = false;  // SetPlayStatusChangeNotification with a 32-bit mask
   bool knows_ui_mode = false;            // the newer SetUIMode
+  bool wants_identifiers = false;        // from the first frame on
   bool answers = true;
+  bool echoes = false;  // every byte comes back
   std::uint32_t model_id = 0;
   const char* model_number = "";
   const char* serial_number = "";

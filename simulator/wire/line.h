@@ -16,7 +16,10 @@ class Line {
  public:
   explicit Line(FaultDice* dice) : dice_(dice) {}
 
+  /// A frame, on which the line's faults may fall.
   void Send(const Bytes& wire, Microseconds at);
+  /// Bytes that no fault falls on.
+  void SendSound(Bytes bytes, Microseconds at) { Append(std::move(bytes), at); }
   std::optional<Microseconds> NextDue() const;
   Bytes PopDue(Microseconds now);
   void Clear();

@@ -4,6 +4,7 @@
 #include "link.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ipodsim {
 
@@ -13,8 +14,13 @@ Link::Link(const Settings& settings)
       latency_(settings.seed, 3),
       line_(&dice_) {}
 
+void Link::BeginRequest(const Request& request) {
+  pending_ = false;
+  dice_.NoticeFrame(request.lingo, request.command);
+}
+
 void Link::Reply(const Request& request, std::uint16_t command, Bytes data) {
-  QueueAnswer(NextReplyTime(), request, command, Misshapen(std::move(data)), false);
+  Answer(NextReplyTime(), request, command, std::move(data), false);
 }
 
 void Link::Acknowledge(const Request& request, AckStatus status) {
@@ -33,8 +39,8 @@ void Link::Refuse(const Request& request, MistakeKind kind, const std::string& d
 void Link::Stream(const Request& request, std::uint16_t command, std::vector<Bytes> answers) {
   Microseconds due = NextReplyTime();
   for (Bytes& answer : answers) {
-    QueueAnswer(due, request, command, Misshapen(std::move(answer)), true);
-    due += settings_.record_period;
+    Answer(std::max(due, last_reply_due_), request, command, std::move(answer), true);
+    due = std::max(due, last_reply_due_) + settings_.record_period;
   }
 }
 
@@ -45,7 +51,7 @@ void Link::AcknowledgePending(const Request& request) {
   Put32(data, static_cast<std::uint32_t>(settings_.pending_time / kMillisecond));
   const std::uint16_t command = AckCommand(request.lingo);
   if (command == kNoAck || pending_) return;
-  QueueAnswer(NextReplyTime(), request, command, std::move(data), false);
+  QueueAnswer(NextReplyTime(), request, command, std::move(data), false, false);
   pending_ = true;
 }
 
@@ -101,16 +107,19 @@ void Link::Report(MistakeKind kind, const std::string& detail) {
 }
 
 bool Link::LineIsFaulty() const {
-  for (const Fault fault : {Fault::kDroppedBytes, Fault::kDoubledBytes, Fault::kFlippedBits,
-                            Fault::kLateBytes, Fault::kSplitBytes, Fault::kJunk, Fault::kUnplug}) {
-    if (settings_.faults.Has(fault)) return true;
+  for (const Fault fault :
+       {Fault::kDroppedBytes, Fault::kDoubledBytes, Fault::kFlippedBits, Fault::kLateBytes,
+        Fault::kSplitBytes, Fault::kJunk, Fault::kUnplug, Fault::kRestart, Fault::kHangUp}) {
+    if (settings_.faults.MayStrike(fault)) return true;
   }
   return false;
 }
 
 bool Link::AnswersAreFaulty() const {
-  for (const Fault fault : {Fault::kPendingAcks, Fault::kShortReplies, Fault::kLongReplies}) {
-    if (settings_.faults.Has(fault)) return true;
+  for (const Fault fault :
+       {Fault::kPendingAcks, Fault::kShortReplies, Fault::kLongReplies, Fault::kLateAnswers,
+        Fault::kDoubledAnswers, Fault::kShuffledAnswers, Fault::kMissingAnswers}) {
+    if (settings_.faults.MayStrike(fault)) return true;
   }
   return LineIsFaulty();
 }
@@ -130,19 +139,30 @@ Bytes Link::Transmit(Microseconds now) {
   Microseconds due = 0;
   Outbox::Item item;
   while (outbox_.Pop(now, &due, &item)) {
-    if (trace) {
-      Frame frame;
-      ParseFrame(item.wire, &frame);
-      trace({due, TraceLine::Direction::kToAccessory,
-             Describe(frame, item.has_identifier, Sender::kIpod)});
+    if (item.after_next) {
+      held_back_.push_back(std::move(item));
+      continue;
     }
-    line_.Send(item.wire, due);
+    SendNow(item, due);
+    if (!item.asked) continue;
+    for (const Outbox::Item& held : std::exchange(held_back_, {})) SendNow(held, due);
   }
   return line_.PopDue(now);
 }
 
+void Link::SendNow(const Outbox::Item& item, Microseconds at) {
+  if (trace) {
+    Frame frame;
+    ParseFrame(item.wire, &frame);
+    trace({at, TraceLine::Direction::kToAccessory,
+           Describe(frame, item.has_identifier, Sender::kIpod)});
+  }
+  line_.Send(item.wire, at);
+}
+
 void Link::Clear() {
   outbox_.Clear();
+  held_back_.clear();
   line_.Clear();
   last_reply_due_ = 0;
   SetIdentifiers(false);
@@ -180,11 +200,34 @@ Microseconds Link::NextTurn() {
   return std::max(last_reply_due_, now_) + latency;
 }
 
+Microseconds Link::DrawLateness() {
+  if (settings_.faults.late_by) return *settings_.faults.late_by;
+  return (200 + dice_.Choices(Fault::kLateAnswers).Below(1500)) * kMillisecond;
+}
+
+// One answer, and what befalls it.
+void Link::Answer(Microseconds due, const Request& request, std::uint16_t command, Bytes data,
+                  bool streamed) {
+  dice_.NoticeAnswer();
+  data = Misshapen(std::move(data));
+  if (dice_.Strikes(Fault::kLateAnswers)) {
+    due += DrawLateness();
+    last_reply_due_ = std::max(last_reply_due_, due);
+  }
+  const bool missing = dice_.Strikes(Fault::kMissingAnswers);
+  const bool doubled = dice_.Strikes(Fault::kDoubledAnswers);
+  const bool after_next = dice_.Strikes(Fault::kShuffledAnswers);
+  if (missing) return;
+  if (doubled) QueueAnswer(due, request, command, data, streamed, after_next);
+  QueueAnswer(due, request, command, std::move(data), streamed, after_next);
+}
+
 void Link::QueueAnswer(Microseconds due, const Request& request, std::uint16_t command, Bytes data,
-                       bool streamed) {
+                       bool streamed, bool after_next) {
   Outbox::Item item;
-  item.asked = Outbox::Asked{request.lingo, request.command, now_};
+  item.asked = Outbox::Asked{request.lingo, request.command, now_, pending_};
   item.streamed = streamed;
+  item.after_next = after_next;
   Queue(due, {request.lingo, command, std::move(data)}, request.identifier, std::move(item));
 }
 

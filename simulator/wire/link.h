@@ -46,11 +46,13 @@ class Link {
   void AcknowledgePending(const Request& request);
   /// Sends something unasked and returns the identifier that it went out under.
   std::uint16_t Send(std::uint8_t lingo, std::uint16_t command, Bytes data, Microseconds due);
+  /// Sends bytes that came back as they were.
+  void Echo(const Bytes& bytes) { line_.SendSound(bytes, now_); }
   /// When the iPod next gets around to something of its own: after the answers that it owes.
   Microseconds NextTurn();
 
   /// A new request is being served.
-  void BeginRequest() { pending_ = false; }
+  void BeginRequest(const Request& request);
   void CancelStreams(std::optional<std::uint16_t> identifier) { outbox_.CancelStreams(identifier); }
 
   /// Transaction identifiers are on between an accepted StartIDPS and IdentifyDeviceLingoes.
@@ -81,10 +83,14 @@ class Link {
  private:
   Microseconds DrawLatency();
   Microseconds NextReplyTime();
+  Microseconds DrawLateness();
+  void Answer(Microseconds due, const Request& request, std::uint16_t command, Bytes data,
+              bool streamed);
+  void SendNow(const Outbox::Item& item, Microseconds at);
   void Queue(Microseconds due, const Frame& frame, std::optional<std::uint16_t> identifier,
              Outbox::Item item);
   void QueueAnswer(Microseconds due, const Request& request, std::uint16_t command, Bytes data,
-                   bool streamed);
+                   bool streamed, bool after_next);
   Bytes Misshapen(Bytes data);
 
   const Settings& settings_;
@@ -94,6 +100,7 @@ class Link {
   Line line_;
   Microseconds now_ = 0;
   Microseconds last_reply_due_ = 0;
+  std::vector<Outbox::Item> held_back_;  // until another answer has gone out
   bool pending_ = false;
   bool identifiers_on_ = false;
   std::uint16_t own_identifier_ = 1;

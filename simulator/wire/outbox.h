@@ -19,12 +19,14 @@ class Outbox {
     std::uint8_t lingo = 0;
     std::uint16_t command = 0;
     Microseconds at = 0;
+    bool was_pending = false;  // it was acknowledged as pending before
   };
   struct Item {
     Bytes wire;
     std::optional<Asked> asked;  // none for what the iPod says unasked
     bool has_identifier = false;
     bool streamed = false;         // one of many answers to one request
+    bool after_next = false;       // goes out only behind the next answer
     std::uint16_t identifier = 0;  // of that request
   };
 

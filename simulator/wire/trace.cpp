@@ -34,6 +34,8 @@ const char* StatusName(std::uint8_t status) {
       return "unknown";
     case AckStatus::kPending:
       return "pending";
+    case AckStatus::kNotAuthenticated:
+      return "not authenticated";
   }
   return "status ?";
 }

@@ -37,13 +37,14 @@ inline Library SmallLibrary() {
   return library;
 }
 
-/// Answers after exactly 10 ms and asks nothing by itself.
+/// Answers after exactly 10 ms, at once for good, and asks nothing by itself.
 inline Settings QuietSettings(Profile profile = Profile::kNano) {
   Settings settings;
   settings.profile = profile;
   settings.library = SmallLibrary();
   settings.fixed_latency = 10 * kMillisecond;
   settings.asks_accessory = false;
+  settings.remote_ui_is_pending_first = false;
   return settings;
 }
 

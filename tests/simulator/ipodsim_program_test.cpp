@@ -17,6 +17,7 @@
 #include <fstream>
 #include <thread>
 
+#include "simulator/settings/habits.h"
 #include "tests/simulator/ipod_under_test.h"
 #include "tests/simulator/workouts.h"
 
@@ -141,7 +142,8 @@ TEST_F(ProgramTest, HelpShowsProfilesFaultsExamplesAndStatuses) {
   EXPECT_EQ(outcome.status, 0);
   for (const char* piece :
        {"--link", "--profile", "--library", "--storage", "--fault", "--seed", "--trace",
-        "--model-id", "nosports", "flipped-bits", "Examples:", "Exit status:", "\"tracks\""}) {
+        "--model-id", "nosports", "strict", "flipped-bits", "late-answers", "--habit",
+        "stays-paused", "--baud", "Examples:", "Exit status:", "\"tracks\""}) {
     EXPECT_THAT(outcome.output, HasSubstr(piece));
   }
 }
@@ -150,6 +152,12 @@ TEST_F(ProgramTest, FaultHelpListsEveryFault) {
   const Outcome outcome = Perform("--fault help");
   EXPECT_EQ(outcome.status, 0);
   for (const FaultInfo& info : Faults::All()) EXPECT_THAT(outcome.output, HasSubstr(info.name));
+}
+
+TEST_F(ProgramTest, HabitHelpListsEveryHabit) {
+  const Outcome outcome = Perform("--habit help");
+  EXPECT_EQ(outcome.status, 0);
+  for (const Habit& habit : AllHabits()) EXPECT_THAT(outcome.output, HasSubstr(habit.name));
 }
 
 TEST_F(ProgramTest, VersionIsOneLine) {
@@ -162,12 +170,16 @@ TEST_F(ProgramTest, WrongUsageIsOneSentenceAnd64) {
   const Outcome profile = Perform("--profile zune");
   EXPECT_EQ(profile.status, 64);
   EXPECT_EQ(profile.output,
-            "ipodsim: there is no profile 'zune'; it is one of nano, classic, old, nosports and "
-            "silent\n");
+            "ipodsim: there is no profile 'zune'; it is one of nano, classic, old, nosports, "
+            "silent, strict and echo\n");
   const Outcome fault = Perform("--fault gremlins");
   EXPECT_EQ(fault.status, 64);
   EXPECT_EQ(fault.output, "ipodsim: there is no fault 'gremlins'; --fault help lists them\n");
-  for (const char* arguments : {"--bogus", "--seed many", "extra"}) {
+  const Outcome habit = Perform("--habit manners");
+  EXPECT_EQ(habit.status, 64);
+  EXPECT_EQ(habit.output, "ipodsim: there is no habit 'manners'; --habit help lists them\n");
+  for (const char* arguments :
+       {"--bogus", "--seed many", "extra", "--baud 0", "--baud fast", "--baud 5000000"}) {
     const Outcome outcome = Perform(arguments);
     EXPECT_EQ(outcome.status, 64) << arguments;
     EXPECT_THAT(outcome.output, MatchesRegex("ipodsim: [^\n]+\n")) << arguments;
@@ -325,6 +337,26 @@ TEST_F(ProgramTest, ModelIdReplacesTheProfiles) {
     EXPECT_EQ(outcome.status, 64) << wrong;
     EXPECT_EQ(outcome.output, std::string("ipodsim: '") + wrong + "' is not 8 hex digits\n");
   }
+}
+
+TEST_F(ProgramTest, HabitsChangeWhatIsAnswered) {
+  Served served("--habit authentication --habit no-name --link " + link, link);
+  EXPECT_EQ(served.Exchange("FF 55 03 00 01 04 F8 FF 55 02 00 07 F7", "FF 55 04 00 02 04 07 EF"),
+            "FF 55 04 00 02 04 07 EF");
+  EXPECT_EQ(served.Exchange("FF 55 03 00 29 08 CC", "FF 55 04 00 02 07 29 CA"),
+            "FF 55 04 00 02 07 29 CA");
+  EXPECT_EQ(served.End(SIGINT).status, 0);
+}
+
+// At 300 baud a byte takes 35 ms, and the last of these 8 goes there and back: 315 ms. How much
+// longer it takes is the machine's affair.
+TEST_F(ProgramTest, LineHasTheSpeedThatItWasGiven) {
+  Served served("--profile echo --baud 300 --link " + link, link);
+  const std::string bytes = "01 02 03 04 05 06 07 08";
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(served.Exchange(bytes, bytes), bytes);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(315));
+  served.End(SIGINT);
 }
 
 TEST_F(ProgramTest, SeveralFaultsCanBeSwitchedOn) {

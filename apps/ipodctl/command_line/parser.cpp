@@ -22,7 +22,9 @@ constexpr const char* kProgramFooter =
     "  --port names it; else the environment variable IPODCOMM_COM2 does, else it is /dev/ttyS1.\n"
     "  --simulated puts a simulated iPod into this program, on a real pseudo-terminal. It is one "
     "of\n"
-    "  nano (all services), classic (no token identification), old (too old), nosports, silent.\n"
+    "  nano (all services), classic (no token identification), old (too old), nosports, silent,\n"
+    "  strict (wants transaction identifiers at once), echo (the line wired back to itself).\n"
+    "  'ipodsim --help' lists the habits and faults that it can have.\n"
     "\n"
     "The legacy interface:\n"
     "  --legacy takes info, browse, play, pause, now, prefs and workout through the library's "
@@ -83,6 +85,15 @@ void CommandLineParser::AddGlobalOptions() {
           ->option_text("FILE"),
       app_.add_option("--storage", simulation_.storage_folder, "Its files, kept in this folder")
           ->option_text("DIR"),
+      app_.add_option("--habit", simulation_.habits, "How it differs from the common iPod")
+          ->allow_extra_args(false)
+          ->option_text("NAME"),
+      app_.add_option("--fault", simulation_.faults, "What goes wrong with it")
+          ->allow_extra_args(false)
+          ->option_text("NAME"),
+      app_.add_option("--baud", simulation_.baud, "The speed of its line; none when not given")
+          ->check(CLI::Range(300u, 4000000u))
+          ->option_text("N"),
   };
   app_.add_flag("--completion", completion_, "Print a script that completes commands in bash");
   app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");

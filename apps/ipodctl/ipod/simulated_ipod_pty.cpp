@@ -6,6 +6,7 @@
 #include "ipod/simulated_ipod.h"
 #include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
+#include "simulator/settings/habits.h"
 
 namespace ipodctl {
 
@@ -29,6 +30,18 @@ std::shared_ptr<ipodsim::FeatureFiles> FilesFor(const SimulationOptions& options
   return folder.files;
 }
 
+ipodsim::Library LibraryFor(const SimulationOptions& options) {
+  if (options.library_file.empty()) return ipodsim::Library::Generate(options.seed);
+  ipodsim::LibraryResult loaded = ipodsim::LoadLibrary(options.library_file);
+  if (!loaded.library) throw CommandFailure(kInputFile, loaded.error);
+  return std::move(*loaded.library);
+}
+
+[[noreturn]] void ThrowUnknown(const char* what, const std::string& name) {
+  throw CommandFailure(kUsage, std::string("a simulated iPod has no ") + what + " '" + name +
+                                   "'; 'ipodsim --help' lists them");
+}
+
 ipodsim::Settings SettingsFor(const SimulationOptions& options) {
   ipodsim::Settings settings;
   const auto profile = ipodsim::ProfileByName(options.profile);
@@ -39,13 +52,13 @@ ipodsim::Settings SettingsFor(const SimulationOptions& options) {
   settings.profile = *profile;
   settings.seed = options.seed;
   settings.storage.files = FilesFor(options);
-  if (options.library_file.empty()) {
-    settings.library = ipodsim::Library::Generate(options.seed);
-    return settings;
+  settings.library = LibraryFor(options);
+  for (const std::string& name : options.faults) {
+    if (!settings.faults.Enable(name)) ThrowUnknown("fault", name);
   }
-  ipodsim::LibraryResult loaded = ipodsim::LoadLibrary(options.library_file);
-  if (!loaded.library) throw CommandFailure(kInputFile, loaded.error);
-  settings.library = std::move(*loaded.library);
+  for (const std::string& name : options.habits) {
+    if (!ipodsim::ApplyHabit(name, &settings)) ThrowUnknown("habit", name);
+  }
   return settings;
 }
 
@@ -54,7 +67,7 @@ ipodsim::Settings SettingsFor(const SimulationOptions& options) {
 class SimulatedIpod::Server : public ipodsim::PtyServer {
  public:
   explicit Server(const SimulationOptions& options)
-      : PtyServer(SettingsFor(options)), folder_(options.storage_folder) {}
+      : PtyServer(SettingsFor(options), {}, options.baud), folder_(options.storage_folder) {}
 
   const std::string& folder() const { return folder_; }
 
