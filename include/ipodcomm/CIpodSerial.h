@@ -127,6 +127,8 @@ class IPODCOMM_API CIpodSerial {
   unsigned long BytesToRead(bool* told) const;
   void ReadByteWise();
   void FeedAssembler(unsigned char byte);
+  void GiveUpStalledFrame();
+  void ReadGivenUpAgain();
   bool KeepReading();
   void EndReading();
   static void RestartDriver(CIpodSerial* serial, Lifeline& lifeline, HANDLE driver);
@@ -151,7 +153,8 @@ class IPODCOMM_API CIpodSerial {
   ipodcomm::QuietPause quiet_pause_;  // the read thread's, where the conduct lets it grow
   ipodcomm::Shared<std::int32_t> byte_wise_ = 0;    // the driver does not tell what it holds
   ipodcomm::Shared<std::uint32_t> bytes_read_ = 0;  // since construction
-  ipodcomm::Lock port_lock_;  // held around every read of the thread and every packet written
+  ipodcomm::Lock port_lock_;        // held around every read of the thread and every packet written
+  std::uint32_t last_byte_ms_ = 0;  // when the read thread, where it rereads, last read any
   std::uint32_t status_ = 0;
   HWND window_ = nullptr;
   ipodcomm::Shared<tagIPOD_PACKET_TYPE> packet_type_ = IPOD_PACKET_TYPE_LARGE;

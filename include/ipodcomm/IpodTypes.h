@@ -99,7 +99,8 @@ struct tagIPOD_CONDUCT {
   /// Non-zero ends the pause after the sync byte once the iPod has answered, until the next Open.
   std::int32_t sync_pause_until_answered;
   /// Non-zero tells answers apart by what they repeat of their request, asks for damaged ones
-  /// again, ends at once on a refusal, and counts a time-out from the last byte that came.
+  /// again, finds frames that a damaged one swallowed, ends at once on a refusal, and counts a
+  /// time-out from the last byte that came.
   std::int32_t robust;
 };
 

@@ -19,7 +19,14 @@ void FrameAssembler::Reset() {
 
 void FrameAssembler::StartOver() {
   index_ = 0;
+  given_up_ = 0;
   state_ = State::kHuntSync;
+}
+
+void FrameAssembler::GiveUp() {
+  const std::uint32_t bytes = index_;
+  StartOver();
+  given_up_ = bytes;
 }
 
 // A large frame of length 0 has no end of its own: it goes on up to the size limit, as one that
@@ -30,7 +37,7 @@ void FrameAssembler::BeginBody(std::uint32_t length) {
 }
 
 void FrameAssembler::EndBody() {
-  if (body_end_ == kSizeLimit) return StartOver();
+  if (body_end_ == kSizeLimit) return GiveUp();
   state_ = State::kChecksum;
 }
 
@@ -45,6 +52,7 @@ bool FrameAssembler::ChecksumHolds() const {
 
 bool FrameAssembler::Step(std::uint8_t byte) {
   if (state_ == State::kComplete) StartOver();
+  given_up_ = 0;
   buffer_[index_++] = byte;
   switch (state_) {
     case State::kHuntSync:
@@ -84,7 +92,7 @@ bool FrameAssembler::Step(std::uint8_t byte) {
         state_ = State::kComplete;
         return true;
       }
-      StartOver();  // dropped without any report
+      GiveUp();  // without any report
       break;
     case State::kBody:  // Feed takes its bytes
     case State::kComplete:

@@ -14,6 +14,7 @@ void LinePace::Choose(const tagIPOD_CONDUCT& conduct) {
   quiet_read_pause_ms_ = conduct.quiet_read_pause_ms;
   bytes_per_read_ = conduct.bytes_per_read;
   sync_pause_until_answered_ = conduct.sync_pause_until_answered;
+  rereads_damaged_ = conduct.robust;
 }
 
 void LinePace::PortOpened() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodSerial: the port read thread. The restart of the driver at its end is in driver_restart.cpp.
 #include <algorithm>
+#include <cstring>
 
 #include "ipodcomm/CIpodSerial.h"
 #include "ipodcomm/TraceLog.h"
@@ -13,6 +14,8 @@ namespace {
 
 constexpr DWORD kExitCode = 1;
 constexpr DWORD kMostBytesPerRead = 1024;
+// Within a frame bytes follow each other; a slow adapter holds them back for some ten milliseconds.
+constexpr std::uint32_t kLongestGapMs = 500;
 
 }  // namespace
 
@@ -81,11 +84,13 @@ unsigned long CIpodSerial::ReadTurn() {
   }
   if (!told) ReadByteWise();
   if (read == 0) {
+    GiveUpStalledFrame();
     if (!pace_.pause_grows()) return quiet_ms;
     quiet_pause_.Take(quiet_ms);
     return 0;
   }
   bytes_read_.fetch_add(static_cast<std::uint32_t>(read));
+  if (pace_.rereads_damaged()) last_byte_ms_ = static_cast<std::uint32_t>(GetTickCount());
   for (DWORD i = 0; i < read; ++i) FeedAssembler(bytes[i]);
   return pace_.PauseAfterBytes();
 }
@@ -111,9 +116,32 @@ void CIpodSerial::ReadByteWise() {
 void CIpodSerial::FeedAssembler(unsigned char byte) {
   const bool complete = assembler_.Feed(byte);
   packet_type_ = assembler_.type();
-  if (!complete) return;
-  pace_.FrameReceived();
-  QueueAssembledFrame();
+  if (complete) {
+    QueueAssembledFrame();
+  } else if (assembler_.given_up() != 0 && pace_.rereads_damaged()) {
+    ReadGivenUpAgain();
+  }
+}
+
+// A byte that is lost or wrong can make a frame longer than it is; without a limit in time it would
+// swallow answer after answer.
+void CIpodSerial::GiveUpStalledFrame() {
+  if (!pace_.rereads_damaged() || !assembler_.begun()) return;
+  if (static_cast<std::uint32_t>(GetTickCount() - last_byte_ms_) < kLongestGapMs) return;
+  assembler_.GiveUp();
+  ReadGivenUpAgain();
+}
+
+// Each frame that is given up is no frame at its beginning, and perhaps one behind it. Each turn
+// begins behind the beginning of the one before, so that this ends.
+void CIpodSerial::ReadGivenUpAgain() {
+  unsigned char bytes[kMostBytesPerRead];
+  const std::uint32_t count = assembler_.given_up();
+  std::memcpy(bytes, assembler_.data(), count);
+  for (std::uint32_t next = 1; next < count;) {
+    if (assembler_.Feed(bytes[next++])) QueueAssembledFrame();
+    if (assembler_.given_up() != 0) next -= assembler_.given_up() - 1;
+  }
 }
 
 bool CIpodSerial::KeepReading() {

@@ -20,6 +20,7 @@ constexpr long kGeneralFailure = static_cast<long>(0x80004005UL);
 }  // namespace
 
 void CIpodSerial::QueueAssembledFrame() {
+  pace_.FrameReceived();
   staging_.length = assembler_.length();
   std::memcpy(staging_.data, assembler_.data(), staging_.length);
   if (StoreStaged()) {

@@ -32,6 +32,14 @@ class FrameAssembler {
     return false;
   }
 
+  /// Whether a frame's beginning has come and its end has not.
+  bool begun() const { return state_ >= State::kLength && state_ <= State::kChecksum; }
+  /// Takes the frame that has begun for none, and hunts for the next.
+  void GiveUp();
+  /// Bytes of the frame that the last byte or GiveUp gave up, from data()[0] on; 0 when none was.
+  /// Another frame may be among them, if a damaged byte made this one or made it longer.
+  std::uint32_t given_up() const { return given_up_; }
+
   const std::uint8_t* data() const { return buffer_; }
   std::uint32_t length() const { return index_; }
   /// Header form of the frame whose length byte came last.
@@ -61,6 +69,7 @@ class FrameAssembler {
   std::uint32_t index_ = 0;         // where the next byte goes
   std::uint32_t length_index_ = 0;  // where the length byte is; the checksum covers it onward
   std::uint32_t body_end_ = 0;      // where the checksum goes, or the size limit
+  std::uint32_t given_up_ = 0;
   State state_ = State::kHuntSync;
   tagIPOD_PACKET_TYPE type_ = IPOD_PACKET_TYPE_LARGE;
 };

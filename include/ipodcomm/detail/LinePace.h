@@ -9,8 +9,8 @@
 
 namespace ipodcomm {
 
-/// The pauses on the line, as the conduct asks for them and the traffic allows. The host chooses,
-/// the read thread and whoever writes ask.
+/// The pauses on the line, as the conduct asks for them and the traffic allows, and how patient it
+/// is with frames. The host chooses, the read thread and whoever writes ask.
 class LinePace {
  public:
   /// Any thread.
@@ -30,6 +30,10 @@ class LinePace {
   /// Whether the pause after nothing grows, so that it is worth while to end one.
   bool pause_grows() const { return quiet_read_pause_ms_ > empty_read_pause_ms_; }
 
+  /// Whether what a damaged frame swallowed is looked through for frames, and a frame whose bytes
+  /// stop coming is damaged.
+  bool rereads_damaged() const { return rereads_damaged_ != 0; }
+
   /// A port was opened: whether the iPod listens is not known yet.
   void PortOpened();
   /// A frame came: the iPod listens.
@@ -45,6 +49,7 @@ class LinePace {
   Shared<std::uint32_t> quiet_read_pause_ms_ = IPOD_CONDUCT_FIELD.quiet_read_pause_ms;
   Shared<std::uint32_t> bytes_per_read_ = IPOD_CONDUCT_FIELD.bytes_per_read;
   Shared<std::int32_t> sync_pause_until_answered_ = IPOD_CONDUCT_FIELD.sync_pause_until_answered;
+  Shared<std::int32_t> rereads_damaged_ = IPOD_CONDUCT_FIELD.robust;
 
   Shared<std::int32_t> answered_ = 0;   // since the port was opened
   Shared<std::uint32_t> quiet_ms_ = 0;  // pauses since the last byte or write, together
