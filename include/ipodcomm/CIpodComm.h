@@ -10,6 +10,7 @@
 
 #include "ipodcomm/CIpodSerial.h"
 #include "ipodcomm/IpodTypes.h"
+#include "ipodcomm/detail/EarlierQuestions.h"
 #include "ipodcomm/detail/Lifeline.h"
 #include "ipodcomm/detail/Lock.h"
 #include "ipodcomm/detail/PacketQueue.h"
@@ -440,6 +441,10 @@ class IPODCOMM_API CIpodComm {
   // The robust conduct (session/robust_exchange.cpp)
   tagIPOD_COMM_ERROR ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own,
                                       tagIPOD_READ_PARAMS* read);
+  tagIPOD_COMM_ERROR AttemptRobustly(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own,
+                                     tagIPOD_READ_PARAMS* read, std::uint32_t* arrived);
+  void AwaitQuiet(const tagIPOD_WRITE_PARAMS& question);
+  void PassOver(tagSERIAL_PACKET& packet);
   bool MayGoOn();
   bool StoppedByHost() const;
   ipodcomm::AnswerVerdict AwaitOwnAnswer(ipodcomm::OwnAnswers* own, tagIPOD_READ_PARAMS* read);
@@ -576,6 +581,7 @@ class IPODCOMM_API CIpodComm {
   ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
   tagIPOD_CONDUCT conduct_ = IPOD_CONDUCT_FIELD;  // used by the host's thread only
   // Used by the host's thread only, as the conduct.
+  ipodcomm::EarlierQuestions earlier_;
   tagIPOD_EXCHANGE last_exchange_ = {};
   tagIPOD_IDENTIFY_REPORT identify_report_ = {};
   std::int32_t identifying_ = 0;               // exchanges are steps of the report

@@ -7,7 +7,6 @@
 #include "protocol/frame.h"
 #include "protocol/transaction_ids.h"
 #include "session/answer_rules.h"
-#include "session/ipod_requests.h"
 
 using ipodcomm::FrameBytes;
 using ipodcomm::ReceivedFrame;
@@ -51,6 +50,11 @@ unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned lon
                        static_cast<std::uint32_t>(start),
                        static_cast<std::uint32_t>(count),
                        {}};
+  const ipodcomm::RecordRequest request(browsing_.records.category, start, count);
+  if (conduct_.robust != 0 && transaction_id_mode_ == 0) {
+    AwaitQuiet(request.Write());
+    earlier_.Note(request.Write(), 0);
+  }
   std::uint16_t transaction_id = 0;
   return AskForRecords(&transaction_id) ? transaction_id : 0UL;
 }
@@ -120,7 +124,7 @@ bool CIpodComm::AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read) {
         if (stop_at_gap) return false;
         break;
       case Verdict::kForeign:
-        MeetRequest(packet, ipodcomm::RequestReceiver::kWaitingCommand);
+        PassOver(packet);
         break;
     }
   }

@@ -35,11 +35,12 @@ template <class Wait>
 bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
   constexpr std::uint32_t kSliceMs = 50;
   if (host == nullptr) return wait(ms);
-  while (ms != 0 && host->Ask()) {
+  do {
+    if (!host->Ask()) return false;
     const std::uint32_t slice_ms = std::min(ms, kSliceMs);
     if (wait(slice_ms)) return true;
     ms -= slice_ms;
-  }
+  } while (ms != 0);
   return false;
 }
 

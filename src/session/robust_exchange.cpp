@@ -8,6 +8,7 @@
 #include "platform/services.h"
 #include "protocol/commands.h"
 #include "protocol/frame.h"
+#include "protocol/transaction_ids.h"
 #include "session/exchange.h"
 #include "session/ipod_requests.h"
 #include "session/keep_going.h"
@@ -35,19 +36,46 @@ void StoreRefusal(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
 // A refusal is an answer: it is not asked for again. Silence and a damaged answer are.
 tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own,
                                                tagIPOD_READ_PARAMS* read) {
+  const bool told_apart =
+      write.lingo == ipodcomm::kSimpleRemoteLingo ||  // never answered
+      (transaction_id_mode_ != 0 && ipodcomm::MayCarryTransactionId(write.lingo, write.command));
+  if (!told_apart) AwaitQuiet(write);
+  std::uint32_t arrived = 0;
+  const tagIPOD_COMM_ERROR result = AttemptRobustly(write, own, read, &arrived);
+  if (!told_apart) earlier_.Note(write, own->noted().attempts - arrived);
+  return result;
+}
+
+tagIPOD_COMM_ERROR CIpodComm::AttemptRobustly(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own,
+                                              tagIPOD_READ_PARAMS* read, std::uint32_t* arrived) {
   for (std::int32_t attempt = 0; attempt < read->retries && MayGoOn(); ++attempt) {
     if (!Attempt(write, own)) continue;
     if (write.lingo == ipodcomm::kSimpleRemoteLingo) return IPOD_COMM_OK;
-    switch (AwaitOwnAnswer(own, read)) {
-      case Verdict::kAnswer:
-        return IPOD_COMM_OK;
-      case Verdict::kRefusal:
-        return IPOD_COMM_NO_ANSWER;
-      default:
-        break;
-    }
+    const Verdict verdict = AwaitOwnAnswer(own, read);
+    if (verdict != Verdict::kForeign && *arrived < own->noted().attempts) ++*arrived;
+    if (verdict == Verdict::kAnswer) return IPOD_COMM_OK;
+    if (verdict == Verdict::kRefusal) return IPOD_COMM_NO_ANSWER;
   }
   return IPOD_COMM_RETRIES_EXHAUSTED;
+}
+
+// Without identifiers what has come before a question is asked does not answer it. Neither does
+// what may still come of an earlier one, so that is waited for.
+void CIpodComm::AwaitQuiet(const tagIPOD_WRITE_PARAMS& question) {
+  const DWORD started_ms = GetTickCount();
+  tagSERIAL_PACKET packet = {};
+  const auto pop = [&](std::uint32_t ms) { return response_.Pop(&packet, ms); };
+  while (static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs &&
+         ipodcomm::WaitInSlices(keep_going_, earlier_.QuietMsBefore(question), pop)) {
+    PassOver(packet);
+  }
+  earlier_.Settle(question);
+}
+
+// A packet that is no answer of the running exchange.
+void CIpodComm::PassOver(tagSERIAL_PACKET& packet) {
+  earlier_.NoteArrival(ipodcomm::ParseFrame(FrameBytes(packet)));
+  MeetRequest(packet, ipodcomm::RequestReceiver::kWaitingCommand);
 }
 
 // Whether the host, where it has a say, lets the operation go on.
@@ -77,7 +105,7 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(OwnAnswers* own, tagIPOD_READ_
       case Verdict::kPending:
         break;
       case Verdict::kForeign:
-        MeetRequest(packet, ipodcomm::RequestReceiver::kWaitingCommand);
+        PassOver(packet);
         break;
     }
   }

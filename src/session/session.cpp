@@ -57,6 +57,7 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   open_ = other.open_;
   transaction_id_mode_ = other.transaction_id_mode_;
   conduct_ = other.conduct_;
+  earlier_ = other.earlier_;
   last_exchange_ = other.last_exchange_;
   identify_report_ = other.identify_report_;
   identity_ = other.identity_;
@@ -98,6 +99,7 @@ long CIpodComm::Open() {
   notification_.Clear();
   EventModify(identification_event_, EVENT_RESET);
   SetOwnTransactionId(0);
+  earlier_ = {};
   const long result = serial_.Open(true);
   if (result == ERROR_SUCCESS) open_ = 1;
   return result;
