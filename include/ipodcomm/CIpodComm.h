@@ -246,6 +246,16 @@ class IPODCOMM_API CIpodComm {
   // ---- Playback (media/playback.cpp) -----------------------------------------------------------
 
   /// Plays, pauses, stops, skips: `0029 code` (IPOD_PLAYCONTROL_...), ACK. A refusal is logged.
+  ///
+  /// IPOD_PLAYCONTROL_PLAY and _PAUSE need an iPod of Extended Interface 1.13; an older one
+  /// commonly acknowledges and ignores them. Under a robust conduct they are sent only to an iPod
+  /// that has told such a version (identification by tokens asks for none;
+  /// Command_RequestLingoProtocolVersion does). For any other the state is read, and
+  /// IPOD_PLAYCONTROL_PLAYPAUSE sent only where it has to change: 1 then also means that there was
+  /// nothing to do.
+  ///
+  /// Under a robust conduct a code that toggles or skips is sent once, never again when its ACK
+  /// stays away: a failure then does not say that nothing happened.
   int Command_PlayControl(unsigned char code);
   /// Presses the buttons of a mask (IPOD_BUTTON_CONTEXT_MASK_...), 0 releases them: Simple Remote
   /// `00` and one to four bytes, least significant first. @return 0 for success.
@@ -505,6 +515,11 @@ class IPODCOMM_API CIpodComm {
   bool AskForRecords(std::uint16_t* transaction_id);
   bool ReadNextRecord(tagIPOD_READ_PARAMS* read);
   bool AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read);
+
+  // Playing and pausing (media/playback.cpp)
+  bool KnowsPlayAndPause() const;
+  int SendPlayControl(unsigned char code);
+  int PlayOrPause(bool play);
 
   // Browsing and track texts (media/browsing.cpp, media/track_info.cpp)
   unsigned char CategoryOnWire(unsigned char category) const;

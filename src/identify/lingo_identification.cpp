@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "identify/identification_sequence.h"
+#include "identify/lingo_versions.h"
 #include "platform/services.h"
 #include "protocol/commands.h"
 #include "protocol/numbers.h"
@@ -10,6 +11,7 @@
 #include "session/exchange.h"
 
 using ipodcomm::Answer;
+using ipodcomm::AtLeast;
 using ipodcomm::Command;
 using ipodcomm::kGeneralLingo;
 namespace general = ipodcomm::general;
@@ -25,11 +27,6 @@ constexpr tagIPOD_VERSION kMinDisplayRemote = {1, 1};
 constexpr tagIPOD_VERSION kMinExtended = {1, 8};
 constexpr tagIPOD_VERSION kMinSports = {1, 1};
 constexpr tagIPOD_VERSION kMinStorage = {1, 2};
-
-bool AtLeast(const tagIPOD_VERSION& version, const tagIPOD_VERSION& minimum) {
-  return version.major > minimum.major ||
-         (version.major == minimum.major && version.minor >= minimum.minor);
-}
 
 struct PreferenceSetting {
   unsigned char preference_class;

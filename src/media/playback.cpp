@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: controlling playback, and what is playing.
+#include "identify/lingo_versions.h"
 #include "ipodcomm/CIpodComm.h"
+#include "ipodcomm/ipod.h"
 #include "protocol/commands.h"
 #include "protocol/numbers.h"
 #include "protocol/text.h"
@@ -28,6 +30,30 @@ std::size_t ButtonBytes(const unsigned char (&mask)[4]) {
 }  // namespace
 
 int CIpodComm::Command_PlayControl(unsigned char code) {
+  const bool play = code == ipod::IPOD_PLAYCONTROL_PLAY;
+  const bool pause = code == ipod::IPOD_PLAYCONTROL_PAUSE;
+  if (conduct_.robust != 0 && (play || pause) && !KnowsPlayAndPause()) return PlayOrPause(play);
+  return SendPlayControl(code);
+}
+
+bool CIpodComm::KnowsPlayAndPause() const { return ipodcomm::AtLeast(identity_.extended, {1, 13}); }
+
+// Toggles the player where it has to change. When no ACK comes, the state tells whether it has.
+int CIpodComm::PlayOrPause(bool play) {
+  for (std::int32_t attempt = 0; attempt < ipodcomm::kAttempts; ++attempt) {
+    unsigned char state = 0;
+    unsigned long length = 0;
+    unsigned long position = 0;
+    if (Command_GetPlayStatus(&state, &length, &position) == 0) return 0;
+    const bool plays =
+        state != ipod::IPOD_PLAYERSTATE_STOPPED && state != ipod::IPOD_PLAYERSTATE_PAUSED;
+    if (plays == play || SendPlayControl(ipod::IPOD_PLAYCONTROL_PLAYPAUSE) != 0) return 1;
+    if (last_exchange_.result == IPOD_EXCHANGE_REFUSED) return 0;
+  }
+  return 0;
+}
+
+int CIpodComm::SendPlayControl(unsigned char code) {
   const unsigned char data[] = {code};
   return ExchangeForLoggedAck(Command(kExtendedLingo, extended::kPlayControl, data),
                               L"CIpodComm::Command_PlayControl",

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: the iPod's own preferences.
+#include "identify/lingo_versions.h"
 #include "ipodcomm/CIpodComm.h"
 #include "protocol/commands.h"
 #include "session/exchange.h"
@@ -10,10 +11,7 @@ using ipodcomm::kGeneralLingo;
 namespace general = ipodcomm::general;
 
 // Preferences came with version 1.05 of the General lingo; an older iPod is not asked.
-bool CIpodComm::KnowsPreferences() const {
-  const tagIPOD_VERSION& general = identity_.general;
-  return general.major > 1 || (general.major == 1 && general.minor >= 5);
-}
+bool CIpodComm::KnowsPreferences() const { return ipodcomm::AtLeast(identity_.general, {1, 5}); }
 
 int CIpodComm::Command_GetPreference(unsigned char preference_class, unsigned char* setting) {
   if (!KnowsPreferences()) return 0;

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "ipodcomm/ipod.h"
 #include "protocol/commands.h"
 
 namespace ipodcomm {
@@ -76,6 +77,21 @@ std::uint16_t AckCommand(std::uint8_t lingo) {
 }
 
 }  // namespace
+
+bool MayBeRepeated(const tagIPOD_WRITE_PARAMS& request) {
+  if (request.lingo != kExtendedLingo || request.command != extended::kPlayControl) return true;
+  if (request.length == 0) return true;
+  switch (request.data[0]) {
+    case ipod::IPOD_PLAYCONTROL_PLAYPAUSE:
+    case ipod::IPOD_PLAYCONTROL_NEXTTRACK:
+    case ipod::IPOD_PLAYCONTROL_PREVIOUSTRACK:
+    case ipod::IPOD_PLAYCONTROL_NEXT:
+    case ipod::IPOD_PLAYCONTROL_PREVIOUS:
+      return false;
+    default:
+      return true;
+  }
+}
 
 const AnswerRule* FindAnswerRule(std::uint8_t lingo, std::uint16_t request) {
   for (const AnswerRule& rule : kRules) {

@@ -26,6 +26,10 @@ struct AnswerRule {
   static constexpr std::uint8_t kNoText = 0xFF;
 };
 
+/// Whether a request may be sent again before it is known what came of the first. One that toggles
+/// or skips would do so twice.
+bool MayBeRepeated(const tagIPOD_WRITE_PARAMS& request);
+
 /// The rule of a request that is answered by data; null for one that is answered by an ACK alone.
 const AnswerRule* FindAnswerRule(std::uint8_t lingo, std::uint16_t request);
 

@@ -33,7 +33,8 @@ void StoreRefusal(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
 
 }  // namespace
 
-// A refusal is an answer: it is not asked for again. Silence and a damaged answer are.
+// A refusal is an answer: it is not asked for again. Silence and a damaged answer are, unless the
+// request may not be sent twice: then its answer is awaited for as long as three attempts last.
 tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own,
                                                tagIPOD_READ_PARAMS* read) {
   const bool told_apart =
@@ -49,7 +50,8 @@ tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write
 tagIPOD_COMM_ERROR CIpodComm::AttemptRobustly(const tagIPOD_WRITE_PARAMS& write, OwnAnswers* own,
                                               tagIPOD_READ_PARAMS* read, std::uint32_t* arrived) {
   for (std::int32_t attempt = 0; attempt < read->retries && MayGoOn(); ++attempt) {
-    if (!Attempt(write, own)) continue;
+    const bool sent = own->noted().attempts != 0;
+    if ((!sent || ipodcomm::MayBeRepeated(write)) && !Attempt(write, own)) continue;
     if (write.lingo == ipodcomm::kSimpleRemoteLingo) return IPOD_COMM_OK;
     const Verdict verdict = AwaitOwnAnswer(own, read);
     if (verdict != Verdict::kForeign && *arrived < own->noted().attempts) ++*arrived;

@@ -38,8 +38,8 @@ TEST_P(LastExchange, WasAnswered) {
 }
 
 TEST_P(LastExchange, WasRefusedWithTheStatusOfTheAwaitedAck) {
-  Answer("FF 55 04 04 00 29 0A C5", "FF 55 06 04 00 01 02 00 29 CA");
-  EXPECT_EQ(session_.Command_PlayControl(10), 0);
+  Answer("FF 55 04 04 00 29 02 CD", "FF 55 06 04 00 01 02 00 29 CA");
+  EXPECT_EQ(session_.Command_PlayControl(2), 0);
   EXPECT_EQ(Last().result, IPOD_EXCHANGE_REFUSED);
   EXPECT_EQ(Last().status, 2);
 }
