@@ -43,13 +43,17 @@ bool DamagesBytes(Meddling meddling) {
          meddling == Meddling::kJunk;
 }
 
-// Whether an acknowledgement says no. Identifiers come first where there are any.
-bool IsRefusal(const Frame& frame) {
-  if (frame.command != ipodsim::AckCommand(frame.lingo)) return false;
+// The refusal that a frame is, if it is one. Identifiers come first where there are any.
+std::optional<Refusal> RefusalIn(const Frame& frame) {
+  if (frame.command != ipodsim::AckCommand(frame.lingo)) return std::nullopt;
   const std::size_t plain = frame.lingo == ipodsim::kExtended ? 3 : 2;
   const std::size_t at = frame.data.size() == plain + 2 ? 2 : 0;
-  if (frame.data.size() < plain) return false;
-  return frame.data[at] != 0 && frame.data[at] != kPendingStatus;
+  if (frame.data.size() < plain) return std::nullopt;
+  const std::uint8_t status = frame.data[at];
+  if (status == 0 || status == kPendingStatus) return std::nullopt;
+  const std::uint16_t command =
+      plain == 3 ? ipodsim::Get16(frame.data, at + 1) : frame.data[at + 1];
+  return Refusal{0, frame.lingo, command, status};
 }
 
 }  // namespace
@@ -81,7 +85,10 @@ Dock::Dock(ipodsim::SimulatedIpod& ipod, const Trouble& trouble, unsigned place,
   delivered_.on_frame = [this](const Frame& frame, const Bytes&) {
     ++account_.answers;
     account_.last_answer_us = now_us_;
-    if (IsRefusal(frame)) account_.refusals.push_back(account_.requests);
+    if (auto refusal = RefusalIn(frame)) {
+      refusal->after = account_.requests;
+      account_.refusals.push_back(*refusal);
+    }
   };
   const auto ignore = [](ipodsim::FramingProblem, const std::string&) {};
   requests_.on_problem = ignore;
@@ -105,8 +112,18 @@ void Dock::OnRequest(const Frame& frame, const Bytes& wire) {
   account_.last_request_us = now_us_;
   if (repeated_) Send(now_us_ + kMillisecond, *std::exchange(repeated_, std::nullopt));
   if (MeddleWithRequest(frame)) return;
+  const ipodsim::PlayerState state = ipod_.player().state();
   ipod_.Receive(wire.data(), wire.size(), now_us_);
-  if (!ipod_.plugged()) account_.cut_off = true;
+  if (ipod_.plugged() || account_.cut_off) return;
+  account_.cut_off = true;
+  account_.state_before = state;
+}
+
+void Dock::CutOff() {
+  account_.struck = true;
+  account_.cut_off = true;
+  account_.state_before = ipod_.player().state();
+  ipod_.Unplug(now_us_);
 }
 
 // True when the iPod is not to hear of it.
@@ -156,15 +173,11 @@ bool Dock::MeddleWithRequest(const Frame& frame) {
       return false;
     }
     case Meddling::kRestart:
-      account_.struck = true;
-      account_.cut_off = true;
-      ipod_.Unplug(now_us_);
+      CutOff();
       back_us_ = now_us_ + kRestartTime;
       return true;
     default:  // it hangs up
-      account_.struck = true;
-      account_.cut_off = true;
-      ipod_.Unplug(now_us_);
+      CutOff();
       return true;
   }
 }
@@ -311,7 +324,9 @@ Bytes Dock::Shortened(Frame frame) {
 
 Bytes Dock::Acknowledgement(const Frame& frame, std::uint8_t status, bool with_time) {
   const ipodsim::CommandRule* rule = ipodsim::FindCommand(frame.lingo, frame.command);
-  const bool carries = rule != nullptr && rule->CarriesIdentifier() && ipod_.identifiers_on();
+  const bool may_carry =
+      ipod_.identifiers_on() || ipodsim::TraitsOf(ipod_.settings().profile).wants_identifiers;
+  const bool carries = rule != nullptr && rule->CarriesIdentifier() && may_carry;
   Bytes data = IdentifierOf(frame, carries);
   data.push_back(status);
   if (frame.lingo == ipodsim::kExtended) ipodsim::Put8(data, frame.command >> 8);

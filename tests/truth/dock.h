@@ -15,18 +15,27 @@
 
 namespace truth {
 
+/// A refusal that was sent to the accessory.
+struct Refusal {
+  unsigned after = 0;  // so many requests
+  std::uint8_t lingo = 0;
+  std::uint16_t command = 0;
+  std::uint8_t status = 0;
+};
+
 /// What passed the dock.
 struct Account {
   unsigned requests = 0;  // whole frames from the accessory
   unsigned answers = 0;   // whole frames to it
   bool struck = false;    // the trouble happened
   bool cut_off = false;   // the iPod was away, or is
+  /// What the player did before the iPod went away, which pauses it.
+  std::optional<ipodsim::PlayerState> state_before;
   /// A damaged frame whose checksum holds: nobody can tell it from a good one.
   bool checksum_held = false;
   std::int64_t last_request_us = 0;
   std::int64_t last_answer_us = 0;
-  /// Refusals that were sent to the accessory, by the number of requests before.
-  std::vector<unsigned> refusals;
+  std::vector<Refusal> refusals;
 };
 
 /// Whether any part of what arrives reads as a frame, its checksum included, that is none of
@@ -50,6 +59,7 @@ class Dock : public ipodcomm::virtual_platform::SerialDevice {
 
   void OnRequest(const ipodsim::Frame& frame, const Bytes& wire);
   bool MeddleWithRequest(const ipodsim::Frame& frame);
+  void CutOff();
   void OnAnswer(const ipodsim::Frame& frame, const Bytes& wire);
   void Meddle(const ipodsim::Frame& frame, Bytes wire);
   bool Strikes(unsigned number);

@@ -12,6 +12,7 @@ namespace truth {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::Field;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -74,9 +75,10 @@ TEST_F(DockTest, DoublesRepeatsAndCutsAnAnswer) {
 
 TEST_F(DockTest, RefusesARequestAndRemembersIt) {
   EXPECT_THAT(Gather("refused", 2), HasSubstr("FF 55 04 00 02 0"));
-  EXPECT_THAT(account_.refusals, ElementsAre(2U));
+  EXPECT_THAT(account_.refusals, ElementsAre(Field(&Refusal::after, 2U)));
   Gather("refused-always", 2);
-  EXPECT_THAT(account_.refusals, ElementsAre(2U, 3U));
+  EXPECT_THAT(account_.refusals,
+              ElementsAre(Field(&Refusal::after, 2U), Field(&Refusal::command, 0x07)));
 }
 
 TEST_F(DockTest, HangsUpForGood) {

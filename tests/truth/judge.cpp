@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "simulator/protocol/commands.h"
+
 namespace truth {
 
 namespace {
@@ -18,7 +20,18 @@ bool Says(const std::string& message, const char* part) {
 // a few questions more.
 bool WasRefusedAtTheEnd(const Account& account) {
   constexpr unsigned kQuestionsAfter = 16;
-  return !account.refusals.empty() && account.refusals.back() + kQuestionsAfter >= account.requests;
+  return !account.refusals.empty() &&
+         account.refusals.back().after + kQuestionsAfter >= account.requests;
+}
+
+// Whether it said that it does not know a lingo, which may stand for being too old for it.
+bool KnowsNoSuchLingo(const Account& account) {
+  return std::any_of(account.refusals.begin(), account.refusals.end(), [](const Refusal& refusal) {
+    return refusal.lingo == ipodsim::kGeneral &&
+           refusal.command == ipodsim::general::kRequestLingoProtocolVersion &&
+           (refusal.status == static_cast<std::uint8_t>(ipodsim::AckStatus::kUnknown) ||
+            refusal.status == static_cast<std::uint8_t>(ipodsim::AckStatus::kBadParameter));
+  });
 }
 
 }  // namespace
@@ -66,17 +79,20 @@ std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Acc
   const ipodsim::Traits& traits = ipodsim::TraitsOf(run.profile);
   const std::string said = "exit " + std::to_string(outcome.status) + ": " + message;
   if (outcome.status == 64 || outcome.status == 2) return said + " [the run itself is wrong]";
-  if (Says(message, "too old") && run.profile != ipodsim::Profile::kOld) {
+  if (Says(message, "too old") && run.profile != ipodsim::Profile::kOld &&
+      !KnowsNoSuchLingo(account)) {
     return said + " [it is not]";
   }
-  if (Says(message, "no iPod answers") && account.answers != 0 && !account.cut_off) {
+  const bool nobody = account.cut_off || !traits.answers;
+  if (Says(message, "no iPod answers") && account.answers != 0 && !nobody) {
     return said + " [it gave " + std::to_string(account.answers) + " answers]";
   }
-  if (Says(message, "no longer answers") && !account.cut_off &&
+  if (Says(message, "no longer answers") && !nobody &&
       account.last_answer_us > account.last_request_us) {
     return said + " [it answered the last question]";
   }
-  if (Says(message, "did not accept") && ipod.identified() && !account.cut_off) {
+  if (Says(message, "did not accept") && ipod.identified() && !nobody &&
+      !WasRefusedAtTheEnd(account)) {
     return said + " [it did]";
   }
   if (Says(message, " refused") && !WasRefusedAtTheEnd(account)) {

@@ -128,12 +128,12 @@ TEST(Judge, LetsTrueCausesStand) {
       Verdict::kHonest);
   Account refused;
   refused.requests = 40;
-  refused.refusals = {38};
+  refused.refusals = {{38, 0, 0x07, 4}};
   EXPECT_EQ(
       JudgeFailure("info/nano/fast/refused@38/1", "the iPod refused to tell its name", refused)
           .verdict,
       Verdict::kHonest);
-  refused.refusals = {3};
+  refused.refusals = {{3, 0, 0x07, 4}};
   EXPECT_EQ(JudgeFailure("info/nano/fast/refused@3/1", "the iPod refused to tell its name", refused)
                 .verdict,
             Verdict::kFalseCause)

@@ -16,7 +16,10 @@ using ipodsim::MediaKind;
 using ipodsim::Profile;
 using ipodsim::Track;
 
-constexpr std::array<const char*, 4> kProfiles = {"nano", "classic", "old", "nosports"};
+// As often as they are named.
+constexpr std::array<const char*, 16> kProfiles = {
+    "nano",    "nano",    "nano",   "nano",   "nano",     "classic",  "classic", "classic",
+    "classic", "classic", "strict", "strict", "nosports", "nosports", "old",     "silent"};
 constexpr std::array<const char*, 2> kConducts = {"robust", "fast"};
 
 std::string Numbered(const char* what, int number) {
@@ -148,7 +151,7 @@ ipodsim::Settings Case::settings() const {
   settings.profile = profile;
   settings.seed = seed;
   settings.library = legacy() ? kShortLibrary : kLibrary;
-  if (trouble->set != nullptr) trouble->set(settings);
+  if (trouble->set) trouble->set(settings);
   return settings;
 }
 
@@ -178,12 +181,7 @@ Case CaseByNumber(std::uint64_t number, std::uint64_t seed) {
   Case run;
   run.scene = &AllScenes()[number % scenes];
   run.trouble = &AllTroubles()[(number / scenes + number % scenes * 7) % troubles];
-  // One in sixteen is an iPod that is too old for anything.
-  const std::size_t profile = random.Below(16);
-  run.profile = *ipodsim::ProfileByName(profile == 0 ? kProfiles[2]
-                                                     : kProfiles[profile < 7    ? 0
-                                                                 : profile < 13 ? 1
-                                                                                : 3]);
+  run.profile = *ipodsim::ProfileByName(kProfiles[random.Below(kProfiles.size())]);
   run.conduct = kConducts[random.Below(kConducts.size())];
   run.seed = seed * 1000 + round * 17 + random.Below(17);
   return run;

@@ -81,7 +81,9 @@ void Survey::Take(const Report& report) {
   const Trouble& trouble = *report.run.trouble;
   ++all_[verdict];
   ++by_trouble_[trouble.name][verdict];
-  if (trouble.once && trouble.curable && report.run.profile != ipodsim::Profile::kOld) {
+  const ipodsim::Profile profile = report.run.profile;
+  const bool is_usable = profile != ipodsim::Profile::kOld && profile != ipodsim::Profile::kSilent;
+  if (trouble.once && trouble.curable && is_usable) {
     ++curable_[verdict];
   }
   const bool shown = IsBad(report.judgement.verdict) ||
@@ -95,7 +97,7 @@ void Survey::PrintTable() const {
   for (const Trouble& trouble : AllTroubles()) {
     const auto found = by_trouble_.find(trouble.name);
     if (found == by_trouble_.end()) continue;
-    std::printf("%-20s%8u", trouble.name, Sum(found->second));
+    std::printf("%-20s%8u", trouble.name.c_str(), Sum(found->second));
     for (const unsigned figure : found->second) std::printf("%8u", figure);
     std::printf("\n");
   }

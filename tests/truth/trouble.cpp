@@ -2,6 +2,8 @@
 // The table of troubles.
 #include "trouble.h"
 
+#include "simulator/settings/habits.h"
+
 namespace truth {
 
 namespace {
@@ -9,19 +11,11 @@ namespace {
 using ipodsim::Fault;
 using ipodsim::Settings;
 
-template <Fault fault>
-void Enable(Settings& settings) {
-  settings.faults.Enable(fault);
-}
-
 constexpr bool kOnce = true;
 constexpr bool kOften = false;
-constexpr bool kCurable = true;
 constexpr bool kFatal = false;
 
-}  // namespace
-
-const std::vector<Trouble>& AllTroubles() {
+const std::vector<Trouble>& Meddlings() {
   static const std::vector<Trouble> kAll = {
       {"none"},
       {"late", Meddling::kLate},
@@ -60,33 +54,46 @@ const std::vector<Trouble>& AllTroubles() {
       {"dropped-bytes", Meddling::kDroppedByte, kOften},
       {"doubled-bytes", Meddling::kDoubledByte, kOften},
       {"flipped-bits", Meddling::kFlippedBit, kOften},
-      // The simulated iPod's own. Those that damage bytes are the three before: what damages them
-      // here knows when the checksum holds all the same.
-      {"late-bytes", Meddling::kNone, kOften, kCurable, Enable<Fault::kLateBytes>},
-      {"split-bytes", Meddling::kNone, kOften, kCurable, Enable<Fault::kSplitBytes>},
-      {"junk-bytes", Meddling::kNone, kOften, kCurable, Enable<Fault::kJunk>},
-      {"refused-commands", Meddling::kNone, kOften, kFatal, Enable<Fault::kRefusedCommands>},
-      {"pending-acks", Meddling::kNone, kOften, kCurable, Enable<Fault::kPendingAcks>},
-      {"short-replies", Meddling::kNone, kOften, kCurable, Enable<Fault::kShortReplies>},
-      {"long-replies", Meddling::kNone, kOften, kCurable, Enable<Fault::kLongReplies>},
-      {"unasked-requests", Meddling::kNone, kOften, kCurable, Enable<Fault::kUnaskedRequests>},
-      {"unplug", Meddling::kNone, kOnce, kFatal, Enable<Fault::kUnplug>},
-      // Habits of iPods, with which everything comes right.
-      {"wants-identifier", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.start_idps_needs_identifier = true; }},
-      {"ignores-start", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.refuses_start_idps_silently = true; }},
-      {"pending-mode", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.remote_ui_is_pending_first = true; }},
-      {"keeps-identifiers", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.keeps_identifiers = true; }},
-      {"sorted-only", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.refuses_select_record = true; }},
-      {"large-frames", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.large_frames_only = true; }},
-      {"asks-in-session", Meddling::kNone, kOnce, kCurable,
-       [](Settings& settings) { settings.asks_during_session = true; }},
   };
+  return kAll;
+}
+
+// What damages bytes is left to the dock, which knows when the checksum holds all the same.
+bool IsLeftToTheDock(Fault fault) {
+  return fault == Fault::kDroppedBytes || fault == Fault::kDoubledBytes ||
+         fault == Fault::kFlippedBits;
+}
+
+bool IsFatal(Fault fault) {
+  return fault == Fault::kRefusedCommands || fault == Fault::kUnplug || fault == Fault::kRestart ||
+         fault == Fault::kHangUp;
+}
+
+// Habits of iPods with which nothing can be done about a command that is refused.
+bool IsRefusing(const std::string& habit) {
+  for (const char* name :
+       {"no-name", "few-facts", "no-track-info", "authentication", "stays-paused"}) {
+    if (habit == name) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+const std::vector<Trouble>& AllTroubles() {
+  static const std::vector<Trouble> kAll = [] {
+    std::vector<Trouble> all = Meddlings();
+    for (const ipodsim::FaultInfo& info : ipodsim::Faults::All()) {
+      if (IsLeftToTheDock(info.fault)) continue;
+      all.push_back({std::string("sim-") + info.name, Meddling::kNone, kOften, !IsFatal(info.fault),
+                     [fault = info.fault](Settings& settings) { settings.faults.Enable(fault); }});
+    }
+    for (const ipodsim::Habit& habit : ipodsim::AllHabits()) {
+      all.push_back({habit.name, Meddling::kNone, kOnce, !IsRefusing(habit.name),
+                     [&habit](Settings& settings) { habit.apply(&settings); }});
+    }
+    return all;
+  }();
   return kAll;
 }
 

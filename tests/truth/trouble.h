@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -42,14 +43,14 @@ enum class Meddling {
 };
 
 struct Trouble {
-  const char* name;
+  std::string name;
   Meddling meddling = Meddling::kNone;
   /// At one place, or else at one frame in eight.
   bool once = true;
   /// Whether a robust accessory can come to the right result all the same.
   bool curable = true;
-  /// Sets the simulated iPod's own switches; null where there is nothing to set.
-  void (*set)(ipodsim::Settings& settings) = nullptr;
+  /// Sets the simulated iPod's own switches; empty where there is nothing to set.
+  std::function<void(ipodsim::Settings& settings)> set = nullptr;
 };
 
 const std::vector<Trouble>& AllTroubles();

@@ -30,6 +30,8 @@ struct Question {
 
   const Json& last() const { return said.back(); }
   const ipodsim::Traits& traits() const { return ipodsim::TraitsOf(run.profile); }
+  // The player's, as it was when the iPod was last there.
+  PlayerState state() const { return account.state_before.value_or(ipod.player().state()); }
   // What a refused question would have told may be missing.
   bool was_refused() const { return !account.refusals.empty() && account.struck; }
 };
@@ -165,6 +167,11 @@ std::vector<std::pair<std::size_t, std::string>> RecordsIn(const std::vector<Jso
   return records;
 }
 
+// The legacy interface's texts have room for 256 characters; a longer name has no text.
+bool IsTooLong(const Question& question, const std::string& name) {
+  return question.run.legacy() && name.size() > 256;
+}
+
 std::string UntrueOverview(const Question& question) {
   ipodsim::Database database(&question.ipod.settings().library);
   const Json told = question.last().value("categories", Json::object());
@@ -185,6 +192,10 @@ std::string UntrueList(const Question& question) {
     database.Select(category, IndexOf(database, category, path[i]));
     category = Below(category);
   }
+  // The sorted selection, which the others fall back on, lists by name.
+  if (question.ipod.settings().refuses_select_record && path.size() > 1) {
+    database.SetSort(ipodsim::Sort::kName);
+  }
   const std::vector<std::string> names = NamesIn(database, category);
   const std::size_t from = question.options.from;
   const std::size_t count = question.options.count.value_or(names.size() - from);
@@ -196,7 +207,7 @@ std::string UntrueList(const Question& question) {
   const auto records = RecordsIn(question.said);
   for (std::size_t i = 0; i < count && i < records.size(); ++i) {
     if (records[i].first != from + i) return Differs("index", records[i].first, from + i);
-    if (records[i].second != names[from + i]) {
+    if (records[i].second != names[from + i] && !IsTooLong(question, names[from + i])) {
       return Differs("record " + std::to_string(from + i), records[i].second, names[from + i]);
     }
   }
@@ -233,25 +244,30 @@ std::string UntruePosition(const Question& question, const Json& now) {
   const std::int64_t told = now.at("position_ms");
   const std::int64_t truth = player.position_ms(question.now_us);
   constexpr std::int64_t kTolerance = 30;
-  const std::int64_t since = player.state() == PlayerState::kPaused ? 0 : question.now_us / 1000;
+  const std::int64_t since = question.state() == PlayerState::kPaused ? 0 : question.now_us / 1000;
   if (told > truth + kTolerance || told < truth - since - kTolerance) {
     return Differs("position_ms", told, truth);
   }
   return "";
 }
 
+// Whether a track is a video is a question of its own, which few iPods answer.
+std::string UntrueVideo(const Question& question, const Json& now, const ipodsim::Track& track) {
+  if (!now.contains("video") && question.was_refused()) return "";
+  return Expect(now, "video", track.kind == ipodsim::MediaKind::kVideo);
+}
+
 // What is told of the player, against the player.
 std::string UntrueNow(const Question& question, const Json& now) {
   const Player& player = question.ipod.player();
   const bool legacy = question.run.legacy();
-  const std::string state = StateName(player.state());
+  const std::string state = StateName(question.state());
   const std::string wrong_state = Expect(now, "state", legacy ? Capitalised(state) : state);
   if (!wrong_state.empty() || player.state() == PlayerState::kStopped) return wrong_state;
   const ipodsim::Track& track = *player.current();
   const std::string wrong_track =
       FirstOf(Expect(now, "title", track.title), Expect(now, "length_ms", track.length_ms),
-              Expect(now, "video", track.kind == ipodsim::MediaKind::kVideo),
-              UntruePosition(question, now));
+              UntrueVideo(question, now, track), UntruePosition(question, now));
   if (legacy || !wrong_track.empty()) return wrong_track;
   return FirstOf(Expect(now, "index", player.index()), Expect(now, "artist", track.artist),
                  Expect(now, "album", track.album));
@@ -260,7 +276,7 @@ std::string UntrueNow(const Question& question, const Json& now) {
 // Whether the player does what it was told to do.
 std::string NotPlayed(const Question& question) {
   const Player& player = question.ipod.player();
-  if (player.state() != PlayerState::kPlaying) return "it is " + StateName(player.state());
+  if (question.state() != PlayerState::kPlaying) return "it is " + StateName(question.state());
   const std::vector<std::string>& path = question.options.path;
   const ipodsim::Library& library = question.ipod.settings().library;
   if (path.empty()) {
@@ -282,8 +298,8 @@ std::string NotPlayed(const Question& question) {
 std::string NotDone(const Question& question) {
   const Player& player = question.ipod.player();
   const std::string& command = question.options.command;
-  const auto is = [&player](PlayerState state) {
-    return player.state() == state ? "" : "it is " + StateName(player.state());
+  const auto is = [&question](PlayerState state) {
+    return question.state() == state ? "" : "it is " + StateName(question.state());
   };
   const auto is_at = [&player](std::uint32_t index) {
     return player.index() == index ? "" : "it is at " + std::to_string(player.index());
@@ -354,6 +370,8 @@ std::string UntruePreferences(const Question& question) {
   const std::string& wanted = question.options.preference;
   for (const Preference& preference : Preferences()) {
     if (!wanted.empty() && wanted != preference.name) continue;
+    // Out of the dock they go back to what they were before.
+    if (question.account.cut_off && question.last().contains(preference.name)) continue;
     const std::uint8_t value = question.ipod.preference(preference.code);
     if (!question.options.setting.empty() &&
         preference.settings[value] != question.options.setting) {
