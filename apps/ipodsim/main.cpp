@@ -8,12 +8,14 @@
 #include <charconv>
 #include <cstdio>
 #include <exception>
+#include <iomanip>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
 
+#include "line_recording.h"
 #include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
 #include "simulator/settings/habits.h"
@@ -24,7 +26,7 @@ constexpr int kMistakesMade = 1;
 constexpr int kUsage = 64;         // the command line
 constexpr int kBroken = 70;        // a fault of the program's own, or no memory
 constexpr int kNoInput = 66;       // the library file
-constexpr int kCannotCreate = 73;  // the terminal, the link or the storage folder
+constexpr int kCannotCreate = 73;  // the terminal, the link, the storage folder or the recording
 
 struct Options {
   std::string link;
@@ -35,6 +37,7 @@ struct Options {
   std::vector<std::string> faults;
   std::vector<std::string> habits;
   std::uint32_t baud = 0;
+  std::string capture;
   std::uint64_t seed = 1;
   bool asks_during_session = false;
   bool trace = false;
@@ -84,8 +87,8 @@ std::string Footer() {
          "  1   it made some; they are listed\n"
          "  64  the command line is wrong\n"
          "  66  the library file cannot be read\n"
-         "  73  the terminal, the link or the storage folder cannot be made,\n"
-         "      or the link is in use\n";
+         "  73  the terminal, the link, the storage folder or the recording cannot\n"
+         "      be made, or the link is in use\n";
 }
 
 int Fail(int status, const std::string& sentence) {
@@ -117,6 +120,8 @@ void Describe(CLI::App* app, Options* options) {
   app->add_option("--baud", options->baud,
                   "speed of the line, such as 57600, at 10.5 bits a byte; none when not given")
       ->check(CLI::Range(300u, 4000000u));
+  app->add_option("--capture", options->capture,
+                  "record the line, for Wireshark; - is standard output");
   app->add_flag("--ask-during-session", options->asks_during_session,
                 "ask about Sports and Storage again whenever the accessory asks the same");
   app->add_option("--seed", options->seed, "for all that is drawn: media, delays, faults (1)");
@@ -175,11 +180,11 @@ int Configure(const Options& options, ipodsim::Settings* settings) {
   return 0;
 }
 
-int Report(const std::vector<ipodsim::Mistake>& mistakes) {
-  std::cout << mistakes.size() << " protocol mistake" << (mistakes.size() == 1 ? "" : "s") << "\n";
+int Report(const std::vector<ipodsim::Mistake>& mistakes, std::ostream& out) {
+  out << mistakes.size() << " protocol mistake" << (mistakes.size() == 1 ? "" : "s") << "\n";
   for (const auto& mistake : mistakes) {
-    std::printf("  %.6f s  %s: %s\n", static_cast<double>(mistake.at) / 1e6, mistake.name.c_str(),
-                mistake.detail.c_str());
+    out << "  " << std::fixed << std::setprecision(6) << static_cast<double>(mistake.at) / 1e6
+        << " s  " << mistake.name << ": " << mistake.detail << "\n";
   }
   return mistakes.empty() ? 0 : kMistakesMade;
 }
@@ -200,12 +205,19 @@ int Serve(const Options& options, ipodsim::Settings settings) {
     server.set_trace(
         [](const ipodsim::TraceLine& line) { std::cerr << ipodsim::Format(line) + "\n"; });
   }
+  if (!options.capture.empty()) {
+    std::string reason;
+    server.set_tap(RecordLine(options.capture, options.baud, &reason));
+    if (!reason.empty())
+      return Fail(kCannotCreate, "cannot record to " + options.capture + ": " + reason);
+  }
   if (!server.Start()) return Fail(kCannotCreate, server.error());
-  std::cout << "serving an iPod (" << options.profile << ") on " << server.device_path()
-            << std::endl;
+  // A recording has standard output to itself.
+  std::ostream& out = options.capture == "-" ? std::cerr : std::cout;
+  out << "serving an iPod (" << options.profile << ") on " << server.device_path() << std::endl;
   int received = 0;
   sigwait(&signals, &received);
-  return Report(server.Stop());
+  return Report(server.Stop(), out);
 }
 
 int Run(int argc, char** argv) {

@@ -38,6 +38,8 @@ class PtyServer::Impl {
     if (wake_ >= 0) close(wake_);
   }
 
+  void set_tap(Tap tap) { tap_ = std::move(tap); }
+
   bool Start() {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (thread_.joinable()) return true;
@@ -127,7 +129,7 @@ class PtyServer::Impl {
     const Bytes bytes = to_accessory_.Receive(now);
     pending_.insert(pending_.end(), bytes.begin(), bytes.end());
     if (!connected_) pending_.clear();
-    if (terminal_.is_open()) terminal_.Write(&pending_);
+    WriteBytes();
 
     Microseconds wait = -1;
     const auto limit = [&](Microseconds most) { wait = wait < 0 ? most : std::min(wait, most); };
@@ -141,7 +143,19 @@ class PtyServer::Impl {
   }
 
   // What the accessory has written moves on the line from here on.
-  void TakeBytes() { from_accessory_.Send(terminal_.Read(), Now()); }
+  void TakeBytes() {
+    const Bytes bytes = terminal_.Read();
+    if (tap_ && !bytes.empty()) tap_(LineEnd::kAccessory, bytes);
+    from_accessory_.Send(bytes, Now());
+  }
+
+  void WriteBytes() {
+    if (!terminal_.is_open() || pending_.empty()) return;
+    Bytes written = pending_;
+    terminal_.Write(&pending_);
+    written.resize(written.size() - pending_.size());
+    if (tap_ && !written.empty()) tap_(LineEnd::kIpod, written);
+  }
 
   // The iPod hears what has arrived by now.
   void Deliver(Microseconds now) {
@@ -187,6 +201,7 @@ class PtyServer::Impl {
 
   const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
   const std::string link_;
+  Tap tap_;
   std::mutex mutex_;
   SimulatedIpod ipod_;
   PacedLine from_accessory_;
@@ -208,6 +223,8 @@ PtyServer::~PtyServer() = default;
 void PtyServer::set_trace(std::function<void(const TraceLine&)> trace) {
   impl_->With([&](SimulatedIpod& ipod) { ipod.set_trace(std::move(trace)); });
 }
+
+void PtyServer::set_tap(Tap tap) { impl_->set_tap(std::move(tap)); }
 
 bool PtyServer::Start() { return impl_->Start(); }
 std::vector<Mistake> PtyServer::Stop() { return impl_->Stop(); }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,12 +13,17 @@
 
 namespace ipodsim {
 
+/// Who sent bytes over a line.
+enum class LineEnd { kAccessory, kIpod };
+
 /// All operations may be called from any thread. The other side may close the device and open it
 /// again at will; what the iPod says meanwhile is lost, as on a real port. While the iPod is
 /// unplugged the device does not exist; plugged in again it may have another path, which the link,
 /// if there is one, follows.
 class PtyServer {
  public:
+  using Tap = std::function<void(LineEnd sender, const std::vector<std::uint8_t>& bytes)>;
+
   /// The link is a symbolic link to make, empty for none. A link that was left behind at its place
   /// is replaced; one that leads to a device is in use and left alone, like anything else.
   /// @param baud speed of the line in bits a second, in both directions, at 10.5 bits a byte; 0 for
@@ -30,6 +36,9 @@ class PtyServer {
 
   /// Called from the server's own thread; to be set before Start.
   void set_trace(std::function<void(const TraceLine&)> trace);
+
+  /// Called from the server's own thread with what went over the terminal; to be set before Start.
+  void set_tap(Tap tap);
 
   /// False when the pseudo-terminal or the link could not be made; error() then says why.
   bool Start();

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "pcapng_reader.h"
+#include "support/pcapng_reader.h"
 #include "support/temporary_folder.h"
 
 namespace test {

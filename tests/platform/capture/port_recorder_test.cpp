@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-#include "pcapng_reader.h"
+#include "support/pcapng_reader.h"
 #include "world.h"
 
 namespace test {

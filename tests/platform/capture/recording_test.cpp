@@ -11,8 +11,8 @@
 #include <memory>
 #include <string>
 
-#include "pcapng_reader.h"
 #include "platform/capture/line_tap.h"
+#include "support/pcapng_reader.h"
 #include "support/temporary_folder.h"
 
 namespace test {

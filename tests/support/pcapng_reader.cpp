@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "pcapng_reader.h"
+#include "support/pcapng_reader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// Recordings of whole sessions, by ipodctl and by ipodsim.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <string>
+
+#include "support/pcapng_reader.h"
+#include "support/process.h"
+#include "support/temporary_folder.h"
+
+using test::Ended;
+using test::Ipodctl;
+using test::Process;
+using test::ReadPcapng;
+using test::ReadPcapngFile;
+using test::ReadRecording;
+using test::TemporaryFolder;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+
+namespace {
+
+test::Bytes BytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+// Whether the recording was closed: its last packet says so.
+bool IsClosed(const ReadRecording& recording) {
+  return !recording.packets.empty() && recording.packets.back().event == 6;
+}
+
+TEST(IpodctlCapture, RecordsTheLineBesideWhatTheCommandDoes) {
+  const TemporaryFolder folder;
+  const Ended plain = Ipodctl({"--simulated", "info", "--json"});
+  const Ended recorded =
+      Ipodctl({"--simulated", "--capture", folder.path("line.pcapng"), "info", "--json"});
+  EXPECT_EQ(recorded.status, 0) << recorded.err;
+  EXPECT_EQ(recorded.err, "");
+  EXPECT_EQ(recorded.out.size(), plain.out.size());
+  const ReadRecording recording = ReadPcapngFile(folder.path("line.pcapng"));
+  EXPECT_TRUE(IsClosed(recording));
+  // What the iPod calls itself, as it came over the line.
+  const test::Bytes received = recording.BytesOf(2);
+  EXPECT_THAT(std::string(received.begin(), received.end()), HasSubstr("Zoë’s iPod"));
+}
+
+TEST(IpodctlCapture, OnStandardOutputMovesTheCommandsTextAside) {
+  const Ended ended = Ipodctl({"--simulated", "--capture", "-", "info"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_TRUE(IsClosed(ReadPcapng(BytesOf(ended.out))));
+  EXPECT_THAT(ended.err, AllOf(HasSubstr("Model"), HasSubstr("MB598LL")));
+}
+
+TEST(IpodctlCapture, ThatCannotBeMadeIsSaidBeforeAnythingIsDone) {
+  const Ended ended = Ipodctl({"--simulated", "--capture", "/nowhere/line.pcapng", "info"});
+  EXPECT_EQ(ended.status, 73);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_EQ(ended.err,
+            "ipodctl: cannot record to /nowhere/line.pcapng: No such file or directory.\n");
+}
+
+TEST(IpodctlCapture, OnAFullDiskEndsAndTheCommandDoesNot) {
+  const Ended ended = Ipodctl({"--simulated", "--capture", "/dev/full", "info"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "ipodcomm: the recording /dev/full ends here: No space left on device\n");
+  EXPECT_THAT(ended.out, HasSubstr("MB598LL"));
+}
+
+TEST(IpodsimCapture, AgreesWithTheHostsRecordingInEveryByte) {
+  const TemporaryFolder folder;
+  Process ipodsim(IPODSIM_PROGRAM,
+                  {"--link", folder.path("ipod"), "--capture", folder.path("ipod.pcapng")});
+  ASSERT_TRUE(ipodsim.WaitForOutput("serving"));
+  const Ended ended = Ipodctl({"--port", folder.path("ipod"), "--conduct", "fast", "--capture",
+                               folder.path("host.pcapng"), "browse", "artists"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  ipodsim.Signal(SIGINT);
+  EXPECT_EQ(ipodsim.Wait().status, 0);
+  const ReadRecording host = ReadPcapngFile(folder.path("host.pcapng"));
+  const ReadRecording ipod = ReadPcapngFile(folder.path("ipod.pcapng"));
+  EXPECT_TRUE(IsClosed(host));
+  EXPECT_TRUE(IsClosed(ipod));
+  for (const unsigned event : {1U, 2U}) {
+    EXPECT_GT(host.BytesOf(event).size(), 100U);
+    EXPECT_EQ(host.BytesOf(event), ipod.BytesOf(event));
+  }
+}
+
+TEST(IpodsimCapture, ThatCannotBeMadeIsSaid) {
+  const Ended ended = test::RunProgram(IPODSIM_PROGRAM, {"--capture", "/nowhere/ipod.pcapng"});
+  EXPECT_EQ(ended.status, 73);
+  EXPECT_EQ(ended.err,
+            "ipodsim: cannot record to /nowhere/ipod.pcapng: No such file or directory\n");
+}
+
+}  // namespace
