@@ -126,7 +126,7 @@ class IPODCOMM_API CIpodSerial {
   unsigned long ReadTurn();
   unsigned long BytesToRead(bool* told) const;
   void ReadByteWise();
-  void FeedAssembler(unsigned char byte);
+  void FeedAssembler(const unsigned char* bytes, unsigned long count);
   void GiveUpStalledFrame();
   void ReadGivenUpAgain();
   bool KeepReading();

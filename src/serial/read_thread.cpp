@@ -91,7 +91,7 @@ unsigned long CIpodSerial::ReadTurn() {
   }
   bytes_read_.fetch_add(static_cast<std::uint32_t>(read));
   if (pace_.rereads_damaged()) last_byte_ms_ = static_cast<std::uint32_t>(GetTickCount());
-  for (DWORD i = 0; i < read; ++i) FeedAssembler(bytes[i]);
+  FeedAssembler(bytes, read);
   return pace_.PauseAfterBytes();
 }
 
@@ -113,13 +113,16 @@ void CIpodSerial::ReadByteWise() {
                                 L"Driver does not tell what it holds, reading byte by byte");
 }
 
-void CIpodSerial::FeedAssembler(unsigned char byte) {
-  const bool complete = assembler_.Feed(byte);
-  packet_type_ = assembler_.type();
-  if (complete) {
-    QueueAssembledFrame();
-  } else if (assembler_.given_up() != 0 && pace_.rereads_damaged()) {
-    ReadGivenUpAgain();
+void CIpodSerial::FeedAssembler(const unsigned char* bytes, unsigned long count) {
+  const unsigned char* const end = bytes + count;
+  while (bytes != end) {
+    const bool complete = assembler_.FeedRun(&bytes, end);
+    packet_type_ = assembler_.type();
+    if (complete) {
+      QueueAssembledFrame();
+    } else if (assembler_.given_up() != 0 && pace_.rereads_damaged()) {
+      ReadGivenUpAgain();
+    }
   }
 }
 

@@ -96,6 +96,31 @@ void ExpectAlike(const Bytes& received) {
   }
 }
 
+// Feeds the model, and the assembler by runs that end anywhere.
+void ExpectAlikeInRuns(const Bytes& received) {
+  Model model;
+  std::vector<Bytes> expected;
+  for (const std::uint8_t byte : received) {
+    Bytes frame = model.Feed(byte);
+    if (!frame.empty()) expected.push_back(std::move(frame));
+  }
+  ipodcomm::FrameAssembler assembler;
+  assembler.Reset();
+  std::vector<Bytes> found;
+  const std::uint8_t* next = received.data();
+  const std::uint8_t* const end = next + received.size();
+  while (next != end) {
+    const auto longest = std::min<std::ptrdiff_t>(end - next, 600);
+    const std::uint8_t* const run_end = next + *rc::gen::inRange<std::ptrdiff_t>(1, longest + 1);
+    while (assembler.FeedRun(&next, run_end)) {
+      found.emplace_back(assembler.data(), assembler.data() + assembler.length());
+    }
+    RC_ASSERT(next == run_end);
+  }
+  RC_ASSERT(found == expected);
+  RC_ASSERT(received.empty() || static_cast<int>(assembler.type()) == model.type());
+}
+
 rc::Gen<Bytes> Stream(int size, rc::Gen<std::uint8_t> byte) {
   return rc::gen::resize(size, rc::gen::container<Bytes>(std::move(byte)));
 }
@@ -121,10 +146,13 @@ rc::Gen<Bytes> FrameOrNoise() {
 
 RC_GTEST_PROP(AssemblerModel, AgreesOnRandomBytes, ()) {
   ExpectAlike(*Stream(3000, rc::gen::arbitrary<std::uint8_t>()));
+  ExpectAlikeInRuns(*Stream(3000, rc::gen::arbitrary<std::uint8_t>()));
 }
 
 RC_GTEST_PROP(AssemblerModel, AgreesOnTheBytesThatMatter, ()) {
-  ExpectAlike(*Stream(3000, rc::gen::element<std::uint8_t>(0xFF, 0x55, 0x00, 0x01, 0x02, 0x03)));
+  const auto byte = rc::gen::element<std::uint8_t>(0xFF, 0x55, 0x00, 0x01, 0x02, 0x03);
+  ExpectAlike(*Stream(3000, byte));
+  ExpectAlikeInRuns(*Stream(3000, byte));
 }
 
 RC_GTEST_PROP(AssemblerModel, AgreesOnFramesAmongNoise, ()) {
@@ -134,6 +162,7 @@ RC_GTEST_PROP(AssemblerModel, AgreesOnFramesAmongNoise, ()) {
     received.insert(received.end(), piece.begin(), piece.end());
   }
   ExpectAlike(received);
+  ExpectAlikeInRuns(received);
 }
 
 // All streams of up to six of the bytes that steer the states, followed by a frame.

@@ -27,10 +27,28 @@ std::vector<std::string> Feed(FrameAssembler& assembler, const Bytes& received) 
   return frames;
 }
 
+// The same by runs that end at the given places and at the end.
+std::vector<std::string> FramesInRuns(const Bytes& received, std::vector<std::size_t> ends) {
+  FrameAssembler assembler;
+  assembler.Reset();
+  ends.push_back(received.size());
+  std::vector<std::string> frames;
+  const std::uint8_t* next = received.data();
+  for (const std::size_t end : ends) {
+    while (assembler.FeedRun(&next, received.data() + end)) {
+      frames.push_back(test::ToHex(assembler.data(), assembler.length()));
+    }
+  }
+  return frames;
+}
+
+// Whatever is received byte by byte comes out the same when it is received at once.
 std::vector<std::string> FramesIn(const Bytes& received) {
   FrameAssembler assembler;
   assembler.Reset();
-  return Feed(assembler, received);
+  std::vector<std::string> frames = Feed(assembler, received);
+  EXPECT_EQ(FramesInRuns(received, {}), frames);
+  return frames;
 }
 
 std::vector<std::string> FramesIn(const char* text) { return FramesIn(test::Hex(text)); }
@@ -45,6 +63,24 @@ class Assembler : public ::testing::TestWithParam<Row> {};
 
 TEST_P(Assembler, FindsTheFrames) {
   EXPECT_THAT(FramesIn(GetParam().received), ElementsAreArray(GetParam().frames));
+}
+
+TEST_P(Assembler, FindsTheFramesInTwoRunsWhereverTheFirstEnds) {
+  const Bytes received = test::Hex(GetParam().received);
+  for (std::size_t end = 0; end <= received.size(); ++end) {
+    SCOPED_TRACE(end);
+    EXPECT_THAT(FramesInRuns(received, {end}), ElementsAreArray(GetParam().frames));
+  }
+}
+
+TEST_P(Assembler, FindsTheFramesInThreeRunsWhereverTheyEnd) {
+  const Bytes received = test::Hex(GetParam().received);
+  for (std::size_t second = 0; second <= received.size(); ++second) {
+    for (std::size_t first = 0; first <= second; ++first) {
+      SCOPED_TRACE(std::to_string(first) + ", " + std::to_string(second));
+      EXPECT_THAT(FramesInRuns(received, {first, second}), ElementsAreArray(GetParam().frames));
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
