@@ -66,9 +66,13 @@ void LineTap::Record(Direction direction, const void* bytes, std::size_t count, 
   });
 }
 
-void LineTap::Record(Event event, Nanoseconds now) {
+void LineTap::Record(Event event, Nanoseconds now, const std::string& comment) {
   const std::lock_guard lock(mutex_);
-  LoseWithoutMemory([&] { Add(PacketOf(event, now)); });
+  LoseWithoutMemory([&] {
+    Packet packet = PacketOf(event, now);
+    if (!comment.empty()) packet.comments = {comment};
+    Add(std::move(packet));
+  });
 }
 
 void LineTap::set_control_lines(std::uint8_t lines) {

@@ -34,7 +34,7 @@ class LineTap {
   void Configure(std::uint32_t baud, const std::string& description, Nanoseconds now);
   void Record(Direction direction, const void* bytes, std::size_t count, Nanoseconds now);
   /// Something other than a byte, such as a framing error.
-  void Record(Event event, Nanoseconds now);
+  void Record(Event event, Nanoseconds now, const std::string& comment = {});
   /// The control lines, as bits of ControlLine, from now on.
   void set_control_lines(std::uint8_t lines);
 

@@ -260,7 +260,7 @@ DWORD Port::ReadUntil(void* buffer, DWORD count, DWORD* read, const COMMTIMEOUTS
       case Readiness::kClosed:
         return ERROR_OPERATION_ABORTED;
       case Readiness::kGone:
-        return ERROR_GEN_FAILURE;
+        return LineGone(0);
       case Readiness::kReady:
         break;
       default:
@@ -274,7 +274,8 @@ DWORD Port::ReadUntil(void* buffer, DWORD count, DWORD* read, const COMMTIMEOUTS
       *read += static_cast<DWORD>(received);
     }
     // A terminal that has been hung up reads as empty for ever.
-    if (received == 0 || (received < 0 && !WouldBlock(errno))) return ERROR_GEN_FAILURE;
+    if (received == 0) return LineGone(0);
+    if (received < 0 && !WouldBlock(errno)) return LineGone(errno);
   }
   return ERROR_SUCCESS;
 }
@@ -300,12 +301,12 @@ DWORD Port::Write(const void* data, DWORD count, DWORD* written) {
       *written += static_cast<DWORD>(sent);
       continue;
     }
-    if (!WouldBlock(errno)) return ERROR_GEN_FAILURE;
+    if (!WouldBlock(errno)) return LineGone(errno);
     switch (Await(POLLOUT, deadline)) {
       case Readiness::kClosed:
         return ERROR_OPERATION_ABORTED;
       case Readiness::kGone:
-        return ERROR_GEN_FAILURE;
+        return LineGone(0);
       case Readiness::kReady:
         break;
       default:
@@ -313,6 +314,11 @@ DWORD Port::Write(const void* data, DWORD count, DWORD* written) {
     }
   }
   return ERROR_SUCCESS;
+}
+
+DWORD Port::LineGone(int error) {
+  if (recorder_ != nullptr) recorder_->Gone(error);
+  return ERROR_GEN_FAILURE;
 }
 
 DWORD Port::Purge(DWORD flags) {

@@ -66,6 +66,7 @@ class Port : public Closable {
   Readiness Await(short events, const Deadline& deadline, bool until_mask_changes = false);
   DWORD ReadUntil(void* buffer, DWORD count, DWORD* read, const COMMTIMEOUTS& timeouts);
   int BytesWaiting() const;
+  DWORD LineGone(int error);
   void SetControlLines(const DCB& settings);
 
   Descriptor line_;

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <utility>
 
 namespace ipodcomm::platform {
@@ -129,6 +130,14 @@ void PortRecorder::Received(const void* bytes, std::size_t count) {
 
 void PortRecorder::Sent(const void* bytes, std::size_t count, capture::Nanoseconds began) {
   tap_->Record(capture::Direction::kSent, bytes, count, began);
+}
+
+void PortRecorder::Gone(int error) {
+  const std::lock_guard lock(mutex_);
+  if (gone_) return;
+  gone_ = true;
+  tap_->Record(Event::kStatus, Now(),
+               std::string("the line is gone: ") + (error == 0 ? "hung up" : std::strerror(error)));
 }
 
 // A driver that does not tell once is not asked again.

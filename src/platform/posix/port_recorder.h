@@ -44,6 +44,10 @@ class PortRecorder {
   /// @param began when the bytes were handed to the driver
   void Sent(const void* bytes, std::size_t count, capture::Nanoseconds began);
 
+  /// The line has gone away. Told once, as a packet of the line's status.
+  /// @param error the system's, 0 when the terminal was hung up
+  void Gone(int error);
+
   static capture::Nanoseconds Now();
 
  private:
@@ -55,6 +59,7 @@ class PortRecorder {
   LineErrors errors_;  // as the driver last told them
   bool tells_errors_;
   bool tells_control_lines_ = true;
+  bool gone_ = false;
 };
 
 /// Null when nothing is to be recorded, or nothing can be, which standard error then says.

@@ -106,6 +106,19 @@ TEST_F(PortRecording, GoesOnWhenThePortIsOpenedAgain) {
               ElementsAre("> FF 55 02 00 13 EB", "event 6", "> FF 55 02 00 13 EB", "event 6"));
 }
 
+TEST_F(PortRecording, TellsOnceThatTheLineHasGone) {
+  const HANDLE port = Open();
+  world_.Unplug();
+  Bytes buffer(1);
+  DWORD count = 0;
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(ReadFile(port, buffer.data(), 1, &count, nullptr));
+  EXPECT_FALSE(WriteFile(port, buffer.data(), 1, &count, nullptr));
+  EXPECT_TRUE(CloseHandle(port));
+  const ReadRecording recording = ReadClosed();
+  EXPECT_THAT(recording.Lines(), ElementsAre("event 0", "event 6"));
+  EXPECT_THAT(recording.packets[0].comments, ElementsAre("the line is gone: hung up"));
+}
+
 TEST_F(PortRecording, ThatCannotBeMadeLeavesThePortAsItIs) {
   setenv("IPODCOMM_CAPTURE", "/nowhere/line.pcapng", 1);
   testing::internal::CaptureStderr();
