@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "wire/decode.h"
+
+#include <algorithm>
+
+#include "wire/field_decoder.h"
+#include "wire/fields.h"
+
+namespace ipodwire {
+namespace {
+
+constexpr std::size_t kIdentifierSize = 2;
+constexpr std::uint8_t kGeneral = 0x00;
+constexpr std::uint16_t kGeneralAck = 0x02;
+
+bool NeverCarriesIdentifier(const Frame& frame, const Command* command) {
+  if (command != nullptr && !command->carries_identifier) return true;
+  // An ACK of status and command alone.
+  return frame.lingo == kGeneral && frame.command == kGeneralAck && frame.data.size() == 2;
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> DecodedFrame::Number(const std::string& field) const {
+  const auto found = std::find_if(fields.begin(), fields.end(),
+                                  [&](const DecodedField& each) { return each.name == field; });
+  return found == fields.end() ? std::nullopt : found->number;
+}
+
+DecodedFrame Decode(const Frame& frame, Sender sender, Identifier identifier) {
+  DecodedFrame decoded;
+  decoded.frame = frame;
+  decoded.sender = sender;
+  decoded.command = FindCommand(frame.lingo, frame.command, sender);
+  const std::vector<std::uint8_t>& data = frame.data;
+  std::size_t begin = 0;
+  if (identifier == Identifier::kPresent && !NeverCarriesIdentifier(frame, decoded.command)) {
+    if (data.size() < kIdentifierSize) {
+      decoded.problems.emplace_back("no transaction identifier");
+    } else {
+      decoded.identifier = static_cast<std::uint16_t>((data[0] << 8) | data[1]);
+      begin = kIdentifierSize;
+    }
+  }
+  static const std::vector<Field> kUnknown = {Optional(Bytes("data"))};
+  const std::vector<Field>& fields =
+      decoded.command == nullptr ? kUnknown : decoded.command->fields;
+  FieldDecoder decoder(frame.lingo, sender);
+  decoded.fields = decoder.Decode(fields, data.data() + begin, data.size() - begin);
+  if (decoded.command == nullptr) decoded.problems.emplace_back("unknown command");
+  decoded.problems.insert(decoded.problems.end(), decoder.problems().begin(),
+                          decoder.problems().end());
+  return decoded;
+}
+
+std::optional<Identifier> ProvenIdentifier(const Frame& frame, Sender sender) {
+  const Command* command = FindCommand(frame.lingo, frame.command, sender);
+  if (command == nullptr || NeverCarriesIdentifier(frame, command)) return std::nullopt;
+  const bool fits_without = Decode(frame, sender, Identifier::kAbsent).problems.empty();
+  const bool fits_with = Decode(frame, sender, Identifier::kPresent).problems.empty();
+  if (fits_with == fits_without) return std::nullopt;
+  return fits_with ? Identifier::kPresent : Identifier::kAbsent;
+}
+
+}  // namespace ipodwire
