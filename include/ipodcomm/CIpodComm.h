@@ -96,6 +96,11 @@ class IPODCOMM_API CIpodComm {
   /// Tells the conduct, IPOD_CONDUCT_FIELD until another is chosen. 0 for null.
   int GetConduct(tagIPOD_CONDUCT* conduct);
 
+  /// How many received packets were dropped since construction because nobody took them: under a
+  /// robust conduct a queue holds 1024, and as many more as records have been asked for (65536 at
+  /// most), and then loses the oldest. The default conduct has no limit. Any thread.
+  unsigned long GetDroppedPackets();
+
   /// What play-status notifications have reported so far (see SetNotification). Any thread; does
   /// not block. Always 1.
   int GetPlayStatus(tagIPOD_PLAY_STATUS* status);
@@ -510,6 +515,9 @@ class IPODCOMM_API CIpodComm {
   bool KeepsUserData();
   bool GetUserDataItem(unsigned char type, unsigned char* reply, std::size_t size);
   bool AcceptsWorkouts();
+
+  // The conduct (session/conduct.cpp)
+  void LimitQueues();
 
   // Records (media/record_stream.cpp)
   bool AskForRecords(std::uint16_t* transaction_id);

@@ -13,6 +13,7 @@
 #include "ipodcomm/detail/Lifeline.h"
 #include "ipodcomm/detail/LinePace.h"
 #include "ipodcomm/detail/Lock.h"
+#include "ipodcomm/detail/PacketLimit.h"
 #include "ipodcomm/detail/QuietPause.h"
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
@@ -146,6 +147,7 @@ class IPODCOMM_API CIpodSerial {
   ipodcomm::Shared<std::int32_t> thread_running_ = 0;  // the read thread is inside its loop
   ipodcomm::FrameAssembler assembler_;                 // used by the read thread only
   std::list<tagSERIAL_PACKET> received_;               // needs no memory while it is empty
+  ipodcomm::PacketLimit limit_;                        // of that queue
   tagSERIAL_PACKET staging_ = {};                      // a finished frame on its way into the queue
   mutable ipodcomm::Lock state_lock_;                  // guards the two flags and the queue
   ipodcomm::Shared<HANDLE> driver_ = INVALID_HANDLE_VALUE;  // as ActivateDevice returned it

@@ -64,6 +64,7 @@ bool CIpodComm::AskForRecords(std::uint16_t* transaction_id) {
   RecordStream& stream = browsing_.records;
   const ipodcomm::RecordRequest request(stream.category, stream.next, stream.left);
   const bool with_id = transaction_id_mode_ != 0;
+  LimitQueues();
   if (Send(request.Write(), transaction_id) != IPOD_COMM_OK) return false;
   if (with_id) stream.sent.Add(*transaction_id);
   return true;
@@ -96,11 +97,12 @@ bool CIpodComm::ReadNextRecord(tagIPOD_READ_PARAMS* read) {
     if (attempt != 0 && !AskForRecords(&transaction_id)) continue;
     if (AwaitNextRecord(attempt == 0, read)) {
       ++stream.next;
-      --stream.left;
+      if (--stream.left == 0) LimitQueues();
       return true;
     }
-    if (stream.left == 0) return false;
+    if (stream.left == 0) break;  // refused
   }
+  if (stream.left == 0) LimitQueues();
   return false;
 }
 

@@ -29,6 +29,7 @@ CIpodSerial::CIpodSerial(const CIpodSerial& other, const LifelineHold& /*source_
       thread_running_(other.thread_running_),
       assembler_(other.assembler_),
       received_(other.CopyOfQueue()),
+      limit_(other.limit_),
       staging_(other.staging_),
       driver_(other.driver_),
       pace_(other.pace_),
@@ -54,6 +55,7 @@ CIpodSerial& CIpodSerial::operator=(const CIpodSerial& other) {
     // A session's routing thread may be looking.
     const LockScope lock(state_lock_);
     received_.swap(received);
+    limit_ = other.limit_;
   }
   staging_ = other.staging_;
   driver_ = other.driver_;

@@ -33,13 +33,19 @@ void CIpodSerial::QueueAssembledFrame() {
 
 // False, and the packet is dropped, when memory is out.
 bool CIpodSerial::StoreStaged() {
+  bool flooded = false;
   try {
     const LockScope lock(state_lock_);
+    flooded = limit_.MakeRoom(&received_);
     received_.push_back(staging_);
-    return true;
   } catch (const std::bad_alloc&) {
     return false;
   }
+  if (flooded) {
+    CKORVATrace::LogSoftwareError(L"CIpodSerial::PortReadThread",
+                                  L"Received packets dropped: nobody takes them");
+  }
+  return true;
 }
 
 // Copies and removes the front packet; the caller holds the state lock.

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: the conduct that a host chooses.
+#include <algorithm>
+
 #include "ipodcomm/CIpodComm.h"
 
 namespace {
@@ -25,7 +27,24 @@ int CIpodComm::SetConduct(const tagIPOD_CONDUCT* conduct) {
   if (conduct == nullptr || !IsSensible(*conduct)) return 0;
   conduct_ = *conduct;
   serial_.ChoosePace(conduct_);
+  LimitQueues();
   return 1;
+}
+
+// An iPod that talks all the time to a host that does not listen fills no memory. Records that were
+// asked for and wait to be taken have their own room.
+void CIpodComm::LimitQueues() {
+  constexpr std::uint32_t kMostUnasked = 1024;
+  constexpr std::uint32_t kMostRecords = 65536;
+  const std::uint32_t records = std::min(browsing_.records.left, kMostRecords);
+  const std::uint32_t most = conduct_.robust != 0 ? kMostUnasked + records : 0;
+  serial_.limit_.Choose(most);
+  response_.limit().Choose(most);
+  notification_.limit().Choose(most);
+}
+
+unsigned long CIpodComm::GetDroppedPackets() {
+  return serial_.limit_.dropped() + response_.limit().dropped() + notification_.limit().dropped();
 }
 
 int CIpodComm::GetConduct(tagIPOD_CONDUCT* conduct) {

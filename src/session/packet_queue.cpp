@@ -18,7 +18,7 @@ constexpr std::uint16_t kNoCommand = 0xFFFF;
 PacketQueue::PacketQueue() : event_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
 PacketQueue::PacketQueue(const PacketQueue& other)
-    : packets_(other.Packets()), event_(other.event_) {}
+    : packets_(other.Packets()), event_(other.event_), limit_(other.limit_) {}
 
 PacketQueue& PacketQueue::operator=(const PacketQueue& other) {
   if (this == &other) return *this;
@@ -26,6 +26,7 @@ PacketQueue& PacketQueue::operator=(const PacketQueue& other) {
   const LockScope lock(lock_);
   packets_.swap(packets);
   event_ = other.event_;
+  limit_ = other.limit_;
   return *this;
 }
 
@@ -55,14 +56,20 @@ void PacketQueue::Clear() {
 }
 
 bool PacketQueue::Append(const tagSERIAL_PACKET& packet) {
+  bool flooded = false;
   try {
     const LockScope lock(lock_);
+    flooded = limit_.MakeRoom(&packets_);
     packets_.push_back(packet);
     EventModify(event_, EVENT_SET);
-    return true;
   } catch (const std::bad_alloc&) {
     return false;
   }
+  if (flooded) {
+    CKORVATrace::LogSoftwareError(L"CIpodComm::ReadPacketThread",
+                                  L"Packets dropped: nobody takes them");
+  }
+  return true;
 }
 
 bool PacketQueue::Pop(tagSERIAL_PACKET* packet, std::uint32_t wait_ms) {

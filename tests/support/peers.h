@@ -15,6 +15,7 @@ struct CIpodSerialPeer {
   static void ChoosePace(CIpodSerial& serial, const tagIPOD_CONDUCT& conduct) {
     serial.ChoosePace(conduct);
   }
+  static auto& Limit(CIpodSerial& serial) { return serial.limit_; }
   static auto& Port(CIpodSerial& serial) { return serial.port_; }
   static auto& PacketEvent(CIpodSerial& serial) { return serial.packet_event_; }
   static auto& PacketType(CIpodSerial& serial) { return serial.packet_type_; }

@@ -7,6 +7,7 @@
 
 #include "ipodcomm/IpodTypes.h"
 #include "ipodcomm/detail/Lock.h"
+#include "ipodcomm/detail/PacketLimit.h"
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
@@ -30,8 +31,12 @@ class PacketQueue {
   /// Signals the event, to wake a waiting thread.
   void Wake();
 
+  /// Bounds the queue.
+  PacketLimit& limit() { return limit_; }
+
   void Clear();
-  /// False, and the packet is dropped, when memory is out.
+  /// False, and the packet is dropped, when memory is out. Packets dropped for a limit are logged
+  /// once per flood.
   bool Append(const tagSERIAL_PACKET& packet);
   /// Copies and removes the front packet, waiting for one.
   bool Pop(tagSERIAL_PACKET* packet, std::uint32_t wait_ms = kWaitMs);
@@ -46,6 +51,7 @@ class PacketQueue {
   std::list<tagSERIAL_PACKET> packets_;  // needs no memory while it is empty
   mutable Lock lock_;
   Shared<HANDLE> event_;
+  PacketLimit limit_;
 };
 
 }  // namespace ipodcomm
