@@ -101,7 +101,8 @@ void AssembleByRuns(benchmark::State& state) {
   for (auto _ : state) {
     int frames = 0;
     const std::uint8_t* next = stream.data();
-    while (assembler.FeedRun(&next, stream.data() + stream.size())) ++frames;
+    const std::uint8_t* const end = next + stream.size();
+    while (next != end) frames += assembler.FeedRun(&next, end) ? 1 : 0;
     benchmark::DoNotOptimize(frames);
   }
   CountBytes(state, stream.size());

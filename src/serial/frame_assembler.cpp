@@ -13,6 +13,7 @@ constexpr std::uint32_t kAroundTheBody = 4;  // sync, start and length byte, che
 
 void FrameAssembler::Reset() {
   std::memset(buffer_, 0, sizeof buffer_);
+  complete_length_ = 0;
   given_up_ = 0;
   StartOver();
 }

@@ -112,10 +112,10 @@ void ExpectAlikeInRuns(const Bytes& received) {
   while (next != end) {
     const auto longest = std::min<std::ptrdiff_t>(end - next, 600);
     const std::uint8_t* const run_end = next + *rc::gen::inRange<std::ptrdiff_t>(1, longest + 1);
-    while (assembler.FeedRun(&next, run_end)) {
+    while (next != run_end) {
+      if (!assembler.FeedRun(&next, run_end)) continue;
       found.emplace_back(assembler.data(), assembler.data() + assembler.length());
     }
-    RC_ASSERT(next == run_end);
   }
   RC_ASSERT(found == expected);
   RC_ASSERT(received.empty() || static_cast<int>(assembler.type()) == model.type());

@@ -35,7 +35,8 @@ std::vector<std::string> FramesInRuns(const Bytes& received, std::vector<std::si
   std::vector<std::string> frames;
   const std::uint8_t* next = received.data();
   for (const std::size_t end : ends) {
-    while (assembler.FeedRun(&next, received.data() + end)) {
+    while (next != received.data() + end) {
+      if (!assembler.FeedRun(&next, received.data() + end)) continue;
       frames.push_back(test::ToHex(assembler.data(), assembler.length()));
     }
   }
