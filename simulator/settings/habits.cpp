@@ -57,6 +57,8 @@ const std::vector<Habit>& AllHabits() {
       {"no-track-info", "what a track can do is a question that it does not know",
        [](Settings* s) {
          s->refused[{kExtended, extended::kGetIndexedPlayingTrackInfo}] = AckStatus::kUnknown;
+         s->refused[{kDisplayRemote, display_remote::kGetIndexedPlayingTrackInfo}] =
+             AckStatus::kUnknown;
        }},
       {"authentication", "preferences are refused to an accessory that is not authenticated",
        NeedAuthentication},

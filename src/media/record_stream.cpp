@@ -107,7 +107,7 @@ bool CIpodComm::ReadNextRecord(tagIPOD_READ_PARAMS* read) {
 }
 
 // A later record than the next one shows that one is missing. Once that has been asked for, what
-// is still under way of the first stream is passed over.
+// is still under way of the first stream is passed over, whole or damaged.
 bool CIpodComm::AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read) {
   RecordStream& stream = browsing_.records;
   tagSERIAL_PACKET packet = {};
@@ -121,7 +121,6 @@ bool CIpodComm::AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read) {
         stream.left = 0;
         return false;
       case Verdict::kDamaged:
-        return false;
       case Verdict::kLater:
         if (stop_at_gap) return false;
         break;

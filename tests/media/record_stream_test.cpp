@@ -85,6 +85,14 @@ TEST_F(RecordStream, ADamagedRecordIsAskedForAgain) {
   EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
 }
 
+TEST_F(RecordStream, WhatElseIsDamagedOfTheFirstStreamIsPassedOver) {
+  BeRobust();
+  Answer(kAll, kA + kBWithoutTerminator + kBWithoutTerminator + kBWithoutTerminator);
+  Answer(kFromSecond, kB + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll, kFromSecond));
+}
+
 TEST_F(RecordStream, ALostEndIsAskedForAfterASecondOfSilence) {
   BeRobust();
   Answer(kAll, kA);

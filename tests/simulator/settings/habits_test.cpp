@@ -100,6 +100,8 @@ TEST(Habits, FewFactsAreTold) {
 TEST(Habits, TrackInformationIsRefusedAsUnknown) {
   EXPECT_EQ(Answer("no-track-info", "FF 55 0A 04 00 0C 00 00 00 00 00 00 00 E6"),
             "FF 55 06 04 00 01 04 00 0C E5");
+  EXPECT_EQ(Answer("no-track-info", "FF 55 09 03 12 00 00 00 00 00 00 00 E2"),
+            "FF 55 04 03 00 04 12 E3");
 }
 
 TEST(Habits, PreferencesNeedAuthentication) {
