@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: MIT
+// Why sessions went as they did. Each test is one, told frame by frame.
+#include "wire/findings/findings.h"
+
+#include <gmock/gmock.h>
+
+#include "wire/findings/evidence.h"
+#include "wire_test_support.h"
+
+namespace {
+
+using ipodwire::Finding;
+using ipodwire::Sender;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using wire_test::Bytes;
+using wire_test::Small;
+
+constexpr ipodwire::Nanoseconds kMillisecond = 1'000'000;
+
+// "E302 proved: StartIDPS was refused: unknown ID (2)": code, certainty, evidence and packets.
+std::string Describe(const Finding& finding) {
+  std::string text = finding.code + " " + NameOf(finding.certainty) + ": " + finding.seen + " (";
+  for (std::size_t i = 0; i < finding.packets.size(); ++i) {
+    text += (i == 0 ? "" : ", ") + std::to_string(finding.packets[i]);
+  }
+  return text + ")";
+}
+
+class ASession : public testing::Test {
+ protected:
+  ASession() { collector_.set_baud(57600); }
+
+  void Say(Sender sender, const Bytes& bytes, int after_ms = 20) {
+    now_ += after_ms * kMillisecond;
+    collector_.Add(conversation_.Next({++number_, now_, sender, bytes}));
+  }
+  void Ask(const Bytes& content, int after_ms = 20) {
+    Say(Sender::kAccessory, Small(content), after_ms);
+  }
+  void Answer(const Bytes& content, int after_ms = 20) {
+    Say(Sender::kIpod, Small(content), after_ms);
+  }
+  void TellVersion(unsigned char lingo, unsigned char major, unsigned char minor) {
+    Ask({0x00, 0x0F, lingo});
+    Answer({0x00, 0x10, lingo, major, minor});
+  }
+  // StartIDPS and EndIDPS without a token in between.
+  void IdentifyByTokens() {
+    Ask({0x00, 0x38});
+    Answer({0x00, 0x02, 0x00, 0x38});
+    Ask({0x00, 0x3B, 0x00, 0x01, 0x00});
+    Answer({0x00, 0x3C, 0x00, 0x01, 0x00});
+  }
+  void IdentifyByLingoes() {
+    Ask({0x00, 0x13, 0, 0, 0, 0x19, 0, 0, 0, 0, 0, 0, 0, 0});
+    Answer({0x00, 0x02, 0x00, 0x13});
+  }
+  std::vector<std::string> Findings() const {
+    std::vector<std::string> texts;
+    for (const Finding& finding : FindingsOf(collector_.evidence())) {
+      texts.push_back(Describe(finding));
+    }
+    return texts;
+  }
+
+  ipodwire::Conversation conversation_;
+  ipodwire::EvidenceCollector collector_;
+  std::uint64_t number_ = 0;
+  ipodwire::Nanoseconds now_ = 0;
+};
+
+TEST_F(ASession, InWhichNothingHappenedHasNoFinding) { EXPECT_THAT(Findings(), IsEmpty()); }
+
+TEST_F(ASession, ThatWentWellHasNoFinding) {
+  IdentifyByTokens();
+  Ask({0x00, 0x07, 0x00, 0x02});
+  Answer({0x00, 0x08, 0x00, 0x02, 'A', 0x00});
+  EXPECT_THAT(Findings(), IsEmpty());
+}
+
+TEST_F(ASession, WithoutOneByteFromTheIpodHeardNothing) {
+  Ask({0x00, 0x38});
+  Ask({0x00, 0x38}, 1000);
+  EXPECT_THAT(Findings(),
+              ElementsAre("E201 proved: 2 frames went out and not one byte came (1, 2)"));
+}
+
+TEST_F(ASession, InWhichAllComesBackRunsOnABridgedLine) {
+  const Bytes start = Small({0x00, 0x38});
+  Say(Sender::kAccessory, start);
+  Say(Sender::kIpod, start);
+  EXPECT_THAT(Findings(),
+              ElementsAre("E202 proved: all that came, 1 frame, are the accessory's own, "
+                          "byte for byte (2)"));
+}
+
+TEST_F(ASession, InWhichOneFrameComesBackAndAnotherAnswersIsNoBridge) {
+  const Bytes question = Small({0x00, 0x07});
+  Say(Sender::kAccessory, question);
+  Say(Sender::kIpod, question);
+  Answer({0x00, 0x08, 'A', 0x00});
+  EXPECT_THAT(Findings(), IsEmpty());
+}
+
+TEST_F(ASession, AtATellingRateNamesIt) {
+  Ask({0x00, 0x38});
+  Say(Sender::kIpod, {0xFC, 0x1C, 0x1C, 0x1C, 0xE0});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E203 proved: 5 bytes came and no whole frame; they are frames sent at "
+                          "19200 baud and heard at 57600 (2)"));
+}
+
+TEST_F(ASession, OfNoiseDoesNotNameARate) {
+  Ask({0x00, 0x38});
+  Say(Sender::kIpod, {0x00, 0x01, 0x00, 0x03});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E203 not excluded: 4 bytes came and no whole frame; the rate at which "
+                          "they were sent is unknown (2)"));
+}
+
+TEST_F(ASession, WithDamagedFramesCountsThem) {
+  Ask({0x00, 0x07});
+  Bytes damaged = Small({0x00, 0x08, 'A', 0x00});
+  damaged.back() ^= 0x10;
+  Say(Sender::kIpod, damaged);
+  Answer({0x00, 0x08, 'A', 0x00});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E204 proved: 1 frame from the iPod has a bad checksum, 1 good "
+                          "ones came (2)"));
+}
+
+TEST_F(ASession, WithErrorsOfTheDriverCountsThem) {
+  collector_.AddLineError(4);
+  collector_.AddLineError(6);
+  EXPECT_THAT(Findings(),
+              ElementsAre("E205 proved: the driver reported 2 errors of the line (4, 6)"));
+}
+
+TEST_F(ASession, WhoseStartNeededAnIdentifierSaysSo) {
+  Ask({0x00, 0x38});
+  Ask({0x00, 0x38, 0x00, 0x00}, 1000);
+  Answer({0x00, 0x02, 0x00, 0x00, 0x00, 0x38});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E301 proved: StartIDPS was accepted with an identifier, after "
+                          "it stayed unanswered without (1, 3)"));
+}
+
+TEST_F(ASession, WithAnIpodThatKnowsNoTokensSaysSo) {
+  Ask({0x00, 0x38});
+  Answer({0x00, 0x02, 0x04, 0x38});
+  IdentifyByLingoes();
+  EXPECT_THAT(Findings(), ElementsAre("E302 proved: StartIDPS was refused: unknown ID (2)"));
+}
+
+TEST_F(ASession, WithAnIpodThatIgnoresTokensIsLessSure) {
+  Ask({0x00, 0x38});
+  IdentifyByLingoes();
+  EXPECT_THAT(Findings(),
+              ElementsAre("E302 likely: StartIDPS stayed unanswered, other questions did "
+                          "not (1)"));
+}
+
+TEST_F(ASession, WithRefusedTokensNamesThem) {
+  Ask({0x00, 0x38});
+  Answer({0x00, 0x02, 0x00, 0x38});
+  // Accessory information, type 7, is malformed; the bundle seed is not supported.
+  Answer(Bytes{0x00, 0x3A, 0x00, 0x01, 0x03} + Bytes{0x04, 0x00, 0x02, 0x01, 0x07} +
+         Bytes{0x03, 0x00, 0x01, 0x00} + Bytes{0x03, 0x00, 0x05, 0x02});
+  EXPECT_THAT(Findings(), ElementsAre("E303 proved: accessory information, type model number: "
+                                      "malformed; bundle seed: not supported (3)"));
+}
+
+TEST_F(ASession, WhoseTokensDidNotSucceedTellsTheStatus) {
+  Ask({0x00, 0x38});
+  Answer({0x00, 0x02, 0x00, 0x38});
+  Ask({0x00, 0x3B, 0x00, 0x01, 0x00});
+  Answer({0x00, 0x3C, 0x00, 0x01, 0x05});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E304 proved: EndIDPS was answered by: not to be tried again (4)"));
+}
+
+TEST_F(ASession, WithAnIpodThatWantsACertificateSaysSo) {
+  IdentifyByTokens();
+  Answer({0x00, 0x14, 0x00, 0x09});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E305 proved: the iPod asked for the accessory's certificate (5)"));
+}
+
+TEST_F(ASession, WithAnIpodThatIsTooOldNamesTheLingoAndTheVersions) {
+  TellVersion(0x00, 1, 2);
+  TellVersion(0x03, 1, 1);
+  TellVersion(0x04, 1, 7);
+  EXPECT_THAT(Findings(),
+              ElementsAre("E306 proved: Extended Interface has version 1.07 and needs 1.08 (6)"));
+}
+
+TEST_F(ASession, WithEachNeededLingoTooOldNamesIt) {
+  TellVersion(0x00, 1, 1);
+  EXPECT_THAT(Findings(), ElementsAre("E306 proved: General has version 1.01 and needs 1.02 (2)"));
+  TellVersion(0x00, 1, 9);
+  TellVersion(0x03, 1, 0);
+  EXPECT_THAT(Findings(),
+              ElementsAre("E306 proved: Display Remote has version 1.00 and needs 1.01 (6)"));
+}
+
+TEST_F(ASession, WithoutTheSportsLingoTellsThatWorkoutsAreNotTaken) {
+  Ask({0x00, 0x0F, 0x09});
+  Answer({0x00, 0x02, 0x03, 0x0F});
+  EXPECT_THAT(Findings(), ElementsAre("E307 proved: the iPod knows no lingo Sports (2)"));
+}
+
+TEST_F(ASession, WithAnOldStorageLingoTellsThatWorkoutsAreNotTaken) {
+  TellVersion(0x09, 1, 1);
+  TellVersion(0x0C, 1, 1);
+  EXPECT_THAT(Findings(), ElementsAre("E307 proved: Storage has version 1.01 and needs 1.02 (4)"));
+}
+
+TEST_F(ASession, WhoseLingoesWereRefusedTellsTheStatus) {
+  Ask({0x00, 0x13, 0, 0, 0x12, 0x19, 0, 0, 0, 0, 0, 0, 0, 0});
+  Answer({0x00, 0x02, 0x03, 0x13});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E308 proved: IdentifyDeviceLingoes was refused: bad parameter (2)"));
+}
+
+TEST_F(ASession, WhoseLingoesWereAcceptedLaterHasNoRefusal) {
+  Ask({0x00, 0x13, 0, 0, 0x12, 0x19, 0, 0, 0, 0, 0, 0, 0, 0});
+  Answer({0x00, 0x02, 0x03, 0x13});
+  IdentifyByLingoes();
+  EXPECT_THAT(Findings(), IsEmpty());
+}
+
+TEST_F(ASession, WithAnswersUnderOtherIdentifiersCountsThem) {
+  IdentifyByTokens();
+  Ask({0x00, 0x07, 0x00, 0x02});
+  Answer({0x00, 0x08, 0x00, 0x09, 'A', 0x00});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E401 proved: 1 answer came not under the question's identifier "
+                          "(6)"));
+}
+
+TEST_F(ASession, WithLateAnswersCountsThem) {
+  Ask({0x00, 0x07});
+  Answer({0x00, 0x08, 'A', 0x00}, 1001);
+  EXPECT_THAT(Findings(), ElementsAre("E402 proved: 1 answer came after more than a second (2)"));
+}
+
+TEST_F(ASession, WithAFullIpodSaysSo) {
+  Ask({0x0C, 0x07, 0, 0, 0, 0, 0x01, 'x'});
+  Answer({0x0C, 0x00, 0x02, 0x07});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E403 proved: the Storage lingo answered: out of resources (2)"));
+}
+
+TEST_F(ASession, WithRefusalsForWantOfAuthenticationCountsThem) {
+  Ask({0x00, 0x29, 0x00});
+  Answer({0x00, 0x02, 0x07, 0x29});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E404 proved: 1 question was refused for want of authentication (2)"));
+}
+
+TEST_F(ASession, ThatBreaksOffInAFrameSaysSo) {
+  Ask({0x00, 0x07});
+  Answer({0x00, 0x08, 'A', 0x00});
+  Ask({0x00, 0x0D});
+  Say(Sender::kIpod, {0xFF, 0x55, 0x0B, 0x00, 0x0E});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E501 proved: the last that came is the beginning of a frame (4)"));
+}
+
+TEST_F(ASession, ThatGoesOnBehindACutFrameDidNotBreakOff) {
+  Ask({0x00, 0x07});
+  Say(Sender::kIpod, {0xFF, 0x55, 0x0B, 0x00, 0x08});
+  Answer({0x00, 0x08, 'A', 0x00});
+  EXPECT_THAT(Findings(), IsEmpty());
+}
+
+TEST_F(ASession, WhosePortWentAwaySaysSoFirst) {
+  Ask({0x00, 0x07});
+  Answer({0x00, 0x08, 'A', 0x00});
+  for (int i = 0; i < 3; ++i) Ask({0x00, 0x0D}, 1000);
+  collector_.AddLineGone(6);
+  const std::vector<std::string> findings = Findings();
+  ASSERT_EQ(findings.size(), 2U);
+  EXPECT_EQ(findings[0], "E502 proved: the system reported that the line is gone (6)");
+}
+
+TEST_F(ASession, WhoseIpodFellSilentSaysSo) {
+  Ask({0x00, 0x07});
+  Answer({0x00, 0x08, 'A', 0x00});
+  Ask({0x00, 0x0D}, 1000);
+  Ask({0x00, 0x0D}, 1000);
+  EXPECT_THAT(Findings(), IsEmpty());
+  Ask({0x00, 0x0D}, 1000);
+  EXPECT_THAT(Findings(),
+              ElementsAre("E503 likely: the last 3 questions stayed unanswered, after 1 "
+                          "frame had come (3, 4, 5)"));
+}
+
+TEST_F(ASession, WhoseIpodAskedForIdentificationAgainRestarted) {
+  Answer({0x00, 0x00});
+  IdentifyByTokens();
+  Answer({0x00, 0x00});
+  EXPECT_THAT(Findings(),
+              ElementsAre("E504 likely: an iPod that had accepted the accessory asked it "
+                          "to identify itself (6)"));
+}
+
+TEST(FindingPages, HaveEachATextForEveryQuestion) {
+  std::string previous;
+  for (const ipodwire::FindingPage& page : ipodwire::FindingPages()) {
+    EXPECT_GT(page.code, previous) << "codes are in order, and each is there once";
+    previous = page.code;
+    EXPECT_EQ(ipodwire::FindFindingPage(page.code), &page);
+    for (const char* text : {page.tried, page.meaning, page.remedy}) {
+      EXPECT_THAT(text, testing::EndsWith(".")) << page.code;
+    }
+    EXPECT_THAT(page.title, testing::Not(testing::EndsWith("."))) << page.code;
+  }
+  EXPECT_EQ(ipodwire::FindingPages().size(), 25U);
+  EXPECT_EQ(ipodwire::FindFindingPage("E000"), nullptr);
+}
+
+}  // namespace

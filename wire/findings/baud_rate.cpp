@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// At which rate a device sends, told from what is received of it at another rate.
+#include "wire/findings/baud_rate.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace ipodwire {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::uint32_t kRates[] = {9600, 19200, 38400, 57600, 115200};
+// A frame's first two bytes; its length follows, which is seldom more than this.
+constexpr std::uint8_t kSync = 0xFF;
+constexpr std::uint8_t kStart = 0x55;
+constexpr std::uint8_t kCommonLength = 0x40;
+// Fewer bytes than these may come from noise.
+constexpr std::size_t kLeastProof = 3;
+
+// A line on which bytes are sent one after the other: a start bit, 8 data bits, stop bits, and high
+// for ever after the last.
+class Waveform {
+ public:
+  Waveform(Bytes bytes, std::uint32_t rate, double stop_bits)
+      : bytes_(std::move(bytes)), rate_(rate), bits_per_byte_(9 + stop_bits) {}
+
+  // In seconds from the first start bit's edge.
+  bool IsHigh(double time) const {
+    const double bits = time * rate_;
+    const auto byte = static_cast<std::size_t>(bits / bits_per_byte_);
+    if (byte >= bytes_.size()) return true;
+    const auto place = static_cast<int>(bits - static_cast<double>(byte) * bits_per_byte_);
+    if (place == 0) return false;
+    return place > 8 || (bytes_[byte] >> (place - 1) & 1) != 0;
+  }
+  double end() const { return static_cast<double>(bytes_.size()) * bits_per_byte_ / rate_; }
+
+ private:
+  Bytes bytes_;
+  double rate_;
+  double bits_per_byte_;
+};
+
+// Receivers differ in what they do when a byte lacks its stop bit.
+enum class Resync {
+  kAtOnce,     // the line is low, so the next byte has begun
+  kAfterEdge,  // the next byte begins when the line falls
+};
+
+// What a receiver at `rate` makes of it: it waits for a start bit and looks at the middle of each
+// bit.
+Bytes Received(const Waveform& line, std::uint32_t rate, Resync resync) {
+  const double bit = 1.0 / rate;
+  const double step = bit / 64;
+  Bytes received;
+  bool was_high = true;
+  for (double time = 0; time < line.end(); time += step) {
+    const bool is_high = line.IsHigh(time);
+    const bool begins = was_high && !is_high && !line.IsHigh(time + bit / 2);
+    was_high = is_high;
+    if (!begins) continue;
+    std::uint8_t value = 0;
+    for (int i = 0; i < 8; ++i) {
+      if (line.IsHigh(time + bit * (i + 1.5))) value = static_cast<std::uint8_t>(value | 1 << i);
+    }
+    received.push_back(value);
+    time += bit * 9.5;
+    was_high = resync == Resync::kAtOnce || line.IsHigh(time);
+  }
+  return received;
+}
+
+// The bytes with which every frame begins that was sent at `sending`, whatever its length is.
+Bytes FrameImage(std::uint32_t sending, double stop_bits, std::uint32_t listening, Resync resync) {
+  const auto image_of = [&](std::uint8_t length) {
+    return Received(Waveform({kSync, kStart, length}, sending, stop_bits), listening, resync);
+  };
+  Bytes image = image_of(1);
+  for (std::uint8_t length = 2; length <= kCommonLength; ++length) {
+    const Bytes other = image_of(length);
+    const auto differs = std::mismatch(image.begin(), image.end(), other.begin(), other.end());
+    image.erase(differs.first, image.end());
+  }
+  return image;
+}
+
+// Zeros come from any line that is low for long.
+bool IsProof(const Bytes& image) {
+  return image.size() >= kLeastProof &&
+         std::any_of(image.begin(), image.end(), [](std::uint8_t byte) { return byte != 0; });
+}
+
+bool Contains(const std::vector<Bytes>& runs, const Bytes& image) {
+  return std::any_of(runs.begin(), runs.end(), [&](const Bytes& run) {
+    return std::search(run.begin(), run.end(), image.begin(), image.end()) != run.end();
+  });
+}
+
+bool Proves(const std::vector<Bytes>& runs, std::uint32_t sending, std::uint32_t listening) {
+  for (const double stop_bits : {1.0, 1.5, 2.0}) {
+    for (const Resync resync : {Resync::kAtOnce, Resync::kAfterEdge}) {
+      const Bytes image = FrameImage(sending, stop_bits, listening, resync);
+      if (IsProof(image) && Contains(runs, image)) return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> SendingRate(const std::vector<Bytes>& runs, std::uint32_t listening) {
+  std::optional<std::uint32_t> found;
+  for (const std::uint32_t rate : kRates) {
+    if (rate == listening) continue;
+    if (!Proves(runs, rate, listening)) continue;
+    if (found) return std::nullopt;
+    found = rate;
+  }
+  return found;
+}
+
+}  // namespace ipodwire

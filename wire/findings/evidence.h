@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// What was seen of a session, as far as it explains how the session went.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "wire/conversation.h"
+
+namespace ipodwire {
+
+/// Something that was seen once or more often: in how many packets, and in which first.
+struct Sightings {
+  static constexpr std::size_t kMostPackets = 4;
+
+  std::uint64_t count = 0;
+  std::vector<std::uint64_t> packets;
+
+  void Add(std::uint64_t packet);
+  explicit operator bool() const { return count > 0; }
+};
+
+/// A token or an announcement that the iPod did not accept.
+struct Refusal {
+  std::string what;
+  std::string status;
+  std::uint64_t packet = 0;
+  bool unknown = false;  ///< because the iPod does not know the command
+};
+
+/// Counts and first places only: its size does not depend on how long the session was.
+struct Evidence {
+  std::uint32_t baud = 0;  ///< at which the line was heard; 0 where it is not known
+
+  Sightings sent;      ///< frames to the iPod
+  Sightings received;  ///< good frames of its own
+  std::uint64_t bytes_received = 0;
+  Sightings echoes;                                   ///< frames that came back as they were sent
+  Sightings noise;                                    ///< received bytes that are no frame
+  std::vector<std::vector<std::uint8_t>> noise_runs;  ///< the first of them
+  Sightings damaged;                                  ///< received frames with bad checksums
+  Sightings line_errors;                              ///< told by the driver
+  std::optional<std::uint64_t> cut_frame;             ///< the packet, when it is the last that came
+  std::optional<std::uint64_t> line_gone;
+
+  Sightings start_without_identifier;
+  Sightings start_with_identifier;
+  std::optional<std::uint64_t> start_accepted;
+  bool start_accepted_with_identifier = false;
+  std::optional<Refusal> start_refused;
+  std::vector<Refusal> refused_tokens;
+  std::optional<Refusal> tokens_failed;  ///< the status with which the iPod ended them
+  std::optional<Refusal> lingoes_refused;
+  bool identified = false;
+  Sightings authentication;     ///< demands of the iPod
+  Sightings identify_requests;  ///< demands to identify, once it had accepted us
+  /// Versions by lingo, major and minor, with the packet that told them.
+  std::map<std::uint8_t, std::pair<std::pair<unsigned, unsigned>, std::uint64_t>> versions;
+  std::map<std::uint8_t, std::uint64_t> lingoes_without_version;
+
+  Sightings late;
+  Sightings foreign_identifiers;
+  Sightings not_authenticated;
+  Sightings no_room;
+  /// Questions since the iPod last said anything.
+  Sightings unanswered;
+};
+
+/// Gathers the evidence, packet by packet.
+class EvidenceCollector {
+ public:
+  /// What one side sent together.
+  void Add(const Told& told);
+  void AddLineError(std::uint64_t packet);
+  void AddLineGone(std::uint64_t packet);
+  void set_baud(std::uint32_t baud) { evidence_.baud = baud; }
+
+  const Evidence& evidence() const { return evidence_; }
+
+ private:
+  void AddSent(const Told& told);
+  void AddReceived(const Told& told);
+  void AddNoFrame(const Told& told);
+  bool IsEcho(const Told& told) const;
+  void AddGeneral(const DecodedFrame& frame, std::uint64_t packet);
+  void AddGeneralAck(const DecodedFrame& frame, std::uint64_t packet);
+  void AddTokenAcks(const DecodedFrame& frame, std::uint64_t packet);
+  void AddStorageAck(const DecodedFrame& frame, std::uint64_t packet);
+
+  Evidence evidence_;
+  std::vector<std::uint8_t> last_sent_;
+  std::uint8_t last_version_asked_ = 0;
+};
+
+}  // namespace ipodwire

@@ -1,0 +1,276 @@
+// SPDX-License-Identifier: MIT
+// From what was seen to why it went so: a rule for each code.
+#include "wire/findings/findings.h"
+
+#include <array>
+#include <cstdio>
+#include <optional>
+#include <utility>
+
+#include "wire/findings/baud_rate.h"
+
+namespace ipodwire {
+namespace {
+
+using Packets = std::vector<std::uint64_t>;
+using Found = std::optional<Finding>;
+
+std::string Count(std::uint64_t count, const char* singular, const char* plural) {
+  return std::to_string(count) + " " + (count == 1 ? singular : plural);
+}
+
+std::string Frames(std::uint64_t count) { return Count(count, "frame", "frames"); }
+
+std::string Version(std::pair<unsigned, unsigned> version) {
+  std::array<char, 24> text{};
+  std::snprintf(text.data(), text.size(), "%u.%02u", version.first, version.second);
+  return text.data();
+}
+
+Finding Proved(const char* code, std::string seen, Packets packets) {
+  return {code, Certainty::kProved, std::move(seen), std::move(packets)};
+}
+
+Finding Likely(const char* code, std::string seen, Packets packets) {
+  return {code, Certainty::kLikely, std::move(seen), std::move(packets)};
+}
+
+// ---- The end of the line ----------------------------------------------------------------------
+
+Found PortGone(const Evidence& evidence) {
+  if (!evidence.line_gone) return {};
+  return Proved("E502", "the system reported that the line is gone", {*evidence.line_gone});
+}
+
+Found CutFrame(const Evidence& evidence) {
+  if (!evidence.cut_frame || !evidence.received) return {};
+  return Proved("E501", "the last that came is the beginning of a frame", {*evidence.cut_frame});
+}
+
+Found Restarted(const Evidence& evidence) {
+  if (!evidence.identify_requests) return {};
+  return Likely("E504", "an iPod that had accepted the accessory asked it to identify itself",
+                evidence.identify_requests.packets);
+}
+
+Found FellSilent(const Evidence& evidence) {
+  constexpr std::uint64_t kSuspicious = 3;
+  const bool answered_before = static_cast<bool>(evidence.received);
+  if (!answered_before || evidence.unanswered.count < kSuspicious) return {};
+  return Likely("E503",
+                "the last " + Count(evidence.unanswered.count, "question", "questions") +
+                    " stayed unanswered, after " + Frames(evidence.received.count) + " had come",
+                evidence.unanswered.packets);
+}
+
+// ---- Bytes on the line ------------------------------------------------------------------------
+
+Found NothingCame(const Evidence& evidence) {
+  if (!evidence.sent || evidence.bytes_received > 0) return {};
+  return Proved("E201", Frames(evidence.sent.count) + " went out and not one byte came",
+                evidence.sent.packets);
+}
+
+Found OnlyEchoes(const Evidence& evidence) {
+  if (!evidence.echoes || evidence.received) return {};
+  return Proved("E202",
+                "all that came, " + Frames(evidence.echoes.count) +
+                    ", are the accessory's own, byte for byte",
+                evidence.echoes.packets);
+}
+
+Found OnlyNoise(const Evidence& evidence) {
+  if (!evidence.noise || evidence.received) return {};
+  const auto rate = SendingRate(evidence.noise_runs, evidence.baud);
+  std::string seen = std::to_string(evidence.bytes_received) + " bytes came and no whole frame";
+  if (!rate)
+    return Finding{"E203", Certainty::kNotExcluded,
+                   seen + "; the rate at which they were sent is unknown", evidence.noise.packets};
+  return Proved("E203",
+                seen + "; they are frames sent at " + std::to_string(*rate) +
+                    " baud and heard at " + std::to_string(evidence.baud),
+                evidence.noise.packets);
+}
+
+Found Damaged(const Evidence& evidence) {
+  if (!evidence.damaged) return {};
+  return Proved(
+      "E204",
+      Frames(evidence.damaged.count) + " from the iPod " +
+          (evidence.damaged.count == 1 ? "has a bad checksum, " : "have bad checksums, ") +
+          std::to_string(evidence.received.count) + " good ones came",
+      evidence.damaged.packets);
+}
+
+Found LineErrors(const Evidence& evidence) {
+  if (!evidence.line_errors) return {};
+  return Proved("E205",
+                "the driver reported " + Count(evidence.line_errors.count, "error", "errors") +
+                    " of the line",
+                evidence.line_errors.packets);
+}
+
+// ---- Identification ---------------------------------------------------------------------------
+
+Found TooOld(const Evidence& evidence) {
+  struct Need {
+    std::uint8_t lingo;
+    const char* name;
+    std::pair<unsigned, unsigned> least;
+  };
+  static const Need kNeeds[] = {{0x00, "General", {1, 2}},
+                                {0x03, "Display Remote", {1, 1}},
+                                {0x04, "Extended Interface", {1, 8}}};
+  for (const Need& need : kNeeds) {
+    const auto told = evidence.versions.find(need.lingo);
+    if (told == evidence.versions.end() || told->second.first >= need.least) continue;
+    return Proved("E306",
+                  std::string(need.name) + " has version " + Version(told->second.first) +
+                      " and needs " + Version(need.least),
+                  {told->second.second});
+  }
+  return {};
+}
+
+Found NoWorkouts(const Evidence& evidence) {
+  struct Need {
+    std::uint8_t lingo;
+    const char* name;
+    std::pair<unsigned, unsigned> least;
+  };
+  static const Need kNeeds[] = {{0x09, "Sports", {1, 1}}, {0x0C, "Storage", {1, 2}}};
+  for (const Need& need : kNeeds) {
+    const auto refused = evidence.lingoes_without_version.find(need.lingo);
+    if (refused != evidence.lingoes_without_version.end()) {
+      return Proved("E307", std::string("the iPod knows no lingo ") + need.name, {refused->second});
+    }
+    const auto told = evidence.versions.find(need.lingo);
+    if (told == evidence.versions.end() || told->second.first >= need.least) continue;
+    return Proved("E307",
+                  std::string(need.name) + " has version " + Version(told->second.first) +
+                      " and needs " + Version(need.least),
+                  {told->second.second});
+  }
+  return {};
+}
+
+Found WantsAuthentication(const Evidence& evidence) {
+  if (!evidence.authentication) return {};
+  return Proved("E305", "the iPod asked for the accessory's certificate",
+                evidence.authentication.packets);
+}
+
+Found WantsIdentifier(const Evidence& evidence) {
+  if (!evidence.start_without_identifier || !evidence.start_accepted_with_identifier) return {};
+  return Proved("E301",
+                "StartIDPS was accepted with an identifier, after it stayed unanswered without",
+                {evidence.start_without_identifier.packets.front(), *evidence.start_accepted});
+}
+
+Found TokensUnknown(const Evidence& evidence) {
+  if (evidence.start_accepted ||
+      (!evidence.start_without_identifier && !evidence.start_with_identifier)) {
+    return {};
+  }
+  if (evidence.start_refused) {
+    return Finding{"E302",
+                   evidence.start_refused->unknown ? Certainty::kProved : Certainty::kLikely,
+                   "StartIDPS was refused: " + evidence.start_refused->status,
+                   {evidence.start_refused->packet}};
+  }
+  // Silence alone may have any cause; an iPod that answers other questions ignores this one.
+  if (!evidence.received) return {};
+  const Sightings& asked = evidence.start_without_identifier ? evidence.start_without_identifier
+                                                             : evidence.start_with_identifier;
+  return Likely("E302", "StartIDPS stayed unanswered, other questions did not", asked.packets);
+}
+
+Found LingoesRefused(const Evidence& evidence) {
+  if (!evidence.lingoes_refused || evidence.identified) return {};
+  return Proved("E308", "IdentifyDeviceLingoes was refused: " + evidence.lingoes_refused->status,
+                {evidence.lingoes_refused->packet});
+}
+
+Found TokensFailed(const Evidence& evidence) {
+  if (!evidence.tokens_failed) return {};
+  return Proved("E304", "EndIDPS was answered by: " + evidence.tokens_failed->status,
+                {evidence.tokens_failed->packet});
+}
+
+Found TokenRefused(const Evidence& evidence) {
+  if (evidence.refused_tokens.empty()) return {};
+  std::string seen;
+  Packets packets;
+  for (const Refusal& refusal : evidence.refused_tokens) {
+    seen += (seen.empty() ? "" : "; ") + refusal.what + ": " + refusal.status;
+    if (packets.empty() || packets.back() != refusal.packet) packets.push_back(refusal.packet);
+  }
+  return Proved("E303", seen, std::move(packets));
+}
+
+// ---- Answers ----------------------------------------------------------------------------------
+
+Found NoRoom(const Evidence& evidence) {
+  if (!evidence.no_room) return {};
+  return Proved("E403", "the Storage lingo answered: out of resources", evidence.no_room.packets);
+}
+
+Found NotAuthenticated(const Evidence& evidence) {
+  if (!evidence.not_authenticated) return {};
+  return Proved("E404",
+                Count(evidence.not_authenticated.count, "question was", "questions were") +
+                    " refused for want of authentication",
+                evidence.not_authenticated.packets);
+}
+
+Found Slow(const Evidence& evidence) {
+  if (!evidence.late) return {};
+  return Proved("E402",
+                Count(evidence.late.count, "answer", "answers") + " came after more than a second",
+                evidence.late.packets);
+}
+
+Found ForeignIdentifiers(const Evidence& evidence) {
+  if (!evidence.foreign_identifiers) return {};
+  return Proved("E401",
+                Count(evidence.foreign_identifiers.count, "answer", "answers") +
+                    " came not under the question's identifier",
+                evidence.foreign_identifiers.packets);
+}
+
+// What ended a session before what hampered it, and what explains others before those.
+constexpr Found (*kRules[])(const Evidence&) = {
+    PortGone,
+    CutFrame,
+    OnlyEchoes,
+    NothingCame,
+    OnlyNoise,
+    Restarted,
+    FellSilent,
+    TooOld,
+    LingoesRefused,
+    TokensFailed,
+    WantsAuthentication,
+    TokenRefused,
+    NoRoom,
+    NotAuthenticated,
+    WantsIdentifier,
+    Damaged,
+    LineErrors,
+    Slow,
+    ForeignIdentifiers,
+    TokensUnknown,
+    NoWorkouts,
+};
+
+}  // namespace
+
+std::vector<Finding> FindingsOf(const Evidence& evidence) {
+  std::vector<Finding> findings;
+  for (const auto& rule : kRules) {
+    if (Found found = rule(evidence)) findings.push_back(std::move(*found));
+  }
+  return findings;
+}
+
+}  // namespace ipodwire
