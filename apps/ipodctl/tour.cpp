@@ -9,6 +9,7 @@
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/text.h"
+#include "ipod/identify_evidence.h"
 #include "ipod/info.h"
 #include "library/categories.h"
 #include "library/session_library.h"
@@ -86,8 +87,8 @@ void Tour::Step(const std::string& title) {
 void Tour::ShowDevice(Session& session) {
   Step("Ask who it is");
   const DeviceInfo info = ReadDeviceInfo(session);
-  output_.Fact("Name", Printable(info.name));
-  output_.Fact("Model", Printable(info.model));
+  output_.Fact("Name", ShownName(info.name.value_or("")));
+  output_.Fact("Model", ShownName(info.model.value_or("")));
   output_.Fact("Colour",
                info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
   output_.Fact("Workouts", info.sports ? "supported" : "not supported");
@@ -98,8 +99,8 @@ void Tour::ShowDevice(Session& session) {
     lingoes[lingo.name] = VersionText(*lingo.version);
   }
   output_.Object({{"step", "device"},
-                  {"name", info.name},
-                  {"model", info.model},
+                  {"name", info.name.value_or("")},
+                  {"model", info.model.value_or("")},
                   {"color", static_cast<int>(info.color)},
                   {"sports", info.sports},
                   {"lingoes", lingoes}});
@@ -133,13 +134,15 @@ std::vector<std::string> Tour::ShowList(MediaLibrary& library, const LibraryWalk
   std::vector<std::string> names;
   {
     ProgressBar bar(std::string("  Reading ") + category.name, count);
-    library.ReadNames(walk.category(), 0, count, [&](unsigned long, const std::string& name) {
-      names.push_back(name);
-      bar.Hide();
-      if (names.size() <= kShownNames) output_.Line("  " + ShownName(name));
-      bar.Update(names.size());
-      return true;
-    });
+    library.ReadNames(walk.category(), 0, count,
+                      [&](unsigned long, const std::optional<std::string>& name) {
+                        names.push_back(name.value_or(""));
+                        bar.Hide();
+                        if (names.size() <= kShownNames)
+                          output_.Line("  " + ShownName(names.back()));
+                        bar.Update(names.size());
+                        return true;
+                      });
   }
   if (walk.count() > kShownNames) {
     output_.Line(output_.Dim("  ... " + Counted(walk.count(), category.singular) + " in all"));

@@ -207,6 +207,8 @@ class IPODCOMM_API CIpodComm {
 
   /// Finds the iPod's colour by its model number. IPOD_COLOR_NONE for an unknown model.
   int GetIPodColor(tagIPOD_COLOR* color);
+  /// The same for a model number that is known already; sends nothing.
+  static tagIPOD_COLOR ColorOfModel(const wchar_t* model);
 
   // ---- Browsing (media/browsing.cpp) -----------------------------------------------------------
 

@@ -90,15 +90,18 @@ bool Holds(const wchar_t* model, const ColorGroup& group) {
 
 }  // namespace
 
+tagIPOD_COLOR CIpodComm::ColorOfModel(const wchar_t* model) {
+  for (const ColorGroup& group : kGroups) {
+    if (Holds(model, group)) return group.color;
+  }
+  return IPOD_COLOR_NONE;
+}
+
 int CIpodComm::GetIPodColor(tagIPOD_COLOR* color) {
   constexpr unsigned long kModelCharacters = 20;
   *color = IPOD_COLOR_NONE;
   wchar_t model[kModelCharacters] = {};
   if (Command_RequestIpodModelNum(nullptr, model, kModelCharacters) == 0) return 0;
-  for (const ColorGroup& group : kGroups) {
-    if (!Holds(model, group)) continue;
-    *color = group.color;
-    break;
-  }
+  *color = ColorOfModel(model);
   return 1;
 }

@@ -7,10 +7,12 @@
 #include <nlohmann/json.hpp>
 
 #include "docked_ipod.h"
+#include "support/json_lines.h"
 
 using e2e::DockedIpod;
 using nlohmann::json;
 using test::Ended;
+using test::Objects;
 using test::Process;
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -99,11 +101,15 @@ TEST(IpodctlBrowse, WalksDownByNameInAnyCaseAndScript) {
 
   const Ended other = kanji->Wait();
   EXPECT_EQ(other.status, 0) << other.err;
-  const json list = json::parse(other.out);
-  EXPECT_EQ(list.at("category"), "tracks");
-  EXPECT_EQ(list.at("path"), json({"albums", "都市"}));
-  EXPECT_EQ(list.at("records"),
-            json({{{"index", 0}, {"name", "橋"}}, {{"index", 1}, {"name", "歩く 🎧"}}}));
+  const std::vector<json> lines = Objects(other.out);
+  ASSERT_EQ(lines.size(), 3U) << other.out;
+  EXPECT_EQ(lines[0], json({{"category", "tracks"},
+                            {"path", {"albums", "都市"}},
+                            {"total", 2},
+                            {"from", 0},
+                            {"count", 2}}));
+  EXPECT_EQ(lines[1], json({{"index", 0}, {"name", "橋"}}));
+  EXPECT_EQ(lines[2], json({{"index", 1}, {"name", "歩く 🎧"}}));
   EXPECT_EQ(dock.mistakes() + kanji_dock.mistakes(), "");
 }
 
@@ -117,12 +123,16 @@ TEST(IpodctlBrowse, ListsARangeAnotherCategoryOrAnotherHierarchy) {
   const DockedIpod video_dock;
   const auto video = video_dock.Start({"browse", "tracks", "--hierarchy", "video"});
 
-  const json list = json::parse(range->Wait().out);
-  EXPECT_EQ(list.at("total"), 7);
-  EXPECT_EQ(list.at("from"), 5);
-  ASSERT_EQ(list.at("records").size(), 2U);
-  EXPECT_EQ(list.at("records")[0].at("index"), 5);
-  EXPECT_EQ(json::parse(category->Wait().out).at("total"), 4);
+  const std::vector<json> lines = Objects(range->Wait().out);
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_EQ(lines[0].at("total"), 7);
+  EXPECT_EQ(lines[0].at("from"), 5);
+  EXPECT_EQ(lines[0].at("count"), 2);
+  EXPECT_EQ(lines[1].at("index"), 5);
+  EXPECT_EQ(lines[2].at("index"), 6);
+  const std::vector<json> of_genre = Objects(category->Wait().out);
+  ASSERT_EQ(of_genre.size(), 5U);
+  EXPECT_EQ(of_genre[0].at("total"), 4);
   EXPECT_EQ(video->Wait().out, "tracks (1)\n  0  Moving Pictures\n");
   EXPECT_EQ(range_dock.mistakes() + category_dock.mistakes() + video_dock.mistakes(), "");
 }
@@ -172,6 +182,29 @@ TEST(IpodctlBrowse, ShowsProgressOnATerminalOnly) {
   const Ended plain = piped->Wait();
   EXPECT_EQ(plain.err, "");
   EXPECT_EQ(plain.out, seen.out);
+}
+
+TEST(IpodctlBrowse, SaysWhereANameIsBlank) {
+  ipodsim::Settings settings;
+  settings.library = e2e::NumberedTracks(2);
+  settings.library.tracks[1].title = "";
+  const DockedIpod dock(settings);
+  const DockedIpod machines_dock(settings);
+  const auto for_machines = machines_dock.Start({"browse", "tracks", "--json"});
+  EXPECT_THAT(dock.Ipodctl({"browse", "tracks"}).out, HasSubstr("  (no name)\n"));
+  EXPECT_THAT(for_machines->Wait().out, HasSubstr("\"name\":\"\"}\n"));
+}
+
+TEST(IpodctlBrowse, AsksForAWholeListAtOnce) {
+  ipodsim::Settings settings;
+  settings.library = e2e::NumberedTracks(300);
+  DockedIpod dock(settings);
+  const Ended ended = dock.Ipodctl({"--conduct", "fast", "browse", "tracks", "--json"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  const std::vector<json> lines = Objects(ended.out);
+  ASSERT_EQ(lines.size(), 301U);
+  EXPECT_EQ(lines[300], json({{"index", 299}, {"name", "Track 299"}}));
+  EXPECT_EQ(dock.mistakes(), "");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "docked_ipod.h"
+#include "support/json_lines.h"
 #include "support/temporary_folder.h"
 
 using e2e::DockedIpod;
@@ -17,6 +18,7 @@ using ipodsim::Profile;
 using nlohmann::json;
 using test::Ended;
 using test::Ipodctl;
+using test::Objects;
 using test::Process;
 using test::TemporaryFolder;
 using ::testing::AllOf;
@@ -87,27 +89,31 @@ TEST(IpodctlLegacy, CountsAndListsRecords) {
             "  0  Bridges\n"
             "  1  Arches\n"
             "  2  Piers\n");
-  const json tracks = json::parse(
+  const std::vector<json> tracks = Objects(
       Legacy(dock, {"browse", "artists", "山田", "--category", "tracks", "--from", "1", "--json"}));
-  EXPECT_EQ(tracks.at("total"), 2);
-  EXPECT_EQ(tracks.at("records"), json::parse(R"([{"index": 1, "name": "歩く 🎧"}])"));
-  EXPECT_EQ(json::parse(Legacy(dock, {"browse", "tracks", "--hierarchy", "video", "--json"}))
-                .at("records")
-                .at(0)
+  ASSERT_EQ(tracks.size(), 2U);
+  EXPECT_EQ(tracks[0].at("total"), 2);
+  EXPECT_EQ(tracks[1], json({{"index", 1}, {"name", "歩く 🎧"}}));
+  EXPECT_EQ(Objects(Legacy(dock, {"browse", "tracks", "--hierarchy", "video", "--json"}))
+                .at(1)
                 .at("name"),
             "Moving Pictures");
   EXPECT_EQ(dock.mistakes(), "");
 }
 
-TEST(IpodctlLegacy, NameTooLongForItIsLeftOutOfAList) {
+TEST(IpodctlLegacy, NameTooLongForItIsSaidToBeUnreadable) {
   ipodsim::Settings settings;
   settings.library = e2e::NumberedTracks(3);
   settings.library.tracks[1].title = "Track 001" + std::string(300, 'x');
   const DockedIpod dock(settings);
-  const json list = json::parse(Legacy(dock, {"browse", "tracks", "--json"}));
-  EXPECT_EQ(list.at("records"), json::parse(R"([{"index": 0, "name": "Track 000"},
-                                                {"index": 1, "name": ""},
-                                                {"index": 2, "name": "Track 002"}])"));
+  const Ended ended = dock.Ipodctl({"--legacy", "browse", "tracks", "--json"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.err, "ipodctl: could not read the names of 1 of 3 tracks.\n");
+  const std::vector<json> lines = Objects(ended.out);
+  ASSERT_EQ(lines.size(), 4U);
+  EXPECT_EQ(lines[1], json({{"index", 0}, {"name", "Track 000"}}));
+  EXPECT_EQ(lines[2], json({{"index", 1}, {"name", nullptr}}));
+  EXPECT_EQ(lines[3], json({{"index", 2}, {"name", "Track 002"}}));
 }
 
 TEST(IpodctlLegacy, PlaysPausesAndTellsWhatItPlays) {
@@ -326,9 +332,10 @@ TEST(IpodctlLegacy, PulledCableIsOneSentence) {
   simulator.Signal(SIGKILL);
   const Ended cut = browser.Wait();
   EXPECT_EQ(cut.status, 1);
-  EXPECT_EQ(cut.err, "ipodctl: the iPod on " + link +
-                         " no longer answers; check that it is docked and the cable is plugged "
-                         "in.\n");
+  EXPECT_THAT(cut.err, AllOf(StartsWith("ipodctl: the iPod on " + link +
+                                        " no longer answers; check that it is docked and the cable "
+                                        "is plugged in; it had read "),
+                             EndsWith(" of 1727 tracks.\n")));
 }
 
 TEST(IpodctlLegacy, InterruptIsToldFromSuccess) {
@@ -340,7 +347,8 @@ TEST(IpodctlLegacy, InterruptIsToldFromSuccess) {
   browser->Signal(SIGINT);
   const Ended ended = browser->Wait();
   EXPECT_EQ(ended.status, 130);
-  EXPECT_EQ(ended.err, "ipodctl: interrupted before it was done.\n");
+  EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: interrupted before it was done; it had read "),
+                               EndsWith(" of 900 tracks.\n")));
 }
 
 }  // namespace

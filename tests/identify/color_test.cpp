@@ -91,6 +91,14 @@ TEST_P(OrderNumbers, EachIsFoundInsideTheText) {
   }
 }
 
+TEST_P(OrderNumbers, StandForTheColorAlsoWhereTheModelIsKnownAlready) {
+  for (const std::string& number : Words(GetParam().order_numbers)) {
+    const std::wstring model(number.begin(), number.end());
+    EXPECT_EQ(CIpodComm::ColorOfModel((model + L"LL/A").c_str()), GetParam().color) << number;
+    EXPECT_EQ(CIpodComm::ColorOfModel(model.substr(1).c_str()), IPOD_COLOR_NONE) << number;
+  }
+}
+
 TEST_P(OrderNumbers, NeedTheirUpperCaseAndTheirWholeLength) {
   for (std::string number : Words(GetParam().order_numbers)) {
     EXPECT_EQ(ColorOf(number.substr(0, 4)), IPOD_COLOR_NONE) << number;

@@ -3,10 +3,13 @@
 #include "console/progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
+#include "console/clock.h"
 #include "console/system.h"
+#include "console/text.h"
 #include "console/verbose_log.h"
 
 namespace ipodctl {
@@ -58,13 +61,26 @@ void StatusLine::Hide() {
   shown_ = false;
 }
 
+std::string ProgressFigures(std::uint64_t done, std::uint64_t total,
+                            std::chrono::microseconds passed) {
+  const std::string counts = std::to_string(done) + "/" + std::to_string(total);
+  const double seconds = std::chrono::duration<double>(passed).count();
+  // Before that the rate jumps about.
+  constexpr double kLeastSeconds = 0.5;
+  if (done == 0 || done >= total || seconds < kLeastSeconds) return counts;
+  const double rate = static_cast<double>(done) / seconds;
+  const double left_s = static_cast<double>(total - done) / rate;
+  return counts + "  " + std::to_string(std::max(1L, std::lround(rate))) + "/s  " +
+         Clock(static_cast<std::uint64_t>(std::ceil(left_s))) + " left";
+}
+
 ProgressBar::ProgressBar(std::string label, std::uint64_t total)
-    : label_(std::move(label)), total_(total) {
+    : label_(std::move(label)), total_(total), start_(SteadyTime()) {
   Update(0);
 }
 
 void ProgressBar::Update(std::uint64_t done) {
-  line_.ShowBar(label_, done, total_, std::to_string(done) + "/" + std::to_string(total_));
+  line_.ShowBar(label_, done, total_, ProgressFigures(done, total_, SteadyTime() - start_));
 }
 
 }  // namespace ipodctl

@@ -2,6 +2,7 @@
 // One line at the bottom of the terminal that shows how far something slow has come.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -32,6 +33,10 @@ class StatusLine {
   bool shown_ = false;
 };
 
+/// "45/143", and once there is a rate to tell "45/143  31/s  0:03 left".
+std::string ProgressFigures(std::uint64_t done, std::uint64_t total,
+                            std::chrono::microseconds passed);
+
 /// A bar that counts, such as names read.
 class ProgressBar {
  public:
@@ -43,6 +48,7 @@ class ProgressBar {
  private:
   std::string label_;
   std::uint64_t total_;
+  std::chrono::microseconds start_;
   StatusLine line_;
 };
 

@@ -27,9 +27,15 @@ void DockLine::FailToOpen(long code) const {
                        "cannot open " + device_ + ": " + WhyNotOpened(device_, code));
 }
 
-void DockLine::FailToFindIpod() const {
-  throw CommandFailure(kNothingDocked, "no iPod answers on " + device_ +
-                                           "; check that it is docked and switched on");
+void DockLine::FailToFindIpod(const std::string& evidence) const {
+  throw CommandFailure(kNothingDocked, "no iPod answers on " + device_ + " (" + evidence +
+                                           "); check that it is docked and switched on");
+}
+
+void DockLine::FailForEcho() const {
+  throw CommandFailure(kNothingDocked, "what is sent on " + device_ +
+                                           " comes back: the line is wired to itself, or bridged "
+                                           "with no iPod behind it; check the cable");
 }
 
 void DockLine::FailToReachIpod() const {

@@ -28,8 +28,10 @@ class DockLine {
 
   /// @param code the system's
   [[noreturn]] void FailToOpen(long code = kUnknownReason) const;
-  /// Nothing is docked.
-  [[noreturn]] void FailToFindIpod() const;
+  /// Nothing is docked. @param evidence what was tried
+  [[noreturn]] void FailToFindIpod(const std::string& evidence) const;
+  /// What is sent comes back.
+  [[noreturn]] void FailForEcho() const;
   /// An iPod was there, and is no longer.
   [[noreturn]] void FailToReachIpod() const;
 

@@ -20,8 +20,8 @@ struct LingoVersion {
 };
 
 struct DeviceInfo {
-  std::string name;
-  std::string model;
+  std::optional<std::string> name;  // none: the iPod refuses to tell it
+  std::optional<std::string> model;
   std::uint32_t model_id = 0;
   tagIPOD_COLOR color = IPOD_COLOR_NONE;
   std::string identified_by;
@@ -31,9 +31,6 @@ struct DeviceInfo {
 };
 
 DeviceInfo ReadDeviceInfo(Session& session);
-
-/// "1.09"
-std::string VersionText(const tagIPOD_VERSION& version);
 
 void RunInfo(const Context& context, Session& session);
 /// Shows the legacy interface's display texts.

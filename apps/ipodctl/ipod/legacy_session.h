@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ipod/dock_line.h"
+#include "ipod/legacy_exchange.h"
 #include "ipodcomm/ipod.h"
 
 namespace ipodctl {
@@ -25,14 +26,22 @@ class LegacySession {
   void EnterRemoteUi();
 
   ipod& interface() { return ipod_; }
+  /// "0014|0000", as the interface shows it; empty when the iPod does not tell it.
+  const std::string& model_number() const { return model_number_; }
+  /// Whether selections are to be sorted by name, as the interface does for some models.
+  bool SortsByName() const { return model_number_.substr(0, 4) == "0010"; }
 
+  /// Asks what an operation of the interface would misread on a bad line.
+  LegacyAnswer Ask(const LegacyQuestion& question) { return AskLegacy(ipod_, question); }
+  /// Throws a CommandFailure unless the question was answered.
+  /// @param what the rest of "the iPod refused to ..."; what follows a ';' is advice
+  void Require(const LegacyAnswer& answer, const std::string& what);
   /// Throws a CommandFailure unless `succeeded`.
-  /// @param what the rest of "the iPod refused to ..."
   void Require(bool succeeded, const std::string& what);
   /// Throws a CommandFailure when the iPod no longer answers at all.
   void RequireAnswers();
-  /// Whether there is still an iPod. Blocks for three seconds when there is not. Unread
-  /// packets that came before are dropped.
+  /// Whether there is still an iPod. Blocks for some seconds when there is not. Unread packets that
+  /// came before are dropped.
   bool Answers();
   /// Whether the iPod accepts workouts. The interface announces the workout lingoes to some models
   /// only, by the beginning of their model number; the others are not asked.
@@ -41,9 +50,12 @@ class LegacySession {
  private:
   const DockLine& dock_;
   ipod ipod_;
+  std::string model_number_;
 };
 
 /// Whether there is still an iPod; see LegacySession::Answers.
 bool Answers(ipod& docked);
+/// Whether the accessory's own bytes come back.
+bool Echoes(ipod& docked);
 
 }  // namespace ipodctl

@@ -96,7 +96,7 @@ void SelfTest::ExplainFailure(const Step& step) {
   if (first_failure_.empty()) first_failure_ = step.detail.empty() ? step.title : step.detail;
   StopIfInterrupted();
   if (step.last || Answers(ipod_)) return;
-  if (step.number == kConnectionStep) dock_.FailToFindIpod();
+  if (step.number == kConnectionStep) dock_.FailToFindIpod("no answer to its connection test");
   dock_.FailToReachIpod();
 }
 

@@ -2,11 +2,11 @@
 // Opens, identifies, and explains what failed.
 #include "ipod/session.h"
 
-#include "console/clock.h"
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
+#include "ipod/identify_evidence.h"
 #include "ipod/refusal.h"
 
 namespace ipodctl {
@@ -47,25 +47,45 @@ void Session::Identify() {
   if (ipod_.Command_IdentifyDeviceLingos(kLowPower, &identified_, keep_going, nullptr) == 0) {
     FailIdentification();
   }
-  // Token identification does not read the General lingo's version, and without it the library
-  // treats the iPod as too old for preferences.
-  ipod_.Command_RequestLingoProtocolVersion(kGeneralLingo, nullptr, nullptr);
+  NoteVersions();
   Note("identified by " + IdentifiedBy());
+}
+
+// What identification has asked is not asked again.
+void Session::NoteVersions() {
+  const IdentifyEvidence evidence(ipod_);
+  for (const unsigned char lingo : evidence.AskedLingoes()) {
+    versions_[lingo] = evidence.Version(lingo);
+  }
 }
 
 void Session::FailIdentification() {
   StopIfInterrupted();
+  const IdentifyEvidence evidence(ipod_);
   if (identified_ == IPOD_IDENTIFY_RESULT_TOOOLD) {
-    throw CommandFailure(
-        kIpodTooOld,
-        "this iPod is too old to be controlled; update its software or dock a newer one");
+    throw CommandFailure(kIpodTooOld, "this iPod is too old to be controlled (" +
+                                          evidence.WhatIsTooOld() +
+                                          "); update its software or dock a newer one");
   }
-  if (Answers()) {
-    throw CommandFailure(kNothingDocked, "the iPod on " + dock_.device() +
-                                             " did not accept the accessory; take it out of the "
-                                             "dock, put it back and try again");
+  if (identified_ == IPOD_IDENTIFY_RESULT_ECHO) dock_.FailForEcho();
+  if (!evidence.AnyAnswer()) dock_.FailToFindIpod(evidence.WhatCame());
+  throw CommandFailure(kNothingDocked, "the iPod on " + dock_.device() +
+                                           " did not accept the accessory (" + evidence.WhatCame() +
+                                           "); take it out of the dock, put it back and try again");
+}
+
+std::optional<tagIPOD_VERSION> Session::LingoVersion(unsigned char lingo) {
+  const auto known = versions_.find(lingo);
+  if (known != versions_.end()) return known->second;
+  std::optional<tagIPOD_VERSION> version;
+  tagIPOD_VERSION told = {};
+  if (ipod_.Command_RequestLingoProtocolVersion(lingo, &told) != 0) {
+    version = told;
+  } else {
+    Require(WasRefused(), "tell the version of a lingo");
   }
-  dock_.FailToFindIpod();
+  versions_[lingo] = version;
+  return version;
 }
 
 void Session::EnterRemoteUi() {
@@ -92,14 +112,11 @@ std::optional<std::vector<unsigned char>> Session::Exchange(const tagIPOD_WRITE_
   return data;
 }
 
-// A command that is answered within a second was sent once. The answers to one that was sent again
-// come before that to another question asked now.
+// The answers to a command that was sent more than once come before that to another question.
 bool Session::Do(const std::function<int()>& operation) {
-  constexpr std::chrono::seconds kOneAttempt(1);
-  const auto start = SteadyTime();
   const bool succeeded = operation() != 0;
-  const bool numbered = identified_ == IPOD_IDENTIFY_RESULT_IDPS;
-  if (succeeded && !numbered && SteadyTime() - start >= kOneAttempt) {
+  const tagIPOD_EXCHANGE exchange = Last();
+  if (succeeded && exchange.carried_id == 0 && exchange.attempts > 1) {
     Note("letting late answers go by");
     RequireAnswers();
   }
@@ -122,9 +139,9 @@ void Session::Fail(const tagIPOD_EXCHANGE& exchange, const std::string& what) {
     throw CommandFailure(kFailed, Refusal(what, exchange.status));
   }
   RequireAnswers();
-  throw CommandFailure(kFailed, exchange.result == IPOD_EXCHANGE_UNANSWERED
-                                    ? "the iPod did not answer when asked to " + what
-                                    : "the iPod answered, but did not " + what);
+  const bool nothing = exchange.result == IPOD_EXCHANGE_UNANSWERED;
+  throw CommandFailure(kFailed, nothing ? "the iPod did not answer when asked to " + what
+                                        : "the iPod's answer was of no use when asked to " + what);
 }
 
 void Session::RequireAnswers() {

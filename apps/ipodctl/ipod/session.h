@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ class Session {
   void Close() { ipod_.Close(); }
 
   CIpodComm& ipod() { return ipod_; }
+  /// A lingo's version, asked for once at most; none when the iPod does not support the lingo.
+  /// Throws a CommandFailure when it does not answer.
+  std::optional<tagIPOD_VERSION> LingoVersion(unsigned char lingo);
   /// How the iPod accepted the accessory: "tokens" or "lingoes".
   std::string IdentifiedBy() const;
 
@@ -63,12 +67,14 @@ class Session {
   void NoteNoTrackInfo() { tells_track_info_ = false; }
 
  private:
-  void FailIdentification();
+  [[noreturn]] void FailIdentification();
+  void NoteVersions();
 
   const Options& options_;
   const DockLine& dock_;
   CIpodComm ipod_;
   tagIPOD_IDENTIFY_RESULT identified_ = IPOD_IDENTIFY_RESULT_NONE;
+  std::map<unsigned char, std::optional<tagIPOD_VERSION>> versions_;  // of the lingoes asked about
   bool tells_track_info_ = true;
 };
 

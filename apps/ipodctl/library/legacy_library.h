@@ -13,15 +13,19 @@ class LegacyLibrary : public MediaLibrary {
 
   bool SelectTop(unsigned char category, unsigned char hierarchy, unsigned long* count) override;
   bool Select(unsigned long index, unsigned char next, unsigned long* count) override;
-  bool PlayTrack(unsigned long index);
-  std::string ReadName(unsigned char category, unsigned long index) override;
-  /// A name that is too long for the interface comes out empty.
+  /// Selects a record of the list entered last and stays there; a track plays.
+  bool SelectRecord(unsigned long index);
+  /// Whether the iPod refused what was asked last.
+  bool refused() const { return last_.refused(); }
+  bool Count(unsigned char category, unsigned long* count) override;
+  std::optional<std::string> ReadName(unsigned char category, unsigned long index) override;
   void ReadNames(unsigned char category, unsigned long from, unsigned long count,
-                 const std::function<bool(unsigned long, const std::string&)>& take) override;
+                 const TakeName& take) override;
   void Require(bool succeeded, const std::string& what) override;
 
  private:
   LegacySession& session_;
+  LegacyAnswer last_;
 };
 
 }  // namespace ipodctl

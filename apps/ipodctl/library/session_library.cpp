@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Selects records, counts them until the count can be believed, and streams their names.
+// Selects records, counts them, and streams their names.
 #include "library/session_library.h"
 
-#include <vector>
-
-#include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "console/verbose_log.h"
@@ -14,8 +11,7 @@ namespace ipodctl {
 
 namespace {
 
-constexpr std::size_t kNameCapacity = 1024;    // no frame carries a longer one
-constexpr unsigned long kMostRecords = 50000;  // of a category; no iPod held more
+constexpr std::size_t kNameCapacity = 1024;  // no frame carries a longer one
 
 // The names of one request, as they come.
 class NameStream {
@@ -54,17 +50,11 @@ class NameStream {
 
 bool SessionLibrary::SelectTop(unsigned char category, unsigned char hierarchy,
                                unsigned long* count) {
-  if (!session_.Do([&] { return session_.ipod().SelectTop(category, count, hierarchy); })) {
-    return false;
-  }
-  return *count <= kMostRecords || Confirm(category, count);
+  return session_.Do([&] { return session_.ipod().SelectTop(category, count, hierarchy); });
 }
 
 bool SessionLibrary::Select(unsigned long index, unsigned char next, unsigned long* count) {
-  if (!session_.Do([&] { return session_.ipod().Select(next, count, index); })) return false;
-  // A record with nothing inside is not impossible, but rare.
-  const bool doubtful = *count > kMostRecords || *count == 0;
-  return !doubtful || Confirm(next, count);
+  return session_.Do([&] { return session_.ipod().Select(next, count, index); });
 }
 
 bool SessionLibrary::Count(unsigned char category, unsigned long* count) {
@@ -72,20 +62,7 @@ bool SessionLibrary::Count(unsigned char category, unsigned long* count) {
       [&] { return session_.ipod().Command_GetNumberCategorizedDBRecords(category, count); });
 }
 
-// Believes a doubtful count once it has been told twice running.
-bool SessionLibrary::Confirm(unsigned char category, unsigned long* count) {
-  constexpr int kAttempts = 3;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    const unsigned long before = *count;
-    if (!Count(category, count)) return false;
-    if (*count == before) return true;
-  }
-  throw CommandFailure(kFailed, std::string("the iPod counts its ") +
-                                    CategoryByCode(category).name +
-                                    " differently each time it is asked");
-}
-
-std::string SessionLibrary::ReadName(unsigned char category, unsigned long index) {
+std::optional<std::string> SessionLibrary::ReadName(unsigned char category, unsigned long index) {
   wchar_t name[kNameCapacity] = {};
   const bool read = session_.ipod().Command_RetrieveCategorizedDatabaseRecord(name, kNameCapacity,
                                                                               index, category) != 0;
@@ -95,7 +72,7 @@ std::string SessionLibrary::ReadName(unsigned char category, unsigned long index
 }
 
 void SessionLibrary::ReadNames(unsigned char category, unsigned long from, unsigned long count,
-                               const std::function<bool(unsigned long, const std::string&)>& take) {
+                               const TakeName& take) {
   const unsigned long end = from + count;
   bool wanted = true;
   for (unsigned long next = from; wanted && next < end;) {

@@ -13,15 +13,13 @@ class SessionLibrary : public MediaLibrary {
 
   bool SelectTop(unsigned char category, unsigned char hierarchy, unsigned long* count) override;
   bool Select(unsigned long index, unsigned char next, unsigned long* count) override;
-  std::string ReadName(unsigned char category, unsigned long index) override;
+  bool Count(unsigned char category, unsigned long* count) override;
+  std::optional<std::string> ReadName(unsigned char category, unsigned long index) override;
   void ReadNames(unsigned char category, unsigned long from, unsigned long count,
-                 const std::function<bool(unsigned long, const std::string&)>& take) override;
+                 const TakeName& take) override;
   void Require(bool succeeded, const std::string& what) override;
 
  private:
-  bool Count(unsigned char category, unsigned long* count);
-  bool Confirm(unsigned char category, unsigned long* count);
-
   Session& session_;
 };
 

@@ -16,6 +16,7 @@ namespace ipodctl {
 namespace {
 
 constexpr std::size_t kShownCandidates = 4;
+constexpr unsigned long kMostRecords = 50000;  // no iPod held more of anything
 constexpr unsigned long kFirstPortion = 16;
 constexpr unsigned long kLargestPortion = 512;
 
@@ -35,13 +36,18 @@ struct Candidates {
   std::vector<ListedRecord> same;
   std::vector<ListedRecord> partial;
   std::string partial_names;
+  unsigned long unread = 0;
 
   void Consider(const ListedRecord& record, const std::string& wanted) {
-    if (SameName(record.name, wanted)) same.push_back(record);
-    if (!Contains(record.name, wanted)) return;
+    if (!record.name) {
+      ++unread;
+      return;
+    }
+    if (SameName(*record.name, wanted)) same.push_back(record);
+    if (!Contains(*record.name, wanted)) return;
     partial.push_back(record);
     if (partial.size() > kShownCandidates) return;
-    partial_names += (partial.size() == 1 ? "" : ", ") + Quoted(record.name) + " (@" +
+    partial_names += (partial.size() == 1 ? "" : ", ") + Quoted(*record.name) + " (@" +
                      std::to_string(record.index) + ")";
   }
 };
@@ -55,6 +61,7 @@ void LibraryWalk::EnterTop(unsigned char category) {
   library_.Require(library_.SelectTop(category, hierarchy_, &count_),
                    std::string("list its ") + CategoryByCode(category).name);
   category_ = category;
+  if (count_ > kMostRecords) ConfirmCount();
 }
 
 void LibraryWalk::EnterRecord(const std::string& step, unsigned char next) {
@@ -66,22 +73,38 @@ void LibraryWalk::EnterRecord(unsigned long index, unsigned char next) {
       library_.Select(index, next, &count_),
       std::string("select ") + CategoryByCode(category_).singular + " " + std::to_string(index));
   category_ = next;
+  // A record with nothing inside is rare.
+  if (count_ > kMostRecords || count_ == 0) ConfirmCount();
 }
 
-unsigned long LibraryWalk::Find(const std::string& step, std::string* name) {
-  const std::optional<unsigned long> number = NumberOf(step);
-  if (!number) {
-    const ListedRecord found = FindByName(step);
-    if (name != nullptr) *name = found.name;
-    return found.index;
+// Believes a doubtful count once it has been told twice running.
+void LibraryWalk::ConfirmCount() {
+  constexpr int kAttempts = 3;
+  const char* const name = CategoryByCode(category_).name;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    const unsigned long before = count_;
+    library_.Require(library_.Count(category_, &count_), std::string("count its ") + name);
+    if (count_ == before) return;
   }
+  throw CommandFailure(
+      kFailed, std::string("the iPod counts its ") + name + " differently each time it is asked");
+}
+
+unsigned long LibraryWalk::Find(const std::string& step) {
+  const std::optional<unsigned long> number = NumberOf(step);
+  if (!number) return FindByName(step).index;
   if (*number >= count_) {
     throw CommandFailure(kFailed, std::string("there is no ") + CategoryByCode(category_).singular +
                                       " " + step + " here, only " + Counted(count_, "record") +
                                       " counted from @0");
   }
-  if (name != nullptr) *name = NameOf(*number);
   return *number;
+}
+
+ListedRecord LibraryWalk::FindNamed(const std::string& step) {
+  if (!NumberOf(step)) return FindByName(step);
+  const unsigned long index = Find(step);
+  return {index, NameOf(index)};
 }
 
 // What was asked for together is read to its end, so a search asks for little at first, and then
@@ -96,7 +119,7 @@ ListedRecord LibraryWalk::FindByName(const std::string& name) {
     for (unsigned long from = 0; from < count_ && !exact; from += portion) {
       if (from != 0) portion = std::min(from, kLargestPortion);
       library_.ReadNames(category_, from, std::min(portion, count_ - from),
-                         [&](unsigned long index, const std::string& found) {
+                         [&](unsigned long index, const std::optional<std::string>& found) {
                            bar.Update(index + 1);
                            if (found == name) exact = ListedRecord{index, found};
                            candidates.Consider({index, found}, name);
@@ -107,10 +130,7 @@ ListedRecord LibraryWalk::FindByName(const std::string& name) {
   if (exact) return *exact;
   if (candidates.same.size() == 1) return candidates.same.front();
   if (candidates.partial.size() == 1) return candidates.partial.front();
-  if (candidates.partial.empty()) {
-    throw CommandFailure(kFailed, std::string("there is no ") + category.singular + " " +
-                                      Quoted(name) + " here; 'ipodctl browse' lists what there is");
-  }
+  if (candidates.partial.empty()) FailToFind(name, candidates.unread);
   throw CommandFailure(
       kFailed,
       Quoted(name) + " could be any of " +
@@ -136,6 +156,17 @@ void WalkPath(LibraryWalk& walk, const std::vector<std::string>& path,
   }
 }
 
+void LibraryWalk::FailToFind(const std::string& name, unsigned long unread) const {
+  const Category& category = CategoryByCode(category_);
+  if (unread != 0) {
+    throw CommandFailure(kFailed, "cannot find the " + std::string(category.singular) + " " +
+                                      Quoted(name) + " here: " + Counted(unread, "name") +
+                                      " could not be read; name it by its number");
+  }
+  throw CommandFailure(kFailed, std::string("there is no ") + category.singular + " " +
+                                    Quoted(name) + " here; 'ipodctl browse' lists what there is");
+}
+
 ListedRecord FindTrack(LibraryWalk& walk, const std::vector<std::string>& path) {
   const unsigned char top = CategoryByName(path.front())->code;
   walk.EnterTop(path.size() == 1 ? kTracks : top);
@@ -151,9 +182,7 @@ ListedRecord FindTrack(LibraryWalk& walk, const std::vector<std::string>& path) 
     }
   }
   if (walk.count() == 0) throw CommandFailure(kFailed, "there are no tracks to play here");
-  ListedRecord track;
-  track.index = walk.Find(name_or_number, &track.name);
-  return track;
+  return walk.FindNamed(name_or_number);
 }
 
 }  // namespace ipodctl

@@ -2,6 +2,7 @@
 // A walk through the iPod's database, from a category down through named records.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@ namespace ipodctl {
 /// A record of the list that a walk has led to.
 struct ListedRecord {
   unsigned long index = 0;
-  std::string name;
+  std::optional<std::string> name;  // none when the interface cannot read it
 };
 
 class LibraryWalk {
@@ -29,17 +30,22 @@ class LibraryWalk {
 
   /// The record that `step` names in the current list. Throws a CommandFailure when there is none,
   /// or more than one.
-  /// @param name optional; the record's name
-  unsigned long Find(const std::string& step, std::string* name = nullptr);
+  unsigned long Find(const std::string& step);
+  /// The same with its name.
+  ListedRecord FindNamed(const std::string& step);
 
   /// The name of a record of the current list.
-  std::string NameOf(unsigned long index) { return library_.ReadName(category_, index); }
+  std::optional<std::string> NameOf(unsigned long index) {
+    return library_.ReadName(category_, index);
+  }
 
   unsigned char category() const { return category_; }
   unsigned long count() const { return count_; }
 
  private:
+  void ConfirmCount();
   ListedRecord FindByName(const std::string& name);
+  [[noreturn]] void FailToFind(const std::string& name, unsigned long unread) const;
 
   MediaLibrary& library_;
   unsigned char hierarchy_;

@@ -2,6 +2,8 @@
 // Starts and stops the player through either interface.
 #include "playing/control.h"
 
+#include "console/failure.h"
+#include "console/interrupt.h"
 #include "console/text.h"
 #include "library/legacy_library.h"
 #include "library/session_library.h"
@@ -13,13 +15,24 @@ namespace ipodctl {
 
 namespace {
 
+// Through the current interface alone; the legacy one has no such question.
+bool MayShuffle(Session& session) { return ReadShuffle(session) != "off"; }
+bool MayShuffle(LegacySession& /*session*/) { return true; }
+
 // By its title and, while the list is played in its order, its place in it: titles repeat. Where
-// the iPod does not tell titles, by its place alone.
-bool IsPlaying(Session& session, NowPlaying* now, const ListedRecord& wanted) {
+// names cannot be read, by its place alone.
+template <class AnySession>
+bool IsPlaying(AnySession& session, NowPlaying* now, const ListedRecord& wanted) {
   if (now->state != kPlaying || !now->index) return false;
   const std::optional<std::string> title = ReadTitle(session, now);
-  if (title && *title != wanted.name) return false;
-  return now->index == wanted.index || (title && ReadShuffle(session) != "off");
+  if (title && wanted.name && *title != *wanted.name) return false;
+  if (now->index == wanted.index) return true;
+  return title && wanted.name && MayShuffle(session);
+}
+
+std::string Described(const ListedRecord& track) {
+  return "track " + std::to_string(track.index + 1) +
+         (track.name ? ", '" + ShownName(*track.name) + "'" : "");
 }
 
 }  // namespace
@@ -31,9 +44,8 @@ NowPlaying PlayListed(Session& session, const ListedRecord& wanted) {
     return press.refused() || IsPlaying(session, &seen, wanted);
   });
   if (IsPlaying(session, &now, wanted)) return now;
-  const std::string track =
-      "track " + std::to_string(wanted.index + 1) + ", '" + ShownName(wanted.name) + "'";
-  FailPress(session, press, "play " + track, now, accepted ? ", not playing " + track : "");
+  FailPress(session, press, "play " + Described(wanted), now,
+            accepted ? ", not playing " + Described(wanted) : "");
 }
 
 NowPlaying PressFor(Session& session, unsigned char button, unsigned char state,
@@ -66,23 +78,58 @@ void RunPlayControl(const Context& context, Session& session) {
   ShowNowPlaying(context.output, now);
 }
 
+namespace {
+
+// The legacy interface counts a command without an answer as accepted, so the state decides.
+[[noreturn]] void FailLegacy(bool accepted, const std::string& what, const NowPlaying& now,
+                             const std::string& instead = {}) {
+  StopIfInterrupted();
+  if (accepted) {
+    throw CommandFailure(kFailed, "the iPod did not refuse, but is " + WhatItDoes(now) + instead);
+  }
+  throw CommandFailure(kFailed, "the iPod refused to " + what + "; it is " + WhatItDoes(now));
+}
+
+NowPlaying PressForLegacy(LegacySession& session, unsigned button, unsigned char state,
+                          const std::string& what) {
+  const bool accepted =
+      session.interface().command_playcontrol(static_cast<unsigned char>(button)) != 0;
+  const NowPlaying now =
+      AwaitPlayer(session, [&](NowPlaying& seen) { return !accepted || seen.state == state; });
+  if (now.state != state) FailLegacy(accepted, what, now);
+  return now;
+}
+
+NowPlaying PlayListed(LegacySession& session, LegacyLibrary& library, const ListedRecord& wanted) {
+  // What was playing goes silent first, as the interface does it.
+  session.interface().command_playcontrol(static_cast<unsigned char>(ipod::IPOD_PLAYCONTROL_STOP));
+  const bool accepted = library.SelectRecord(wanted.index);
+  NowPlaying now = AwaitPlayer(session, [&](NowPlaying& seen) {
+    return library.refused() || IsPlaying(session, &seen, wanted);
+  });
+  if (IsPlaying(session, &now, wanted)) return now;
+  if (!accepted) library.Require(false, "play " + Described(wanted) + "; it is " + WhatItDoes(now));
+  FailLegacy(accepted, "", now, ", not playing " + Described(wanted));
+}
+
+}  // namespace
+
 void RunLegacyPlay(const Context& context, LegacySession& session) {
   if (context.options.path.empty()) {
-    session.Require(session.interface().command_playcontrol(ipod::IPOD_PLAYCONTROL_PLAY) != 0,
-                    "play; name what to play");
+    PressForLegacy(session, ipod::IPOD_PLAYCONTROL_PLAY, kPlaying, "play");
   } else {
     LegacyLibrary library(session);
     LibraryWalk walk(library, context.options.hierarchy);
-    const ListedRecord wanted = FindTrack(walk, context.options.path);
-    session.Require(library.PlayTrack(wanted.index), "play track " + std::to_string(wanted.index));
+    PlayListed(session, library, FindTrack(walk, context.options.path));
   }
-  // The interface counts an iPod that did not answer as playing, so the state decides.
-  session.Require(AwaitPlayerState(session, ipod::IPOD_PLAYERSTATE_PLAYING), "play");
   ShowLegacyPlaying(context.output, session);
 }
 
+// The interface has a button that pauses and plays, so it is pressed only while something plays.
 void RunLegacyPause(const Context& context, LegacySession& session) {
-  session.Require(session.interface().pausestop() != 0, "pause");
+  if (LookAtPlayer(session).state == kPlaying) {
+    PressForLegacy(session, ipod::IPOD_PLAYCONTROL_PLAYPAUSE, kPaused, "pause");
+  }
   ShowLegacyPlaying(context.output, session);
 }
 

@@ -26,9 +26,6 @@ void RunNow(const Context& context, Session& session);
 /// Shows the player's display texts.
 void ShowLegacyPlaying(Output& output, LegacySession& session);
 
-/// Waits two seconds at most for the player to reach a state. @return whether it did
-bool AwaitPlayerState(LegacySession& session, unsigned char wanted);
-
 void RunLegacyNow(const Context& context, LegacySession& session);
 
 }  // namespace ipodctl

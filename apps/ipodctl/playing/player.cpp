@@ -138,10 +138,11 @@ std::optional<unsigned long> CountPlayingTracks(Session& session) {
   return number;
 }
 
-NowPlaying AwaitPlayer(Session& session, const std::function<bool(NowPlaying& now)>& there) {
-  for (int look = 1;; ++look) {
-    NowPlaying now = LookAtPlayer(session);
-    if (there(now) || look == kLooks) return now;
+NowPlaying AwaitLook(const std::function<NowPlaying()>& look,
+                     const std::function<bool(NowPlaying& now)>& there) {
+  for (int looks = 1;; ++looks) {
+    NowPlaying now = look();
+    if (there(now) || looks == kLooks) return now;
     if (!PauseMs(kLookMs)) StopIfInterrupted();
   }
 }

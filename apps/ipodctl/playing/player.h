@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "ipod/legacy_session.h"
 #include "ipod/session.h"
 
 namespace ipodctl {
@@ -46,12 +47,21 @@ void ReadTexts(Session& session, NowPlaying* now);
 NowPlaying ReadNowPlaying(Session& session);
 /// Reads state, length and position again, and the texts when the place in the list has changed.
 void Refresh(Session& session, NowPlaying* now);
+// The same through the legacy interface (legacy_player.cpp).
+NowPlaying LookAtPlayer(LegacySession& session);
+std::optional<std::string> ReadTitle(LegacySession& session, NowPlaying* now);
+
 /// How many tracks the now-playing list has; none when the iPod does not tell.
 std::optional<unsigned long> CountPlayingTracks(Session& session);
 
 /// Looks at the player until `there` is true, some two seconds at most (an iPod takes its time to
 /// start a track). @return the last look
-NowPlaying AwaitPlayer(Session& session, const std::function<bool(NowPlaying& now)>& there);
+NowPlaying AwaitLook(const std::function<NowPlaying()>& look,
+                     const std::function<bool(NowPlaying& now)>& there);
+template <class AnySession>
+NowPlaying AwaitPlayer(AnySession& session, const std::function<bool(NowPlaying& now)>& there) {
+  return AwaitLook([&session] { return LookAtPlayer(session); }, there);
+}
 
 /// Whether a command was accepted by the iPod, and what it answered if not.
 struct Press {

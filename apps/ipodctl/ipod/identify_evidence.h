@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// What an identification asked and what came, as evidence for what is said of the iPod.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ipodcomm/CIpodComm.h"
+
+namespace ipodctl {
+
+/// "1.09"
+std::string VersionText(const tagIPOD_VERSION& version);
+
+class IdentifyEvidence {
+ public:
+  /// Of the last identification of `ipod`.
+  explicit IdentifyEvidence(CIpodComm& ipod);
+  explicit IdentifyEvidence(const tagIPOD_IDENTIFY_REPORT& report) : report_(report) {}
+
+  /// Whether anything was answered, and be it by a refusal.
+  bool AnyAnswer() const;
+  /// Lingoes whose version the iPod told or refused to tell.
+  std::vector<unsigned char> AskedLingoes() const;
+  /// None when the iPod did not tell it.
+  std::optional<tagIPOD_VERSION> Version(unsigned char lingo) const;
+
+  /// "General 1.01, needs 1.02; Display Remote not told (status 4, unknown to it), needs 1.01"
+  std::string WhatIsTooOld() const;
+  /// "no answer to any of 15 questions", "4 of 7 questions answered", and before that the last
+  /// refusal: "command 13 refused: status 4, unknown to it; ".
+  std::string WhatCame() const;
+
+ private:
+  const tagIPOD_EXCHANGE* VersionStep(unsigned char lingo) const;
+
+  tagIPOD_IDENTIFY_REPORT report_ = {};
+};
+
+}  // namespace ipodctl

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// Questions through the legacy interface whose answers are told from whatever else arrives.
+//
+// The interface's own operations take the next frame for the answer. What comes late, twice or in
+// between, such as a question of the iPod's own, moves every answer after it by one. Here frames
+// are read until the answer itself comes, and what the iPod asks meanwhile is answered.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "ipodcomm/ipod.h"
+
+namespace ipodctl {
+
+/// A command of the Extended Interface and what answers it.
+struct LegacyQuestion {
+  std::function<int(ipod& docked)> send;
+  std::uint8_t command;
+  std::uint8_t answer;   // IPOD_COMMAND_EXTENDEDACK for commands that are only acknowledged
+  std::size_t least;     // bytes of data in a whole answer
+  bool is_text = false;  // the data end with a 0 byte
+  std::vector<std::uint8_t> repeated = {};  // bytes of the request with which the data begin
+};
+
+struct LegacyAnswer {
+  enum class Result { kAnswered, kRefused, kUnanswered };
+
+  Result result = Result::kUnanswered;
+  std::uint8_t status = 0;  // of the refusing ACK
+  std::vector<std::uint8_t> data;
+
+  bool answered() const { return result == Result::kAnswered; }
+  bool refused() const { return result == Result::kRefused; }
+  std::uint32_t Number(std::size_t at) const;
+};
+
+/// Asks up to three times. Silence costs three seconds an attempt.
+LegacyAnswer AskLegacy(ipod& docked, const LegacyQuestion& question);
+
+/// Sends a General command and reads its ACK alone, which operations that await data pass over.
+LegacyAnswer AskForAck(ipod& docked, const std::function<int(ipod& docked)>& send,
+                       std::uint8_t command);
+
+/// The player's status: nothing changes by it, and every iPod in remote user-interface mode knows
+/// it. What was late before has come when it is answered.
+LegacyQuestion StatusQuestion();
+
+}  // namespace ipodctl
