@@ -20,7 +20,7 @@ using ::testing::AnyOf;
 using ::testing::Eq;
 
 constexpr std::uint32_t kRates[] = {9600, 19200, 38400, 57600, 115200};
-constexpr std::size_t kTicksPerSecond = 115200 * 16;
+constexpr std::size_t kTicksPerSecond = std::size_t{115200} * 16;
 
 // The level of the line at each tick: 1 start bit, 8 data bits, one and a half stop bits.
 std::vector<bool> Send(const Bytes& bytes, std::uint32_t rate) {

@@ -164,9 +164,10 @@ TEST_F(ASession, WithAnIpodThatIgnoresTokensIsLessSure) {
 TEST_F(ASession, WithRefusedTokensNamesThem) {
   Ask({0x00, 0x38});
   Answer({0x00, 0x02, 0x00, 0x38});
-  // Accessory information, type 7, is malformed; the bundle seed is not supported.
-  Answer(Bytes{0x00, 0x3A, 0x00, 0x01, 0x03} + Bytes{0x04, 0x00, 0x02, 0x01, 0x07} +
-         Bytes{0x03, 0x00, 0x01, 0x00} + Bytes{0x03, 0x00, 0x05, 0x02});
+  Answer({0x00, 0x3A, 0x00, 0x01, 0x03,  // three tokens
+          0x04, 0x00, 0x02, 0x01, 0x07,  // accessory information, type 7: malformed
+          0x03, 0x00, 0x01, 0x00,        // capabilities: accepted
+          0x03, 0x00, 0x05, 0x02});      // bundle seed: not supported
   EXPECT_THAT(Findings(), ElementsAre("E303 proved: accessory information, type model number: "
                                       "malformed; bundle seed: not supported (3)"));
 }
