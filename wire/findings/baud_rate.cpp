@@ -52,22 +52,24 @@ enum class Resync {
 // What a receiver at `rate` makes of it: it waits for a start bit and looks at the middle of each
 // bit.
 Bytes Received(const Waveform& line, std::uint32_t rate, Resync resync) {
-  const double bit = 1.0 / rate;
-  const double step = bit / 64;
+  constexpr int kTicksPerBit = 64;
+  const auto is_high = [&](int tick) { return line.IsHigh(1.0 / rate / kTicksPerBit * tick); };
+  const int end = static_cast<int>(line.end() * rate * kTicksPerBit);
   Bytes received;
   bool was_high = true;
-  for (double time = 0; time < line.end(); time += step) {
-    const bool is_high = line.IsHigh(time);
-    const bool begins = was_high && !is_high && !line.IsHigh(time + bit / 2);
-    was_high = is_high;
+  for (int tick = 0; tick < end; ++tick) {
+    const bool begins = was_high && !is_high(tick) && !is_high(tick + kTicksPerBit / 2);
+    was_high = is_high(tick);
     if (!begins) continue;
     std::uint8_t value = 0;
+    tick += kTicksPerBit / 2;
     for (int i = 0; i < 8; ++i) {
-      if (line.IsHigh(time + bit * (i + 1.5))) value = static_cast<std::uint8_t>(value | 1 << i);
+      tick += kTicksPerBit;
+      if (is_high(tick)) value = static_cast<std::uint8_t>(value | 1 << i);
     }
     received.push_back(value);
-    time += bit * 9.5;
-    was_high = resync == Resync::kAtOnce || line.IsHigh(time);
+    tick += kTicksPerBit;
+    was_high = resync == Resync::kAtOnce || is_high(tick);
   }
   return received;
 }
