@@ -3,23 +3,15 @@
 
 #include "playback.h"
 
-#include "artwork.h"
 #include "track_facts.h"
 
 namespace ipodsim {
 namespace {
 
-// The first byte of GetIndexedPlayingTrackInfo.
-enum TrackInfo : std::uint8_t {
-  kCapabilitiesInfo = 0,
-  kPodcastInfo = 1,
-  kReleaseDateInfo = 2,
-  kDescriptionInfo = 3,
-  kLyricsInfo = 4,
-  kGenreInfo = 5,
-  kComposerInfo = 6,
-  kArtworkInfo = 7,
-};
+// By the first byte of GetIndexedPlayingTrackInfo.
+const std::vector<TrackFact> kTrackFacts = {
+    TrackFact::kCapabilities, TrackFact::kPodcast, TrackFact::kReleaseDate, TrackFact::kDescription,
+    TrackFact::kLyrics,       TrackFact::kGenre,   TrackFact::kComposer,    TrackFact::kArtwork};
 
 // Of the speeds of audiobooks; 0 is normal and 1 fast.
 constexpr std::uint8_t kSlow = 0xFF;
@@ -155,7 +147,8 @@ bool Playback::HandleTexts(const Request& request) {
       ReturnTrackText(request, &Track::album);
       return true;
     case extended::kGetIndexedPlayingTrackInfo:
-      ReturnTrackInfo(request);
+      AnswerTrackFact(link_, *player_, request, kTrackFacts,
+                      extended::kReturnIndexedPlayingTrackInfo);
       return true;
     default:
       return false;
@@ -168,44 +161,6 @@ void Playback::ReturnTrackText(const Request& request, const std::string Track::
   Bytes data;
   PutText(data, track->*field);
   link_->Reply(request, static_cast<std::uint16_t>(request.command + 1), data);
-}
-
-void Playback::ReturnTrackInfo(const Request& request) {
-  const Track* track = TrackWithChapterOrRefusal(link_, *player_, request);
-  if (track == nullptr) return;
-  const std::uint8_t type = request.data[0];
-  Bytes data = {type};
-  switch (type) {
-    case kCapabilitiesInfo:
-      PutCapabilities(data, *track);
-      break;
-    case kPodcastInfo:
-      PutText(data, track->kind == MediaKind::kPodcast ? track->album : "");
-      break;
-    case kReleaseDateInfo:
-      data.insert(data.end(), {0, 0, 12, 1, 9, 0x07, 0xD8, 1});  // noon, Monday, 1 September 2008
-      break;
-    case kDescriptionInfo:
-      PutText(data, "");
-      break;
-    case kLyricsInfo:
-      PutLyrics(data, *track);
-      break;
-    case kGenreInfo:
-      PutText(data, track->genre);
-      break;
-    case kComposerInfo:
-      PutText(data, track->composer);
-      break;
-    case kArtworkInfo:
-      PutArtworkCounts(data, *track);
-      break;
-    default:
-      link_->Refuse(request, MistakeKind::kBadParameter,
-                    "track information " + std::to_string(type));
-      return;
-  }
-  link_->Reply(request, extended::kReturnIndexedPlayingTrackInfo, data);
 }
 
 bool Playback::HandleModes(const Request& request) {

@@ -27,7 +27,6 @@ class Playback {
   bool HandleModes(const Request& request);
   void ReturnStatus(const Request& request);
   void ReturnTrackText(const Request& request, const std::string Track::*field);
-  void ReturnTrackInfo(const Request& request);
   void SetNotifications(const Request& request);
   void SetShuffle(const Request& request);
   void SetRepeat(const Request& request);

@@ -3,7 +3,6 @@
 
 #include "remotes.h"
 
-#include "artwork.h"
 #include "track_facts.h"
 
 namespace ipodsim {
@@ -21,18 +20,11 @@ constexpr std::uint32_t kRepeatAdvance = 0x00010000;
 constexpr std::uint32_t kFastForward = 0x00100000;
 constexpr std::uint32_t kRewind = 0x00200000;
 
-// The first byte of GetIndexedPlayingTrackInfo, numbered otherwise than in the Extended Interface.
-enum TrackInfo : std::uint8_t {
-  kCapabilitiesInfo = 0,
-  kChapterInfo = 1,
-  kArtistInfo = 2,
-  kAlbumInfo = 3,
-  kGenreInfo = 4,
-  kTitleInfo = 5,
-  kComposerInfo = 6,
-  kLyricsInfo = 7,
-  kArtworkInfo = 8,
-};
+// By the first byte of GetIndexedPlayingTrackInfo.
+const std::vector<TrackFact> kTrackFacts = {
+    TrackFact::kCapabilities, TrackFact::kChapter, TrackFact::kArtist,
+    TrackFact::kAlbum,        TrackFact::kGenre,   TrackFact::kTitle,
+    TrackFact::kComposer,     TrackFact::kLyrics,  TrackFact::kArtwork};
 
 }  // namespace
 
@@ -41,7 +33,8 @@ bool Remotes::Handle(const Request& request) {
   if (request.lingo != kDisplayRemote ||
       request.command != display_remote::kGetIndexedPlayingTrackInfo)
     return false;
-  ReturnTrackInfo(request);
+  AnswerTrackFact(link_, *player_, request, kTrackFacts,
+                  display_remote::kRetIndexedPlayingTrackInfo);
   return true;
 }
 
@@ -103,48 +96,6 @@ void Remotes::Press(std::uint32_t button) {
 
 void Remotes::Release(std::uint32_t button) {
   if (button == kFastForward || button == kRewind) playback_->Control(PlayControl::kEndFast);
-}
-
-void Remotes::ReturnTrackInfo(const Request& request) {
-  const Track* track = TrackWithChapterOrRefusal(link_, *player_, request);
-  if (track == nullptr) return;
-  const std::uint8_t type = request.data[0];
-  Bytes data = {type};
-  switch (type) {
-    case kCapabilitiesInfo:
-      PutCapabilities(data, *track);
-      break;
-    case kChapterInfo:
-      Put32(data, 0);
-      PutText(data, track->title);
-      break;
-    case kArtistInfo:
-      PutText(data, track->artist);
-      break;
-    case kAlbumInfo:
-      PutText(data, track->album);
-      break;
-    case kGenreInfo:
-      PutText(data, track->genre);
-      break;
-    case kTitleInfo:
-      PutText(data, track->title);
-      break;
-    case kComposerInfo:
-      PutText(data, track->composer);
-      break;
-    case kLyricsInfo:
-      PutLyrics(data, *track);
-      break;
-    case kArtworkInfo:
-      PutArtworkCounts(data, *track);
-      break;
-    default:
-      link_->Refuse(request, MistakeKind::kBadParameter,
-                    "track information " + std::to_string(type));
-      return;
-  }
-  link_->Reply(request, display_remote::kRetIndexedPlayingTrackInfo, data);
 }
 
 }  // namespace ipodsim

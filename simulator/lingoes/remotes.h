@@ -19,7 +19,6 @@ class Remotes {
   bool HandleButtons(const Request& request);
   void Press(std::uint32_t button);
   void Release(std::uint32_t button);
-  void ReturnTrackInfo(const Request& request);
 
   Link* link_;
   Player* player_;
