@@ -60,6 +60,12 @@ TEST(IpodctlUsage, RefusesWrongArguments) {
   ExpectRefused(Ipodctl({"--seed", "4", "info"}), 64, "needs --simulated");
   ExpectRefused(Ipodctl({"--library", "x.json", "info"}), 64, "needs --simulated");
   ExpectRefused(Ipodctl({"--simulated=shuffle", "info"}), 64, "only nano, classic, old, nosports");
+  ExpectRefused(Ipodctl({"--simulated", "--habit", "manners", "info"}), 64,
+                "a simulated iPod has no habit 'manners'");
+  ExpectRefused(Ipodctl({"--simulated", "--fault", "gremlins", "info"}), 64,
+                "a simulated iPod has no fault 'gremlins'");
+  ExpectRefused(Ipodctl({"--baud", "57600", "info"}), 64, "needs --simulated");
+  ExpectRefused(Ipodctl({"--simulated", "--baud", "1", "info"}), 64, "--baud");
   ExpectRefused(Ipodctl({"--port", "", "info"}), 64, "--port");
 }
 
@@ -98,6 +104,13 @@ TEST(IpodctlUsage, CompletesCommandsInBash) {
   EXPECT_EQ(complete("ipodctl --json p", "2"), "play pause previous prefs\n");
   EXPECT_EQ(complete("ipodctl browse a", "2"), "artists albums audiobooks\n");
   EXPECT_EQ(complete("ipodctl now --fo", "2"), "--follow --for\n");
+  EXPECT_EQ(complete("ipodctl --conduct f", "2"), "field fast\n");
+  EXPECT_EQ(complete("ipodctl --simulated = s", "3"), "silent strict\n");
+  EXPECT_EQ(complete("ipodctl --simulated =", "2"),
+            "nano classic old nosports silent strict echo\n");
+  EXPECT_EQ(complete("ipodctl --simulated br", "2"), "browse\n");
+  EXPECT_EQ(complete("ipodctl --simulated --habit no-s", "3"), "no-select\n");
+  EXPECT_EQ(complete("ipodctl --simulated --fault late-", "3"), "late-bytes late-answers\n");
 }
 
 TEST(IpodctlPort, NamesAMissingDevice) {

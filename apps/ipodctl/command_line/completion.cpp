@@ -22,7 +22,8 @@ std::string Case(const std::string& command, const std::string& words) {
 
 }  // namespace
 
-std::string BashCompletion(const CLI::App& app, const CommandWords& words) {
+std::string BashCompletion(const CLI::App& app, const CommandWords& words,
+                           const OptionValues& values) {
   std::string commands;
   std::string alternatives;
   std::string cases;
@@ -35,9 +36,17 @@ std::string BashCompletion(const CLI::App& app, const CommandWords& words) {
     if (own != words.end()) taken = CLI::detail::join(own->second, " ");
     cases += Case(name, taken + OptionNames(*command) + OptionNames(app));
   }
+  std::string options;
+  for (const auto& [option, taken] : values) {
+    options += Case(option, CLI::detail::join(taken, " "));
+  }
+  // bash parts words at an equals sign, which then is a word of its own.
   return "# Completion for ipodctl; to use it: source <(ipodctl --completion)\n"
          "_ipodctl() {\n"
-         "  local word=${COMP_WORDS[COMP_CWORD]} command= words= i\n"
+         "  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
+         "  local command= words= i\n"
+         "  case $word in =) before+==; word= ;; esac\n"
+         "  case $before in =) before=${COMP_WORDS[COMP_CWORD-2]}= ;; esac\n"
          "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
          "    case ${COMP_WORDS[i]} in\n"
          "      " +
@@ -47,6 +56,9 @@ std::string BashCompletion(const CLI::App& app, const CommandWords& words) {
          "  done\n"
          "  case $command in\n" +
          Case("''", commands + OptionNames(app)) + cases +
+         "  esac\n"
+         "  case $before in\n" +
+         options +
          "  esac\n"
          "  COMPREPLY=($(compgen -W \"$words\" -- \"$word\"))\n"
          "}\n"

@@ -12,7 +12,11 @@ namespace ipodctl {
 /// Words that a command accepts besides its options.
 using CommandWords = std::map<std::string, std::vector<std::string>>;
 
+/// Words that an option takes, by what stands before the word: `--habit`, or `--simulated=`.
+using OptionValues = std::map<std::string, std::vector<std::string>>;
+
 /// A script for bash to source.
-std::string BashCompletion(const CLI::App& app, const CommandWords& words);
+std::string BashCompletion(const CLI::App& app, const CommandWords& words,
+                           const OptionValues& values);
 
 }  // namespace ipodctl

@@ -6,10 +6,13 @@
 
 #include "command_line/flags.h"
 #include "console/failure.h"
+#include "ipod/simulated_ipod.h"
 
 namespace ipodctl {
 
 namespace {
+
+const std::vector<std::string> kConducts = {"field", "robust", "fast"};
 
 constexpr const char* kProgramFooter =
     "Examples:\n"
@@ -104,7 +107,7 @@ void CommandLineParser::AddGlobalOptions() {
   app_.add_option("--conduct", options_.conduct,
                   "field: the library's default; robust: tell answers apart (the default on a "
                   "port); fast: and at the speed of the line (with --simulated)")
-      ->check(CLI::IsMember({"field", "robust", "fast"}))
+      ->check(CLI::IsMember(kConducts))
       ->option_text("NAME");
   app_.add_option("--capture", options_.capture,
                   "Record the line, for Wireshark (-: on standard output)")
@@ -146,7 +149,7 @@ CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) 
   try {
     // The parser takes arguments from the back.
     app_.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    if (completion_) return {{}, BashCompletion(app_, words_), kSuccess};
+    if (completion_) return {{}, BashCompletion(app_, words_, ValuesOfOptions()), kSuccess};
     Complete();
   } catch (const CLI::CallForHelp&) {
     return {{}, app_.help(), kSuccess};
@@ -158,6 +161,14 @@ CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) 
     return refuse(problem.sentence);
   }
   return {options_, {}, kSuccess};
+}
+
+OptionValues CommandLineParser::ValuesOfOptions() {
+  const SimulationNames names = NamesForSimulation();
+  return {{"--simulated=", names.profiles},
+          {"--habit", names.habits},
+          {"--fault", names.faults},
+          {"--conduct", kConducts}};
 }
 
 std::string CommandLineParser::HelpHint() const {

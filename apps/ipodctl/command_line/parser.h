@@ -50,6 +50,7 @@ class CommandLineParser {
   void Complete();
   void CompleteSimulation();
   std::string HelpHint() const;
+  static OptionValues ValuesOfOptions();
 
   CLI::App app_{"Drives a docked iPod over a serial line."};
   std::shared_ptr<HelpFormatter> formatter_ = std::make_shared<HelpFormatter>();

@@ -10,10 +10,18 @@
 
 namespace ipodctl {
 
+/// What a simulated iPod can be; nothing on a system that has no pseudo-terminals.
+struct SimulationNames {
+  std::vector<std::string> profiles;
+  std::vector<std::string> habits;
+  std::vector<std::string> faults;
+};
+SimulationNames NamesForSimulation();
+
 class SimulatedIpod {
  public:
-  /// Throws a CommandFailure for an unknown profile, an unusable library file, or on a system that
-  /// has no pseudo-terminals.
+  /// Throws a CommandFailure for an unknown profile, habit or fault, an unusable library file, or
+  /// on a system that has no pseudo-terminals.
   explicit SimulatedIpod(const SimulationOptions& options);
   ~SimulatedIpod();
   SimulatedIpod(const SimulatedIpod&) = delete;

@@ -5,6 +5,8 @@
 
 namespace ipodctl {
 
+SimulationNames NamesForSimulation() { return {}; }
+
 class SimulatedIpod::Server {};
 
 SimulatedIpod::SimulatedIpod(const SimulationOptions& /*options*/) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The simulated iPod on a thread of its own behind a pseudo-terminal.
+#include <algorithm>
 #include <utility>
 
 #include "console/failure.h"
@@ -12,12 +13,20 @@ namespace ipodctl {
 
 namespace {
 
+template <typename Things>
+std::vector<std::string> NamesOf(const Things& things) {
+  std::vector<std::string> names(things.size());
+  std::transform(things.begin(), things.end(), names.begin(),
+                 [](const auto& thing) { return thing.name; });
+  return names;
+}
+
 std::string ProfileNames() {
   std::string names;
-  const auto& profiles = ipodsim::AllProfiles();
+  const std::vector<std::string> profiles = NamesForSimulation().profiles;
   for (std::size_t i = 0; i < profiles.size(); ++i) {
     if (i != 0) names += i + 1 == profiles.size() ? " or " : ", ";
-    names += profiles[i].name;
+    names += profiles[i];
   }
   return names;
 }
@@ -63,6 +72,11 @@ ipodsim::Settings SettingsFor(const SimulationOptions& options) {
 }
 
 }  // namespace
+
+SimulationNames NamesForSimulation() {
+  return {NamesOf(ipodsim::AllProfiles()), NamesOf(ipodsim::AllHabits()),
+          NamesOf(ipodsim::Faults::All())};
+}
 
 class SimulatedIpod::Server : public ipodsim::PtyServer {
  public:

@@ -107,6 +107,21 @@ TEST(CommandLine, RefusesImpossibleWorkouts) {
   EXPECT_THAT(refusal({"--model", std::string(201, 'x')}), StartsWith("--model is too long"));
 }
 
+TEST(CommandLine, ReadsWhatTheSimulatedIpodIsLike) {
+  const CommandLine line =
+      ParseCommandLine({"--simulated=strict", "--habit", "no-name", "--habit", "long-title",
+                        "--fault", "junk", "--baud", "57600", "info"});
+  ASSERT_TRUE(line.options) << line.text;
+  EXPECT_EQ(line.options->command, "info");
+  EXPECT_EQ(line.options->simulation->profile, "strict");
+  EXPECT_THAT(line.options->simulation->habits, ElementsAre("no-name", "long-title"));
+  EXPECT_THAT(line.options->simulation->faults, ElementsAre("junk"));
+  EXPECT_EQ(line.options->simulation->baud, 57600U);
+  EXPECT_EQ(ParseCommandLine({"tour"}).options->simulation->baud, 0U);
+  EXPECT_THAT(ParseCommandLine({"--habit", "no-name", "info"}).text,
+              AllOf(StartsWith("--habit"), HasSubstr("needs --simulated")));
+}
+
 TEST(CommandLine, ReadsUserDataAndTheStorageFolder) {
   const CommandLine line =
       ParseCommandLine({"userdata", "--weight", "65535", "--simulated", "--storage", "files"});
