@@ -28,6 +28,14 @@ constexpr tagIPOD_VERSION kMinExtended = {1, 8};
 constexpr tagIPOD_VERSION kMinSports = {1, 1};
 constexpr tagIPOD_VERSION kMinStorage = {1, 2};
 
+// Whether the iPod said that it has no such lingo, and not that it failed just now.
+bool IsUnknownLingo(const tagIPOD_EXCHANGE& asked) {
+  constexpr std::uint8_t kBadParameter = 3;
+  constexpr std::uint8_t kUnknownCommand = 4;
+  return asked.result == IPOD_EXCHANGE_REFUSED &&
+         (asked.status == kBadParameter || asked.status == kUnknownCommand);
+}
+
 struct PreferenceSetting {
   unsigned char preference_class;
   unsigned char setting;
@@ -121,8 +129,9 @@ auto CIpodComm::IdentificationSequence::SurveyVersions() -> VersionVerdict {
     if (Robust()) version = {};  // what another iPod told
     const bool told = SurveyVersion(row.name, row.lingo, &version);
     any_told = any_told || told;
-    const bool refused = session_.last_exchange_.result == IPOD_EXCHANGE_REFUSED;
-    if (Robust() && row.needed && !told && !refused) return JudgeVersions(any_told, true);
+    if (Robust() && row.needed && !told && !IsUnknownLingo(session_.last_exchange_)) {
+      return JudgeVersions(any_told, true);
+    }
   }
   return JudgeVersions(any_told, false);
 }
@@ -138,7 +147,7 @@ bool CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::
 }
 
 // Under the robust conduct "too old" needs evidence: a version that was told and is below its
-// minimum, or a refusal by an iPod that told others. Silence is none.
+// minimum, or an iPod that told others and does not know a lingo. Silence is none.
 auto CIpodComm::IdentificationSequence::JudgeVersions(bool any_told, bool unanswered) const
     -> VersionVerdict {
   const Identity& identity = session_.identity_;

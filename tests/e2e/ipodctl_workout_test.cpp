@@ -465,7 +465,8 @@ TEST(IpodctlUserdata, ShowsAndSetsWhatTheIpodKnowsAboutItsUser) {
                  "this iPod knows nothing about its user: its Sports service keeps no such data");
   ExpectSentence(no_sports->Wait(), 1,
                  "this iPod knows nothing about its user: it has no Sports service");
-  ExpectSentence(refused->Wait(), 1, "the iPod refused to take the weight");
+  ExpectSentence(refused->Wait(), 1,
+                 "the iPod refused to take the weight (status 1, command failed)");
 }
 
 }  // namespace

@@ -122,6 +122,14 @@ TEST_F(UnderRobustConduct, ARefusedLingoIsTooOldWhereOthersWereTold) {
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
 }
 
+TEST_F(UnderRobustConduct, ALingoWhoseVersionFailsToBeToldIsNoVerdict) {
+  session_.SetIDPSEnable(0);
+  Reply("00 0F 04", "00 02 01 0F");
+  AcceptLingoes();
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
+}
+
 TEST_F(UnderRobustConduct, VersionsOfAnotherIpodDoNotCount) {
   CIpodCommPeer::Identity(session_).display_remote = {1, 5};
   Reply(test::kStart, test::kStartRefused);

@@ -36,6 +36,13 @@ bool IsAnswered(const Frame& frame) {
           rule->nature == ipodsim::CommandNature::kRequestWithout);
 }
 
+bool Identifies(const Frame& frame) {
+  return frame.lingo == ipodsim::kGeneral &&
+         (frame.command == ipodsim::general::kIdentify ||
+          frame.command == ipodsim::general::kIdentifyDeviceLingoes ||
+          frame.command == ipodsim::general::kStartIdps);
+}
+
 // Whether what is left of the frame may read as another one.
 bool DamagesBytes(Meddling meddling) {
   return meddling == Meddling::kDroppedByte || meddling == Meddling::kDoubledByte ||
@@ -113,8 +120,10 @@ void Dock::OnRequest(const Frame& frame, const Bytes& wire) {
   if (repeated_) Send(now_us_ + kMillisecond, *std::exchange(repeated_, std::nullopt));
   if (MeddleWithRequest(frame)) return;
   const ipodsim::PlayerState state = ipod_.player().state();
+  const bool was_identified = ipod_.identified();
   ipod_.Receive(wire.data(), wire.size(), now_us_);
-  if (ipod_.plugged() || account_.cut_off) return;
+  const bool forgot = was_identified && !ipod_.identified() && !Identifies(frame);
+  if (account_.cut_off || (ipod_.plugged() && !forgot)) return;
   account_.cut_off = true;
   account_.state_before = state;
 }

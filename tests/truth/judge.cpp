@@ -101,7 +101,7 @@ std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Acc
   if (Says(message, "there is no ") || Says(message, "there are no ")) {
     return said + " [there is]";
   }
-  if (Says(message, "Sports service") && traits.Lingo(ipodsim::kSports) != nullptr) {
+  if (Says(message, "has no Sports service") && traits.Lingo(ipodsim::kSports) != nullptr) {
     return said + " [it has one]";
   }
   if (Says(message, "Storage service") && traits.Lingo(ipodsim::kStorage) != nullptr) {

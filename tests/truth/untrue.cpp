@@ -30,10 +30,12 @@ struct Question {
 
   const Json& last() const { return said.back(); }
   const ipodsim::Traits& traits() const { return ipodsim::TraitsOf(run.profile); }
-  // The player's, as it was when the iPod was last there.
-  PlayerState state() const { return account.state_before.value_or(ipod.player().state()); }
+  // The player's. Of an iPod that was away in between, also what it was before.
+  bool MayBe(PlayerState state) const {
+    return ipod.player().state() == state || account.state_before == state;
+  }
   // What a refused question would have told may be missing.
-  bool was_refused() const { return !account.refusals.empty() && account.struck; }
+  bool was_refused() const { return !account.refusals.empty() && run.trouble->name != "none"; }
 };
 
 std::string Differs(const std::string& what, const Json& said, const Json& truth) {
@@ -61,6 +63,13 @@ std::string VersionText(const ipodsim::Version& version) {
   return text;
 }
 
+bool WasRefused(const Question& question, std::uint8_t lingo, std::uint16_t command) {
+  const auto& refusals = question.account.refusals;
+  return std::any_of(refusals.begin(), refusals.end(), [=](const Refusal& refusal) {
+    return refusal.lingo == lingo && refusal.command == command;
+  });
+}
+
 // info
 
 std::string UntrueLingoes(const Question& question) {
@@ -79,6 +88,12 @@ std::string UntrueLingoes(const Question& question) {
     }
   }
   return "";
+}
+
+// An iPod that refuses to tell its options is not known to take workouts by tokens.
+bool KeepsOptionsToItself(const Question& question) {
+  return question.ipod.identified_by_tokens() &&
+         WasRefused(question, ipodsim::kGeneral, ipodsim::general::kGetIpodOptionsForLingo);
 }
 
 std::string UntrueInfo(const Question& question) {
@@ -110,7 +125,8 @@ std::string UntrueInfo(const Question& question) {
   }
   return FirstOf(Expect(info, "name", name), Expect(info, "model", traits.model_number),
                  Expect(info, "model_id", traits.model_id), Expect(info, "identified_by", by),
-                 Expect(info, "sports", sports), payload, UntrueLingoes(question));
+                 Expect(info, "sports", sports && !KeepsOptionsToItself(question)), payload,
+                 UntrueLingoes(question));
 }
 
 // browse
@@ -192,8 +208,9 @@ std::string UntrueList(const Question& question) {
     database.Select(category, IndexOf(database, category, path[i]));
     category = Below(category);
   }
-  // The sorted selection, which the others fall back on, lists by name.
-  if (question.ipod.settings().refuses_select_record && path.size() > 1) {
+  // The sorted selection, which is fallen back on, lists by name.
+  if (path.size() > 1 &&
+      WasRefused(question, ipodsim::kExtended, ipodsim::extended::kSelectDbRecord)) {
     database.SetSort(ipodsim::Sort::kName);
   }
   const std::vector<std::string> names = NamesIn(database, category);
@@ -244,39 +261,50 @@ std::string UntruePosition(const Question& question, const Json& now) {
   const std::int64_t told = now.at("position_ms");
   const std::int64_t truth = player.position_ms(question.now_us);
   constexpr std::int64_t kTolerance = 30;
-  const std::int64_t since = question.state() == PlayerState::kPaused ? 0 : question.now_us / 1000;
+  const std::int64_t since = player.state() == PlayerState::kPaused && !question.account.cut_off
+                                 ? 0
+                                 : question.now_us / 1000;
   if (told > truth + kTolerance || told < truth - since - kTolerance) {
     return Differs("position_ms", told, truth);
   }
   return "";
 }
 
-// Whether a track is a video is a question of its own, which few iPods answer.
-std::string UntrueVideo(const Question& question, const Json& now, const ipodsim::Track& track) {
-  if (!now.contains("video") && question.was_refused()) return "";
-  return Expect(now, "video", track.kind == ipodsim::MediaKind::kVideo);
+// A member that may be missing where the iPod refused to tell it, but not be wrong.
+std::string ExpectUnlessRefused(const Question& question, const Json& object, const char* member,
+                                const Json& truth) {
+  if (!object.contains(member) && question.was_refused()) return "";
+  return Expect(object, member, truth);
 }
 
 // What is told of the player, against the player.
 std::string UntrueNow(const Question& question, const Json& now) {
   const Player& player = question.ipod.player();
   const bool legacy = question.run.legacy();
-  const std::string state = StateName(question.state());
-  const std::string wrong_state = Expect(now, "state", legacy ? Capitalised(state) : state);
+  const auto is_told = [&](PlayerState state) {
+    const std::string name = StateName(state);
+    return Expect(now, "state", legacy ? Capitalised(name) : name);
+  };
+  const bool was_true =
+      question.account.state_before && is_told(*question.account.state_before).empty();
+  const std::string wrong_state = was_true ? "" : is_told(player.state());
   if (!wrong_state.empty() || player.state() == PlayerState::kStopped) return wrong_state;
   const ipodsim::Track& track = *player.current();
   const std::string wrong_track =
-      FirstOf(Expect(now, "title", track.title), Expect(now, "length_ms", track.length_ms),
-              UntrueVideo(question, now, track), UntruePosition(question, now));
+      FirstOf(ExpectUnlessRefused(question, now, "title", track.title),
+              ExpectUnlessRefused(question, now, "video", track.kind == ipodsim::MediaKind::kVideo),
+              Expect(now, "length_ms", track.length_ms), UntruePosition(question, now));
   if (legacy || !wrong_track.empty()) return wrong_track;
-  return FirstOf(Expect(now, "index", player.index()), Expect(now, "artist", track.artist),
-                 Expect(now, "album", track.album));
+  return FirstOf(Expect(now, "index", player.index()),
+                 ExpectUnlessRefused(question, now, "artist", track.artist),
+                 ExpectUnlessRefused(question, now, "album", track.album));
 }
 
 // Whether the player does what it was told to do.
 std::string NotPlayed(const Question& question) {
   const Player& player = question.ipod.player();
-  if (question.state() != PlayerState::kPlaying) return "it is " + StateName(question.state());
+  if (!question.MayBe(PlayerState::kPlaying)) return "it is " + StateName(player.state());
+  if (player.current() == nullptr) return "it plays nothing";
   const std::vector<std::string>& path = question.options.path;
   const ipodsim::Library& library = question.ipod.settings().library;
   if (path.empty()) {
@@ -299,7 +327,7 @@ std::string NotDone(const Question& question) {
   const Player& player = question.ipod.player();
   const std::string& command = question.options.command;
   const auto is = [&question](PlayerState state) {
-    return question.state() == state ? "" : "it is " + StateName(question.state());
+    return question.MayBe(state) ? "" : "it is " + StateName(question.ipod.player().state());
   };
   const auto is_at = [&player](std::uint32_t index) {
     return player.index() == index ? "" : "it is at " + std::to_string(player.index());
@@ -406,18 +434,24 @@ std::size_t CountOf(const std::string& text, const std::string& part) {
   return count;
 }
 
+// What the accessory wrote; the iPod itself adds to it.
+std::string Written(const std::string& content) {
+  return content.substr(0, content.rfind('\n', content.find("<iPodInfo")) + 1);
+}
+
+// A file whose opening was answered too late stays empty beside the one that was opened then.
 std::string UntrueWorkout(const Question& question) {
-  const std::vector<std::string> names = question.ipod.feature_files().Names();
-  if (names.empty()) return "no file";
-  if (!question.ipod.open_feature_files().empty()) return "the file is open";
-  // The iPod itself adds to what was written.
-  const std::string content = question.ipod.feature_files().Read(names.back());
-  const ipodsim::WorkoutDocument document(
-      content.substr(0, content.rfind('\n', content.find("<iPodInfo")) + 1));
-  if (!document.problem().empty()) return document.problem();
-  const std::size_t intervals = CountOf(content, "<interval>");
-  if (intervals == 0) return "no intervals in the file";
-  return Expect(question.last(), "intervals", intervals);
+  const ipodsim::FeatureFiles& files = question.ipod.feature_files();
+  const std::vector<std::string> open = question.ipod.open_feature_files();
+  std::string untrue = "no file";
+  for (const std::string& name : files.Names()) {
+    if (std::find(open.begin(), open.end(), name) != open.end()) continue;
+    const std::string content = files.Read(name);
+    const ipodsim::WorkoutDocument document(Written(content));
+    untrue = document.problem();
+    if (untrue.empty()) return Expect(question.last(), "intervals", CountOf(content, "<interval>"));
+  }
+  return untrue;
 }
 
 std::string UntrueAnswer(const Question& question) {

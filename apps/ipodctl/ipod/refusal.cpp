@@ -23,6 +23,12 @@ constexpr StatusName kNames[] = {
 
 }  // namespace
 
+bool SaysUnknown(std::uint8_t status) {
+  constexpr std::uint8_t kBadParameter = 3;
+  constexpr std::uint8_t kUnknown = 4;
+  return status == kBadParameter || status == kUnknown;
+}
+
 std::string StatusText(std::uint8_t status) {
   if (status == 0) return "no status told";
   const auto* const known =

@@ -10,6 +10,10 @@ namespace ipodctl {
 /// The status of an ACK with which an accessory that is not authenticated is turned away.
 constexpr std::uint8_t kNotAuthenticated = 7;
 
+/// Whether a status says that the iPod does not know what it was asked about, rather than that it
+/// failed this time.
+bool SaysUnknown(std::uint8_t status);
+
 /// "status 4, unknown to it"; for a status that was not kept, 0, "no status told".
 std::string StatusText(std::uint8_t status);
 

@@ -22,9 +22,9 @@ nlohmann::ordered_json ToJson(const NowPlaying& now) {
   json["state"] = StateName(now.state);
   if (!now.index) return json;
   json["index"] = *now.index;
-  json["title"] = now.title.value_or("");
-  json["artist"] = now.artist;
-  json["album"] = now.album;
+  if (now.title) json["title"] = *now.title;
+  if (now.artist) json["artist"] = *now.artist;
+  if (now.album) json["album"] = *now.album;
   if (now.video) json["video"] = *now.video;
   json["length_ms"] = now.length_ms;
   json["position_ms"] = now.position_ms;
@@ -36,8 +36,9 @@ std::string Progress(const NowPlaying& now) {
 }
 
 std::string Origin(const NowPlaying& now) {
-  if (now.artist.empty() || now.album.empty()) return Printable(now.artist + now.album);
-  return Printable(now.artist) + " - " + Printable(now.album);
+  const std::string artist = Printable(now.artist.value_or(""));
+  const std::string album = Printable(now.album.value_or(""));
+  return artist + (artist.empty() || album.empty() ? "" : " - ") + album;
 }
 
 void ShowNowPlaying(Output& output, const NowPlaying& now) {

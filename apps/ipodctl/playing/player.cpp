@@ -101,12 +101,10 @@ std::optional<std::string> ReadTitle(Session& session, NowPlaying* now) {
 void ReadTexts(Session& session, NowPlaying* now) {
   if (!now->index) return;
   ReadTitle(session, now);
-  now->artist =
-      ReadText(session, &CIpodComm::Command_GetIndexedPlayingTrackArtistName, *now->index, "artist")
-          .value_or("");
+  now->artist = ReadText(session, &CIpodComm::Command_GetIndexedPlayingTrackArtistName, *now->index,
+                         "artist");
   now->album =
-      ReadText(session, &CIpodComm::Command_GetIndexedPlayingTrackAlbumName, *now->index, "album")
-          .value_or("");
+      ReadText(session, &CIpodComm::Command_GetIndexedPlayingTrackAlbumName, *now->index, "album");
   now->video = ReadVideo(session, *now->index);
 }
 

@@ -22,10 +22,11 @@ constexpr unsigned char kWindingBack = 4;
 struct NowPlaying {
   unsigned char state = kStopped;
   std::optional<unsigned long> index;  // in the now-playing list; none when nothing is loaded
-  std::optional<std::string> title;    // none when it was not read, or the iPod does not tell it
-  std::string artist;
-  std::string album;
-  std::optional<bool> video;  // none when the iPod does not tell
+  // None when they were not read, or the iPod does not tell them.
+  std::optional<std::string> title;
+  std::optional<std::string> artist;
+  std::optional<std::string> album;
+  std::optional<bool> video;
   std::uint64_t length_ms = 0;
   std::uint64_t position_ms = 0;
 };

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "console/failure.h"
+#include "ipod/sports_service.h"
 #include "ipodcomm/ipod.h"
 
 namespace ipodctl {
@@ -14,10 +15,7 @@ namespace {
 void RequireUserData(Session& session) {
   CIpodComm& ipod = session.ipod();
   unsigned short caps = 0;
-  if (ipod.SupportsSports() == 0) {
-    throw CommandFailure(kFailed,
-                         "this iPod knows nothing about its user: it has no Sports service");
-  }
+  RequireSportsService(session, "this iPod knows nothing about its user", "");
   session.Require(ipod.Command_SportsGetIpodCaps(&caps, nullptr) != 0,
                   "tell what its Sports service can do");
   if ((caps & ipod::IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA) == 0) {

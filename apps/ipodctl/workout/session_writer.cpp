@@ -5,6 +5,7 @@
 #include "console/failure.h"
 #include "console/text.h"
 #include "console/verbose_log.h"
+#include "ipod/sports_service.h"
 #include "ipodcomm/ipod.h"
 
 namespace ipodctl {
@@ -30,11 +31,7 @@ void SessionWorkoutWriter::RequireRoom(std::size_t largest_piece, std::size_t fi
 }
 
 void SessionWorkoutWriter::RequireSports() {
-  if (session_.ipod().SupportsSports() == 0) {
-    throw CommandFailure(kFailed,
-                         "this iPod does not take workouts: it has no Sports service; dock one "
-                         "that has");
-  }
+  RequireSportsService(session_, "this iPod does not take workouts", "; dock one that has");
   unsigned short caps = 0;
   session_.Require(session_.ipod().Command_SportsGetIpodCaps(&caps, nullptr) != 0,
                    "tell what its Sports service can do");
