@@ -86,6 +86,10 @@ const char* NameOf(Note::Kind kind) {
       return "other-sender";
     case Note::Kind::kNoFrame:
       return "no-frame";
+    case Note::Kind::kLine:
+      return "line";
+    case Note::Kind::kLost:
+      return "lost";
   }
   return "";
 }

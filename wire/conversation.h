@@ -34,6 +34,8 @@ struct Note {
     kOtherIdentifier,  ///< an answer under another identifier than its question
     kOtherSender,      ///< a command that belongs to the other side, such as an echo
     kNoFrame,          ///< bytes that are no frame
+    kLine,             ///< the line itself: a framing error, a break, a line that has gone
+    kLost,             ///< something is missing in the recording
   };
   Kind kind;
   std::string text;
@@ -45,6 +47,7 @@ const char* NameOf(Note::Kind kind);
 /// What one run of bytes is, in its conversation.
 struct Told {
   Observed observed;
+  bool is_event = false;                  ///< of the line, which has no bytes and no sender
   std::optional<DecodedFrame> frame;      ///< none for bytes that are no frame
   std::optional<std::uint64_t> question;  ///< the number of what it answers
   std::optional<Nanoseconds> response_time;

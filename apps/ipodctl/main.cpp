@@ -11,6 +11,7 @@
 #include "console/verbose_log.h"
 #include "report/report.h"
 #include "run.h"
+#include "wire/decode_command.h"
 
 namespace ipodctl {
 
@@ -57,6 +58,13 @@ void BeginCapture(const std::string& file, std::FILE* output) {
     throw CommandFailure(kCannotCreate, "cannot record to " + file + ": " + reason);
 }
 
+int RunAny(const Options& options, Output& output) {
+  if (options.command == "report") return RunReport(options, output);
+  if (options.command == "decode" || options.command == "monitor")
+    return RunDecode(options, output);
+  return RunOnDock(options, output);
+}
+
 int Run(const Options& options) {
   SetVerbose(options.verbose);
   if (options.verbose) SetEnvironment("IPODCOMM_DEBUG", "1");
@@ -66,8 +74,7 @@ int Run(const Options& options) {
   CatchInterrupts();
   try {
     BeginCapture(options.capture, guard.stream());
-    const int status =
-        options.command == "report" ? RunReport(options, output) : RunOnDock(options, output);
+    const int status = RunAny(options, output);
     if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
     return status;
   } catch (const CommandFailure& failure) {

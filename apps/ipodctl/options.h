@@ -67,6 +67,9 @@ struct Options {
   std::string mode;
   bool keep = false;
 
+  // decode, monitor
+  std::string recording;  // a file; "-" is standard input
+
   // report
   std::string document;
   std::string page;  // empty: beside the document

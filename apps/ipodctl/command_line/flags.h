@@ -34,4 +34,8 @@ void AddWorkoutCommand(CommandLineParser& parser);
 // report_flags.cpp
 void AddReportCommand(CommandLineParser& parser);
 
+// wire_flags.cpp
+/// decode, monitor.
+void AddWireCommands(CommandLineParser& parser);
+
 }  // namespace ipodctl

@@ -41,7 +41,7 @@ constexpr const char* kProgramFooter =
     "  3  nothing is docked, or the iPod did not accept the accessory\n"
     "  4  the iPod is too old\n"
     "  64  wrong arguments\n"
-    "  65  a workout document is damaged; its page shows what it holds\n"
+    "  65  a file is damaged or cut short; what it holds is shown\n"
     "  66  a file is missing or malformed\n"
     "  73  the file of a recording cannot be made\n"
     "  130  interrupted before the command was done\n"
@@ -69,6 +69,7 @@ CommandLineParser::CommandLineParser() {
   AddWorkoutCommand(*this);
   AddUserdataCommand(*this);
   AddReportCommand(*this);
+  AddWireCommands(*this);
   AddLegacyInterface(*this);
 }
 

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// The commands that tell in words what went over the line.
+#include "command_line/flags.h"
+
+namespace ipodctl {
+
+namespace {
+
+constexpr const char* kDecodeFooter =
+    "Tells a recording of the line, frame by frame: the packet's number, the seconds since the "
+    "one\n"
+    "before, > to the iPod or < from it, the lingo and the command, the transaction identifier, "
+    "the\n"
+    "fields, and behind ! what stands out. A * is an event of the line itself. It needs no iPod.\n"
+    "Recordings are made with --capture FILE. One that is cut off or damaged is told as far as it\n"
+    "goes; the exit status is then 65, and a sentence on standard error tells the place.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl --simulated --capture line.pcapng tour\n"
+    "  ipodctl decode line.pcapng\n"
+    "  ipodctl decode line.pcapng --json | jq 'select(.notes != [])'";
+
+constexpr const char* kMonitorFooter =
+    "Tells what goes over the line while it is being recorded, as 'ipodctl decode' does "
+    "afterwards.\n"
+    "A file that is still being written is followed until nothing is added to it for five "
+    "seconds,\n"
+    "a pipe until it is closed. - is standard input.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl monitor --capture-from line.pcapng\n"
+    "  ipodctl --capture - info | ipodctl monitor --capture-from -";
+
+}  // namespace
+
+void AddWireCommands(CommandLineParser& parser) {
+  Options& options = parser.options();
+  CLI::App* decode = parser.AddCommand(
+      "decode", "The line", "Tell a recording of the line in words", "FILE", kDecodeFooter);
+  decode->add_option("FILE", options.recording)->required();
+  CLI::App* monitor =
+      parser.AddCommand("monitor", "The line", "Tell what goes over the line, as it is recorded",
+                        "--capture-from FILE", kMonitorFooter);
+  monitor->add_option("--capture-from", options.recording, "The recording; - is standard input")
+      ->required()
+      ->option_text("FILE");
+  parser.AddCheck([&options, decode, monitor] {
+    if ((decode->parsed() || monitor->parsed()) && options.recording.empty()) {
+      throw UsageProblem{"FILE needs the name of a recording"};
+    }
+  });
+}
+
+}  // namespace ipodctl
