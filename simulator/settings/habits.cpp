@@ -42,8 +42,6 @@ const std::vector<Habit>& AllHabits() {
        [](Settings* s) { s->refuses_start_idps_silently = true; }},
       {"keeps-ids", "IdentifyDeviceLingoes leaves transaction identifiers on",
        [](Settings* s) { s->keeps_identifiers = true; }},
-      {"ui-pending", "entering the remote user interface is first answered as pending",
-       [](Settings* s) { s->remote_ui_is_pending_first = true; }},
       {"ui-at-once", "the remote user interface is entered without a pending answer first",
        [](Settings* s) { s->remote_ui_is_pending_first = false; }},
       {"large-frames", "every frame goes out in the large form",

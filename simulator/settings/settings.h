@@ -39,7 +39,7 @@ struct Settings {
 
   /// Entering the remote user interface is first acknowledged as pending (status 6 and a time),
   /// then for good.
-  bool remote_ui_is_pending_first = false;
+  bool remote_ui_is_pending_first = true;
   /// SelectDBRecord is refused; the accessory has to fall back on SelectSortDBRecord.
   bool refuses_select_record = false;
   /// A selected track is acknowledged, but the player stays paused where it is.

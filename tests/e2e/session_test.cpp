@@ -61,6 +61,8 @@ bool Eventually(Condition condition) {
 
 ipodsim::Settings WithTracks(int count) {
   ipodsim::Settings settings;
+  // By default the library takes the answer that this is pending for a refusal.
+  settings.remote_ui_is_pending_first = false;
   settings.library = NumberedTracks(count);
   return settings;
 }

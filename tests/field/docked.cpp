@@ -26,6 +26,7 @@ ipodsim::Settings SixtySongs(ipodsim::Profile profile) {
   settings.profile = profile;
   settings.fixed_latency = 8 * kMillisecond;
   settings.asks_accessory = false;
+  settings.remote_ui_is_pending_first = false;
   settings.library = {};
   settings.library.name = "Sixty";
   for (unsigned i = 0; i < 60; ++i) {

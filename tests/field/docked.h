@@ -23,7 +23,7 @@ using ipodcomm::virtual_platform::kSecond;
 using ipodcomm::virtual_platform::World;
 
 /// An iPod with 60 songs, "T000" to "T059", by as many artists as albums, two. It answers after
-/// 8 ms and asks nothing by itself.
+/// 8 ms, enters the remote user interface at once and asks nothing by itself.
 ipodsim::Settings SixtySongs(ipodsim::Profile profile = ipodsim::Profile::kNano);
 /// The same with a habit.
 ipodsim::Settings SixtySongsWith(const char* habit,

@@ -12,6 +12,13 @@ namespace {
 using ipodsim::Fault;
 using test::World;
 
+// Says first that entering the remote user interface is pending, as the common iPod does.
+ipodsim::Settings WithAPendingRemoteUi() {
+  ipodsim::Settings settings = test::SixtySongs();
+  settings.remote_ui_is_pending_first = true;
+  return settings;
+}
+
 class DockedLegacy {
  public:
   explicit DockedLegacy(const ipodsim::Settings& settings, std::uint64_t seed = 1)
@@ -44,7 +51,7 @@ class DockedLegacy {
 };
 
 TEST(LegacyInterface, ReadsCountAndNamesOfAnIpodThatEntersAtOnce) {
-  DockedLegacy dock(test::SixtySongsWith("ui-at-once"));
+  DockedLegacy dock(test::SixtySongs());
   dock.EnterRemoteUi();
   unsigned long count = 0;
   EXPECT_EQ(dock.legacy.selecttop(test::kTracks, &count, 0), 1);
@@ -54,7 +61,7 @@ TEST(LegacyInterface, ReadsCountAndNamesOfAnIpodThatEntersAtOnce) {
 }
 
 TEST(LegacyInterface, IsOffByOneBehindAPendingRemoteUi) {
-  DockedLegacy dock(test::SixtySongsWith("ui-pending"));
+  DockedLegacy dock(WithAPendingRemoteUi());
   dock.EnterRemoteUi();
   unsigned long count = 99;
   EXPECT_EQ(dock.legacy.selecttop(test::kTracks, &count, 0), 0);
@@ -62,7 +69,7 @@ TEST(LegacyInterface, IsOffByOneBehindAPendingRemoteUi) {
 }
 
 TEST(LegacyInterface, IsBroughtBackByAQuestionBehindAPendingRemoteUi) {
-  DockedLegacy dock(test::SixtySongsWith("ui-pending"));
+  DockedLegacy dock(WithAPendingRemoteUi());
   dock.EnterRemoteUi();
   EXPECT_EQ(dock.legacy.getipodsoftwareversion(dock.text, 256), 1);
   unsigned long count = 0;
@@ -134,7 +141,7 @@ TEST(LegacySelfTest, FailsUnderQuestionsAtAStepThatVaries) {
 }
 
 TEST(LegacySelfTest, PassesOnAnIpodWhoseRemoteUiIsPendingFirst) {
-  EXPECT_EQ(SelfTest(test::SixtySongsWith("ui-pending"), 1), "11111");
+  EXPECT_EQ(SelfTest(WithAPendingRemoteUi(), 1), "11111");
 }
 
 // A host that takes the name for the sign that an iPod is there finds none.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// An iPod that first says that entering the remote user interface is pending, and 200 ms later that
-// it is done.
+// The common iPod: it first says that entering the remote user interface is pending, and 200 ms
+// later that it is done.
 #include "field/docked.h"
 
 namespace {
@@ -10,17 +10,23 @@ using test::Docked;
 using test::kMillisecond;
 using test::TrackNames;
 
+ipodsim::Settings Pending(Profile profile = Profile::kNano) {
+  ipodsim::Settings settings = test::SixtySongs(profile);
+  settings.remote_ui_is_pending_first = true;
+  return settings;
+}
+
 // With identifiers the pending acknowledgement is not known as one: it is a refusal, and the older
 // command that follows it is met by the final acknowledgement of the first.
 TEST(PendingRemoteUi, UnderFieldIsNotEnteredWithIdentifiersThoughItIs) {
-  Docked docked(test::SixtySongsWith("ui-pending"), IPOD_CONDUCT_FIELD);
+  Docked docked(Pending(), IPOD_CONDUCT_FIELD);
   EXPECT_TRUE(docked.Identify());
   EXPECT_EQ(docked.session.Command_EnterRemoteUIMode(), 0);
   EXPECT_EQ(docked.ipod.ui_mode(), 1);
 }
 
 TEST(PendingRemoteUi, UnderFieldIsEnteredWithoutIdentifiers) {
-  Docked docked(test::SixtySongsWith("ui-pending", Profile::kClassic), IPOD_CONDUCT_FIELD);
+  Docked docked(Pending(Profile::kClassic), IPOD_CONDUCT_FIELD);
   docked.GoToTracks();
   EXPECT_EQ(docked.Names(0, 60), TrackNames(0, 60));
 }
@@ -28,7 +34,7 @@ TEST(PendingRemoteUi, UnderFieldIsEnteredWithoutIdentifiers) {
 TEST(PendingRemoteUi, UnderRobustIsEnteredWhenItIsDone) {
   for (const Profile profile : {Profile::kNano, Profile::kClassic}) {
     for (const tagIPOD_CONDUCT& conduct : {IPOD_CONDUCT_ROBUST, IPOD_CONDUCT_FAST}) {
-      Docked docked(test::SixtySongsWith("ui-pending", profile), conduct);
+      Docked docked(Pending(profile), conduct);
       EXPECT_TRUE(docked.Identify());
       const std::int64_t took_us =
           docked.Elapsed([&] { EXPECT_EQ(docked.session.Command_EnterRemoteUIMode(), 1); });

@@ -20,6 +20,13 @@ Settings With(const char* habit, Settings settings = QuietSettings()) {
   return settings;
 }
 
+// QuietSettings has a habit already.
+Settings CommonSettings() {
+  Settings settings = QuietSettings();
+  settings.remote_ui_is_pending_first = Settings().remote_ui_is_pending_first;
+  return settings;
+}
+
 // What an identified iPod with this habit answers.
 std::string Answer(const char* habit, const std::string& request) {
   IpodUnderTest dock(With(habit));
@@ -39,22 +46,21 @@ TEST(Habits, AreFoundByTheirNamesAlone) {
   }
 }
 
-TEST(Habits, RemoteUserInterfaceIsPendingFirstOrEnteredAtOnce) {
-  const Settings pending = With("ui-pending");
-  IpodUnderTest slow(pending);
+TEST(Habits, RemoteUserInterfaceIsPendingFirstUnlessItIsEnteredAtOnce) {
+  IpodUnderTest slow(CommonSettings());
   slow.IdentifyOnly();
   EXPECT_EQ(slow.Exchange(kEnterRemoteUi), "FF 55 08 00 02 06 05 00 00 00 C8 23");
   EXPECT_EQ(slow.Read(190 * kMillisecond), "");
   EXPECT_EQ(slow.Read(), "FF 55 04 00 02 00 05 F5");
 
-  IpodUnderTest prompt(With("ui-at-once", pending));
+  IpodUnderTest prompt(With("ui-at-once", CommonSettings()));
   prompt.IdentifyOnly();
   EXPECT_EQ(prompt.Exchange(kEnterRemoteUi), "FF 55 04 00 02 00 05 F5");
 }
 
 // Consoles in the field take the pending answer for the answer and go on.
 TEST(Habits, PendingAnswerNeedNotBeWaitedFor) {
-  IpodUnderTest dock(With("ui-pending"));
+  IpodUnderTest dock(CommonSettings());
   dock.IdentifyOnly();
   dock.Exchange(kEnterRemoteUi);
   dock.Exchange("FF 55 03 04 00 16 E3");
