@@ -61,6 +61,23 @@ constexpr AnswerRule kRules[] = {
      kNoText},
 };
 
+// Of the answers that repeat the kind of what was asked for, one kind is longer than the others.
+std::uint32_t LeastBytes(const AnswerRule& rule, const ReceivedFrame& answer) {
+  constexpr std::uint8_t kCapabilities = 0;
+  constexpr std::uint32_t kCapabilityBytes = 5;
+  constexpr std::uint8_t kWeight = 3;
+  constexpr std::uint32_t kWeightBytes = 3;
+  if (answer.data_length == 0) return rule.least_bytes;
+  const std::uint8_t kind = answer.data[0];
+  const auto is = [&rule](std::uint8_t lingo, std::uint16_t command) {
+    return rule.lingo == lingo && rule.answer == command;
+  };
+  if (is(kSportsLingo, sports::kRetUserData) && kind == kWeight) return kWeightBytes;
+  const bool is_track_info =
+      is(kDisplayRemoteLingo, display_remote::kReturnIndexedPlayingTrackInfo);
+  return is_track_info && kind == kCapabilities ? kCapabilityBytes : rule.least_bytes;
+}
+
 std::uint16_t AckCommand(std::uint8_t lingo) {
   switch (lingo) {
     case kDisplayRemoteLingo:
@@ -112,7 +129,7 @@ bool ReadAck(const ReceivedFrame& frame, Ack* ack) {
 }
 
 bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer) {
-  if (answer.data_length < rule.least_bytes) return false;
+  if (answer.data_length < LeastBytes(rule, answer)) return false;
   return rule.text_at == kNoText || answer.data[answer.data_length - 1] == 0;
 }
 

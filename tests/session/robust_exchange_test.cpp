@@ -105,6 +105,27 @@ TEST_F(RobustExchange, AnAnswerCutShortIsAskedAgainAtOnce) {
   EXPECT_LT(elapsed_us, 500 * kMillisecond);
 }
 
+class CutWeight : public RobustExchange {
+ protected:
+  // The user's weight comes without its low byte.
+  CutWeight() {
+    Answer("FF 55 02 09 83 72", "FF 55 05 09 84 00 03 00 6B");
+    Answer("FF 55 03 09 88 03 69", "FF 55 04 09 89 03 00 67");
+  }
+  unsigned short weight_ = 7;
+};
+
+TEST_F(CutWeight, IsAskedAgain) {
+  BeRobust();
+  EXPECT_EQ(session_.Command_GetUserData(nullptr, &weight_, nullptr), 0);
+  EXPECT_EQ(weight_, 7);
+}
+
+TEST_F(CutWeight, IsAWeightByDefault) {
+  EXPECT_EQ(session_.Command_GetUserData(nullptr, &weight_, nullptr), 1);
+  EXPECT_EQ(weight_, 0);
+}
+
 TEST_F(RobustExchange, AnAnswerCutShortIsANumberByDefault) {
   Answer("FF 55 04 04 00 18 05 DB", "FF 55 06 04 00 19 00 00 3C A1");
   EXPECT_EQ(Count(5), 1);
