@@ -3,6 +3,7 @@
 #include "judge.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "simulator/protocol/commands.h"
 
@@ -16,12 +17,18 @@ bool Says(const std::string& message, const char* part) {
   return message.find(part) != std::string::npos;
 }
 
-// A refusal is a cause when it came near the end: a command that was refused something asks at most
-// a few questions more.
-bool WasRefusedAtTheEnd(const Account& account) {
+// A refusal is a cause when its status was told, or when it came near the end: a command that was
+// refused something asks at most a few questions more.
+bool WasRefused(const std::string& message, const Account& account) {
   constexpr unsigned kQuestionsAfter = 16;
-  return !account.refusals.empty() &&
-         account.refusals.back().after + kQuestionsAfter >= account.requests;
+  if (account.refusals.empty()) return false;
+  const std::size_t told = message.find("(status ");
+  if (told == std::string::npos) {
+    return account.refusals.back().after + kQuestionsAfter >= account.requests;
+  }
+  const int status = std::atoi(message.c_str() + told + 8);
+  return std::any_of(account.refusals.begin(), account.refusals.end(),
+                     [status](const Refusal& refusal) { return refusal.status == status; });
 }
 
 // Whether it said that it does not know a lingo, which may stand for being too old for it.
@@ -92,10 +99,10 @@ std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Acc
     return said + " [it answered the last question]";
   }
   if (Says(message, "did not accept") && ipod.identified() && !nobody &&
-      !WasRefusedAtTheEnd(account)) {
+      !WasRefused(message, account)) {
     return said + " [it did]";
   }
-  if (Says(message, " refused") && !WasRefusedAtTheEnd(account)) {
+  if (Says(message, " refused") && !WasRefused(message, account)) {
     return said + " [it refused nothing]";
   }
   if (Says(message, "there is no ") || Says(message, "there are no ")) {

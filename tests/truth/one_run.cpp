@@ -23,20 +23,28 @@ using ipodcomm::virtual_platform::World;
 // The player is more than three seconds into its track then, whatever the command does first.
 constexpr std::int64_t kBefore = 4 * ipodcomm::virtual_platform::kSecond;
 
-// Another accessory identified, chose all tracks and played one, and left.
+// Another accessory identified, chose all tracks and played one, and left. An iPod that refuses now
+// and then is told again.
 void Prepare(ipodsim::SimulatedIpod& ipod, Start start) {
   if (start == Start::kStopped) return;
   const auto tell = [&ipod](const ipodsim::Frame& frame) {
     const ipodsim::Bytes wire = ipodsim::BuildFrame(frame);
     ipod.Receive(wire.data(), wire.size(), 0);
   };
-  tell({ipodsim::kGeneral,
-        ipodsim::general::kIdentifyDeviceLingoes,
-        {0, 0, 0, 0x1D, 0, 0, 0, 0, 0, 0, 0, 0}});
-  tell({ipodsim::kGeneral, ipodsim::general::kEnterRemoteUiMode, {}});
-  tell({ipodsim::kExtended, ipodsim::extended::kResetDbSelection, {}});
-  tell({ipodsim::kExtended, ipodsim::extended::kPlayCurrentSelection, {0, 0, 0, kFirstTrack}});
-  if (start == Start::kPaused) tell({ipodsim::kExtended, ipodsim::extended::kPlayControl, {1}});
+  constexpr int kAttempts = 10;
+  const ipodsim::Player& player = ipod.player();
+  for (int attempt = 0; attempt < kAttempts && player.index() != kFirstTrack; ++attempt) {
+    tell({ipodsim::kGeneral,
+          ipodsim::general::kIdentifyDeviceLingoes,
+          {0, 0, 0, 0x1D, 0, 0, 0, 0, 0, 0, 0, 0}});
+    tell({ipodsim::kGeneral, ipodsim::general::kEnterRemoteUiMode, {}});
+    tell({ipodsim::kExtended, ipodsim::extended::kResetDbSelection, {}});
+    tell({ipodsim::kExtended, ipodsim::extended::kPlayCurrentSelection, {0, 0, 0, kFirstTrack}});
+  }
+  const auto is_paused = [&] { return player.state() == ipodsim::PlayerState::kPaused; };
+  for (int attempt = 0; attempt < kAttempts && start == Start::kPaused && !is_paused(); ++attempt) {
+    tell({ipodsim::kExtended, ipodsim::extended::kPlayControl, {1}});
+  }
   ipod.LoseAccessory(0);
 }
 

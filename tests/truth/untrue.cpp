@@ -70,6 +70,13 @@ bool WasRefused(const Question& question, std::uint8_t lingo, std::uint16_t comm
   });
 }
 
+// A member that may be missing where the iPod refused to tell it, but not be wrong.
+std::string ExpectUnlessRefused(const Question& question, const Json& object, const char* member,
+                                const Json& truth) {
+  if (!object.contains(member) && question.was_refused()) return "";
+  return Expect(object, member, truth);
+}
+
 // info
 
 std::string UntrueLingoes(const Question& question) {
@@ -112,19 +119,29 @@ std::string UntrueInfo(const Question& question) {
     const std::string version =
         "0 - " + std::to_string(general.major) + "." + std::to_string(general.minor);
     const bool workouts = sports && traits.model_id >> 16 == 0x0014;
-    return FirstOf(Expect(info, "name", name), Expect(info, "model", traits.model_number),
-                   Expect(info, "model_number", number),
-                   Expect(info, "serial_number", traits.serial_number),
-                   Expect(info, "software_version", software),
-                   Expect(info, "lingo_version", version), Expect(info, "sports", workouts));
+    const std::pair<const char*, Json> facts[] = {{"name", name},
+                                                  {"model", traits.model_number},
+                                                  {"model_number", number},
+                                                  {"serial_number", traits.serial_number},
+                                                  {"software_version", software},
+                                                  {"lingo_version", version},
+                                                  {"sports", workouts}};
+    for (const auto& [member, truth] : facts) {
+      const std::string untrue = ExpectUnlessRefused(question, info, member, truth);
+      if (!untrue.empty()) return untrue;
+    }
+    return "";
   }
   const char* const by = question.ipod.identified_by_tokens() ? "tokens" : "lingoes";
   std::string payload;
   if (traits.identifies_by_tokens && (info.contains("max_payload") || !question.was_refused())) {
     payload = Expect(info, "max_payload", 506);
   }
-  return FirstOf(Expect(info, "name", name), Expect(info, "model", traits.model_number),
-                 Expect(info, "model_id", traits.model_id), Expect(info, "identified_by", by),
+  // An iPod that was away has forgotten it.
+  const std::string identified = question.account.cut_off ? "" : Expect(info, "identified_by", by);
+  return FirstOf(ExpectUnlessRefused(question, info, "name", name),
+                 ExpectUnlessRefused(question, info, "model", traits.model_number),
+                 ExpectUnlessRefused(question, info, "model_id", traits.model_id), identified,
                  Expect(info, "sports", sports && !KeepsOptionsToItself(question)), payload,
                  UntrueLingoes(question));
 }
@@ -270,13 +287,6 @@ std::string UntruePosition(const Question& question, const Json& now) {
   return "";
 }
 
-// A member that may be missing where the iPod refused to tell it, but not be wrong.
-std::string ExpectUnlessRefused(const Question& question, const Json& object, const char* member,
-                                const Json& truth) {
-  if (!object.contains(member) && question.was_refused()) return "";
-  return Expect(object, member, truth);
-}
-
 // What is told of the player, against the player.
 std::string UntrueNow(const Question& question, const Json& now) {
   const Player& player = question.ipod.player();
@@ -288,7 +298,7 @@ std::string UntrueNow(const Question& question, const Json& now) {
   const bool was_true =
       question.account.state_before && is_told(*question.account.state_before).empty();
   const std::string wrong_state = was_true ? "" : is_told(player.state());
-  if (!wrong_state.empty() || player.state() == PlayerState::kStopped) return wrong_state;
+  if (!wrong_state.empty() || player.current() == nullptr) return wrong_state;
   const ipodsim::Track& track = *player.current();
   const std::string wrong_track =
       FirstOf(ExpectUnlessRefused(question, now, "title", track.title),
@@ -304,7 +314,8 @@ std::string UntrueNow(const Question& question, const Json& now) {
 std::string NotPlayed(const Question& question) {
   const Player& player = question.ipod.player();
   if (!question.MayBe(PlayerState::kPlaying)) return "it is " + StateName(player.state());
-  if (player.current() == nullptr) return "it plays nothing";
+  // After a restart nothing is loaded.
+  if (player.current() == nullptr) return question.account.cut_off ? "" : "it plays nothing";
   const std::vector<std::string>& path = question.options.path;
   const ipodsim::Library& library = question.ipod.settings().library;
   if (path.empty()) {
@@ -329,8 +340,9 @@ std::string NotDone(const Question& question) {
   const auto is = [&question](PlayerState state) {
     return question.MayBe(state) ? "" : "it is " + StateName(question.ipod.player().state());
   };
-  const auto is_at = [&player](std::uint32_t index) {
-    return player.index() == index ? "" : "it is at " + std::to_string(player.index());
+  const auto is_at = [&question, &player](std::uint32_t index) {
+    const bool forgot = question.account.cut_off && player.current() == nullptr;
+    return forgot || player.index() == index ? "" : "it is at " + std::to_string(player.index());
   };
   if (command == "play") return NotPlayed(question);
   if (command == "pause") return FirstOf(is(PlayerState::kPaused), is_at(kFirstTrack));
