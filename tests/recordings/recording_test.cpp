@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <optional>
@@ -188,8 +187,8 @@ TEST_P(Recordings, AreThoseOfTheDefaultConductEverSince) {
   const Lines kept = ReadLines(kept_file);
   const bool same = Condensed(threads) == kept;
   if (same && !Asked("IPODCOMM_WRITE_RECORDINGS")) return;
-  const auto whole = std::filesystem::current_path() / (scenario.name + ".recording");
-  WriteWhole(whole.string(), threads);
+  const std::string whole = NEW_RECORDINGS "/" + scenario.name + ".recording";
+  WriteWhole(whole, threads);
   EXPECT_TRUE(same) << FirstDifferences(threads, kept) << "The new recording is " << whole;
 }
 

@@ -104,7 +104,7 @@ TEST_F(FastPace, AWriteNeverWaitsForARead) {
   for (int phase = 0; phase < 200; ++phase) {
     SCOPED_TRACE(phase);
     if (phase % 4 == 0) ipod_.Send(test::Hex(kAckFrame));
-    world_.Advance(phase % 40 * 137);
+    world_.Advance(phase % 40 * std::int64_t{137});
     EXPECT_EQ(Elapsed([&] { EXPECT_EQ(serial_.WritePacket(frame.data(), frame.size()), 0); }), 0);
   }
 }
@@ -118,7 +118,7 @@ TEST_F(FastPace, AnAnswerOnAQuietLineIsThereAMillisecondLater) {
   test::Bytes frame = test::Hex(kAckFrame);
   for (int phase = 0; phase < 100; ++phase) {
     SCOPED_TRACE(phase);
-    world_.Advance(kSecond + phase * 173);
+    world_.Advance(kSecond + phase * std::int64_t{173});
     DrainPackets();
     const std::int64_t taken = Elapsed([&] {
       EXPECT_EQ(serial_.WritePacket(frame.data(), frame.size()), 0);
