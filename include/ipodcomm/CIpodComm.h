@@ -465,7 +465,7 @@ class IPODCOMM_API CIpodComm {
   bool MayGoOn();
   bool StoppedByHost() const;
   ipodcomm::AnswerVerdict AwaitOwnAnswer(ipodcomm::OwnAnswers* own, tagIPOD_READ_PARAMS* read);
-  bool AwaitPacket(tagSERIAL_PACKET* packet);
+  bool AwaitPacket(std::uint32_t silence_ms, tagSERIAL_PACKET* packet);
 
   // Exchanges that many operations share (session/exchange.cpp)
   bool Exchange(tagIPOD_WRITE_PARAMS write, tagIPOD_READ_PARAMS* read);

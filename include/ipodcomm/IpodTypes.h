@@ -69,10 +69,11 @@ struct tagIPOD_EXCHANGE {
   std::uint8_t status;      ///< of the refusing ACK; 0 unless refused
   std::uint8_t argument;    ///< the command's first data byte, such as the lingo asked about, or 0
   std::uint8_t carried_id;  ///< 1 when it was sent with a transaction identifier, else 0
-  std::uint8_t data_bytes;  ///< valid bytes of `data`
-  unsigned char data[12];   ///< the first data bytes of the answer, whole or damaged
-  std::uint32_t attempts;   ///< how often it was sent; 0 when it could not be written
-  std::uint32_t took_ms;    ///< from the first attempt on; not measured by the default conduct, 0
+  std::uint8_t answer_carried_id;  ///< 1 when what came carried one
+  std::uint8_t data_bytes;         ///< valid bytes of `data`
+  unsigned char data[12];          ///< the first data bytes of the answer, whole or damaged
+  std::uint32_t attempts;          ///< how often it was sent; 0 when it could not be written
+  std::uint32_t took_ms;  ///< from the first attempt on; not measured by the default conduct, 0
 };
 
 /// How a session treats the line and the iPod's answers (CIpodComm::SetConduct).

@@ -110,17 +110,19 @@ auto CIpodComm::IdentificationSequence::WakeUp() -> Outcome {
 }
 
 // Some iPods stay silent until StartIDPS itself carries an identifier. Under the robust conduct a
-// silent one is asked once more so, and an iPod that answers it is from then on.
+// silent one is asked once more so, and an iPod that answers with one is from then on. (An ACK
+// without one may be a late answer to the first.)
 bool CIpodComm::IdentificationSequence::StartIdps(unsigned char* status) {
   Identity& identity = session_.identity_;
   if (identity.start_carries_id == 0) {
     if (AskToStart(status)) return true;
-    if (!Robust()) return false;
+    const bool silent = session_.last_exchange_.result != IPOD_EXCHANGE_DAMAGED;
+    if (!Robust() || !silent) return false;
   }
   session_.SetOwnTransactionId(0);
   session_.transaction_id_mode_ = 1;
   if (!AskToStart(status)) return false;
-  identity.start_carries_id = 1;
+  identity.start_carries_id = session_.last_exchange_.answer_carried_id;
   return true;
 }
 

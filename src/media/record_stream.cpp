@@ -111,7 +111,7 @@ bool CIpodComm::ReadNextRecord(tagIPOD_READ_PARAMS* read) {
 bool CIpodComm::AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read) {
   RecordStream& stream = browsing_.records;
   tagSERIAL_PACKET packet = {};
-  while (AwaitPacket(&packet)) {
+  while (AwaitPacket(ipodcomm::PacketQueue::kWaitMs, &packet)) {
     ReceivedFrame frame = ipodcomm::ParseFrame(FrameBytes(packet));
     switch (Judge(stream, &frame)) {
       case Verdict::kNext:

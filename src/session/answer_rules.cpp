@@ -128,6 +128,12 @@ bool ReadAck(const ReceivedFrame& frame, Ack* ack) {
   return true;
 }
 
+std::uint32_t PendingMs(const ReceivedFrame& ack) {
+  const std::uint32_t time_at = ack.lingo == kExtendedLingo ? 3 : 2;
+  if (ack.data_length < time_at + 4) return 0;
+  return FrameBytes(ack.data, ack.data_length).Number32(time_at);
+}
+
 bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer) {
   if (answer.data_length < LeastBytes(rule, answer)) return false;
   return rule.text_at == kNoText || answer.data[answer.data_length - 1] == 0;

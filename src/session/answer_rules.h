@@ -48,6 +48,9 @@ bool IsAck(const ReceivedFrame& frame);
 /// Reads an ACK of any lingo. False for another command, or an ACK cut short.
 bool ReadAck(const ReceivedFrame& frame, Ack* ack);
 
+/// The time that a pending ACK asks for, in milliseconds; 0 where it names none.
+std::uint32_t PendingMs(const ReceivedFrame& ack);
+
 /// Whether the data are long enough, and a text ended, for the answer to be whole.
 bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer);
 

@@ -90,18 +90,19 @@ AnswerVerdict OwnAnswers::Judge(ReceivedFrame* frame) {
     if (noted_.result == IPOD_EXCHANGE_UNANSWERED) noted_.result = IPOD_EXCHANGE_ECHOED;
     return AnswerVerdict::kForeign;
   }
+  const std::uint32_t length = frame->data_length;
   const AnswerVerdict verdict = JudgeOther(frame);
-  Note(verdict, *frame);
+  Note(verdict, *frame, frame->data_length != length);
   return verdict;
 }
 
 // An answer or a refusal counts more than what else came.
-void OwnAnswers::Note(AnswerVerdict verdict, const ReceivedFrame& frame) {
+void OwnAnswers::Note(AnswerVerdict verdict, const ReceivedFrame& frame, bool carried_id) {
   Ack ack = {};
   switch (verdict) {
     case AnswerVerdict::kAnswer:
     case AnswerVerdict::kRefusal:
-      NoteData(IPOD_EXCHANGE_ANSWERED, frame);
+      NoteData(IPOD_EXCHANGE_ANSWERED, frame, carried_id);
       noted_.status = 0;
       if (!ReadAck(frame, &ack) || ack.status == kAckOk) break;
       noted_.result = IPOD_EXCHANGE_REFUSED;
@@ -109,7 +110,7 @@ void OwnAnswers::Note(AnswerVerdict verdict, const ReceivedFrame& frame) {
       break;
     case AnswerVerdict::kDamaged:
       if (noted_.result == IPOD_EXCHANGE_ANSWERED || noted_.result == IPOD_EXCHANGE_REFUSED) break;
-      NoteData(IPOD_EXCHANGE_DAMAGED, frame);
+      NoteData(IPOD_EXCHANGE_DAMAGED, frame, carried_id);
       break;
     case AnswerVerdict::kForeign:
     case AnswerVerdict::kPending:
@@ -117,10 +118,12 @@ void OwnAnswers::Note(AnswerVerdict verdict, const ReceivedFrame& frame) {
   }
 }
 
-void OwnAnswers::NoteData(tagIPOD_EXCHANGE_RESULT result, const ReceivedFrame& frame) {
+void OwnAnswers::NoteData(tagIPOD_EXCHANGE_RESULT result, const ReceivedFrame& frame,
+                          bool carried_id) {
   constexpr std::uint32_t kMostBytes = sizeof noted_.data;
   const std::uint32_t bytes = std::min(kMostBytes, frame.data_length);
   noted_.result = result;
+  noted_.answer_carried_id = carried_id ? 1 : 0;
   noted_.data_bytes = static_cast<std::uint8_t>(bytes);
   std::copy_n(frame.data, bytes, noted_.data);
 }

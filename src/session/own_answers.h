@@ -48,8 +48,8 @@ class OwnAnswers {
   void SkipUnaskedIdentifier(ReceivedFrame* frame) const;
   AnswerVerdict JudgeOther(ReceivedFrame* frame) const;
   AnswerVerdict JudgeAck(const Ack& ack, std::uint16_t command) const;
-  void Note(AnswerVerdict verdict, const ReceivedFrame& frame);
-  void NoteData(tagIPOD_EXCHANGE_RESULT result, const ReceivedFrame& frame);
+  void Note(AnswerVerdict verdict, const ReceivedFrame& frame, bool carried_id);
+  void NoteData(tagIPOD_EXCHANGE_RESULT result, const ReceivedFrame& frame, bool carried_id);
 
   const tagIPOD_WRITE_PARAMS& request_;
   std::uint16_t expected_;

@@ -25,6 +25,13 @@ using Verdict = ipodcomm::AnswerVerdict;
 // An iPod that sends other things all the time does not keep an attempt alive for longer.
 constexpr DWORD kLongestAttemptMs = 10000;
 
+// An iPod that asks for time gets it, and the ordinary wait on top.
+std::uint32_t PatienceMs(std::uint32_t pending_ms) {
+  constexpr std::uint32_t kLongestMs = kLongestAttemptMs;
+  return std::min(pending_ms, kLongestMs - ipodcomm::PacketQueue::kWaitMs) +
+         ipodcomm::PacketQueue::kWaitMs;
+}
+
 void StoreRefusal(const ReceivedFrame& frame, tagIPOD_READ_PARAMS* read) {
   read->ack_received = 1;
   const auto wanted = std::min<std::size_t>(sizeof read->ack, frame.data_length);
@@ -85,12 +92,14 @@ bool CIpodComm::MayGoOn() { return keep_going_ == nullptr || keep_going_->Ask();
 
 bool CIpodComm::StoppedByHost() const { return keep_going_ != nullptr && keep_going_->stopped(); }
 
-// Reads until the answer has come, or nothing has arrived on the line for a second.
+// Reads until the answer has come, or nothing has arrived on the line for a second, or for the time
+// that a pending ACK asked for.
 ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(OwnAnswers* own, tagIPOD_READ_PARAMS* read) {
   const DWORD started_ms = GetTickCount();
+  std::uint32_t silence_ms = ipodcomm::PacketQueue::kWaitMs;
   tagSERIAL_PACKET packet = {};
   while (static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs &&
-         AwaitPacket(&packet)) {
+         AwaitPacket(silence_ms, &packet)) {
     ReceivedFrame frame = ipodcomm::ParseFrame(FrameBytes(packet));
     read->lingo = frame.lingo;
     read->received_command = frame.command;
@@ -105,6 +114,7 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(OwnAnswers* own, tagIPOD_READ_
       case Verdict::kDamaged:
         return verdict;
       case Verdict::kPending:
+        silence_ms = PatienceMs(ipodcomm::PendingMs(frame));
         break;
       case Verdict::kForeign:
         PassOver(packet);
@@ -114,14 +124,14 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(OwnAnswers* own, tagIPOD_READ_
   return Verdict::kForeign;
 }
 
-// Waits until the line has been silent for a second, however long a frame takes to arrive.
-bool CIpodComm::AwaitPacket(tagSERIAL_PACKET* packet) {
+// Waits until the line has been silent for that long, however long a frame takes to arrive.
+bool CIpodComm::AwaitPacket(std::uint32_t silence_ms, tagSERIAL_PACKET* packet) {
   const DWORD started_ms = GetTickCount();
   const auto pop = [&](std::uint32_t ms) { return response_.Pop(packet, ms); };
   std::uint32_t bytes_before = 0;
   do {
     bytes_before = serial_.bytes_read_;
-    if (ipodcomm::WaitInSlices(keep_going_, ipodcomm::PacketQueue::kWaitMs, pop)) return true;
+    if (ipodcomm::WaitInSlices(keep_going_, silence_ms, pop)) return true;
   } while (!StoppedByHost() && serial_.bytes_read_ != bytes_before &&
            static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs);
   return false;

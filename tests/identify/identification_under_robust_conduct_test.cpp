@@ -79,6 +79,19 @@ TEST_F(UnderRobustConduct, VersionsRefusedUnderIdentifiersNobodyAskedForAreNoVer
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
 }
 
+TEST_F(UnderRobustConduct, ADamagedAnswerToTheStartIsAskedForAgainAsItWas) {
+  Answer(kStartFrame, "FF 55 03 00 02 00 FB");  // the command is missing
+  Identify();
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame, kStartFrame, kStartFrame));
+}
+
+TEST_F(UnderRobustConduct, ALateAnswerToTheStartDoesNotAskForIdentifiersFromThenOn) {
+  Answer(kStartFrame, Frame(test::kStartTaken), 1100 * test::kMillisecond);
+  DockTokenIpod();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(CIpodCommPeer::Identity(session_).start_carries_id, 0);
+}
+
 class AnIpodThatTellsNoVersion : public Identification {
  protected:
   AnIpodThatTellsNoVersion() {

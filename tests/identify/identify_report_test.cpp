@@ -129,6 +129,14 @@ TEST_F(IdentifyReport, TellsTheStatusOfARefusalUnderTheDefaultConduct) {
   EXPECT_EQ(Texts()[5], "0F 09 refused 05");
 }
 
+TEST_F(IdentifyReport, TellsAnIdentifierThatNobodyAskedFor) {
+  Reply(test::kStart, "00 02 00 05 04 38");
+  Identify();
+  EXPECT_EQ(Texts().front(), "38 00 refused 04");
+  EXPECT_EQ(Steps().front().carried_id, 0);
+  EXPECT_EQ(Steps().front().answer_carried_id, 1);
+}
+
 TEST_F(IdentifyReport, DoesNotTellAForeignAnswerThoughTheDefaultConductBelievesIt) {
   Reply(test::kStart, test::kStartRefused);
   Reply("00 0F 03", "00 10 00 01 09");  // the General lingo's

@@ -180,6 +180,24 @@ TEST_F(RobustExchange, APendingAcknowledgementIsWaitedOut) {
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 37 01 C5"));
 }
 
+TEST_F(RobustExchange, TheTimeThatAPendingAcknowledgementAsksForIsGiven) {
+  BeRobust();
+  // ACK: status 6, command 37, 5000 ms; then the final one.
+  Answer("FF 55 03 00 37 01 C5", "FF 55 08 00 02 06 37 00 00 13 88 1E");
+  ipod_.SendAt(world_.now_us() + 5000 * kMillisecond, test::Hex("FF 55 04 00 02 00 37 C3"));
+  EXPECT_EQ(session_.Command_EnterRemoteUIMode(), 1);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 03 00 37 01 C5"));
+}
+
+TEST_F(RobustExchange, APendingAcknowledgementIsNotWaitedOutForEver) {
+  BeRobust();
+  // Each attempt: status 6, command 0016, four billion ms.
+  Answer("FF 55 03 04 00 16 E3", "FF 55 0A 04 00 01 06 00 16 FF FF FF FF D9");
+  const auto elapsed_us = Elapsed([&] { EXPECT_EQ(session_.Command_ResetDBSelection(), 0); });
+  EXPECT_GE(elapsed_us, 30 * kSecond);
+  EXPECT_LT(elapsed_us, 31 * kSecond);
+}
+
 // ---- What else arrives meanwhile ----------------------------------------------------------------
 
 TEST_F(RobustExchange, AQuestionOfTheIpodIsAnsweredMeanwhile) {
