@@ -133,7 +133,7 @@ enum tagIPOD_IDENTIFY_RESULT : std::int32_t {
 /// The evidence for an identification's outcome (CIpodComm::GetIdentifyReport): each command that
 /// awaited an answer, in the order in which they were sent.
 struct tagIPOD_IDENTIFY_REPORT {
-  static constexpr std::uint32_t kMostSteps = 32;
+  static constexpr std::uint32_t kMostSteps = 48;
 
   tagIPOD_IDENTIFY_RESULT result;
   std::uint32_t took_ms;         ///< all of it, pauses too; not measured by the default conduct, 0

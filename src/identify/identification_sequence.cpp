@@ -51,8 +51,8 @@ int CIpodComm::IdentificationSequence::Run() {
 }
 
 int CIpodComm::IdentificationSequence::RunBranches() {
-  Outcome outcome = WakeUp();
-  if (outcome == Outcome::kDone) outcome = IdentifyByTokens();
+  Outcome outcome = RunTokens();
+  if (outcome == Outcome::kFallBack && MayTryTokensAgain()) outcome = RunTokens();
   switch (outcome) {
     case Outcome::kDone:
       session_.identity_.idps_done = 1;
@@ -66,6 +66,11 @@ int CIpodComm::IdentificationSequence::RunBranches() {
       break;
   }
   return 0;
+}
+
+auto CIpodComm::IdentificationSequence::RunTokens() -> Outcome {
+  const Outcome outcome = WakeUp();
+  return outcome == Outcome::kDone ? IdentifyByTokens() : outcome;
 }
 
 // A host that stops finds "not identified", whatever the result was before.

@@ -77,6 +77,7 @@ class CIpodComm::IdentificationSequence {
   using TokenList = std::array<Token, kTokens>;
 
   int RunBranches();
+  Outcome RunTokens();
   bool KeepGoing();
   bool Stopped() const { return keep_going_.stopped(); }
   void SetResult(tagIPOD_IDENTIFY_RESULT result);
@@ -95,6 +96,7 @@ class CIpodComm::IdentificationSequence {
 
   // By tokens (token_identification.cpp)
   Outcome IdentifyByTokens();
+  bool MayTryTokensAgain() const;
   Outcome SurveyOptions();
   LingoOptions RequestOptions(std::uint8_t lingo);
   Outcome SendTokens();

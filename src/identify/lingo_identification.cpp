@@ -138,7 +138,13 @@ auto CIpodComm::IdentificationSequence::SurveyVersions() -> VersionVerdict {
 
 bool CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
                                                       tagIPOD_VERSION* version) {
-  if (session_.Command_RequestLingoProtocolVersion(lingo, version) == 0) {
+  bool told = session_.Command_RequestLingoProtocolVersion(lingo, version) != 0;
+  // A busy iPod refuses what it answers a moment later.
+  const tagIPOD_EXCHANGE& asked = session_.last_exchange_;
+  if (!told && Robust() && asked.result == IPOD_EXCHANGE_REFUSED && !IsUnknownLingo(asked)) {
+    told = session_.Command_RequestLingoProtocolVersion(lingo, version) != 0;
+  }
+  if (!told) {
     NKDbgPrintfW(L"Lingo Version - %s = not supported\r\n", name);
     return false;
   }

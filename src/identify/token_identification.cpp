@@ -32,6 +32,14 @@ auto CIpodComm::IdentificationSequence::IdentifyByTokens() -> Outcome {
   return outcome;
 }
 
+// Under the robust conduct tokens that failed are tried once more, from the start. An iPod whose
+// answer to EndIDPS got lost has accepted them, refuses the second EndIDPS, and goes by identifiers
+// that the session then no longer sends. One that was silent would be so again.
+bool CIpodComm::IdentificationSequence::MayTryTokensAgain() const {
+  return Robust() && session_.identity_.idps_enabled != 0 && !Stopped() &&
+         session_.last_exchange_.result != IPOD_EXCHANGE_UNANSWERED;
+}
+
 // Asks what the iPod supports, which decides the lingoes to announce.
 auto CIpodComm::IdentificationSequence::SurveyOptions() -> Outcome {
   if (!KeepGoing()) return Outcome::kAbandoned;

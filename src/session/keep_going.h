@@ -7,6 +7,9 @@
 
 namespace ipodcomm {
 
+/// How long a wait goes on before the host is asked, or the line looked at.
+constexpr std::uint32_t kSliceMs = 50;
+
 /// The callback by which a host stops an operation. Once it has said no it is not asked again.
 class KeepGoing {
  public:
@@ -33,7 +36,6 @@ class KeepGoing {
 /// with a frame written in between it takes effect within 100 ms.
 template <class Wait>
 bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
-  constexpr std::uint32_t kSliceMs = 50;
   if (host == nullptr) return wait(ms);
   do {
     if (!host->Ask()) return false;

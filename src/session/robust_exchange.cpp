@@ -127,12 +127,13 @@ ipodcomm::AnswerVerdict CIpodComm::AwaitOwnAnswer(OwnAnswers* own, tagIPOD_READ_
 // Waits until the line has been silent for that long, however long a frame takes to arrive.
 bool CIpodComm::AwaitPacket(std::uint32_t silence_ms, tagSERIAL_PACKET* packet) {
   const DWORD started_ms = GetTickCount();
-  const auto pop = [&](std::uint32_t ms) { return response_.Pop(packet, ms); };
-  std::uint32_t bytes_before = 0;
-  do {
-    bytes_before = serial_.bytes_read_;
-    if (ipodcomm::WaitInSlices(keep_going_, silence_ms, pop)) return true;
-  } while (!StoppedByHost() && serial_.bytes_read_ != bytes_before &&
-           static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs);
+  std::uint32_t silent_ms = 0;
+  while (silent_ms < silence_ms && MayGoOn() &&
+         static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs) {
+    const std::uint32_t bytes_before = serial_.bytes_read_;
+    const std::uint32_t slice_ms = std::min(silence_ms - silent_ms, ipodcomm::kSliceMs);
+    if (response_.Pop(packet, slice_ms)) return true;
+    silent_ms = serial_.bytes_read_ == bytes_before ? silent_ms + slice_ms : 0;
+  }
   return false;
 }

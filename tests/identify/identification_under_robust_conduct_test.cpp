@@ -2,6 +2,7 @@
 // What the robust conduct changes in identification: an iPod that wants an identifier on StartIDPS,
 // and a verdict that needs evidence.
 #include "identify/identification.h"
+#include "support/answering_ipod.h"
 #include "support/echoing_line.h"
 
 namespace {
@@ -135,12 +136,14 @@ TEST_F(UnderRobustConduct, ARefusedLingoIsTooOldWhereOthersWereTold) {
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
 }
 
-TEST_F(UnderRobustConduct, ALingoWhoseVersionFailsToBeToldIsNoVerdict) {
+TEST_F(UnderRobustConduct, ALingoWhoseVersionFailsToBeToldIsAskedForTwiceAndNoVerdict) {
   session_.SetIDPSEnable(0);
   Reply("00 0F 04", "00 02 01 0F");
   AcceptLingoes();
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
+  EXPECT_THAT(DrainSentOf("00 0F"), ElementsAre("FF 55 03 00 0F 00 EE", "FF 55 03 00 0F 03 EB",
+                                                "FF 55 03 00 0F 04 EA", "FF 55 03 00 0F 04 EA"));
 }
 
 TEST_F(UnderRobustConduct, VersionsOfAnotherIpodDoNotCount) {
@@ -158,6 +161,54 @@ TEST_F(UnderRobustConduct, AnOldIpodIsTooOldOnceItHasToldAVersion) {
   Reply("00 0F 00", "00 10 00 01 01");
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
+}
+
+// ---- Tokens that fail ---------------------------------------------------------------------------
+
+TEST_F(UnderRobustConduct, TokensThatAreRefusedAreTriedOnceMoreFromTheStart) {
+  EndWith("01");
+  DockTokenIpod();
+  AcceptLingoes();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame, kStartFrame));
+}
+
+TEST_F(UnderRobustConduct, TokensThatFailForGoodAreNotTriedAgain) {
+  EndWith("05");
+  DockTokenIpod();
+  AcceptLingoes();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame));
+}
+
+TEST_F(UnderRobustConduct, TokensThatStayUnansweredAreNotTriedAgain) {
+  IgnoreWithId("00 3B 00");
+  DockTokenIpod();
+  AcceptLingoes();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame));
+}
+
+// The answer to the first EndIDPS is cut short; the iPod has accepted the tokens all the same.
+TEST_F(UnderRobustConduct, TokensWhoseEndWasLostAreTakenAtTheSecondTime) {
+  test::AnsweringIpod ipod;
+  world_.line().Unplug();
+  world_.line().Plug(ipod);
+  ipod.Answer("00 38", Frame(test::kStartTaken));
+  for (std::uint8_t id = 0; id < 32; ++id) {
+    const std::string number = " 00 " + test::ToHex({id});
+    ipod.Answer("00 11" + number, Frame("00 12", id, "01 F8"));
+    ipod.Answer("00 4B" + number, Frame("00 02", id, "04 4B"));
+    ipod.Answer("00 39" + number, Frame("00 3A", id, "01 03 00 01 00"));
+    ipod.Answer("00 4F" + number, Frame("00 02", id, "04 4F"));
+  }
+  ipod.Answer("00 3B 00 07", Frame("00 3C 00 07"));
+  ipod.Answer("00 3B 00 08", Frame("00 3C 00 08 01"));
+  ipod.Answer("00 3B 00 0F", Frame("00 3C 00 0F 00"));
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_IDPS);
+  world_.line().Unplug();
 }
 
 // ---- A line that is wired to itself -------------------------------------------------------------

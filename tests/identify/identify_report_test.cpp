@@ -190,13 +190,13 @@ TEST_F(IdentifyReport, OutlivesLaterCommandsAndIsCopied) {
 
 TEST(IdentifyReportRecord, CountsStepsThatDoNotFit) {
   tagIPOD_IDENTIFY_REPORT report = {};
-  for (std::uint16_t i = 0; i < 35; ++i) {
+  for (std::uint16_t i = 0; i < 51; ++i) {
     tagIPOD_EXCHANGE step = {};
     step.command = i;
     ipodcomm::AddStep(&report, step);
   }
-  EXPECT_EQ(report.steps, 32U);
-  EXPECT_EQ(report.step[31].command, 31);
+  EXPECT_EQ(report.steps, 48U);
+  EXPECT_EQ(report.step[47].command, 47);
   EXPECT_EQ(report.steps_left_out, 3U);
 }
 
