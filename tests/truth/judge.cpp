@@ -22,11 +22,11 @@ bool Says(const std::string& message, const char* part) {
 bool WasRefused(const std::string& message, const Account& account) {
   constexpr unsigned kQuestionsAfter = 16;
   if (account.refusals.empty()) return false;
-  const std::size_t told = message.find("(status ");
+  const std::size_t told = message.rfind("status ");
   if (told == std::string::npos) {
     return account.refusals.back().after + kQuestionsAfter >= account.requests;
   }
-  const int status = std::atoi(message.c_str() + told + 8);
+  const int status = std::atoi(message.c_str() + told + 7);
   return std::any_of(account.refusals.begin(), account.refusals.end(),
                      [status](const Refusal& refusal) { return refusal.status == status; });
 }

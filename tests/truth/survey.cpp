@@ -38,8 +38,8 @@ bool Survey::Run() {
   std::vector<Case> runs = Choose();
   MeasureUntroubled(runs);
   for (Case& run : runs) {
-    const Frames& frames = frames_[KindOf(run)];
-    run.place = DrawPlace(run, frames.requests, frames.answers);
+    const Untroubled& untroubled = untroubled_[KindOf(run)];
+    run.place = DrawPlace(run, untroubled.requests, untroubled.answers);
   }
   RunInChildren(runs, options_.jobs, [this](const Report& report) { Take(report); });
   PrintTable();
@@ -71,7 +71,8 @@ void Survey::MeasureUntroubled(const std::vector<Case>& runs) {
   std::vector<Case> all;
   for (const auto& kind : kinds) all.push_back(kind.second);
   RunInChildren(all, options_.jobs, [this](const Report& report) {
-    frames_[KindOf(report.run)] = {report.requests, report.answers};
+    untroubled_[KindOf(report.run)] = {report.requests, report.answers,
+                                       report.judgement.verdict == Verdict::kRight};
     Take(report);
   });
 }
@@ -81,11 +82,8 @@ void Survey::Take(const Report& report) {
   const Trouble& trouble = *report.run.trouble;
   ++all_[verdict];
   ++by_trouble_[trouble.name][verdict];
-  const ipodsim::Profile profile = report.run.profile;
-  const bool is_usable = profile != ipodsim::Profile::kOld && profile != ipodsim::Profile::kSilent;
-  if (trouble.once && trouble.curable && is_usable) {
-    ++curable_[verdict];
-  }
+  const bool troubled = trouble.once && trouble.curable && trouble.name != "none";
+  if (troubled && untroubled_[KindOf(report.run)].right) ++curable_[verdict];
   const bool shown = IsBad(report.judgement.verdict) ||
                      (options_.shows_honest && report.judgement.verdict != Verdict::kRight);
   if (shown) PrintReport(report);

@@ -29,9 +29,10 @@ class Survey {
 
  private:
   using Figures = std::array<unsigned, kVerdicts>;
-  struct Frames {
+  struct Untroubled {
     unsigned requests = 0;
     unsigned answers = 0;
+    bool right = false;  // an iPod without Sports takes no workout even so
   };
 
   std::vector<Case> Choose() const;
@@ -41,10 +42,11 @@ class Survey {
   void PrintTotals() const;
 
   SurveyOptions options_;
-  std::map<std::string, Frames> frames_;  // of untroubled runs, by scene, profile and conduct
+  std::map<std::string, Untroubled> untroubled_;  // by scene, profile and conduct
   std::map<std::string, Figures> by_trouble_;
   Figures all_{};
-  Figures curable_{};  // where the trouble struck once and need not spoil the result
+  // Where one trouble struck, which need not spoil a result that is right without it.
+  Figures curable_{};
 };
 
 /// Runs one alone and tells all about it. @return the exit status: 1 for a bad one
