@@ -3,6 +3,8 @@
 
 #include "paced_line.h"
 
+#include <algorithm>
+
 namespace ipodsim {
 
 void PacedLine::Send(const Bytes& bytes, Microseconds now) {
@@ -14,9 +16,9 @@ void PacedLine::Send(const Bytes& bytes, Microseconds now) {
   bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
 }
 
-std::optional<Microseconds> PacedLine::NextArrival() const {
+std::optional<Microseconds> PacedLine::ArrivalOf(std::size_t bytes) const {
   if (bytes_.empty()) return std::nullopt;
-  return burst_began_ + TimeOf(arrived_ + 1);
+  return burst_began_ + TimeOf(arrived_ + std::min(bytes, bytes_.size()));
 }
 
 Bytes PacedLine::Receive(Microseconds now) {

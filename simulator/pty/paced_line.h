@@ -21,7 +21,9 @@ class PacedLine {
   /// Bytes that begin to move now, or behind those that are on the way.
   void Send(const Bytes& bytes, Microseconds now);
   /// When the next byte arrives, if one is on the way.
-  std::optional<Microseconds> NextArrival() const;
+  std::optional<Microseconds> NextArrival() const { return ArrivalOf(1); }
+  /// When so many bytes, or all that are on the way, have arrived.
+  std::optional<Microseconds> ArrivalOf(std::size_t bytes) const;
   /// Takes the bytes that have arrived by now.
   Bytes Receive(Microseconds now);
   /// When all that is on the way has arrived.

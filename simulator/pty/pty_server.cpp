@@ -20,6 +20,9 @@ namespace {
 
 // While nobody has the device open, the kernel cannot tell us when somebody does.
 constexpr Microseconds kLookAgainAfter = 5 * kMillisecond;
+// A serial driver hands over what has gathered in its chip, not every byte by itself. The last byte
+// that is on the way is always on time.
+constexpr std::size_t kBytesAtATime = 8;
 // The kernel's buffer is full: how long until it is worth trying again.
 constexpr Microseconds kWriteAgainAfter = 2 * kMillisecond;
 
@@ -133,8 +136,8 @@ class PtyServer::Impl {
 
     Microseconds wait = -1;
     const auto limit = [&](Microseconds most) { wait = wait < 0 ? most : std::min(wait, most); };
-    for (const auto next :
-         {ipod_.NextEvent(), from_accessory_.NextArrival(), to_accessory_.NextArrival()}) {
+    for (const auto next : {ipod_.NextEvent(), from_accessory_.ArrivalOf(kBytesAtATime),
+                            to_accessory_.ArrivalOf(kBytesAtATime)}) {
       if (next) limit(std::max<Microseconds>(*next - Now(), 0));
     }
     if (!connected_ && terminal_.is_open()) limit(kLookAgainAfter);

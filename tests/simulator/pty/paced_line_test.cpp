@@ -30,6 +30,15 @@ TEST(PacedLine, BytesArriveOneAfterTheOther) {
   EXPECT_EQ(ToHex(line.Receive(546)), "02");
 }
 
+TEST(PacedLine, TellsWhenSomeOrAllHaveArrived) {
+  PacedLine line(57600);
+  EXPECT_EQ(line.ArrivalOf(8), std::nullopt);
+  line.Send(Bytes(20, 0x55), 0);
+  EXPECT_EQ(line.ArrivalOf(8), 1458);
+  EXPECT_EQ(line.ArrivalOf(20), 3645);
+  EXPECT_EQ(line.ArrivalOf(21), 3645);
+}
+
 TEST(PacedLine, BytesWaitForThoseBeforeThem) {
   PacedLine line(57600);
   line.Send({1, 2}, 0);
