@@ -17,6 +17,7 @@ constexpr std::uint16_t kRtacSerial = 250;
 constexpr std::uint16_t kEndOfOptions = 0;
 constexpr std::uint16_t kComment = 1;
 constexpr std::uint16_t kInterfaceName = 2;
+constexpr std::uint16_t kInterfaceSpeed = 8;
 constexpr std::uint16_t kTimeResolution = 9;
 
 constexpr std::size_t kBlockHeader = 8;    // type, length
@@ -184,6 +185,8 @@ void RecordingReader::AddInterface(const Bytes& body) {
   has_other_links_ = has_other_links_ || !line.is_serial;
   ForEachOption(body, 8, [&](std::uint16_t code, const std::uint8_t* value, std::size_t length) {
     if (code == kInterfaceName) line.name.assign(value, value + length);
+    // Eight bytes, of which no serial line needs more than the lower four.
+    if (code == kInterfaceSpeed && length == 8) line.baud = Get32(big_endian_ ? value + 4 : value);
     if (code != kTimeResolution || length != 1) return;
     const std::uint64_t ticks = TicksPerSecond(*value);
     if (ticks != 0) line.ticks_per_second = ticks;
@@ -211,6 +214,7 @@ bool RecordingReader::ReadPacket(const Bytes& body, Packet* packet) {
   packet->number = packets_;
   packet->time = ToNanoseconds(ticks, line.ticks_per_second);
   packet->line = line.name;
+  packet->baud = line.baud;
   packet->event = EventOf(content[8]);
   packet->bytes.assign(content + kSerialHeader, content + captured);
   ForEachOption(body, kPacketHeader + Padded(captured),

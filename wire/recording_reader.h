@@ -35,6 +35,7 @@ struct Packet {
   std::uint64_t number = 0;  ///< counted from 1, as other programs count too
   Nanoseconds time = 0;      ///< since the beginning of 1970
   std::string line;          ///< the recorded line's name; may be empty
+  std::uint32_t baud = 0;    ///< the line's speed; 0 where the recording does not tell
   Event event = Event::kUnknown;
   std::vector<std::uint8_t> bytes;
   std::vector<std::string> comments;
@@ -70,6 +71,7 @@ class RecordingReader {
  private:
   struct Interface {
     std::string name;
+    std::uint32_t baud = 0;
     bool is_serial = false;
     std::uint64_t ticks_per_second = 1'000'000;
   };

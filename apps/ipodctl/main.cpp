@@ -12,6 +12,7 @@
 #include "report/report.h"
 #include "run.h"
 #include "wire/decode_command.h"
+#include "wire/explain_command.h"
 
 namespace ipodctl {
 
@@ -62,6 +63,7 @@ int RunAny(const Options& options, Output& output) {
   if (options.command == "report") return RunReport(options, output);
   if (options.command == "decode" || options.command == "monitor")
     return RunDecode(options, output);
+  if (options.command == "explain") return RunExplain(options, output);
   return RunOnDock(options, output);
 }
 

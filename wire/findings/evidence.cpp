@@ -3,6 +3,7 @@
 #include "wire/findings/evidence.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace ipodwire {
 namespace {
@@ -27,6 +28,9 @@ constexpr std::uint16_t kStartIdps = 0x38;
 constexpr std::uint16_t kRetFidTokenValueAcks = 0x3A;
 constexpr std::uint16_t kIdpsStatus = 0x3C;
 }  // namespace general
+
+// How a recording tells, in a comment, that the port has gone.
+constexpr std::string_view kLineGone = "the line is gone";
 
 constexpr std::size_t kMostNoiseRuns = 64;
 constexpr std::size_t kMostRefusedTokens = 16;
@@ -69,16 +73,24 @@ void Sightings::Add(std::uint64_t packet) {
 }
 
 void EvidenceCollector::Add(const Told& told) {
-  if (told.observed.sender == Sender::kIpod) {
+  if (told.is_event) {
+    AddEvent(told);
+  } else if (told.observed.sender == Sender::kIpod) {
     AddReceived(told);
   } else {
     AddSent(told);
   }
 }
 
-void EvidenceCollector::AddLineError(std::uint64_t packet) { evidence_.line_errors.Add(packet); }
-
-void EvidenceCollector::AddLineGone(std::uint64_t packet) { evidence_.line_gone = packet; }
+void EvidenceCollector::AddEvent(const Told& told) {
+  if (!Has(told, Note::Kind::kLine)) return;
+  const std::string& text = told.notes.front().text;
+  if (text.compare(0, kLineGone.size(), kLineGone) == 0) {
+    evidence_.line_gone = told.observed.number;
+  } else {
+    evidence_.line_errors.Add(told.observed.number);
+  }
+}
 
 void EvidenceCollector::AddSent(const Told& told) {
   if (!told.frame) return;

@@ -73,15 +73,17 @@ struct Evidence {
 /// Gathers the evidence, packet by packet.
 class EvidenceCollector {
  public:
-  /// What one side sent together.
+  /// What one side sent together, or an event of the line.
   void Add(const Told& told);
-  void AddLineError(std::uint64_t packet);
-  void AddLineGone(std::uint64_t packet);
-  void set_baud(std::uint32_t baud) { evidence_.baud = baud; }
+  /// At which rate the line is heard from now on. 0, for unknown, changes nothing.
+  void set_baud(std::uint32_t baud) {
+    if (baud != 0) evidence_.baud = baud;
+  }
 
   const Evidence& evidence() const { return evidence_; }
 
  private:
+  void AddEvent(const Told& told);
   void AddSent(const Told& told);
   void AddReceived(const Told& told);
   void AddNoFrame(const Told& told);

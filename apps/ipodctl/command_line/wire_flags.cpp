@@ -31,6 +31,18 @@ constexpr const char* kMonitorFooter =
     "  ipodctl monitor --capture-from line.pcapng\n"
     "  ipodctl --capture - info | ipodctl monitor --capture-from -";
 
+constexpr const char* kExplainFooter =
+    "Says why a recorded session went as it did. Each finding has a code, what was seen of it and "
+    "in\n"
+    "which packets, how sure it is (proved, likely or not excluded), what it means and what to "
+    "do;\n"
+    "the most important one is the first. With a code it shows what the code stands for.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl --port /dev/ttyUSB0 --capture line.pcapng info\n"
+    "  ipodctl explain line.pcapng\n"
+    "  ipodctl explain E301";
+
 }  // namespace
 
 void AddWireCommands(CommandLineParser& parser) {
@@ -44,8 +56,14 @@ void AddWireCommands(CommandLineParser& parser) {
   monitor->add_option("--capture-from", options.recording, "The recording; - is standard input")
       ->required()
       ->option_text("FILE");
-  parser.AddCheck([&options, decode, monitor] {
-    if ((decode->parsed() || monitor->parsed()) && options.recording.empty()) {
+  CLI::App* explain = parser.AddCommand("explain", "The line", "Say why a recorded session failed",
+                                        "FILE|CODE", kExplainFooter);
+  explain->add_option("WHAT", options.recording, "A recording, or a finding's code")
+      ->required()
+      ->option_text("FILE|CODE");
+  parser.AddCheck([&options, decode, monitor, explain] {
+    const bool reads = decode->parsed() || monitor->parsed() || explain->parsed();
+    if (reads && options.recording.empty()) {
       throw UsageProblem{"FILE needs the name of a recording"};
     }
   });

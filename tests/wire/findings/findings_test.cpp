@@ -41,6 +41,13 @@ class ASession : public testing::Test {
   void Answer(const Bytes& content, int after_ms = 20) {
     Say(Sender::kIpod, Small(content), after_ms);
   }
+  void TellEvent(const std::string& text, std::uint64_t packet) {
+    ipodwire::Told told;
+    told.observed.number = packet;
+    told.is_event = true;
+    told.notes.push_back({ipodwire::Note::Kind::kLine, text});
+    collector_.Add(told);
+  }
   void TellVersion(unsigned char lingo, unsigned char major, unsigned char minor) {
     Ask({0x00, 0x0F, lingo});
     Answer({0x00, 0x10, lingo, major, minor});
@@ -131,8 +138,8 @@ TEST_F(ASession, WithDamagedFramesCountsThem) {
 }
 
 TEST_F(ASession, WithErrorsOfTheDriverCountsThem) {
-  collector_.AddLineError(4);
-  collector_.AddLineError(6);
+  TellEvent("framing error", 4);
+  TellEvent("break", 6);
   EXPECT_THAT(Findings(),
               ElementsAre("E205 proved: the driver reported 2 errors of the line (4, 6)"));
 }
@@ -280,7 +287,7 @@ TEST_F(ASession, WhosePortWentAwaySaysSoFirst) {
   Ask({0x00, 0x07});
   Answer({0x00, 0x08, 'A', 0x00});
   for (int i = 0; i < 3; ++i) Ask({0x00, 0x0D}, 1000);
-  collector_.AddLineGone(6);
+  TellEvent("the line is gone: Input/output error", 6);
   const std::vector<std::string> findings = Findings();
   ASSERT_EQ(findings.size(), 2U);
   EXPECT_EQ(findings[0], "E502 proved: the system reported that the line is gone (6)");

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "wire/recording_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "console/failure.h"
+#include "console/interrupt.h"
+
+namespace ipodctl {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// How often a recording that is still being written is looked at, and for how long in vain.
+constexpr unsigned kLookMs = 100;
+constexpr unsigned kPatienceMs = 5000;
+
+std::string Reason() { return errno != 0 ? std::strerror(errno) : "the system does not say why"; }
+
+}  // namespace
+
+RecordingFile::RecordingFile(const std::string& name, bool follow) {
+  if (name == "-") {
+    name_ = "standard input";
+    return;
+  }
+  name_ = name;
+  const fs::path path = fs::u8path(name);
+  std::error_code ignored;
+  if (fs::is_directory(path, ignored)) Refuse("it is a folder");
+  errno = 0;
+  file_.open(path, std::ios::binary);
+  if (!file_.is_open()) Refuse(Reason());
+  stream_ = &file_;
+  follow_ = follow && fs::is_regular_file(path, ignored);
+}
+
+std::size_t RecordingFile::Read(std::uint8_t* bytes, std::size_t count) {
+  for (unsigned waited_ms = 0;; waited_ms += kLookMs) {
+    errno = 0;
+    stream_->read(reinterpret_cast<char*>(bytes), static_cast<std::streamsize>(count));
+    const auto read = static_cast<std::size_t>(stream_->gcount());
+    if (read > 0) return read;
+    if (stream_->bad()) Refuse(Reason());
+    if (!follow_ || waited_ms >= kPatienceMs || !PauseMs(kLookMs)) return 0;
+    stream_->clear();
+  }
+}
+
+void RecordingFile::RequireEnd(const ipodwire::RecordingReader& reader) const {
+  switch (reader.end()) {
+    case ipodwire::RecordingReader::End::kNoRecording:
+    case ipodwire::RecordingReader::End::kOtherLinkType:
+      throw CommandFailure(kInputFile, name_ + " " + reader.problem());
+    case ipodwire::RecordingReader::End::kCut:
+    case ipodwire::RecordingReader::End::kDamaged:
+      throw CommandFailure(kDamaged, name_ + " " + reader.problem());
+    case ipodwire::RecordingReader::End::kClosed:
+    case ipodwire::RecordingReader::End::kNone:
+      break;
+  }
+}
+
+void RecordingFile::Refuse(const std::string& why) const {
+  throw CommandFailure(kInputFile, "cannot read " + name_ + ": " + why);
+}
+
+}  // namespace ipodctl

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// The file of a recording.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "wire/recording_reader.h"
+
+namespace ipodctl {
+
+/// Each member throws the CommandFailure that says what is wrong with the file.
+class RecordingFile {
+ public:
+  /// @param name a path; "-" is standard input
+  /// @param follow whether to wait at the end of a regular file for what is still being written
+  RecordingFile(const std::string& name, bool follow);
+
+  /// Reads `count` bytes, or what there is of them at the end.
+  std::size_t Read(std::uint8_t* bytes, std::size_t count);
+  /// Throws unless the reading ended where the recording was closed.
+  void RequireEnd(const ipodwire::RecordingReader& reader) const;
+
+ private:
+  [[noreturn]] void Refuse(const std::string& why) const;
+
+  std::string name_;
+  std::ifstream file_;
+  std::istream* stream_ = &std::cin;
+  bool follow_ = false;
+};
+
+}  // namespace ipodctl
