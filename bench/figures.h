@@ -18,6 +18,7 @@ void MeasureFrames(int* argc, char** argv);
 void MeasureSession();
 void MeasureLegacy();
 void MeasureFootprint();
+void MeasureLine();
 
 /// Heap allocations of this program so far.
 unsigned long AllocationCount();

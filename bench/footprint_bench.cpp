@@ -27,5 +27,5 @@ void bench::MeasureFootprint() {
   PrintHeading("Footprint");
   PrintFigure("stripped shared library",
               Number(static_cast<double>(StrippedSize(IPODCOMM_SHARED_LIBRARY)) / kKilo, 0) + " kB",
-              "goal: under 200 kB");
+              "goal: 220 kB");
 }

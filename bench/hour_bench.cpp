@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A workout of an hour, in virtual time. The virtual platform takes the real one's place, so this
-// is a program of its own.
+// The figures in virtual time, and a workout of an hour. The virtual platform takes the real one's
+// place, so this is a program of its own.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -41,9 +41,7 @@ Hour Log(World& world, CIpodComm& session) {
   return hour;
 }
 
-}  // namespace
-
-int main() {
+bool MeasureHour() {
   ipodsim::SimulatedIpod ipod{ipodsim::Settings()};
   World world({1});
   world.line().PlugModel(ipod);
@@ -53,7 +51,7 @@ int main() {
   if (session.Open() != 0 ||
       session.Command_IdentifyDeviceLingos(0, nullptr, nullptr, nullptr) == 0) {
     std::fprintf(stderr, "The simulated iPod was not identified.\n");
-    return EXIT_FAILURE;
+    return false;
   }
   const auto start = std::chrono::steady_clock::now();
   const int started = session.Sports_StartWorkout(L"ACME", L"Acme", L"T9", L"1",
@@ -64,7 +62,7 @@ int main() {
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   if (started == 0 || finished == 0 || hour.written != kIntervals) {
     std::fprintf(stderr, "The workout was not written: %d intervals\n", hour.written);
-    return EXIT_FAILURE;
+    return false;
   }
   bench::PrintHeading("An hour's workout in virtual time");
   bench::PrintFigure("3,600 intervals", bench::Number(taken.count(), 2) + " s",
@@ -75,5 +73,12 @@ int main() {
                      "goal: 0");
   session.Close();
   world.line().Unplug();
-  return EXIT_SUCCESS;
+  return true;
+}
+
+}  // namespace
+
+int main() {
+  bench::MeasureLine();
+  return MeasureHour() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
