@@ -504,8 +504,9 @@ class IPODCOMM_API CIpodComm {
                                     std::vector<unsigned long> sample_rates);
   bool Command_SetFIDTokenValue(unsigned char* payload, unsigned long length);
 
-  // Answers to the iPod (identify/accessory_info.cpp, workout/sports.cpp)
+  // Answers to the iPod (identify/accessory_info.cpp, workout/sports.cpp, workout/storage.cpp)
   void Return_AccessoryInfo(unsigned char* request, unsigned long length);
+  int ReturnStorageCaps(unsigned char major, unsigned char minor);
   void Return_SportsDeviceVersion();
   void Return_SportsDeviceCaps();
   ModelNumber Model() const;
@@ -605,6 +606,7 @@ class IPODCOMM_API CIpodComm {
   ipodcomm::Shared<std::int32_t> open_ = 0;
   ipodcomm::Shared<std::int32_t> transaction_id_mode_ = 0;
   tagIPOD_CONDUCT conduct_ = IPOD_CONDUCT_FIELD;  // used by the host's thread only
+  ipodcomm::Shared<std::int32_t> robust_ = IPOD_CONDUCT_FIELD.robust;  // of it, for every thread
   // Used by the host's thread only, as the conduct.
   ipodcomm::EarlierQuestions earlier_;
   tagIPOD_EXCHANGE last_exchange_ = {};

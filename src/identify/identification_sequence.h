@@ -111,7 +111,8 @@ class CIpodComm::IdentificationSequence {
   bool AnnounceLingoes(std::uint32_t mask, unsigned char* status);
   void AwaitModelNumberRequest();
   VersionVerdict SurveyVersions();
-  bool SurveyVersion(const wchar_t* name, std::uint8_t lingo, tagIPOD_VERSION* version);
+  bool SurveyVersion(const wchar_t* name, std::uint8_t lingo, bool needed,
+                     tagIPOD_VERSION* version);
   VersionVerdict JudgeVersions(bool any_told, bool unanswered) const;
   int ConfigureIpod();
 

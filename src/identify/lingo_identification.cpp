@@ -127,7 +127,7 @@ auto CIpodComm::IdentificationSequence::SurveyVersions() -> VersionVerdict {
   for (const auto& row : surveyed) {
     tagIPOD_VERSION& version = session_.identity_.*row.version;
     if (Robust()) version = {};  // what another iPod told
-    const bool told = SurveyVersion(row.name, row.lingo, &version);
+    const bool told = SurveyVersion(row.name, row.lingo, row.needed, &version);
     any_told = any_told || told;
     if (Robust() && row.needed && !told && !IsUnknownLingo(session_.last_exchange_)) {
       return JudgeVersions(any_told, true);
@@ -137,11 +137,11 @@ auto CIpodComm::IdentificationSequence::SurveyVersions() -> VersionVerdict {
 }
 
 bool CIpodComm::IdentificationSequence::SurveyVersion(const wchar_t* name, std::uint8_t lingo,
-                                                      tagIPOD_VERSION* version) {
+                                                      bool needed, tagIPOD_VERSION* version) {
   bool told = session_.Command_RequestLingoProtocolVersion(lingo, version) != 0;
   // A busy iPod refuses what it answers a moment later.
-  const tagIPOD_EXCHANGE& asked = session_.last_exchange_;
-  if (!told && Robust() && asked.result == IPOD_EXCHANGE_REFUSED && !IsUnknownLingo(asked)) {
+  const bool refused = session_.last_exchange_.result == IPOD_EXCHANGE_REFUSED;
+  if (!told && Robust() && needed && refused) {
     told = session_.Command_RequestLingoProtocolVersion(lingo, version) != 0;
   }
   if (!told) {

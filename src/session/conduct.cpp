@@ -26,6 +26,7 @@ bool IsSensible(const tagIPOD_CONDUCT& conduct) {
 int CIpodComm::SetConduct(const tagIPOD_CONDUCT* conduct) {
   if (conduct == nullptr || !IsSensible(*conduct)) return 0;
   conduct_ = *conduct;
+  robust_ = conduct_.robust;
   serial_.ChoosePace(conduct_);
   LimitQueues();
   return 1;

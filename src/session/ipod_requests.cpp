@@ -56,9 +56,12 @@ const IpodRequest* FindRequestAnsweredBy(std::uint8_t lingo, std::uint16_t comma
 
 }  // namespace ipodcomm
 
-// Does what a packet asks for, if it is a request of the iPod that `receiver` is to meet.
+// Does what a packet asks for, if it is a request of the iPod that `receiver` is to meet. The data of
+// a large one are taken from where they are under the robust conduct only.
 void CIpodComm::MeetRequest(tagSERIAL_PACKET& packet, ipodcomm::RequestReceiver receiver) {
-  ipodcomm::ReceivedFrame frame = ipodcomm::ParseNotification(ipodcomm::FrameBytes(packet));
+  const ipodcomm::FrameBytes bytes(packet);
+  ipodcomm::ReceivedFrame frame =
+      robust_ != 0 ? ipodcomm::ParseFrame(bytes) : ipodcomm::ParseNotification(bytes);
   if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
   const ipodcomm::IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
   if (request == nullptr || request->receiver != receiver) return;
@@ -87,7 +90,12 @@ void CIpodComm::ReactTo(const ipodcomm::IpodRequest& request, unsigned char* dat
       Return_SportsDeviceCaps();
       break;
     case Reaction::kReturnStorageCaps:
-      Command_ST_RetAccessoryCaps(kStorageMajor, kStorageMinor);
+      // By default the write offset starts over with it, which breaks a document that is open.
+      if (robust_ != 0) {
+        ReturnStorageCaps(kStorageMajor, kStorageMinor);
+      } else {
+        Command_ST_RetAccessoryCaps(kStorageMajor, kStorageMinor);
+      }
       break;
   }
 }

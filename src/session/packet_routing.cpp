@@ -29,7 +29,9 @@ void CIpodComm::RoutePacket(const tagSERIAL_PACKET& packet) {
   const IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
   // Also while identifiers are off.
   if (request != nullptr && request->keeps_id) {
-    StoreRequestId(request->lingo, ipodcomm::RequestTransactionId(bytes));
+    // That of a large request is taken from where it is under the robust conduct only.
+    StoreRequestId(request->lingo, robust_ != 0 ? bytes.Number16(frame.data_position)
+                                                : ipodcomm::RequestTransactionId(bytes));
   }
   const bool for_commands =
       request == nullptr || request->receiver == RequestReceiver::kWaitingCommand;

@@ -57,6 +57,7 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   open_ = other.open_;
   transaction_id_mode_ = other.transaction_id_mode_;
   conduct_ = other.conduct_;
+  robust_ = other.robust_;
   earlier_ = other.earlier_;
   last_exchange_ = other.last_exchange_;
   identify_report_ = other.identify_report_;

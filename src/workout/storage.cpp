@@ -110,6 +110,10 @@ int CIpodComm::Command_CloseiPodFile(unsigned char handle) {
 
 int CIpodComm::Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor) {
   storage_write_offset_ = 0;
+  return ReturnStorageCaps(major, minor);
+}
+
+int CIpodComm::ReturnStorageCaps(unsigned char major, unsigned char minor) {
   unsigned char caps[22] = {};
   caps[19] = 0xFF;
   caps[20] = major;

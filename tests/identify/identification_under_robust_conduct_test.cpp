@@ -134,6 +134,15 @@ TEST_F(UnderRobustConduct, ARefusedLingoIsTooOldWhereOthersWereTold) {
   AcceptLingoes();
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
+  EXPECT_THAT(DrainSentOf("00 0F 04"), ElementsAre("FF 55 03 00 0F 04 EA", "FF 55 03 00 0F 04 EA"));
+}
+
+TEST_F(UnderRobustConduct, ARefusedLingoThatTheAccessoryCanDoWithoutIsAskedForOnce) {
+  session_.SetIDPSEnable(0);
+  Reply("00 0F 09", "00 02 04 0F");
+  AcceptLingoes();
+  EXPECT_NE(Identify(), 0);
+  EXPECT_THAT(DrainSentOf("00 0F 09"), ElementsAre("FF 55 03 00 0F 09 E5"));
 }
 
 TEST_F(UnderRobustConduct, ALingoWhoseVersionFailsToBeToldIsAskedForTwiceAndNoVerdict) {

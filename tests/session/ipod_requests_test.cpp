@@ -128,4 +128,35 @@ TEST_F(Requests, AnswersComeInTheOrderOfTheRequests) {
                           kStorageCaps, "FF 55 05 09 04 02 00 00 EC"));
 }
 
+// ---- Under the robust conduct -------------------------------------------------------------------
+
+class RobustRequests : public Requests {
+ protected:
+  RobustRequests() { EXPECT_EQ(session_.SetConduct(&IPOD_CONDUCT_ROBUST), 1); }
+};
+
+TEST_F(RobustRequests, LargeOnesAreReadWhereTheirDataAre) {
+  Arrive("FF 55 00 00 03 00 27 00 D6");
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 00 28 00 00 00 00 F3 DE"));
+}
+
+TEST_F(RobustRequests, LargeOnesAreAnsweredUnderTheirIdentifiers) {
+  TurnOnTransactionIds(0x0100);
+  Arrive("FF 55 00 00 04 09 03 12 34 AA");
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 07 09 04 12 34 02 00 00 A4"));
+}
+
+TEST_F(RobustRequests, AskingForStorageCapsLeavesTheWriteOffset) {
+  CIpodCommPeer::StorageWriteOffset(session_) = 500;
+  Arrive("FF 55 02 0C 81 71");
+  EXPECT_THAT(DrainSent(), ElementsAre(kStorageCaps));
+  EXPECT_EQ(CIpodCommPeer::StorageWriteOffset(session_), 500U);
+}
+
+TEST_F(Requests, AskingForStorageCapsStartsTheWriteOffsetOverByDefault) {
+  CIpodCommPeer::StorageWriteOffset(session_) = 500;
+  Arrive("FF 55 02 0C 81 71");
+  EXPECT_EQ(CIpodCommPeer::StorageWriteOffset(session_), 0U);
+}
+
 }  // namespace
