@@ -56,8 +56,8 @@ const IpodRequest* FindRequestAnsweredBy(std::uint8_t lingo, std::uint16_t comma
 
 }  // namespace ipodcomm
 
-// Does what a packet asks for, if it is a request of the iPod that `receiver` is to meet. The data of
-// a large one are taken from where they are under the robust conduct only.
+// Does what a packet asks for, if it is a request of the iPod that `receiver` is to meet. The data
+// of a large one are taken from where they are under the robust conduct only.
 void CIpodComm::MeetRequest(tagSERIAL_PACKET& packet, ipodcomm::RequestReceiver receiver) {
   const ipodcomm::FrameBytes bytes(packet);
   ipodcomm::ReceivedFrame frame =
