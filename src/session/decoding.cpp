@@ -130,6 +130,8 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* fram
   const bool bare_ack = parsed.command == kAck && parsed.data_length == 2;
   if (transaction_id_mode_ != 0 && !bare_ack) ipodcomm::SkipTransactionId(&parsed);
 
+  // The status is looked for where it lies without an identifier, so a pending ACK that carries one
+  // is a refusal. Hosts go on all the same.
   tagSERIAL_PACKET second = {};
   if (parsed.command == kAck && bytes[5] == kCommandPending && GetNextReadPacket(&second)) {
     if (AwaitPendingData(second)) {
