@@ -13,6 +13,7 @@
 #include "run.h"
 #include "wire/decode_command.h"
 #include "wire/explain_command.h"
+#include "wire/live_lines.h"
 
 namespace ipodctl {
 
@@ -40,6 +41,7 @@ int ReportMistakes(const Context& context) {
 }
 
 int RunOnDock(const Options& options, Output& output) {
+  if (options.verbose) ShowLineLive();
   DockLine dock(options);
   const Context context{options, dock, output};
   int status = kSuccess;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <sstream>
 #include <string>
 
 #include "support/pcapng_reader.h"
@@ -64,6 +65,35 @@ TEST(IpodctlCapture, OnAFullDiskEndsAndTheCommandDoesNot) {
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.err, "ipodcomm: the recording /dev/full ends here: No space left on device\n");
   EXPECT_THAT(ended.out, HasSubstr("MB598LL"));
+}
+
+// The lines of a text that tell of frames.
+std::string FrameLines(const std::string& text) {
+  std::string lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    if (line.find(" > ") == 16 || line.find(" < ") == 16) lines += line + "\n";
+  }
+  return lines;
+}
+
+TEST(IpodctlVerbose, TellsTheFramesAsTheyGoAndRecordsThemToo) {
+  const TemporaryFolder folder;
+  const Ended verbose =
+      Ipodctl({"--simulated", "-v", "--capture", folder.path("line.pcapng"), "info"});
+  EXPECT_EQ(verbose.status, 0);
+  EXPECT_THAT(verbose.out, HasSubstr("MB598LL"));
+  const Ended decoded = Ipodctl({"decode", folder.path("line.pcapng")});
+  EXPECT_EQ(decoded.status, 0) << decoded.err;
+  EXPECT_THAT(decoded.out, HasSubstr(" > General StartIDPS\n"));
+  EXPECT_EQ(FrameLines(verbose.err), decoded.out);
+}
+
+TEST(IpodctlVerbose, TellsTheFramesWithoutARecordingToo) {
+  const Ended verbose = Ipodctl({"--simulated", "-v", "info", "--json"});
+  EXPECT_EQ(verbose.status, 0);
+  EXPECT_THAT(verbose.err,
+              AllOf(HasSubstr(" > General StartIDPS\n"), HasSubstr("Storage, version 1.02\n")));
 }
 
 TEST(IpodsimCapture, AgreesWithTheHostsRecordingInEveryByte) {
