@@ -21,6 +21,8 @@ Output::Output(std::FILE* stream, bool json)
       json_(json),
       styled_(IsTerminal(stream) && std::getenv("NO_COLOR") == nullptr) {}
 
+bool Output::on_terminal() const { return IsTerminal(stream_); }
+
 void Output::Line(const std::string& text) {
   if (!json_) Write(text);
 }

@@ -14,6 +14,7 @@ class Output {
   Output(std::FILE* stream, bool json);
 
   bool json() const { return json_; }
+  bool on_terminal() const;
 
   /// One line of text. Shown at once: what follows may take seconds.
   void Line(const std::string& text);

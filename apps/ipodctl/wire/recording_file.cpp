@@ -35,7 +35,9 @@ RecordingFile::RecordingFile(const std::string& name, bool follow) {
   file_.open(path, std::ios::binary);
   if (!file_.is_open()) Refuse(Reason());
   stream_ = &file_;
-  follow_ = follow && fs::is_regular_file(path, ignored);
+  const bool is_file = fs::is_regular_file(path, ignored);
+  follow_ = follow && is_file;
+  if (is_file && !follow) size_ = fs::file_size(path, ignored);
 }
 
 std::size_t RecordingFile::Read(std::uint8_t* bytes, std::size_t count) {

@@ -19,6 +19,9 @@ class RecordingFile {
   /// @param follow whether to wait at the end of a regular file for what is still being written
   RecordingFile(const std::string& name, bool follow);
 
+  /// In bytes; 0 for one that grows, or is no file.
+  std::uint64_t size() const { return size_; }
+
   /// Reads `count` bytes, or what there is of them at the end.
   std::size_t Read(std::uint8_t* bytes, std::size_t count);
   /// Throws unless the reading ended where the recording was closed.
@@ -30,6 +33,7 @@ class RecordingFile {
   std::string name_;
   std::ifstream file_;
   std::istream* stream_ = &std::cin;
+  std::uint64_t size_ = 0;
   bool follow_ = false;
 };
 

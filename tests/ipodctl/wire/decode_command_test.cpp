@@ -98,6 +98,20 @@ TEST_F(DecodeCommand, TellsWhatIsReadableOfARecordingThatWasCutOff) {
             "ipodctl: " + torn + " ends in the middle of a block, at byte 112.\n");
 }
 
+TEST_F(DecodeCommand, ShowsHowFarALargeRecordingHasBeenRead) {
+  const std::string beginning = TwoFrames().substr(0, 60);
+  const std::string packets = TwoFrames().substr(60);
+  std::string large = beginning;
+  while (large.size() < (3 << 20)) large += packets;
+  const std::string file = folder_.Write("large.pcapng", large + kClose);
+  test::Process decode(IPODCTL_PROGRAM, {"decode", file},
+                       test::Process::Setting::kErrorsOnTerminal);
+  const Ended ended = decode.Wait();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_THAT(ended.err, AllOf(HasSubstr("Reading "), HasSubstr("2/3")));
+  EXPECT_EQ(Ipodctl({"decode", file}).err, "");
+}
+
 TEST_F(DecodeCommand, RefusesWhatIsNoRecording) {
   const std::string text = folder_.Write("text", "A text is no recording of a line.");
   const Ended ended = Ipodctl({"decode", text});
