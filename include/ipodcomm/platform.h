@@ -21,12 +21,16 @@
 #else
 #define IPODCOMM_API __declspec(dllimport)
 #endif
+/// A class inside an exported one that only the library uses.
+#define IPODCOMM_INNER
 
 #else  // !_WIN32
 
 #include <cstdint>
 
 #define IPODCOMM_API __attribute__((visibility("default")))
+/// A class inside an exported one that only the library uses.
+#define IPODCOMM_INNER __attribute__((visibility("hidden")))
 
 /// Calling convention of a thread's entry; this platform has only one.
 #define WINAPI

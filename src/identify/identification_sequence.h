@@ -21,7 +21,7 @@
 ///   IdentifyDeviceLingoes (General) -> lingo version survey -> IdentifyDeviceLingoes -> identified
 ///
 /// Runs on the host's thread, which may stop it between the steps.
-class CIpodComm::IdentificationSequence {
+class IPODCOMM_INNER CIpodComm::IdentificationSequence {
  public:
   /// @param result optional; holds the outcome so far at every call of `keep_going`
   IdentificationSequence(CIpodComm& session, int flag, tagIPOD_IDENTIFY_RESULT* result,

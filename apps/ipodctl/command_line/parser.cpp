@@ -101,7 +101,8 @@ void CommandLineParser::AddGlobalOptions() {
   };
   app_.add_flag("--completion", completion_, "Print a script that completes commands in bash");
   app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");
-  app_.add_flag("-v,--verbose", options_.verbose, "Tell on standard error what goes on, and over the line");
+  app_.add_flag("-v,--verbose", options_.verbose,
+                "Tell on standard error what goes on, and over the line");
   app_.add_flag("!--no-idps", options_.idps, "Identify without tokens, as old iPods need");
   app_.add_option("--model", options_.model, "Model number to introduce ourselves with")
       ->option_text("NAME");
