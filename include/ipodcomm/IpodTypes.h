@@ -101,7 +101,8 @@ struct tagIPOD_CONDUCT {
   std::int32_t sync_pause_until_answered;
   /// Non-zero tells answers apart by what they repeat of their request, asks for damaged ones
   /// again, finds frames that a damaged one swallowed, ends at once on a refusal, and counts a
-  /// time-out from the last byte that came.
+  /// time-out from the last byte that came. Members of CIpodComm whose comments speak of a robust
+  /// conduct mean this.
   std::int32_t robust;
 };
 
