@@ -9,6 +9,7 @@
 #include "console/system.h"
 #include "console/text.h"
 #include "console/verbose_log.h"
+#include "diagnose.h"
 #include "report/report.h"
 #include "run.h"
 #include "wire/decode_command.h"
@@ -66,6 +67,7 @@ int RunAny(const Options& options, Output& output) {
   if (options.command == "decode" || options.command == "monitor")
     return RunDecode(options, output);
   if (options.command == "explain") return RunExplain(options, output);
+  if (options.command == "diagnose") return RunDiagnose(options, output);
   return RunOnDock(options, output);
 }
 

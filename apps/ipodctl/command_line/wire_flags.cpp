@@ -43,6 +43,17 @@ constexpr const char* kExplainFooter =
     "  ipodctl explain line.pcapng\n"
     "  ipodctl explain E301";
 
+constexpr const char* kDiagnoseFooter =
+    "Identifies to what is docked, records the line meanwhile, and says how that went and what "
+    "was\n"
+    "found, as 'ipodctl explain' does of a recording. --capture FILE keeps the recording. The "
+    "exit\n"
+    "status is that of the attempt.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl --port /dev/ttyUSB0 diagnose\n"
+    "  ipodctl --simulated=old diagnose --json";
+
 }  // namespace
 
 void AddWireCommands(CommandLineParser& parser) {
@@ -61,6 +72,12 @@ void AddWireCommands(CommandLineParser& parser) {
   explain->add_option("WHAT", options.recording, "A recording, or a finding's code")
       ->required()
       ->option_text("FILE|CODE");
+  CLI::App* diagnose = parser.AddCommand("diagnose", "The line",
+                                         "Say why an iPod does not accept us", "", kDiagnoseFooter);
+  parser.AddCheck([&options, diagnose] {
+    if (!diagnose->parsed() || options.capture != "-") return;
+    throw UsageProblem{"diagnose reads its recording again, so --capture needs a file"};
+  });
   parser.AddCheck([&options, decode, monitor, explain] {
     const bool reads = decode->parsed() || monitor->parsed() || explain->parsed();
     if (reads && options.recording.empty()) {

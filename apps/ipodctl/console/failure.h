@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace ipodctl {
 
@@ -24,13 +25,16 @@ enum ExitStatus : int {
 /// One plain sentence that says what went wrong and what to do, and the exit status.
 class CommandFailure : public std::runtime_error {
  public:
-  CommandFailure(ExitStatus status, const std::string& sentence)
-      : std::runtime_error(sentence), status_(status) {}
+  /// @param finding the code of the finding that explains it, where that is known already
+  CommandFailure(ExitStatus status, const std::string& sentence, std::string finding = {})
+      : std::runtime_error(sentence), status_(status), finding_(std::move(finding)) {}
 
   ExitStatus status() const { return status_; }
+  const std::string& finding() const { return finding_; }
 
  private:
   ExitStatus status_;
+  std::string finding_;
 };
 
 }  // namespace ipodctl

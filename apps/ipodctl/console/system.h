@@ -26,13 +26,20 @@ std::string PortDevice();
 bool ChoosePortDevice(const std::string& device);
 /// In place of the system's code where there is none.
 constexpr long kUnknownReason = -1;
-/// Why `device` could not be opened and what to do, given the system's code: the rest of a sentence
-/// that starts with "cannot open DEVICE: ".
-std::string WhyNotOpened(const std::string& device, long code);
+/// Why a port could not be opened.
+struct PortProblem {
+  std::string finding;  ///< its code, see 'ipodctl explain'; empty when there are several causes
+  std::string text;  ///< and what to do, the rest of a sentence that starts "cannot open DEVICE: "
+};
+/// @param code the system's
+PortProblem WhyNotOpened(const std::string& device, long code);
 
 /// Makes the library record its line in `file`; "-" stands for what `output` leads to.
 /// @return why it cannot, the rest of a sentence; empty when it can
 std::string CaptureLine(const std::string& file, std::FILE* output);
+/// The same in a file that is in memory only, until the program ends.
+/// @param path by which the file can be read
+std::string CaptureLineInMemory(std::string* path);
 
 /// Redirects standard output: the program writes to stream(), and what anything else writes to
 /// standard output (the library's trace lines) is dropped or, on request, sent to standard error.

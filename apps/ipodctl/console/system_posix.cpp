@@ -59,25 +59,34 @@ bool ChoosePortDevice(const std::string& device) {
   return true;
 }
 
-std::string WhyNotOpened(const std::string& device, long code) {
+PortProblem WhyNotOpened(const std::string& device, long code) {
   struct stat status = {};
   if (::stat(device.c_str(), &status) != 0) {
-    return errno == EACCES ? "its folder may not be searched; run as a user who may use it"
-                           : "there is no such device; check its name and the cable, or name "
-                             "another one with --port";
+    if (errno == EACCES) {
+      return {"E103", "its folder may not be searched; run as a user who may use it"};
+    }
+    return {
+        "E101",
+        "there is no such device; check its name and the cable, or name another one with --port"};
   }
-  if (!S_ISCHR(status.st_mode)) return "it is not a serial line; name the dock's with --port";
+  if (!S_ISCHR(status.st_mode)) {
+    return {"E104", "it is not a serial line; name the dock's with --port"};
+  }
   if (::access(device.c_str(), R_OK | W_OK) != 0) {
-    return "permission denied; join the group that owns it (often 'dialout') or run as its owner";
+    return {"E103",
+            "permission denied; join the group that owns it (often 'dialout') or run as its owner"};
   }
   if (code == kUnknownReason) {
-    return "it is in use, or does not work as a serial line; close the other program that has it "
-           "open, or name the dock's with --port";
+    return {"",
+            "it is in use, or does not work as a serial line; close the other program that has it "
+            "open, or name the dock's with --port"};
   }
   constexpr long kAccessDenied = 5;
-  if (code == kAccessDenied) return "it is in use; close the other program that has it open";
-  return "it does not work as a serial line (code " + std::to_string(code) +
-         "); name the dock's with --port";
+  if (code == kAccessDenied) {
+    return {"E102", "it is in use; close the other program that has it open"};
+  }
+  return {"E104", "it does not work as a serial line (code " + std::to_string(code) +
+                      "); name the dock's with --port"};
 }
 
 // Reached through the descriptor's own name, standard output may be anything that can be written.
@@ -88,6 +97,13 @@ std::string CaptureLine(const std::string& file, std::FILE* output) {
   ::close(made);
   SetEnvironment("IPODCOMM_CAPTURE", path);
   return {};
+}
+
+std::string CaptureLineInMemory(std::string* path) {
+  const int file = ::memfd_create("line", MFD_CLOEXEC);
+  if (file < 0) return std::strerror(errno);
+  *path = "/proc/self/fd/" + std::to_string(file);
+  return CaptureLine(*path, nullptr);
 }
 
 StdoutGuard::StdoutGuard(Others others) {

@@ -55,19 +55,23 @@ bool ChoosePortDevice(const std::string& device) {
   return SameName(device, "COM2") || SameName(device, "COM2:");
 }
 
-std::string WhyNotOpened(const std::string& /*device*/, long code) {
+std::string CaptureLineInMemory(std::string* /*path*/) { return CaptureLine({}, nullptr); }
+
+PortProblem WhyNotOpened(const std::string& /*device*/, long code) {
   switch (code) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
-      return "there is no such port; give the dock's adapter this name in the Device Manager";
+      return {"E101",
+              "there is no such port; give the dock's adapter this name in the Device Manager"};
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
-      return "it is in use; close the other program that has it open";
+      return {"E102", "it is in use; close the other program that has it open"};
     case kUnknownReason:
-      return "there is no such port, or it is in use; close the other program that has it open, or "
-             "give the dock's adapter this name in the Device Manager";
+      return {"",
+              "there is no such port, or it is in use; close the other program that has it open, "
+              "or give the dock's adapter this name in the Device Manager"};
     default:
-      return "it does not work as a serial line (code " + std::to_string(code) + ")";
+      return {"E104", "it does not work as a serial line (code " + std::to_string(code) + ")"};
   }
 }
 

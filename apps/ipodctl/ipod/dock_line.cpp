@@ -23,8 +23,9 @@ std::vector<std::string> DockLine::Undock() {
 }
 
 void DockLine::FailToOpen(long code) const {
-  throw CommandFailure(kPortUnavailable,
-                       "cannot open " + device_ + ": " + WhyNotOpened(device_, code));
+  const PortProblem problem = WhyNotOpened(device_, code);
+  throw CommandFailure(kPortUnavailable, "cannot open " + device_ + ": " + problem.text,
+                       problem.finding);
 }
 
 void DockLine::FailToFindIpod(const std::string& evidence) const {

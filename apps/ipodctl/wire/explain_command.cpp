@@ -3,19 +3,14 @@
 
 #include <algorithm>
 #include <cctype>
-#include <nlohmann/json.hpp>
 
 #include "console/failure.h"
-#include "console/interrupt.h"
-#include "wire/findings/findings.h"
-#include "wire/recording_file.h"
-#include "wire/transcript.h"
+#include "wire/findings_view.h"
 
 namespace ipodctl {
 
 namespace {
 
-using ipodwire::Finding;
 using ipodwire::FindingPage;
 
 // "E301", in either case.
@@ -23,18 +18,6 @@ bool IsCode(const std::string& text) {
   return text.size() == 4 && std::toupper(static_cast<unsigned char>(text[0])) == 'E' &&
          std::all_of(text.begin() + 1, text.end(),
                      [](unsigned char digit) { return std::isdigit(digit) != 0; });
-}
-
-void ShowPage(const FindingPage& page, Output& output) {
-  output.Line(output.Bold(std::string(page.code) + "  " + page.title));
-  output.Fact("Tried", page.tried);
-  output.Fact("Means", page.meaning);
-  output.Fact("What to do", page.remedy);
-  output.Object({{"code", page.code},
-                 {"title", page.title},
-                 {"tried", page.tried},
-                 {"means", page.meaning},
-                 {"what_to_do", page.remedy}});
 }
 
 int ExplainCode(std::string code, Output& output) {
@@ -49,66 +32,11 @@ int ExplainCode(std::string code, Output& output) {
   return kSuccess;
 }
 
-// " (packets 3, 4)"; nothing where there are none.
-std::string PacketList(const std::vector<std::uint64_t>& packets) {
-  if (packets.empty()) return {};
-  std::string list = packets.size() == 1 ? " (packet" : " (packets";
-  for (std::size_t i = 0; i < packets.size(); ++i) {
-    list += (i == 0 ? " " : ", ") + std::to_string(packets[i]);
-  }
-  return list + ")";
-}
-
-// What was seen, as a sentence.
-std::string SentenceOf(const Finding& finding) {
-  std::string sentence = finding.seen + PacketList(finding.packets) + ".";
-  sentence[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(sentence[0])));
-  return sentence;
-}
-
-void ShowFinding(const Finding& finding, Output& output) {
-  const FindingPage& page = *ipodwire::FindFindingPage(finding.code);
-  output.Line(output.Bold(finding.code + "  " + page.title) + " (" + NameOf(finding.certainty) +
-              ")");
-  output.Fact("Tried", page.tried);
-  output.Fact("Seen", SentenceOf(finding));
-  output.Fact("Means", page.meaning);
-  output.Fact("What to do", page.remedy);
-  output.Object({{"code", finding.code},
-                 {"title", page.title},
-                 {"certainty", NameOf(finding.certainty)},
-                 {"seen", finding.seen},
-                 {"packets", finding.packets},
-                 {"tried", page.tried},
-                 {"means", page.meaning},
-                 {"what_to_do", page.remedy}});
-}
-
 }  // namespace
 
 int RunExplain(const Options& options, Output& output) {
   if (IsCode(options.recording)) return ExplainCode(options.recording, output);
-  RecordingFile file(options.recording, false);
-  ipodwire::RecordingReader reader(
-      [&](std::uint8_t* bytes, std::size_t count) { return file.Read(bytes, count); });
-  ipodwire::EvidenceCollector collector;
-  ipodwire::Transcript transcript([&](const ipodwire::Told& told) { collector.Add(told); });
-  ipodwire::Packet packet;
-  while (!Interrupted() && reader.Next(&packet)) {
-    collector.set_baud(packet.baud);
-    transcript.Add(packet);
-  }
-  StopIfInterrupted();
-  transcript.End();
-  const std::vector<Finding> findings = FindingsOf(collector.evidence());
-  // Of a file that is no recording nothing was seen, which finds nothing either.
-  if (findings.empty()) file.RequireEnd(reader);
-  if (findings.empty()) output.Line("Nothing that went wrong is recorded.");
-  for (std::size_t i = 0; i < findings.size(); ++i) {
-    if (i > 0) output.Line("");
-    ShowFinding(findings[i], output);
-  }
-  file.RequireEnd(reader);
+  ShowFindingsOf(options.recording, /*follow=*/false, output);
   return kSuccess;
 }
 
