@@ -128,9 +128,7 @@ std::vector<Field> ArtworkCounts() {
   return {Repeated("artworks", {U16("format ID"), U16("count")})};
 }
 
-std::vector<Value> PixelFormats() {
-  return {{0x01, "monochrome"}, {0x02, "RGB 565 little-endian"}, {0x03, "RGB 565 big-endian"}};
-}
+std::vector<Value> PixelFormats() { return {{0x01, "monochrome"}, {0x02, "RGB 565"}}; }
 
 std::vector<Field> ArtworkDataQuestion() {
   return {U32("track index"), U16("format ID"), U32("time offset", "ms")};

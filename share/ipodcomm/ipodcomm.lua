@@ -548,7 +548,7 @@ local lingoes = {
       },
     } },
     { number = 0x3B, name = "EndIDPS", from = "accessory", reply = 0x3C, fields = {
-      { kind = "number", name = "how", key = "how", size = 1, values = {[0] = "all tokens sent", [1] = "begin again", [2] = "abandon", } },
+      { kind = "number", name = "how", key = "how", size = 1, values = {[0] = "all tokens sent", } },
     } },
     { number = 0x3C, name = "IDPSStatus", from = "ipod", fields = {
       { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "identified", [1] = "tokens missing", [3] = "abandoned", [5] = "not to be tried again", } },
@@ -707,7 +707,7 @@ local lingoes = {
       { kind = "choice", name = "part",
         cases = {
           [0] = {
-            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565 little-endian", [3] = "RGB 565 big-endian", } },
+            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
             { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
             { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
             { kind = "number", name = "left", key = "left", size = 2, unit = "pixels" },
@@ -849,7 +849,7 @@ local lingoes = {
       { kind = "repeated", name = "formats", key = "formats_list",
         fields = {
           { kind = "number", name = "format ID", key = "format_id", size = 2 },
-          { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565 little-endian", [3] = "RGB 565 big-endian", } },
+          { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
           { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
           { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
         },
@@ -865,7 +865,7 @@ local lingoes = {
       { kind = "choice", name = "part",
         cases = {
           [0] = {
-            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565 little-endian", [3] = "RGB 565 big-endian", } },
+            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
             { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
             { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
             { kind = "number", name = "left", key = "left", size = 2, unit = "pixels" },
@@ -1013,7 +1013,7 @@ local lingoes = {
       { kind = "choice", name = "part",
         cases = {
           [0] = {
-            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565 little-endian", [3] = "RGB 565 big-endian", } },
+            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
             { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
             { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
             { kind = "number", name = "row size", key = "row_size", size = 4, unit = "bytes" },
@@ -1030,7 +1030,7 @@ local lingoes = {
     { number = 0x34, name = "ReturnMonoDisplayImageLimits", from = "ipod", fields = {
       { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
       { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-      { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565 little-endian", [3] = "RGB 565 big-endian", } },
+      { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
     } },
     { number = 0x35, name = "GetNumPlayingTracks", from = "accessory", reply = 0x36, fields = {
     } },
@@ -1052,7 +1052,7 @@ local lingoes = {
         fields = {
           { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
           { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-          { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565 little-endian", [3] = "RGB 565 big-endian", } },
+          { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
         },
       },
     } },

@@ -86,15 +86,15 @@ TEST(TheExtendedInterface, TellsFactsOfTracks) {
 TEST(TheExtendedInterface, SendsArtwork) {
   EXPECT_EQ(FromAccessory({0x04, 0x00, 0x0E}), "Extended Interface GetArtworkFormats");
   EXPECT_EQ(FromIpod({0x04, 0x00, 0x0F, 0x04, 0x01, 0x02, 0x00, 0x10, 0x00, 0x20}),
-            "Extended Interface RetArtworkFormats: formats [{format ID 1025, pixel format RGB 565 "
-            "little-endian, width 16 pixels, height 32 pixels}]");
+            "Extended Interface RetArtworkFormats: formats [{format ID 1025, pixel format RGB 565, "
+            "width 16 pixels, height 32 pixels}]");
   EXPECT_EQ(
       FromAccessory({0x04, 0x00, 0x10, 0x00, 0x00, 0x00, 0x05, 0x04, 0x01, 0x00, 0x00, 0x03, 0xE8}),
       "Extended Interface GetTrackArtworkData: track index 5, format ID 1025, time offset 1000 ms");
   EXPECT_EQ(
       FromIpod({0x04, 0x00, 0x11, 0x00, 0x00, 0x02, 0x00, 0x10, 0x00, 0x10, 0x00, 0x01,
                 0x00, 0x02, 0x00, 0x0E, 0x00, 0x0F, 0x00, 0x00, 0x00, 0x20, 0xAB, 0xCD}),
-      "Extended Interface RetTrackArtworkData: part 0, pixel format RGB 565 little-endian, "
+      "Extended Interface RetTrackArtworkData: part 0, pixel format RGB 565, "
       "width 16 pixels, height 16 pixels, left 1 pixels, top 2 pixels, right 14 pixels, bottom "
       "15 pixels, row size 32 bytes, pixels AB CD");
   EXPECT_EQ(FromIpod({0x04, 0x00, 0x11, 0x00, 0x01, 0xAB, 0xCD}),
@@ -222,7 +222,7 @@ TEST(TheExtendedInterface, ShowsPicturesOnTheIpod) {
   EXPECT_EQ(
       FromIpod({0x04, 0x00, 0x3A, 0x00, 0xB0, 0x00, 0x84, 0x02}),
       "Extended Interface ReturnColorDisplayImageLimits: limits [{width 176 pixels, height 132 "
-      "pixels, pixel format RGB 565 little-endian}]");
+      "pixels, pixel format RGB 565}]");
   EXPECT_EQ(
       FromAccessory({0x04, 0x00, 0x32, 0x00, 0x00, 0x01, 0x00, 0x80, 0x00, 0x40, 0x00, 0x00, 0x00,
                      0x10, 0x00, 0x01}),
