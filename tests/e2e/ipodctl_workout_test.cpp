@@ -305,7 +305,7 @@ TEST(IpodctlWorkout, SaysWhyAnIpodTakesNone) {
       {small_files,
        "this iPod keeps files of up to 2,000 bytes, and this workout takes 2,273; a longer "
        "--interval makes it smaller"},
-      {closed, "the iPod refused to open a file for the workout; nothing was saved"},
+      {closed, "the iPod refused a file for the workout; nothing was saved"},
   };
   std::vector<std::unique_ptr<DockedIpod>> docks;
   std::vector<std::unique_ptr<Process>> runs;
@@ -333,7 +333,7 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodRefusesAPart) {
   const auto close = StartShortWorkout(close_dock);
 
   ExpectSentence(header->Wait(), 1,
-                 "the iPod refused 1 line of the workout's header; workout file 1 on the iPod "
+                 "the iPod did not take 1 line of the workout's header; workout file 1 on the iPod "
                  "holds no more than the beginning of a header");
   EXPECT_EQ(CountOf("<interval>", FileOf(header_dock)), 0U);
 
@@ -348,14 +348,15 @@ TEST(IpodctlWorkout, SaysWhatIsSavedWhenTheIpodRefusesAPart) {
 
   const Ended cut = summary->Wait();
   const std::string without_summary = FileOf(summary_dock);
-  ExpectSentence(cut, 1,
-                 "the iPod refused the workout's summary; workout file 1 on the iPod holds the "
-                 "header and 5 intervals up to 0:20 (1,124 bytes), but not the summary");
+  ExpectSentence(
+      cut, 1,
+      "the iPod did not take the workout's summary; workout file 1 on the iPod holds the "
+      "header and 5 intervals up to 0:20 (1,124 bytes), but not the summary");
   EXPECT_THAT(without_summary.substr(0, 1124), EndsWith("\t</interval>\n"));
   EXPECT_THAT(without_summary, AllOf(HasSubstr("<event>end</event>"), EndsWith("</gymData>")));
 
   ExpectSentence(close->Wait(), 1,
-                 "the iPod refused to close the workout's file; workout file 1 on the iPod "
+                 "the iPod refused the end of the workout's file; workout file 1 on the iPod "
                  "holds the header, 5 intervals up to 0:20 and the summary (1,249 bytes), but "
                  "perhaps not the end");
   EXPECT_EQ(FileOf(close_dock).size(), 1249U);

@@ -95,6 +95,13 @@ std::optional<tagIPOD_VERSION> IdentifyEvidence::Version(unsigned char lingo) co
   return tagIPOD_VERSION{step->data[1], step->data[2]};
 }
 
+bool IdentifyEvidence::AnyTooOld() const {
+  return std::any_of(std::begin(kMinimums), std::end(kMinimums), [this](const Minimum& minimum) {
+    const std::optional<tagIPOD_VERSION> version = Version(minimum.lingo);
+    return version && IsBelow(*version, minimum.version);
+  });
+}
+
 std::string IdentifyEvidence::WhatIsTooOld() const {
   std::string text;
   for (const Minimum& minimum : kMinimums) {
@@ -111,13 +118,11 @@ std::string IdentifyEvidence::WhatIsTooOld() const {
 std::string IdentifyEvidence::WhatCame() const {
   const std::uint32_t asked = report_.steps + report_.steps_left_out;
   if (!AnyAnswer()) return "no answer to any of " + Counted(asked, "question");
-  // One is enough for a reader: the last, which ended it.
-  std::string text;
-  for (const tagIPOD_EXCHANGE* step = report_.step; step != report_.step + report_.steps; ++step) {
-    if (step->result == IPOD_EXCHANGE_REFUSED) text = RefusalOf(*step) + "; ";
-  }
+  // What came last ended it. A refusal before that, such as that of the tokens, did not.
+  const tagIPOD_EXCHANGE& last = report_.step[report_.steps - 1];
+  if (last.result == IPOD_EXCHANGE_REFUSED) return RefusalOf(last);
   const auto answered = std::count_if(report_.step, report_.step + report_.steps, CameFromIpod);
-  return text + std::to_string(answered) + " of " + Counted(asked, "question") + " answered";
+  return std::to_string(answered) + " of " + Counted(asked, "question") + " answered";
 }
 
 }  // namespace ipodctl

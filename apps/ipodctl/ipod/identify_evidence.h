@@ -26,10 +26,12 @@ class IdentifyEvidence {
   /// None when the iPod did not tell it.
   std::optional<tagIPOD_VERSION> Version(unsigned char lingo) const;
 
+  /// Whether the iPod told a version that is too old, and does not only keep one to itself.
+  bool AnyTooOld() const;
   /// "General 1.01, needs 1.02; Display Remote not told (status 4, unknown to it), needs 1.01"
   std::string WhatIsTooOld() const;
-  /// "no answer to any of 15 questions", "4 of 7 questions answered", and before that the last
-  /// refusal: "command 13 refused: status 4, unknown to it; ".
+  /// "no answer to any of 15 questions", "4 of 7 questions answered", or, when it ended with a
+  /// refusal, "command 13 refused: status 4, unknown to it".
   std::string WhatCame() const;
 
  private:

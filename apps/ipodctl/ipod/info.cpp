@@ -3,11 +3,9 @@
 #include "ipod/info.h"
 
 #include <cstdio>
-#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "console/text.h"
-#include "ipod/display_text.h"
 #include "ipod/identify_evidence.h"
 
 namespace ipodctl {
@@ -110,59 +108,82 @@ void RunInfo(const Context& context, Session& session) {
 
 namespace {
 
-// A display text; none when the iPod does not tell it, which the interface cannot tell from a
-// refusal.
-std::optional<std::string> ReadText(LegacySession& session,
-                                    const std::function<int(wchar_t* text)>& read) {
-  constexpr int kAttempts = 2;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    DisplayText text;
-    const bool told = read(text.buffer()) != 0;
-    if (told || !text.text().empty()) return text.text();
-  }
-  session.RequireAnswers();
-  return std::nullopt;
+// Three bytes as the interface shows them, joined by dots from the second on.
+std::string Dotted(const std::vector<std::uint8_t>& bytes, const char* first_separator) {
+  return std::to_string(bytes[0]) + first_separator + std::to_string(bytes[1]) + "." +
+         std::to_string(bytes[2]);
+}
+
+// None when the iPod refuses to tell it.
+std::optional<LegacyAnswer> Told(LegacySession& session, const LegacyAnswer& answer,
+                                 const char* what) {
+  if (answer.refused()) return std::nullopt;
+  session.Require(answer, std::string("tell its ") + what);
+  return answer;
+}
+
+struct LegacyFact {
+  const char* key;
+  const char* label;
+  std::optional<std::string> text;
+};
+
+std::vector<LegacyFact> ReadLegacyFacts(LegacySession& session) {
+  const LegacyQuestion serial_question = {
+      [](ipod& docked) { return docked.command_requestipodserialnum(); },
+      ipod::IPOD_COMMAND_REQUESTIPODSERIALNUM, ipod::IPOD_COMMAND_RETURNIPODSERIALNUM, 1, true};
+  const LegacyQuestion software_question = {
+      [](ipod& docked) { return docked.command_requestipodsoftwareversion(); },
+      ipod::IPOD_COMMAND_REQUESTIPODSOFTWAREVERSION, ipod::IPOD_COMMAND_RETURNIPODSOFTWAREVERSION,
+      3};
+  // Goes out under the lingo of the command before, which is General here.
+  const LegacyQuestion lingo_question = {
+      [](ipod& docked) { return docked.command_requestlingoprotocolversion(0); },
+      ipod::IPOD_COMMAND_REQUESTLINGOPROTOCOLVERSION,
+      ipod::IPOD_COMMAND_RETURNLINGOPROTOCOLVERSION,
+      3,
+      false,
+      {ipod::IPOD_LINGO_GENERAL}};
+  constexpr std::size_t kIdBytes = 4;
+  const auto model = Told(session, session.model(), "model");
+  const auto serial = Told(session, session.AskShort(serial_question), "serial number");
+  const auto software = Told(session, session.AskShort(software_question), "software version");
+  const auto lingo = Told(session, session.AskShort(lingo_question), "General version");
+  std::vector<LegacyFact> facts = {{"model", "Model", {}},
+                                   {"model_number", "Model number", {}},
+                                   {"serial_number", "Serial number", {}},
+                                   {"software_version", "Software version", {}},
+                                   {"lingo_version", "Lingo version", {}}};
+  if (model) facts[0].text = TextIn(*model, kIdBytes);
+  if (model) facts[1].text = session.model_number();
+  if (serial) facts[2].text = TextIn(*serial);
+  if (software) facts[3].text = Dotted(software->data, ".");
+  if (lingo) facts[4].text = Dotted(lingo->data, " - ");
+  return facts;
 }
 
 }  // namespace
 
 void RunLegacyInfo(const Context& context, LegacySession& session) {
-  ipod& docked = session.interface();
-  struct Fact {
-    const char* key;
-    const char* label;
-    std::optional<std::string> text;
-  };
-  const auto name = ReadText(session, [&](wchar_t* text) { return docked.getipodname(text); });
-  std::vector<Fact> facts;
-  facts.push_back({"model", "Model", ReadText(session, [&](wchar_t* text) {
-                     return docked.getipodmodelname(text);
-                   })});
-  const bool has_number = !session.model_number().empty();
-  facts.push_back({"model_number", "Model number",
-                   has_number ? std::optional(session.model_number()) : std::nullopt});
-  facts.push_back({"serial_number", "Serial number", ReadText(session, [&](wchar_t* text) {
-                     return docked.getipodserailnum(text);
-                   })});
-  // The result is 0 for versions 0.x, although the text is there.
-  facts.push_back({"software_version", "Software version", ReadText(session, [&](wchar_t* text) {
-                     return docked.getipodsoftwareversion(text, DisplayText::kCapacity);
-                   })});
-  facts.push_back({"lingo_version", "Lingo version", ReadText(session, [&](wchar_t* text) {
-                     return docked.getipodlingoversion(text, 0);
-                   })});
-  const bool workouts = session.AcceptsWorkouts();
+  std::optional<std::string> name;
+  if (const auto told = Told(session, session.AskShort(NameQuestion()), "name")) {
+    name = TextIn(*told);
+  }
+  const std::vector<LegacyFact> facts = ReadLegacyFacts(session);
+  // Which models take workouts is known by their number.
+  std::optional<bool> workouts;
+  if (session.model().answered()) workouts = session.AcceptsWorkouts();
 
   Output& output = context.output;
   nlohmann::ordered_json json = {{"device", context.dock.device()}};
   if (name) json["name"] = *name;
   output.Line(output.Bold(ToldOrNot(name)) + " on " + context.dock.device());
-  for (const Fact& fact : facts) {
+  for (const LegacyFact& fact : facts) {
     if (fact.text) json[fact.key] = *fact.text;
     output.Fact(fact.label, ToldOrNot(fact.text));
   }
-  json["sports"] = workouts;
-  output.Fact("Workouts", workouts ? "supported" : "not supported");
+  if (workouts) json["sports"] = *workouts;
+  output.Fact("Workouts", !workouts ? "(not told)" : *workouts ? "supported" : "not supported");
   output.Object(json);
 }
 

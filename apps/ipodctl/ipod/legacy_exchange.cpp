@@ -7,6 +7,7 @@
 
 #include "console/clock.h"
 #include "console/interrupt.h"
+#include "console/text.h"
 
 namespace ipodctl {
 
@@ -19,37 +20,57 @@ constexpr std::chrono::seconds kLongestAttempt(10);  // of an iPod that keeps se
 constexpr std::uint8_t kOk = 0;
 constexpr std::uint8_t kPending = 6;
 
-struct ExtendedFrame {
-  std::uint8_t command;
-  std::vector<std::uint8_t> data;
-};
+// The interface hands out what it has of a frame that breaks off once the line has been silent for
+// five reads, and then fills up with zeros.
+constexpr std::chrono::milliseconds kBrokenOff(2900);
 
-// The next frame of the Extended Interface; none when the line stays silent. Two-byte commands
-// begin with a 0, which the extractor takes for the whole command, so it hands out the low byte and
-// the data, and answers the iPod's questions on the way.
-std::optional<ExtendedFrame> ReadExtended(ipod& docked) {
-  constexpr unsigned char kAnyExtended = 0;
+using Bytes = std::vector<std::uint8_t>;
+
+// What follows the command byte in the next frame whose command byte is `command`; none when the
+// line stays silent. The iPod's questions are answered on the way.
+std::optional<Bytes> ReadFrame(ipod& docked, std::uint8_t command) {
   constexpr unsigned char kCapacity = 255;
   constexpr auto kUntouched = static_cast<wchar_t>(0xFFFF);
   std::vector<wchar_t> text(kCapacity, kUntouched);
-  if (docked.extractdatafrompacket(kAnyExtended, text.data(), kCapacity, 0, 0) == 0) {
-    return std::nullopt;
+  const auto start = SteadyTime();
+  if (docked.extractdatafrompacket(command, text.data(), kCapacity, 0, 0) == 0) return std::nullopt;
+  if (SteadyTime() - start >= kBrokenOff) return std::nullopt;
+  // The extractor ends every text in the buffer's last character.
+  Bytes bytes;
+  for (auto unit = text.begin(); unit != text.end() - 1 && *unit != kUntouched; ++unit) {
+    bytes.push_back(static_cast<std::uint8_t>(*unit));
   }
-  ExtendedFrame frame = {};
-  const auto end = std::find(text.begin(), text.end() - 1, kUntouched);
-  if (end == text.begin()) return frame;
-  frame.command = static_cast<std::uint8_t>(text.front());
-  for (auto unit = text.begin() + 1; unit != end; ++unit) {
-    frame.data.push_back(static_cast<std::uint8_t>(*unit));
+  return bytes;
+}
+
+// A frame of the Extended Interface. Its commands have two bytes and begin with a 0.
+struct ExtendedFrame {
+  std::uint8_t command;
+  Bytes data;
+};
+
+std::optional<ExtendedFrame> ReadExtended(ipod& docked) {
+  const std::optional<Bytes> bytes = ReadFrame(docked, 0);
+  if (!bytes) return std::nullopt;
+  if (bytes->empty()) return ExtendedFrame{};
+  return ExtendedFrame{bytes->front(), Bytes(bytes->begin() + 1, bytes->end())};
+}
+
+// Some iPods refuse under a transaction identifier that nobody gave them.
+void SkipIdentifier(Bytes* ack, std::size_t bare_size) {
+  constexpr std::size_t kIdentifierBytes = 2;
+  if (ack->size() == bare_size + kIdentifierBytes) {
+    ack->erase(ack->begin(), ack->begin() + kIdentifierBytes);
   }
-  return frame;
 }
 
 enum class Verdict { kForeign, kDamaged, kFinal };
 
 // Data: status, and the command that is acknowledged in two bytes.
 Verdict JudgeAck(const LegacyQuestion& question, ExtendedFrame& frame, LegacyAnswer* answer) {
-  if (frame.data.size() < 3) return Verdict::kForeign;
+  constexpr std::size_t kAckBytes = 3;
+  SkipIdentifier(&frame.data, kAckBytes);
+  if (frame.data.size() < kAckBytes) return Verdict::kForeign;
   const std::uint8_t status = frame.data[0];
   if (frame.data[1] != 0 || frame.data[2] != question.command || status == kPending) {
     return Verdict::kForeign;
@@ -62,18 +83,22 @@ Verdict JudgeAck(const LegacyQuestion& question, ExtendedFrame& frame, LegacyAns
   return Verdict::kFinal;
 }
 
-Verdict Judge(const LegacyQuestion& question, ExtendedFrame& frame, LegacyAnswer* answer) {
-  if (frame.command == ipod::IPOD_COMMAND_EXTENDEDACK) return JudgeAck(question, frame, answer);
-  if (frame.command != question.answer) return Verdict::kForeign;
-  if (frame.data.size() < question.least || (question.is_text && frame.data.back() != 0)) {
+Verdict JudgeData(const LegacyQuestion& question, Bytes& data, LegacyAnswer* answer) {
+  if (data.size() < question.least || (question.is_text && data.back() != 0)) {
     return Verdict::kDamaged;
   }
-  if (!std::equal(question.repeated.begin(), question.repeated.end(), frame.data.begin())) {
+  if (!std::equal(question.repeated.begin(), question.repeated.end(), data.begin())) {
     return Verdict::kForeign;
   }
   answer->result = Result::kAnswered;
-  answer->data = std::move(frame.data);
+  answer->data = std::move(data);
   return Verdict::kFinal;
+}
+
+Verdict Judge(const LegacyQuestion& question, ExtendedFrame& frame, LegacyAnswer* answer) {
+  if (frame.command == ipod::IPOD_COMMAND_EXTENDEDACK) return JudgeAck(question, frame, answer);
+  if (frame.command != question.answer) return Verdict::kForeign;
+  return JudgeData(question, frame.data, answer);
 }
 
 // One attempt, until the answer has come or the line is silent.
@@ -117,24 +142,60 @@ LegacyAnswer AskLegacy(ipod& docked, const LegacyQuestion& question) {
   return answer;
 }
 
-LegacyAnswer AskForAck(ipod& docked, const std::function<int(ipod& docked)>& send,
-                       std::uint8_t command) {
-  LegacyAnswer answer;
-  constexpr unsigned char kCapacity = 3;
-  wchar_t text[kCapacity] = {};
-  if (send(docked) == 0 ||
-      docked.extractdatafrompacket(ipod::IPOD_COMMAND_ACK, text, kCapacity, 0, 0) == 0 ||
-      text[1] != command) {
-    return answer;
+LegacyAnswer AskLegacyShort(ipod& docked, const LegacyQuestion& question) {
+  for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+    StopIfInterrupted();
+    LegacyAnswer answer;
+    if (question.send(docked) == 0) continue;
+    Verdict verdict = Verdict::kForeign;
+    const auto start = SteadyTime();
+    while (verdict == Verdict::kForeign && SteadyTime() - start < kLongestAttempt) {
+      std::optional<Bytes> data = ReadFrame(docked, question.answer);
+      if (!data) break;
+      verdict = JudgeData(question, *data, &answer);
+    }
+    if (answer.answered()) return answer;
+    if (verdict == Verdict::kDamaged || attempt != 1) continue;
+    answer = AskForAck(docked, question);
+    if (answer.refused()) return answer;
   }
-  answer.status = static_cast<std::uint8_t>(text[0]);
-  answer.result = answer.status == kOk ? Result::kAnswered : Result::kRefused;
+  return {};
+}
+
+LegacyAnswer AskForAck(ipod& docked, const LegacyQuestion& question) {
+  constexpr std::size_t kAckBytes = 2;
+  LegacyAnswer answer;
+  if (question.send(docked) == 0) return answer;
+  const auto start = SteadyTime();
+  while (SteadyTime() - start < kLongestAttempt) {
+    std::optional<Bytes> ack = ReadFrame(docked, question.ack);
+    if (!ack) break;
+    SkipIdentifier(&*ack, kAckBytes);
+    if (ack->size() < kAckBytes || (*ack)[1] != question.command || (*ack)[0] == kPending) continue;
+    answer.status = ack->front();
+    answer.result = answer.status == kOk ? Result::kAnswered : Result::kRefused;
+    break;
+  }
   return answer;
 }
 
 LegacyQuestion StatusQuestion() {
   return {[](ipod& docked) { return docked.command_getplaystatus(); },
           ipod::IPOD_COMMAND_GETPLAYSTATUS, ipod::IPOD_COMMAND_RETURNPLAYSTATUS, 9};
+}
+
+LegacyQuestion NameQuestion() {
+  return {[](ipod& docked) { return docked.command_requestipodname(); },
+          ipod::IPOD_COMMAND_REQUESTIPODNAME, ipod::IPOD_COMMAND_RETURNIPODNAME, 1, true};
+}
+
+LegacyQuestion ModelQuestion() {
+  return {[](ipod& docked) { return docked.command_requestipodmodelnum(); },
+          ipod::IPOD_COMMAND_REQUESTIPODMODELNUM, ipod::IPOD_COMMAND_RETURNIPODMODELNUM, 5, true};
+}
+
+std::string TextIn(const LegacyAnswer& answer, std::size_t at) {
+  return Utf8(Wide(reinterpret_cast<const char*>(answer.data.data()) + at).c_str());
 }
 
 }  // namespace ipodctl

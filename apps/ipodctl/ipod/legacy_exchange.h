@@ -8,20 +8,22 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "ipodcomm/ipod.h"
 
 namespace ipodctl {
 
-/// A command of the Extended Interface and what answers it.
+/// A command and what answers it.
 struct LegacyQuestion {
   std::function<int(ipod& docked)> send;
   std::uint8_t command;
   std::uint8_t answer;   // IPOD_COMMAND_EXTENDEDACK for commands that are only acknowledged
   std::size_t least;     // bytes of data in a whole answer
   bool is_text = false;  // the data end with a 0 byte
-  std::vector<std::uint8_t> repeated = {};  // bytes of the request with which the data begin
+  std::vector<std::uint8_t> repeated = {};    // bytes of the request with which the data begin
+  std::uint8_t ack = ipod::IPOD_COMMAND_ACK;  // the number of the lingo's ACK, if it has one byte
 };
 
 struct LegacyAnswer {
@@ -39,12 +41,23 @@ struct LegacyAnswer {
 /// Asks up to three times. Silence costs three seconds an attempt.
 LegacyAnswer AskLegacy(ipod& docked, const LegacyQuestion& question);
 
-/// Sends a General command and reads its ACK alone, which operations that await data pass over.
-LegacyAnswer AskForAck(ipod& docked, const std::function<int(ipod& docked)>& send,
-                       std::uint8_t command);
+/// The same of a command of another lingo, whose number has one byte. The interface passes over the
+/// ACK of one that the iPod refuses, so after a silence that is asked for.
+LegacyAnswer AskLegacyShort(ipod& docked, const LegacyQuestion& question);
+
+/// Sends a command of another lingo than the Extended Interface and reads its ACK alone, which
+/// operations that await data pass over.
+LegacyAnswer AskForAck(ipod& docked, const LegacyQuestion& question);
 
 /// The player's status: nothing changes by it, and every iPod in remote user-interface mode knows
 /// it. What was late before has come when it is answered.
 LegacyQuestion StatusQuestion();
+/// Any iPod's name.
+LegacyQuestion NameQuestion();
+/// Any iPod's model: four bytes of identifier, then a text.
+LegacyQuestion ModelQuestion();
+
+/// The text in an answer's data from `at` on.
+std::string TextIn(const LegacyAnswer& answer, std::size_t at = 0);
 
 }  // namespace ipodctl

@@ -2,6 +2,8 @@
 // Opens, identifies, and explains what failed.
 #include "ipod/legacy_session.h"
 
+#include <cstdio>
+
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
@@ -14,6 +16,18 @@ namespace ipodctl {
 namespace {
 
 constexpr int kLowPower = 0;
+
+std::string ShownNumber(const std::vector<std::uint8_t>& id) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%02x%02x|%02x%02x", id[0], id[1], id[2], id[3]);
+  return text;
+}
+
+// Frames with good checksums come, but none that the interface takes for an answer.
+bool SendsUnreadableFrames(ipod& docked) {
+  return docked.command_requestipodname() != 0 &&
+         docked.ExtractDataFromPacketExtendedRaw(0, nullptr, 0) != 0;
+}
 
 }  // namespace
 
@@ -32,11 +46,16 @@ void LegacySession::Identify() {
   StopIfInterrupted();
   // The acknowledgements of the identification itself are not read. What answers after them is an
   // iPod, and nearly every iPod has a model.
-  DisplayText model;
-  if (announced && ipod_.getipodmodelnum(model.buffer()) != 0) {
-    model_number_ = model.text();
-  } else if (!announced || !Answers()) {
+  if (announced) model_ = AskShort(ModelQuestion());
+  if (model_.answered()) {
+    model_number_ = ShownNumber(model_.data);
+  } else if (!announced || (!model_.refused() && !Answers())) {
     if (Echoes(ipod_)) dock_.FailForEcho();
+    if (SendsUnreadableFrames(ipod_)) {
+      throw CommandFailure(kFailed, "what answers on " + dock_.device() +
+                                        " cannot be read through the legacy interface, which knows "
+                                        "no large frames; leave out --legacy");
+    }
     dock_.FailToFindIpod("no answer to the requests for its name and its model");
   }
 }
@@ -68,28 +87,47 @@ void LegacySession::RequireAnswers() {
 
 // Asks first what it has told before.
 bool LegacySession::Answers() {
-  DisplayText model;
-  if (!model_number_.empty() && ipod_.getipodmodelnum(model.buffer()) != 0) return true;
+  if (model_.answered()) return AskShort(ModelQuestion()).answered();
   return ipodctl::Answers(ipod_);
 }
 
 bool LegacySession::AcceptsWorkouts() {
+  Require(model_, "tell its model");
   const std::string family = model_number_.substr(0, 4);
   if (family != "0014" && family != "0017") return false;
-  int supported = 0;
-  unsigned char extra = 0;
-  return ipod_.issports(&supported, &extra) != 0 && supported != 0;
+  constexpr std::uint8_t kSportsAck = 0x80;
+  constexpr unsigned kNeeded =
+      ipod::IPOD_SPORTS_GETIPODCAPS_MASK_GYM | ipod::IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA;
+  const LegacyAnswer sports =
+      AskShort({[](ipod& docked) { return docked.command_sportsgetipodcaps(); },
+                ipod::IPOD_COMMAND_SPORTS_GETIPODCAPS,
+                ipod::IPOD_COMMAND_SPORTS_RETURNIPODCAPS,
+                3,
+                false,
+                {},
+                kSportsAck});
+  if (sports.refused()) return false;
+  Require(sports, "tell its Sports capabilities");
+  if ((sports.data[1] & kNeeded) != kNeeded) return false;
+  constexpr std::size_t kStorageBytes = 22;
+  const LegacyAnswer storage =
+      AskShort({[](ipod& docked) { return docked.command_storagegetipodcaps(); },
+                ipod::IPOD_COMMAND_STORAGE_GETIPODCAPS,
+                ipod::IPOD_COMMAND_STORAGE_RETURNIPODCAPS,
+                kStorageBytes,
+                false,
+                {},
+                ipod::IPOD_COMMAND_STORAGE_ACK});
+  if (storage.refused()) return false;
+  Require(storage, "tell its Storage capabilities");
+  return true;
 }
 
 // An iPod that does not know the question refuses it, and so is there. Waiting for the answer drops
 // the packets that came before.
 bool Answers(ipod& docked) {
   DisplayText name;
-  return docked.getipodname(name.buffer()) != 0 ||
-         AskForAck(
-             docked, [](ipod& to) { return to.command_requestipodname(); },
-             ipod::IPOD_COMMAND_REQUESTIPODNAME)
-                 .result != LegacyAnswer::Result::kUnanswered;
+  return docked.getipodname(name.buffer()) != 0 || AskForAck(docked, NameQuestion()).refused();
 }
 
 bool Echoes(ipod& docked) {

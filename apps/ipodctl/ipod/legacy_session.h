@@ -26,6 +26,8 @@ class LegacySession {
   void EnterRemoteUi();
 
   ipod& interface() { return ipod_; }
+  /// The answer to ModelQuestion, as far as there was one.
+  const LegacyAnswer& model() const { return model_; }
   /// "0014|0000", as the interface shows it; empty when the iPod does not tell it.
   const std::string& model_number() const { return model_number_; }
   /// Whether selections are to be sorted by name, as the interface does for some models.
@@ -33,6 +35,7 @@ class LegacySession {
 
   /// Asks what an operation of the interface would misread on a bad line.
   LegacyAnswer Ask(const LegacyQuestion& question) { return AskLegacy(ipod_, question); }
+  LegacyAnswer AskShort(const LegacyQuestion& question) { return AskLegacyShort(ipod_, question); }
   /// Throws a CommandFailure unless the question was answered.
   /// @param what the rest of "the iPod refused to ..."; what follows a ';' is advice
   void Require(const LegacyAnswer& answer, const std::string& what);
@@ -44,12 +47,14 @@ class LegacySession {
   /// came before are dropped.
   bool Answers();
   /// Whether the iPod accepts workouts. The interface announces the workout lingoes to some models
-  /// only, by the beginning of their model number; the others are not asked.
+  /// only, by the beginning of their model number; the others are not asked. Throws a
+  /// CommandFailure when the iPod does not answer.
   bool AcceptsWorkouts();
 
  private:
   const DockLine& dock_;
   ipod ipod_;
+  LegacyAnswer model_;
   std::string model_number_;
 };
 

@@ -62,6 +62,12 @@ void Session::NoteVersions() {
 void Session::FailIdentification() {
   StopIfInterrupted();
   const IdentifyEvidence evidence(ipod_);
+  if (identified_ == IPOD_IDENTIFY_RESULT_TOOOLD && !evidence.AnyTooOld()) {
+    throw CommandFailure(kFailed,
+                         "the iPod refused to tell versions without which it cannot be "
+                         "controlled (" +
+                             evidence.WhatIsTooOld() + ")");
+  }
   if (identified_ == IPOD_IDENTIFY_RESULT_TOOOLD) {
     throw CommandFailure(kIpodTooOld, "this iPod is too old to be controlled (" +
                                           evidence.WhatIsTooOld() +
@@ -69,8 +75,8 @@ void Session::FailIdentification() {
   }
   if (identified_ == IPOD_IDENTIFY_RESULT_ECHO) dock_.FailForEcho();
   if (!evidence.AnyAnswer()) dock_.FailToFindIpod(evidence.WhatCame());
-  throw CommandFailure(kNothingDocked, "the iPod on " + dock_.device() +
-                                           " did not accept the accessory (" + evidence.WhatCame() +
+  throw CommandFailure(kNothingDocked, "could not introduce the accessory to the iPod on " +
+                                           dock_.device() + " (" + evidence.WhatCame() +
                                            "); take it out of the dock, put it back and try again");
 }
 

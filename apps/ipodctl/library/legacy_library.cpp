@@ -3,7 +3,6 @@
 #include "library/legacy_library.h"
 
 #include "console/interrupt.h"
-#include "console/text.h"
 
 namespace ipodctl {
 
@@ -72,7 +71,7 @@ std::optional<std::string> LegacyLibrary::ReadName(unsigned char category, unsig
        ipod::IPOD_COMMAND_RETURNCATEGORIZEDDATABASERECORDS, kIndexBytes + 1, true,
        Bytes(static_cast<std::uint32_t>(index))});
   if (last_.answered()) {
-    return Utf8(Wide(reinterpret_cast<const char*>(last_.data.data()) + kIndexBytes).c_str());
+    return TextIn(last_, kIndexBytes);
   }
   if (last_.refused()) session_.Require(last_, "name record " + std::to_string(index));
   session_.RequireAnswers();

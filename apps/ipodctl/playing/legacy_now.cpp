@@ -24,27 +24,27 @@ std::string ReadChapter(LegacySession& session) {
                    ipod::IPOD_COMMAND_GETCURRENTPLAYINGTRACKCHAPTERNAME,
                    ipod::IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTERNAME, 1, true});
   if (!chapter.answered()) return "Unknown";
-  return Utf8(Wide(reinterpret_cast<const char*>(chapter.data.data())).c_str());
+  return TextIn(chapter);
 }
 
-// None when the iPod does not tell.
+// None when the iPod refuses to tell.
 std::optional<bool> ReadVideo(LegacySession& session, unsigned long track) {
-  constexpr int kAttempts = 2;
-  constexpr unsigned char kCapacity = 25;
+  constexpr std::uint8_t kDisplayAck = 0x00;
   constexpr std::size_t kCapabilitiesByte = 4;
-  ipod& docked = session.interface();
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    wchar_t text[kCapacity] = {};
-    if (docked.command_remote_getindexedplayingtrackinfo(ipod::IPOD_REMOTE_INFOTYPE_CAPSINFO, track,
-                                                         0) != 0 &&
-        docked.extractdatafrompacket(ipod::IPOD_COMMAND_REMOTE_RETURNINDEXEDPLAYINGTRACKINFO, text,
-                                     kCapacity, 0, 0) != 0) {
-      const auto byte = static_cast<unsigned>(text[kCapabilitiesByte]);
-      return (byte & ipod::IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_VIDEO) != 0;
-    }
-  }
-  session.RequireAnswers();
-  return std::nullopt;
+  const LegacyAnswer answer =
+      session.AskShort({[track](ipod& docked) {
+                          return docked.command_remote_getindexedplayingtrackinfo(
+                              ipod::IPOD_REMOTE_INFOTYPE_CAPSINFO, track, 0);
+                        },
+                        ipod::IPOD_COMMAND_REMOTE_GETINDEXEDPLAYINGTRACKINFO,
+                        ipod::IPOD_COMMAND_REMOTE_RETURNINDEXEDPLAYINGTRACKINFO,
+                        kCapabilitiesByte + 1,
+                        false,
+                        {ipod::IPOD_REMOTE_INFOTYPE_CAPSINFO},
+                        kDisplayAck});
+  if (answer.refused()) return std::nullopt;
+  session.Require(answer, "tell whether it is playing a video");
+  return (answer.data[kCapabilitiesByte] & ipod::IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_VIDEO) != 0;
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Asks the player through the legacy interface.
-#include "console/text.h"
 #include "playing/player.h"
 
 namespace ipodctl {
@@ -39,7 +38,7 @@ std::optional<std::string> ReadTitle(LegacySession& session, NowPlaying* now) {
        ipod::IPOD_COMMAND_GETINDEXPLAYINGTRACKTITLE,
        ipod::IPOD_COMMAND_RETURNINDEXEDPLAYINGTRACKTITLE, 1, true});
   if (title.answered()) {
-    now->title = Utf8(Wide(reinterpret_cast<const char*>(title.data.data())).c_str());
+    now->title = TextIn(title);
   } else {
     session.RequireAnswers();
   }

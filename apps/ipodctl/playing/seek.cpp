@@ -21,6 +21,22 @@ bool HasWound(const NowPlaying& before, const NowPlaying& now, bool forward, dou
   return static_cast<double>(now.position_ms - before.position_ms) > 1.5 * passed_ms;
 }
 
+bool IsWinding(const NowPlaying& now) {
+  return now.state != kStopped && now.state != kPlaying && now.state != kPaused;
+}
+
+// An iPod that was left winding would run through the whole list.
+NowPlaying EndWinding(Session& session) {
+  constexpr int kAttempts = 3;
+  for (int attempt = 1;; ++attempt) {
+    const Press end = PressButton(session, kEndWindingButton);
+    const NowPlaying now = AwaitPlayer(
+        session, [&end](const NowPlaying& seen) { return end.refused() || !IsWinding(seen); });
+    if (!IsWinding(now)) return now;
+    if (attempt == kAttempts) FailPress(session, end, "end winding", now);
+  }
+}
+
 }  // namespace
 
 void RunSeek(const Context& context, Session& session) {
@@ -41,11 +57,7 @@ void RunSeek(const Context& context, Session& session) {
     PauseMs(left_ms > 0 ? static_cast<unsigned>(left_ms) : 0);
   }
   // Also after Ctrl-C: otherwise the iPod goes on winding.
-  const Press end = PressButton(session, kEndWindingButton);
-  NowPlaying now = AwaitPlayer(session, [](const NowPlaying& seen) {
-    return seen.state == kStopped || seen.state == kPlaying || seen.state == kPaused;
-  });
-  if (now.state == winding) FailPress(session, end, "end winding", now);
+  NowPlaying now = EndWinding(session);
   if (!seen_winding && !HasWound(before, now, forward, MsSince(start))) {
     FailPress(session, press, what, now);
   }

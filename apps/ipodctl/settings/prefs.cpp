@@ -2,11 +2,11 @@
 // Reads and sets preferences; how it is done differs by the interface, what is shown does not.
 #include "settings/prefs.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 #include <optional>
 
 #include "console/failure.h"
-#include "ipod/display_text.h"
 #include "ipod/identify_evidence.h"
 #include "ipod/refusal.h"
 #include "settings/preference_table.h"
@@ -50,54 +50,58 @@ bool Set(Session& session, const Preference& preference, unsigned char setting) 
 
 // The legacy interface.
 
-struct TextGetter {
+struct DisplayTexts {
   unsigned char preference;
-  int (ipod::*get)(wchar_t* text);
+  std::array<const char*, 4> settings;  // by their numbers
 };
 
-constexpr TextGetter kGetters[] = {
-    {ipod::IPOD_PREFERENCE_VIDEOOUTSETTING, &ipod::getipodpreferencevideooutsetting},
-    {ipod::IPOD_PREFERENCE_SCREENCONFIGURATION, &ipod::getipodpreferencescreenconfiguration},
-    {ipod::IPOD_PREFERENCE_VIDEOSIGNALFORMAT, &ipod::getipodpreferencevideosignalformat},
-    {ipod::IPOD_PREFERENCE_LINEOUTUSAGE, &ipod::getipodpreferencelineoutusage},
-    {ipod::IPOD_PREFERENCE_VIDEOOUTCONNECTION, &ipod::getipodpreferencevideoutconnection},
-    {ipod::IPOD_PREFERENCE_CLOSEDCAPTIONING, &ipod::getipodpreferenceclosedcaptioning},
-    {ipod::IPOD_PREFERENCE_VIDEOMONITORASPECT, &ipod::getipodpreferencevideomonitoraspect},
-    {ipod::IPOD_PREFERENCE_SUBTITLES, &ipod::getipodpreferencesubtitles},
-    {ipod::IPOD_PREFERENCE_VIDEOALTERNATEAUDIO, &ipod::getipodpreferencevideoalternateaudiochannel},
+// As the interface shows them.
+constexpr DisplayTexts kDisplayTexts[] = {
+    {ipod::IPOD_PREFERENCE_VIDEOOUTSETTING, {"Off", "On", "Ask User"}},
+    {ipod::IPOD_PREFERENCE_SCREENCONFIGURATION, {"Fill Entire Screen", "Fit Edge To Screen"}},
+    {ipod::IPOD_PREFERENCE_VIDEOSIGNALFORMAT, {"NTSC", "PAL"}},
+    {ipod::IPOD_PREFERENCE_LINEOUTUSAGE, {"Disabled", "Enabled", "Ask User"}},
+    {ipod::IPOD_PREFERENCE_VIDEOOUTCONNECTION,
+     {"No Connection", "Composite", "S-Video", "Component"}},
+    {ipod::IPOD_PREFERENCE_CLOSEDCAPTIONING, {"Off", "On"}},
+    {ipod::IPOD_PREFERENCE_VIDEOMONITORASPECT, {"4 by 3", "16 by 9"}},
+    {ipod::IPOD_PREFERENCE_SUBTITLES, {"Off", "On"}},
+    {ipod::IPOD_PREFERENCE_VIDEOALTERNATEAUDIO, {"Off", "On"}},
 };
-
-void RequirePreferences(LegacySession& /*session*/) {}
 
 // One preference has no display text; it shows its setting.
-std::optional<std::string> ReadOnce(ipod& docked, const Preference& preference) {
-  for (const TextGetter& getter : kGetters) {
-    if (getter.preference != preference.code) continue;
-    DisplayText text;
-    const bool read = (docked.*getter.get)(text.buffer()) != 0;
-    return read ? std::optional<std::string>(text.text()) : std::nullopt;
+std::string DisplayedSetting(const Preference& preference, unsigned char setting) {
+  for (const DisplayTexts& texts : kDisplayTexts) {
+    if (texts.preference != preference.code) continue;
+    const bool known = setting < texts.settings.size() && texts.settings[setting] != nullptr;
+    return known ? texts.settings[setting] : "Unknown";
   }
-  unsigned char setting = 0;
-  if (docked.loadipodpreference(preference.code, &setting) == 0) return std::nullopt;
   return SettingName(preference, setting);
 }
 
-// None when the iPod refuses, which the interface does not tell from silence: its ACK does. A first
-// answer may have been a late one about another preference.
+void RequirePreferences(LegacySession& /*session*/) {}
+
+LegacyQuestion SettingQuestion(const Preference& preference) {
+  return {[code = preference.code](ipod& docked) { return docked.command_getipodpreference(code); },
+          ipod::IPOD_COMMAND_GETIPODPREFERENCES,
+          ipod::IPOD_COMMAND_RETURNIPODPREFERENCES,
+          2,
+          false,
+          {preference.code}};
+}
+
+// The setting's number; none when the iPod refuses to tell it.
+std::optional<unsigned char> ReadNumber(LegacySession& session, const Preference& preference) {
+  const LegacyAnswer answer = session.AskShort(SettingQuestion(preference));
+  if (answer.refused() && answer.status != kNotAuthenticated) return std::nullopt;
+  session.Require(answer, "tell its preferences");
+  return answer.data[1];
+}
+
 std::optional<std::string> Read(LegacySession& session, const Preference& preference) {
-  ipod& docked = session.interface();
-  std::optional<std::string> setting = ReadOnce(docked, preference);
-  if (setting) return setting;
-  const LegacyAnswer ack = AskForAck(
-      docked, [&](ipod& to) { return to.command_getipodpreference(preference.code); },
-      ipod::IPOD_COMMAND_GETIPODPREFERENCES);
-  if (!ack.refused()) {
-    setting = ReadOnce(docked, preference);
-    if (!setting) session.Require(ack, std::string("tell ") + preference.name);
-  } else if (ack.status == kNotAuthenticated) {
-    session.Require(ack, "tell its preferences");
-  }
-  return setting;
+  const std::optional<unsigned char> setting = ReadNumber(session, preference);
+  if (!setting) return std::nullopt;
+  return DisplayedSetting(preference, *setting);
 }
 
 // Sets a preference until the iPod is undocked. The interface has an operation of its own for the
@@ -163,17 +167,15 @@ void SetAndShow(Output& output, LegacySession& session, const Preference& prefer
                 const std::string& wanted) {
   const unsigned char setting = *SettingByName(preference, wanted);
   const bool accepted = Set(session, preference, setting);
-  unsigned char now = 0;
-  const std::string shown = ReadOne(session, preference);
-  // The display texts are not the settings' names, so the number is compared.
-  session.Require(session.interface().loadipodpreference(preference.code, &now) != 0,
-                  std::string("tell ") + preference.name);
-  if (now != setting) {
+  const std::optional<unsigned char> now = ReadNumber(session, preference);
+  const std::string what = std::string(preference.name) + " to " + wanted;
+  if (!now) throw CommandFailure(kFailed, "set " + what + ", but the iPod refuses to tell it");
+  const std::string shown = DisplayedSetting(preference, *now);
+  if (*now != setting) {
     throw CommandFailure(
         kFailed, accepted
                      ? std::string("the iPod accepted, but ") + preference.name + " is " + shown
-                     : std::string("the iPod refused to set ") + preference.name + " to " + wanted +
-                           "; it is " + shown);
+                     : "the iPod refused to set " + what + "; it is " + shown);
   }
   ShowOne(output, preference, shown);
 }

@@ -17,7 +17,7 @@ void RequireUserData(Session& session) {
   unsigned short caps = 0;
   RequireSportsService(session, "this iPod knows nothing about its user", "");
   session.Require(ipod.Command_SportsGetIpodCaps(&caps, nullptr) != 0,
-                  "tell what its Sports service can do");
+                  "tell its Sports capabilities");
   if ((caps & ipod::IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA) == 0) {
     throw CommandFailure(kFailed,
                          "this iPod knows nothing about its user: its Sports service keeps no such "
@@ -25,12 +25,27 @@ void RequireUserData(Session& session) {
   }
 }
 
+// The answer is longer than those about the other data, so the library takes one that is cut short.
+unsigned short ReadWeight(Session& session) {
+  constexpr unsigned char kWeight = 3;
+  constexpr std::size_t kAnswerBytes = 3;
+  constexpr int kCutShort = 3;  // answers
+  for (int answers = 0; answers < kCutShort; ++answers) {
+    const auto data = session.Exchange(
+        {ipod::IPOD_COMMAND_SPORTS_GETUSERDATA, ipod::IPOD_LINGO_SPORTS, &kWeight, 1},
+        ipod::IPOD_COMMAND_SPORTS_RETURNUSERDATA);
+    session.Require(data.has_value(), "tell the weight");
+    if (data->size() < kAnswerBytes) continue;
+    return static_cast<unsigned short>((*data)[1] << 8 | (*data)[2]);
+  }
+  throw CommandFailure(kFailed, "the iPod's answers about the weight are cut short");
+}
+
 void SetWeight(Session& session, unsigned wanted) {
   CIpodComm& ipod = session.ipod();
   session.Require(ipod.Command_SetUserWeight(static_cast<unsigned short>(wanted)) != 0,
                   "take the weight");
-  unsigned short weight = 0;
-  session.Require(ipod.Command_GetUserData(nullptr, &weight, nullptr) != 0, "tell the weight");
+  const unsigned short weight = ReadWeight(session);
   if (weight == wanted) return;
   throw CommandFailure(kFailed, "the iPod took the weight " + std::to_string(wanted) +
                                     ", but has kept " + std::to_string(weight));
@@ -42,10 +57,10 @@ void RunUserdata(const Context& context, Session& session) {
   RequireUserData(session);
   if (context.options.user_weight) SetWeight(session, *context.options.user_weight);
   int flag = 0;
-  unsigned short weight = 0;
   unsigned char value = 0;
-  session.Require(session.ipod().Command_GetUserData(&flag, &weight, &value) != 0,
+  session.Require(session.ipod().Command_GetUserData(&flag, nullptr, &value) != 0,
                   "tell what it knows about its user");
+  const unsigned short weight = ReadWeight(session);
   // What the flag and the value mean is up to the iPod, so they are shown as they are.
   context.output.Fact("Weight", std::to_string(weight));
   context.output.Fact("Flag (data type 2)", flag != 0 ? "set" : "not set");

@@ -69,7 +69,7 @@ void LegacyWorkoutWriter::Start(const WorkoutHeader& header) {
   const int started = session_.interface().startworkout(
       EquipmentCode(header.equipment), manufacturer.data(), nothing.data(), model.data(),
       serial_number.data(), nothing.data(), nothing.data(), static_cast<float>(header.weight_kg));
-  if (started == 0) FailAt("refused to begin the workout");
+  if (started == 0) FailAt("to begin the workout", "the beginning of the workout");
   NoteOpened();
   NoteHeader();
   ShowProgress();
@@ -82,7 +82,9 @@ void LegacyWorkoutWriter::Write(const Recording& recording, const Interval& inte
       static_cast<float>(reading.distance), 0, PaceOf(recording, reading), 0, 0, Whole(reading.bpm),
       static_cast<float>(reading.incline), Whole(reading.level));
   if (written == 0) {
-    FailAt("refused the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds)));
+    const std::string place =
+        "the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds));
+    FailAt(place, place);
   }
   NoteInterval(reading.seconds);
   ShowProgress();
@@ -93,7 +95,7 @@ void LegacyWorkoutWriter::Finish(const Recording& /*recording*/, const Summary& 
       Whole(summary.seconds), Whole(summary.kcal), static_cast<float>(summary.distance), 0,
       Whole(summary.speed), 0, 0, Whole(summary.bpm));
   // The result is the same for a refused summary and a refused close.
-  if (finished == 0) FailAt("refused to finish the workout");
+  if (finished == 0) FailAt("to finish the workout", "the end of the workout");
   NoteSummary();
   NoteClosed();
 }
@@ -102,10 +104,12 @@ std::size_t LegacyWorkoutWriter::Written() { return session_.interface().getwork
 
 bool LegacyWorkoutWriter::Answers() { return session_.Answers(); }
 
-// What was tried last, or with which status the iPod refused it.
-void LegacyWorkoutWriter::FailAt(const std::string& what) {
-  std::string tried = Printable(Utf8(session_.interface().getlasttry()));
-  Fail(what + " ('" + tried + "')");
+// What was tried last, or with which status the iPod refused it. An answer that did not come, or
+// was lost, is no refusal.
+void LegacyWorkoutWriter::FailAt(const std::string& refused, const std::string& unconfirmed) {
+  const std::string tried = Printable(Utf8(session_.interface().getlasttry()));
+  const bool told = tried.rfind("Error in Ack", 0) == 0;
+  Fail((told ? "refused " + refused : "did not confirm " + unconfirmed) + " ('" + tried + "')");
 }
 
 void LegacyWorkoutWriter::ShowProgress() {

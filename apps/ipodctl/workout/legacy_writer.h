@@ -25,7 +25,7 @@ class LegacyWorkoutWriter : public WorkoutLog {
   std::size_t Written() override;
 
  private:
-  [[noreturn]] void FailAt(const std::string& what);
+  [[noreturn]] void FailAt(const std::string& refused, const std::string& unconfirmed);
   void ShowProgress();
 
   LegacySession& session_;

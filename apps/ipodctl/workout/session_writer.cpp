@@ -34,7 +34,7 @@ void SessionWorkoutWriter::RequireSports() {
   RequireSportsService(session_, "this iPod does not take workouts", "; dock one that has");
   unsigned short caps = 0;
   session_.Require(session_.ipod().Command_SportsGetIpodCaps(&caps, nullptr) != 0,
-                   "tell what its Sports service can do");
+                   "tell its Sports capabilities");
   if ((caps & ipod::IPOD_SPORTS_GETIPODCAPS_MASK_GYM) == 0) {
     throw CommandFailure(kFailed,
                          "this iPod does not take workouts: its Sports service keeps no log of "
@@ -47,7 +47,10 @@ void SessionWorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t
   unsigned short max_write_size = 0;
   if (session_.ipod().Command_StorageGetIpodCaps(nullptr, &max_file_size, &max_write_size, nullptr,
                                                  nullptr) == 0) {
-    session_.RequireAnswers();
+    const tagIPOD_EXCHANGE exchange = session_.Last();
+    if (session_.LingoVersion(ipod::IPOD_LINGO_STORAGE)) {
+      session_.Fail(exchange, "tell its Storage capabilities");
+    }
     throw CommandFailure(kFailed,
                          "this iPod does not take workouts: it has no Storage service to keep "
                          "files with");
@@ -84,11 +87,11 @@ void SessionWorkoutWriter::Start(const WorkoutHeader& header) {
           Wide(header.manufacturer_id).c_str(), Wide(header.manufacturer_name).c_str(),
           Wide(header.model).c_str(), Wide(header.serial_number).c_str(), header.equipment,
           header.weight_kg) == 0) {
-    Fail("refused to open a file for the workout");
+    Fail(RefusedOr("did not confirm") + " a file for the workout");
   }
   NoteOpened(File().handle);
   const std::size_t failed = File().failed_writes;
-  if (failed != 0) Fail("refused " + Counted(failed, "line") + " of the workout's header");
+  if (failed != 0) Fail("did not take " + Counted(failed, "line") + " of the workout's header");
   NoteHeader();
 }
 
@@ -98,7 +101,8 @@ void SessionWorkoutWriter::Write(const Recording& recording, const Interval& int
       interval.event, reading.seconds, reading.kcal, reading.distance, recording.distance_type,
       reading.speed, recording.speed_type, reading.incline, reading.bpm, reading.level);
   if (written == 0) {
-    Fail("refused the interval at " + Clock(static_cast<std::uint64_t>(reading.seconds)));
+    Fail(RefusedOr("did not confirm") + " the interval at " +
+         Clock(static_cast<std::uint64_t>(reading.seconds)));
   }
   NoteInterval(reading.seconds);
 }
@@ -109,9 +113,14 @@ void SessionWorkoutWriter::Finish(const Recording& recording, const Summary& sum
                           summary.speed, recording.speed_type, summary.bpm) != 0;
   if (closed) NoteClosed();
   // Nothing failed before: the first failure ends a workout.
-  if (File().failed_writes != 0) Fail("refused the workout's summary");
+  if (File().failed_writes != 0) Fail("did not take the workout's summary");
   NoteSummary();
-  if (!closed) Fail("refused to close the workout's file");
+  if (!closed) Fail(RefusedOr("did not confirm") + " the end of the workout's file");
+}
+
+// What the iPod did to the command sent last.
+std::string SessionWorkoutWriter::RefusedOr(const char* otherwise) {
+  return session_.WasRefused() ? "refused" : otherwise;
 }
 
 tagIPOD_WORKOUT_FILE SessionWorkoutWriter::File() {

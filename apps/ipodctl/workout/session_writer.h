@@ -27,6 +27,7 @@ class SessionWorkoutWriter : public WorkoutLog {
   void RequireSports();
   void RequireStorage(std::size_t largest_piece, std::size_t file_size);
   void RequireSpace();
+  std::string RefusedOr(const char* otherwise);
   tagIPOD_WORKOUT_FILE File();
 
   Session& session_;

@@ -52,17 +52,22 @@ TEST(IdentifyEvidence, NamesEveryVersionThatIsTooOldAndWhatIsNeeded) {
             "1.01");
 }
 
+TEST(IdentifyEvidence, CallsNoIpodTooOldForAVersionThatItKeepsToItself) {
+  EXPECT_FALSE(Of({Told(0, 1, 9), Refused(0x0F, 3, 4), Told(4, 1, 8)}).AnyTooOld());
+  EXPECT_TRUE(Of({Told(0, 1, 9), Refused(0x0F, 3, 4), Told(4, 1, 7)}).AnyTooOld());
+}
+
 TEST(IdentifyEvidence, TellsOfSilence) {
   const IdentifyEvidence evidence = Of({Unanswered(), Unanswered()});
   EXPECT_FALSE(evidence.AnyAnswer());
   EXPECT_EQ(evidence.WhatCame(), "no answer to any of 2 questions");
 }
 
-TEST(IdentifyEvidence, TellsWhichCommandsWereRefused) {
+TEST(IdentifyEvidence, TellsTheRefusalThatEndedIt) {
   const IdentifyEvidence evidence = Of({Unanswered(), Refused(0x13, 0, 4)});
   EXPECT_TRUE(evidence.AnyAnswer());
-  EXPECT_EQ(evidence.WhatCame(),
-            "command 13 refused: status 4, unknown to it; 1 of 2 questions answered");
+  EXPECT_EQ(evidence.WhatCame(), "command 13 refused: status 4, unknown to it");
+  EXPECT_EQ(Of({Refused(0x38, 0, 4), Unanswered()}).WhatCame(), "1 of 2 questions answered");
 }
 
 TEST(IdentifyEvidence, TellsHowManyQuestionsWereAnswered) {
