@@ -197,6 +197,13 @@ TEST(IpodctlProfiles, EachIpodIsTakenForWhatItIs) {
   EXPECT_THAT(nobody.err, HasSubstr(" (no answer to any of "));
 }
 
+TEST(IpodctlProfiles, LineThatIsWiredToItselfIsNoIpod) {
+  Process echo(IPODCTL_PROGRAM, {"--simulated=echo", "info"});
+  Process legacy(IPODCTL_PROGRAM, {"--simulated=echo", "--legacy", "info"});
+  ExpectRefused(echo.Wait(), 3, " comes back: the line is wired to itself");
+  ExpectRefused(legacy.Wait(), 3, " comes back: the line is wired to itself");
+}
+
 TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {
   const TemporaryFolder folder;
   const std::string link = folder.path("dock");

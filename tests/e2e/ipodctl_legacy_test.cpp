@@ -208,6 +208,26 @@ TEST(IpodctlLegacy, PreferenceThatIsRefusedIsOneSentence) {
                 "the iPod refused to set aspect to 16:9");
 }
 
+TEST(IpodctlLegacy, IpodThatDoesNotKnowItsNameIsThere) {
+  ipodsim::Settings settings = SettingsOf(Profile::kNano);
+  settings.refused[{0x00, 0x07}] = ipodsim::AckStatus::kUnknown;
+  const DockedIpod dock(settings);
+  const json info = json::parse(Legacy(dock, {"info", "--json"}));
+  EXPECT_FALSE(info.contains("name"));
+  EXPECT_EQ(info.at("model"), "MB598LL");
+}
+
+TEST(IpodctlLegacy, PendingAcknowledgementDoesNotMoveTheAnswersAfterIt) {
+  ipodsim::Settings settings = SettingsOf(Profile::kNano);
+  settings.remote_ui_is_pending_first = true;
+  settings.asks_oldest_accessories = true;
+  const DockedIpod dock(settings);
+  EXPECT_THAT(Legacy(dock, {"browse", "albums", "Spans"}), HasSubstr("  0  Bridges\n"
+                                                                     "  1  Arches\n"));
+  EXPECT_THAT(Legacy(dock, {"play", "albums", "Spans", "Piers"}),
+              HasSubstr("  Title               Piers\n"));
+}
+
 TEST(IpodctlLegacy, WorkoutIsWrittenInTheOlderForm) {
   const DockedIpod dock;
   const std::string out = Legacy(dock, {"workout", "--equipment", "bike", "--duration", "10",

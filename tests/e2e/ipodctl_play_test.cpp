@@ -129,10 +129,9 @@ TEST(IpodctlModes, SetAndReadShuffleRepeatAndPreferences) {
 
 // ---- What is true instead -----------------------------------------------------------------------
 
-// An iPod that is told each thing once through a line of its own; all of them run at once.
 TEST(IpodctlPlay, RefusalTellsTheStatusAndWhatTheIpodDoes) {
   const std::pair<const char*, const char*> refusals[] = {
-      {"pause", "the iPod refused to pause (status 1, command failed); it is stopped"},
+      {"pause", "cannot pause: the iPod is stopped"},
       {"next", "the iPod refused to skip (status 1, command failed); it is stopped"},
       {"previous", "the iPod refused to skip back (status 1, command failed); it is stopped"},
   };
@@ -147,6 +146,39 @@ TEST(IpodctlPlay, RefusalTellsTheStatusAndWhatTheIpodDoes) {
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.err, std::string("ipodctl: ") + refusals[i].second + ".\n");
   }
+}
+
+TEST(IpodctlPlay, TrackThatIsAcceptedAndNotPlayedIsAFailure) {
+  ipodsim::Settings settings = SettingsOf(ipodsim::Profile::kNano);
+  settings.stays_paused = true;
+  const DockedIpod dock(settings);
+  const DockedIpod legacy_dock(settings);
+  const auto legacy = legacy_dock.Start({"--legacy", "play", "tracks", "Bridges"});
+  const Ended ended = dock.Ipodctl({"play", "tracks", "Bridges", "--json"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_EQ(ended.err,
+            "ipodctl: the iPod accepted, but is paused on track 1, 'Arches', not playing track 2, "
+            "'Bridges'.\n");
+  const Ended through_legacy = legacy->Wait();
+  EXPECT_EQ(through_legacy.status, 1);
+  EXPECT_THAT(through_legacy.err,
+              HasSubstr("is paused on track 1, 'Arches', not playing track 2, 'Bridges'.\n"));
+}
+
+TEST(IpodctlModes, PreferencesEndAtTheFirstRefusalForWantOfAuthentication) {
+  ipodsim::Settings settings = SettingsOf(ipodsim::Profile::kNano);
+  settings.refused[{0x00, 0x29}] = ipodsim::AckStatus::kNotAuthenticated;
+  const DockedIpod dock(settings);
+  const DockedIpod legacy_dock(settings);
+  const auto legacy = legacy_dock.Start({"--legacy", "prefs"});
+  const Ended ended = dock.Ipodctl({"prefs"});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_EQ(ended.err,
+            "ipodctl: the iPod refused to tell its preferences (status 7, accessory not "
+            "authenticated).\n");
+  EXPECT_EQ(legacy->Wait().err, ended.err);
 }
 
 TEST(IpodctlPlay, ModeThatIsRefusedIsNotShownAsSet) {

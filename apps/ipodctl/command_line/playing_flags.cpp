@@ -23,7 +23,10 @@ constexpr const char* kNowFooter =
 constexpr const char* kPlayFooter =
     "Without arguments, goes on with what was playing. A walk that ends before a track plays the\n"
     "list it leads to from its first track. A NAME may be in any case, or a part that only one\n"
-    "record has; @N is the record numbered N, counted from 0 as 'browse' shows it.\n"
+    "record has; @N is the record numbered N, counted from 0 as 'browse' shows it. The exit status "
+    "is\n"
+    "0 once the iPod plays that track, by its title and its place, and 1 when it plays another or\n"
+    "none.\n"
     "\n"
     "Examples:\n"
     "  ipodctl play\n"
@@ -32,7 +35,9 @@ constexpr const char* kPlayFooter =
     "  ipodctl play tracks @17";
 
 constexpr const char* kSeekFooter =
-    "Winds for SECONDS of real time (2 unless told otherwise), then plays on.\n"
+    "Winds for SECONDS of real time (2 unless told otherwise), then plays on. The exit status is "
+    "1\n"
+    "when the iPod has not wound.\n"
     "\n"
     "Examples:\n"
     "  ipodctl seek forward\n"

@@ -118,17 +118,6 @@ std::optional<std::vector<unsigned char>> Session::Exchange(const tagIPOD_WRITE_
   return data;
 }
 
-// The answers to a command that was sent more than once come before that to another question.
-bool Session::Do(const std::function<int()>& operation) {
-  const bool succeeded = operation() != 0;
-  const tagIPOD_EXCHANGE exchange = Last();
-  if (succeeded && exchange.carried_id == 0 && exchange.attempts > 1) {
-    Note("letting late answers go by");
-    RequireAnswers();
-  }
-  return succeeded;
-}
-
 tagIPOD_EXCHANGE Session::Last() {
   tagIPOD_EXCHANGE last = {};
   ipod_.GetLastExchange(&last);

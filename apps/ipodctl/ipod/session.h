@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -43,9 +42,6 @@ class Session {
   /// @return the answer's data; none when the iPod refused or stayed silent (see Last)
   std::optional<std::vector<unsigned char>> Exchange(const tagIPOD_WRITE_PARAMS& command,
                                                      std::uint16_t answer, int attempts = 3);
-  /// Runs an operation of the library, and lets answers that are late by then go by. Without
-  /// transaction identifiers they would be taken for those to the next question of the same kind.
-  bool Do(const std::function<int()>& operation);
   /// What came of the command sent last.
   tagIPOD_EXCHANGE Last();
   bool WasRefused() { return Last().result == IPOD_EXCHANGE_REFUSED; }

@@ -50,16 +50,15 @@ class NameStream {
 
 bool SessionLibrary::SelectTop(unsigned char category, unsigned char hierarchy,
                                unsigned long* count) {
-  return session_.Do([&] { return session_.ipod().SelectTop(category, count, hierarchy); });
+  return session_.ipod().SelectTop(category, count, hierarchy) != 0;
 }
 
 bool SessionLibrary::Select(unsigned long index, unsigned char next, unsigned long* count) {
-  return session_.Do([&] { return session_.ipod().Select(next, count, index); });
+  return session_.ipod().Select(next, count, index) != 0;
 }
 
 bool SessionLibrary::Count(unsigned char category, unsigned long* count) {
-  return session_.Do(
-      [&] { return session_.ipod().Command_GetNumberCategorizedDBRecords(category, count); });
+  return session_.ipod().Command_GetNumberCategorizedDBRecords(category, count) != 0;
 }
 
 std::optional<std::string> SessionLibrary::ReadName(unsigned char category, unsigned long index) {

@@ -44,6 +44,7 @@ NowPlaying PlayListed(Session& session, const ListedRecord& wanted) {
     return press.refused() || IsPlaying(session, &seen, wanted);
   });
   if (IsPlaying(session, &now, wanted)) return now;
+  ReadTitle(session, &now);
   FailPress(session, press, "play " + Described(wanted), now,
             accepted ? ", not playing " + Described(wanted) : "");
 }
@@ -51,8 +52,9 @@ NowPlaying PlayListed(Session& session, const ListedRecord& wanted) {
 NowPlaying PressFor(Session& session, unsigned char button, unsigned char state,
                     const std::string& what, const std::string& advice) {
   const Press press = PressButton(session, button);
-  const NowPlaying now = AwaitPlayer(
-      session, [&](const NowPlaying& seen) { return press.refused() || seen.state == state; });
+  const NowPlaying now = AwaitPlayer(session, [&](const NowPlaying& seen) {
+    return press.refused() || !press.pressed() || seen.state == state;
+  });
   if (now.state != state) FailPress(session, press, what, now, advice);
   return now;
 }
@@ -90,14 +92,19 @@ namespace {
   throw CommandFailure(kFailed, "the iPod refused to " + what + "; it is " + WhatItDoes(now));
 }
 
-NowPlaying PressForLegacy(LegacySession& session, unsigned button, unsigned char state,
-                          const std::string& what) {
-  const bool accepted =
-      session.interface().command_playcontrol(static_cast<unsigned char>(button)) != 0;
-  const NowPlaying now =
-      AwaitPlayer(session, [&](NowPlaying& seen) { return !accepted || seen.state == state; });
+// One button pauses what plays and goes on with what is paused, on every iPod; it is pressed only
+// where it leads to `state`. The interface sends it once, so one that has got lost is pressed
+// again.
+void PlayOrPause(LegacySession& session, unsigned char state, const std::string& what) {
+  constexpr int kAttempts = 3;
+  NowPlaying now = LookAtPlayer(session);
+  bool accepted = true;
+  for (int attempt = 0; accepted && now.state != state && attempt < kAttempts; ++attempt) {
+    accepted = session.interface().command_playcontrol(
+                   static_cast<unsigned char>(ipod::IPOD_PLAYCONTROL_PLAYPAUSE)) != 0;
+    now = AwaitPlayer(session, [&](NowPlaying& seen) { return !accepted || seen.state == state; });
+  }
   if (now.state != state) FailLegacy(accepted, what, now);
-  return now;
 }
 
 NowPlaying PlayListed(LegacySession& session, LegacyLibrary& library, const ListedRecord& wanted) {
@@ -108,6 +115,7 @@ NowPlaying PlayListed(LegacySession& session, LegacyLibrary& library, const List
     return library.refused() || IsPlaying(session, &seen, wanted);
   });
   if (IsPlaying(session, &now, wanted)) return now;
+  ReadTitle(session, &now);
   if (!accepted) library.Require(false, "play " + Described(wanted) + "; it is " + WhatItDoes(now));
   FailLegacy(accepted, "", now, ", not playing " + Described(wanted));
 }
@@ -116,7 +124,7 @@ NowPlaying PlayListed(LegacySession& session, LegacyLibrary& library, const List
 
 void RunLegacyPlay(const Context& context, LegacySession& session) {
   if (context.options.path.empty()) {
-    PressForLegacy(session, ipod::IPOD_PLAYCONTROL_PLAY, kPlaying, "play");
+    PlayOrPause(session, kPlaying, "play");
   } else {
     LegacyLibrary library(session);
     LibraryWalk walk(library, context.options.hierarchy);
@@ -125,11 +133,8 @@ void RunLegacyPlay(const Context& context, LegacySession& session) {
   ShowLegacyPlaying(context.output, session);
 }
 
-// The interface has a button that pauses and plays, so it is pressed only while something plays.
 void RunLegacyPause(const Context& context, LegacySession& session) {
-  if (LookAtPlayer(session).state == kPlaying) {
-    PressForLegacy(session, ipod::IPOD_PLAYCONTROL_PLAYPAUSE, kPaused, "pause");
-  }
+  if (LookAtPlayer(session).state == kPlaying) PlayOrPause(session, kPaused, "pause");
   ShowLegacyPlaying(context.output, session);
 }
 

@@ -46,8 +46,7 @@ void ShowMode(Output& output, const char* name, const char* label, const std::st
 
 std::string ReadShuffle(Session& session) {
   unsigned long mode = 0;
-  session.Require(session.Do([&] { return session.ipod().Command_GetShuffle(&mode); }),
-                  "tell whether it shuffles");
+  session.Require(session.ipod().Command_GetShuffle(&mode) != 0, "tell whether it shuffles");
   return NameOf(kShuffleModes, mode);
 }
 

@@ -22,7 +22,7 @@ using TextOperation = int (CIpodComm::*)(unsigned long, unsigned char*, unsigned
 std::optional<std::string> ReadText(Session& session, TextOperation read, unsigned long index,
                                     const char* what) {
   unsigned char bytes[kTextBytes + 1] = {};
-  if (session.Do([&] { return (session.ipod().*read)(index, bytes, kTextBytes); })) {
+  if ((session.ipod().*read)(index, bytes, kTextBytes) != 0) {
     return Utf8(Wide(reinterpret_cast<const char*>(bytes)).c_str());
   }
   if (session.WasRefused()) return std::nullopt;
@@ -77,14 +77,13 @@ NowPlaying LookAtPlayer(Session& session) {
   unsigned long length_ms = 0;
   unsigned long position_ms = 0;
   CIpodComm& ipod = session.ipod();
-  session.Require(
-      session.Do([&] { return ipod.Command_GetPlayStatus(&now.state, &length_ms, &position_ms); }),
-      "tell its play status");
+  session.Require(ipod.Command_GetPlayStatus(&now.state, &length_ms, &position_ms) != 0,
+                  "tell its play status");
   if (now.state == kStopped) return now;
   now.length_ms = length_ms;
   now.position_ms = position_ms;
   unsigned long index = kNoTrack;
-  session.Require(session.Do([&] { return ipod.Command_GetCurrentPlayingTrackIndex(&index); }),
+  session.Require(ipod.Command_GetCurrentPlayingTrackIndex(&index) != 0,
                   "tell which track it is playing");
   // Without a track the iPod refuses each text.
   if (index != kNoTrack) now.index = index;
@@ -154,7 +153,9 @@ void FailPress(Session& session, const Press& press, const std::string& what, co
                const std::string& advice) {
   if (!press.accepted) session.Fail(press.exchange, what + "; it is " + WhatItDoes(now) + advice);
   StopIfInterrupted();
-  throw CommandFailure(kFailed, "the iPod accepted, but is " + WhatItDoes(now) + advice);
+  const std::string instead = "is " + WhatItDoes(now) + advice;
+  throw CommandFailure(kFailed, press.pressed() ? "the iPod accepted, but " + instead
+                                                : "cannot " + what + ": the iPod " + instead);
 }
 
 }  // namespace ipodctl

@@ -9,6 +9,7 @@
 
 #include "ipod/legacy_session.h"
 #include "ipod/session.h"
+#include "ipodcomm/ipod.h"
 
 namespace ipodctl {
 
@@ -70,6 +71,8 @@ struct Press {
   tagIPOD_EXCHANGE exchange;
 
   bool refused() const { return !accepted && exchange.result == IPOD_EXCHANGE_REFUSED; }
+  /// The library presses no button that would do the opposite: it has looked at the player then.
+  bool pressed() const { return exchange.command != ipod::IPOD_COMMAND_GETPLAYSTATUS; }
 };
 Press PressButton(Session& session, unsigned char button);
 /// Throws the CommandFailure of a command that has not had its effect: what the iPod said, and what
