@@ -5,6 +5,7 @@
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/text.h"
+#include "library/categories.h"
 #include "library/legacy_library.h"
 #include "library/session_library.h"
 #include "library/walk.h"
