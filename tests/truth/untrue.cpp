@@ -137,13 +137,15 @@ std::string UntrueInfo(const Question& question) {
   if (traits.identifies_by_tokens && (info.contains("max_payload") || !question.was_refused())) {
     payload = Expect(info, "max_payload", 506);
   }
+  const bool may_be_unknown = sports && KeepsOptionsToItself(question);
+  const std::string untrue_sports =
+      may_be_unknown && info.value("sports", true) == false ? "" : Expect(info, "sports", sports);
   // An iPod that was away has forgotten it.
   const std::string identified = question.account.cut_off ? "" : Expect(info, "identified_by", by);
   return FirstOf(ExpectUnlessRefused(question, info, "name", name),
                  ExpectUnlessRefused(question, info, "model", traits.model_number),
                  ExpectUnlessRefused(question, info, "model_id", traits.model_id), identified,
-                 Expect(info, "sports", sports && !KeepsOptionsToItself(question)), payload,
-                 UntrueLingoes(question));
+                 untrue_sports, payload, UntrueLingoes(question));
 }
 
 // browse
