@@ -91,7 +91,7 @@ void Tour::ShowDevice(Session& session) {
   output_.Fact("Model", ShownName(info.model.value_or("")));
   output_.Fact("Colour",
                info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
-  output_.Fact("Workouts", info.sports ? "supported" : "not supported");
+  output_.Fact("Workouts", WorkoutsText(info));
   Json lingoes = Json::object();
   for (const LingoVersion& lingo : info.lingoes) {
     if (!lingo.version) continue;
@@ -102,7 +102,7 @@ void Tour::ShowDevice(Session& session) {
                   {"name", info.name.value_or("")},
                   {"model", info.model.value_or("")},
                   {"color", static_cast<int>(info.color)},
-                  {"sports", info.sports},
+                  {"sports", info.sports.value_or(false)},
                   {"lingoes", lingoes}});
 }
 

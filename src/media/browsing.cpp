@@ -110,9 +110,14 @@ int CIpodComm::Select(unsigned char category, unsigned long index) {
 }
 
 // The plain selection first, unless only the sorted one is to be used; then the sorted one, by
-// name.
+// name. It changes the order of what is listed next, so that under the robust conduct only an iPod
+// that refuses the plain one gets it.
 int CIpodComm::SelectRecord(unsigned char category, unsigned long index) {
-  if (browsing_.sort_select_only == 0 && Command_SelectDBRecord(category, index) != 0) return 1;
+  if (browsing_.sort_select_only == 0) {
+    if (Command_SelectDBRecord(category, index) != 0) return 1;
+    const bool refused = last_exchange_.result == IPOD_EXCHANGE_REFUSED;
+    if (conduct_.robust != 0 && !refused) return 0;
+  }
   return Command_SelectSortDBRecord(category, index, ipod::IPOD_SELECTSORT_NAME);
 }
 

@@ -108,7 +108,8 @@ std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Acc
   if (Says(message, "there is no ") || Says(message, "there are no ")) {
     return said + " [there is]";
   }
-  if (Says(message, "has no Sports service") && traits.Lingo(ipodsim::kSports) != nullptr) {
+  if (Says(message, "has no Sports service") && traits.Lingo(ipodsim::kSports) != nullptr &&
+      !KnowsNoSuchLingo(account)) {
     return said + " [it has one]";
   }
   if (Says(message, "Storage service") && traits.Lingo(ipodsim::kStorage) != nullptr) {

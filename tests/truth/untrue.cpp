@@ -97,55 +97,57 @@ std::string UntrueLingoes(const Question& question) {
   return "";
 }
 
-// An iPod that refuses to tell its options is not known to take workouts by tokens.
-bool KeepsOptionsToItself(const Question& question) {
-  return question.ipod.identified_by_tokens() &&
-         WasRefused(question, ipodsim::kGeneral, ipodsim::general::kGetIpodOptionsForLingo);
+std::string UntrueLegacyInfo(const Question& question) {
+  const ipodsim::Traits& traits = question.traits();
+  char number[16];
+  std::snprintf(number, sizeof number, "%04X|%04X", traits.model_id >> 16,
+                traits.model_id & 0xFFFF);
+  const std::string software = std::to_string(traits.software[0]) + "." +
+                               std::to_string(traits.software[1]) + "." +
+                               std::to_string(traits.software[2]);
+  const ipodsim::Version general = traits.Lingo(0)->version;
+  const std::string version =
+      "0 - " + std::to_string(general.major) + "." + std::to_string(general.minor);
+  const bool sports = traits.Lingo(ipodsim::kSports) != nullptr && traits.model_id >> 16 == 0x0014;
+  const std::pair<const char*, Json> facts[] = {{"name", question.ipod.settings().library.name},
+                                                {"model", traits.model_number},
+                                                {"model_number", number},
+                                                {"serial_number", traits.serial_number},
+                                                {"software_version", software},
+                                                {"lingo_version", version},
+                                                {"sports", sports}};
+  for (const auto& [member, truth] : facts) {
+    const std::string untrue = ExpectUnlessRefused(question, question.last(), member, truth);
+    if (!untrue.empty()) return untrue;
+  }
+  return "";
+}
+
+// An iPod that refuses to tell the version of its Sports lingo is taken for one without.
+std::string UntrueSports(const Question& question) {
+  const Json& info = question.last();
+  const bool sports = question.traits().Lingo(ipodsim::kSports) != nullptr;
+  const bool may_be_denied =
+      question.was_refused() &&
+      WasRefused(question, ipodsim::kGeneral, ipodsim::general::kRequestLingoProtocolVersion);
+  if (may_be_denied && info.contains("sports") && info.at("sports") == false) return "";
+  return ExpectUnlessRefused(question, info, "sports", sports);
 }
 
 std::string UntrueInfo(const Question& question) {
   const Json& info = question.last();
   const ipodsim::Traits& traits = question.traits();
-  const bool sports = traits.Lingo(ipodsim::kSports) != nullptr;
-  const std::string& name = question.ipod.settings().library.name;
-  if (question.run.legacy()) {
-    char number[16];
-    std::snprintf(number, sizeof number, "%04X|%04X", traits.model_id >> 16,
-                  traits.model_id & 0xFFFF);
-    const std::string software = std::to_string(traits.software[0]) + "." +
-                                 std::to_string(traits.software[1]) + "." +
-                                 std::to_string(traits.software[2]);
-    const ipodsim::Version general = traits.Lingo(0)->version;
-    const std::string version =
-        "0 - " + std::to_string(general.major) + "." + std::to_string(general.minor);
-    const bool workouts = sports && traits.model_id >> 16 == 0x0014;
-    const std::pair<const char*, Json> facts[] = {{"name", name},
-                                                  {"model", traits.model_number},
-                                                  {"model_number", number},
-                                                  {"serial_number", traits.serial_number},
-                                                  {"software_version", software},
-                                                  {"lingo_version", version},
-                                                  {"sports", workouts}};
-    for (const auto& [member, truth] : facts) {
-      const std::string untrue = ExpectUnlessRefused(question, info, member, truth);
-      if (!untrue.empty()) return untrue;
-    }
-    return "";
-  }
-  const char* const by = question.ipod.identified_by_tokens() ? "tokens" : "lingoes";
-  std::string payload;
-  if (traits.identifies_by_tokens && (info.contains("max_payload") || !question.was_refused())) {
-    payload = Expect(info, "max_payload", 506);
-  }
-  const bool may_be_unknown = sports && KeepsOptionsToItself(question);
-  const std::string untrue_sports =
-      may_be_unknown && info.value("sports", true) == false ? "" : Expect(info, "sports", sports);
   // An iPod that was away has forgotten it.
+  const char* const by = question.ipod.identified_by_tokens() ? "tokens" : "lingoes";
   const std::string identified = question.account.cut_off ? "" : Expect(info, "identified_by", by);
-  return FirstOf(ExpectUnlessRefused(question, info, "name", name),
+  std::string payload;
+  if (traits.identifies_by_tokens) {
+    payload = ExpectUnlessRefused(question, info, "max_payload", 506);
+  }
+  return FirstOf(ExpectUnlessRefused(question, info, "name", question.ipod.settings().library.name),
                  ExpectUnlessRefused(question, info, "model", traits.model_number),
                  ExpectUnlessRefused(question, info, "model_id", traits.model_id), identified,
-                 untrue_sports, payload, UntrueLingoes(question));
+                 UntrueSports(question), payload, UntrueLingoes(question));
 }
 
 // browse
@@ -470,7 +472,9 @@ std::string UntrueWorkout(const Question& question) {
 
 std::string UntrueAnswer(const Question& question) {
   const std::string& command = question.options.command;
-  if (command == "info") return UntrueInfo(question);
+  if (command == "info") {
+    return question.run.legacy() ? UntrueLegacyInfo(question) : UntrueInfo(question);
+  }
   if (command == "browse") return UntrueList(question);
   if (command == "now" && question.options.follow) return UntrueEvents(question);
   if (command == "shuffle" || command == "repeat") return UntrueMode(question);

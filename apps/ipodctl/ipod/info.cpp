@@ -12,13 +12,14 @@ namespace ipodctl {
 
 namespace {
 
+constexpr unsigned char kSportsLingo = 0x09;
 constexpr std::size_t kTextCapacity = 260;
 
 std::vector<LingoVersion> ReadLingoVersions(Session& session) {
   std::vector<LingoVersion> lingoes = {
       {"General", 0x00, {}},        {"Simple Remote", 0x02, {}},
       {"Display Remote", 0x03, {}}, {"Extended Interface", 0x04, {}},
-      {"Sports", 0x09, {}},         {"Storage", 0x0C, {}},
+      {"Sports", kSportsLingo, {}}, {"Storage", 0x0C, {}},
   };
   for (LingoVersion& lingo : lingoes) {
     lingo.version = session.LingoVersion(lingo.lingo);
@@ -40,7 +41,7 @@ nlohmann::ordered_json ToJson(const DeviceInfo& info, const std::string& device)
   if (info.model) json["model_id"] = info.model_id;
   json["color"] = static_cast<int>(info.color);
   json["identified_by"] = info.identified_by;
-  json["sports"] = info.sports;
+  if (info.sports) json["sports"] = *info.sports;
   if (info.max_payload) json["max_payload"] = *info.max_payload;
   for (const LingoVersion& lingo : info.lingoes) {
     if (lingo.version) json["lingoes"][lingo.name] = VersionText(*lingo.version);
@@ -67,6 +68,11 @@ std::string ToldOrNot(const std::optional<std::string>& text) {
 
 }  // namespace
 
+std::string WorkoutsText(const DeviceInfo& info) {
+  if (!info.sports) return "not offered";
+  return *info.sports ? "supported" : "not supported";
+}
+
 DeviceInfo ReadDeviceInfo(Session& session) {
   CIpodComm& ipod = session.ipod();
   DeviceInfo info;
@@ -78,13 +84,17 @@ DeviceInfo ReadDeviceInfo(Session& session) {
   }
   ReadModel(session, &info);
   info.identified_by = session.IdentifiedBy();
-  info.sports = ipod.SupportsSports() != 0;
   if (ipod.Command_RequestMaxPayloadSize() == 0) {
     session.Require(session.WasRefused(), "tell its maximum payload");
   } else if (ipod.GetMaxPayloadSize() != 0) {
     info.max_payload = ipod.GetMaxPayloadSize();
   }
   info.lingoes = ReadLingoVersions(session);
+  if (ipod.SupportsSports() != 0) {
+    info.sports = true;
+  } else if (!session.LingoVersion(kSportsLingo)) {
+    info.sports = false;
+  }
   return info;
 }
 
@@ -98,7 +108,7 @@ void RunInfo(const Context& context, Session& session) {
   output.Fact("Colour",
               info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
   output.Fact("Identified by", info.identified_by);
-  output.Fact("Workouts", info.sports ? "supported" : "not supported");
+  output.Fact("Workouts", WorkoutsText(info));
   if (info.max_payload)
     output.Fact("Maximum payload", std::to_string(*info.max_payload) + " bytes");
   for (const LingoVersion& lingo : info.lingoes) {

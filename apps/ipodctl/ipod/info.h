@@ -25,12 +25,15 @@ struct DeviceInfo {
   std::uint32_t model_id = 0;
   tagIPOD_COLOR color = IPOD_COLOR_NONE;
   std::string identified_by;
-  bool sports = false;
+  // Whether it takes workouts; none where it has the service and did not offer it.
+  std::optional<bool> sports;
   std::optional<unsigned> max_payload;  // bytes; none: the iPod does not report it
   std::vector<LingoVersion> lingoes;
 };
 
 DeviceInfo ReadDeviceInfo(Session& session);
+/// "supported", "not supported" or "not offered".
+std::string WorkoutsText(const DeviceInfo& info);
 
 void RunInfo(const Context& context, Session& session);
 /// Shows the legacy interface's display texts.

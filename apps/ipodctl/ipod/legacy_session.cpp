@@ -87,7 +87,9 @@ void LegacySession::RequireAnswers() {
 
 // Asks first what it has told before.
 bool LegacySession::Answers() {
-  if (model_.answered()) return AskShort(ModelQuestion()).answered();
+  if (model_.answered()) {
+    return AskShort(ModelQuestion()).result != LegacyAnswer::Result::kUnanswered;
+  }
   return ipodctl::Answers(ipod_);
 }
 

@@ -83,14 +83,16 @@ void RunPlayControl(const Context& context, Session& session) {
 
 namespace {
 
-// The legacy interface counts a command without an answer as accepted, so the state decides.
+// The legacy interface counts a command without an answer as accepted, and one whose answer was
+// lost as refused, so the state decides.
 [[noreturn]] void FailLegacy(bool accepted, const std::string& what, const NowPlaying& now,
                              const std::string& instead = {}) {
   StopIfInterrupted();
   if (accepted) {
     throw CommandFailure(kFailed, "the iPod did not refuse, but is " + WhatItDoes(now) + instead);
   }
-  throw CommandFailure(kFailed, "the iPod refused to " + what + "; it is " + WhatItDoes(now));
+  throw CommandFailure(
+      kFailed, "the iPod did not confirm the command to " + what + "; it is " + WhatItDoes(now));
 }
 
 // One button pauses what plays and goes on with what is paused, on every iPod; it is pressed only

@@ -38,6 +38,7 @@ std::optional<bool> ReadVideo(Session& session, unsigned long index) {
   unsigned char reply[10] = {};
   if (session.ipod().Command_GetIndexedPlayingTrackInfo(kCapabilities, index, 0, reply,
                                                         sizeof reply) == 0) {
+    session.Require(session.WasRefused(), "tell whether it is playing a video");
     session.NoteNoTrackInfo();
     return std::nullopt;
   }

@@ -104,19 +104,20 @@ std::optional<std::string> Read(LegacySession& session, const Preference& prefer
   return DisplayedSetting(preference, *setting);
 }
 
-// Sets a preference until the iPod is undocked. The interface has an operation of its own for the
-// video output only, which does the same.
-bool Set(LegacySession& session, const Preference& preference, unsigned char setting) {
-  ipod& docked = session.interface();
-  if (preference.code == ipod::IPOD_PREFERENCE_VIDEOOUTSETTING) {
-    return docked.setipodpreferencevidooutsetting(setting) != 0;
+// Sets a preference until the iPod is undocked.
+LegacyAnswer Set(LegacySession& session, const Preference& preference, unsigned char setting) {
+  constexpr int kAttempts = 3;
+  const LegacyQuestion question = {[=, code = preference.code](ipod& docked) {
+                                     return docked.command_setipodpreference(code, setting);
+                                   },
+                                   ipod::IPOD_COMMAND_SETIPODPREFERENCES, ipod::IPOD_COMMAND_ACK,
+                                   2};
+  LegacyAnswer answer;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    answer = AskForAck(session.interface(), question);
+    if (answer.result != LegacyAnswer::Result::kUnanswered) break;
   }
-  constexpr unsigned char kCapacity = 20;
-  wchar_t acknowledgement[kCapacity] = {};
-  return docked.command_setipodpreference(preference.code, setting) != 0 &&
-         docked.extractdatafrompacket(ipod::IPOD_COMMAND_ACK, acknowledgement, kCapacity, 0, 0) !=
-             0 &&
-         acknowledgement[0] == 0;
+  return answer;
 }
 
 // Either.
@@ -166,16 +167,15 @@ void SetAndShow(Output& output, Session& session, const Preference& preference,
 void SetAndShow(Output& output, LegacySession& session, const Preference& preference,
                 const std::string& wanted) {
   const unsigned char setting = *SettingByName(preference, wanted);
-  const bool accepted = Set(session, preference, setting);
+  const LegacyAnswer answer = Set(session, preference, setting);
   const std::optional<unsigned char> now = ReadNumber(session, preference);
   const std::string what = std::string(preference.name) + " to " + wanted;
   if (!now) throw CommandFailure(kFailed, "set " + what + ", but the iPod refuses to tell it");
   const std::string shown = DisplayedSetting(preference, *now);
   if (*now != setting) {
-    throw CommandFailure(
-        kFailed, accepted
-                     ? std::string("the iPod accepted, but ") + preference.name + " is " + shown
-                     : "the iPod refused to set " + what + "; it is " + shown);
+    session.Require(answer, "set " + what + "; it is " + shown);
+    throw CommandFailure(kFailed,
+                         std::string("the iPod accepted, but ") + preference.name + " is " + shown);
   }
   ShowOne(output, preference, shown);
 }

@@ -2,6 +2,7 @@
 // Writes workouts through the legacy interface's three operations.
 #include "workout/legacy_writer.h"
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "console/failure.h"
@@ -104,12 +105,17 @@ std::size_t LegacyWorkoutWriter::Written() { return session_.interface().getwork
 
 bool LegacyWorkoutWriter::Answers() { return session_.Answers(); }
 
-// What was tried last, or with which status the iPod refused it. An answer that did not come, or
-// was lost, is no refusal.
+// What was tried last, or with which status the iPod acknowledged it. A pending one is no refusal,
+// nor is an answer that did not come, or was lost.
 void LegacyWorkoutWriter::FailAt(const std::string& refused, const std::string& unconfirmed) {
   const std::string tried = Printable(Utf8(session_.interface().getlasttry()));
-  const bool told = tried.rfind("Error in Ack", 0) == 0;
-  Fail((told ? "refused " + refused : "did not confirm " + unconfirmed) + " ('" + tried + "')");
+  const std::string value = ", value is ";
+  const std::size_t told = tried.rfind("Error in Ack", 0) == 0 ? tried.find(value) : tried.npos;
+  constexpr int kLastRefusal = 5;
+  const int status = told == tried.npos ? 0 : std::atoi(tried.c_str() + told + value.size());
+  const bool is_refusal = status > 0 && status <= kLastRefusal;
+  Fail((is_refusal ? "refused " + refused : "did not confirm " + unconfirmed) + " ('" + tried +
+       "')");
 }
 
 void LegacyWorkoutWriter::ShowProgress() {
