@@ -25,7 +25,6 @@ using bench::Clock;
 using bench::Median;
 using bench::MillisecondsSince;
 using bench::Number;
-using bench::PrintTrip;
 using bench::SleepOvershootMs;
 using bench::Trip;
 

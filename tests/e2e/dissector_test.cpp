@@ -76,16 +76,16 @@ TEST_F(TheDissector, AgreesWithTheDecoderOnAWholeSession) {
   }
   EXPECT_GT(decoded.size(), 100U);
   std::vector<std::string> dissected;
-  for (std::string line : Tshark(recording, {"-o", "gui.column.format:\"No\",\"%m\"",
-                                             "-Y", "ipodcomm.lingo",
-                                             "-T", "fields",
-                                             "-E", "occurrence=f",
-                                             "-e", "frame.number",
-                                             "-e", "ipodcomm.lingo",
-                                             "-e", "ipodcomm.name",
-                                             "-e", "ipodcomm.transaction_id",
-                                             "-e", "ipodcomm.response_to",
-                                             "-e", "ipodcomm.status"})) {
+  for (const std::string& line : Tshark(recording, {"-o", "gui.column.format:\"No\",\"%m\"",
+                                                    "-Y", "ipodcomm.lingo",
+                                                    "-T", "fields",
+                                                    "-E", "occurrence=f",
+                                                    "-e", "frame.number",
+                                                    "-e", "ipodcomm.lingo",
+                                                    "-e", "ipodcomm.name",
+                                                    "-e", "ipodcomm.transaction_id",
+                                                    "-e", "ipodcomm.response_to",
+                                                    "-e", "ipodcomm.status"})) {
     // The lingo and the identifier come in hexadecimal.
     std::istringstream columns(line);
     std::string number, lingo, name, identifier, question, status;

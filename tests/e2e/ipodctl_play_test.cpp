@@ -9,6 +9,7 @@
 #include "support/json_lines.h"
 
 using e2e::DockedIpod;
+using e2e::SettingsOf;
 using ipodsim::PlayerState;
 using nlohmann::json;
 using test::Ended;

@@ -16,10 +16,8 @@
 
 using e2e::DockedIpod;
 using e2e::NumberedTracks;
-using e2e::SettingsOf;
 using ipodsim::Fault;
 using ipodsim::PlayerState;
-using ipodsim::Profile;
 
 namespace {
 

@@ -110,9 +110,10 @@ bool LegacyWorkoutWriter::Answers() { return session_.Answers(); }
 void LegacyWorkoutWriter::FailAt(const std::string& refused, const std::string& unconfirmed) {
   const std::string tried = Printable(Utf8(session_.interface().getlasttry()));
   const std::string value = ", value is ";
-  const std::size_t told = tried.rfind("Error in Ack", 0) == 0 ? tried.find(value) : tried.npos;
+  const std::size_t told =
+      tried.rfind("Error in Ack", 0) == 0 ? tried.find(value) : std::string::npos;
   constexpr int kLastRefusal = 5;
-  const int status = told == tried.npos ? 0 : std::atoi(tried.c_str() + told + value.size());
+  const int status = told == std::string::npos ? 0 : std::atoi(tried.c_str() + told + value.size());
   const bool is_refusal = status > 0 && status <= kLastRefusal;
   Fail((is_refusal ? "refused " + refused : "did not confirm " + unconfirmed) + " ('" + tried +
        "')");
