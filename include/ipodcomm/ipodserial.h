@@ -15,13 +15,20 @@ struct tagIPOD_LEGACY_CONDUCT {
   /// 1 ends the pause after the sync byte once a whole frame has been read, until the port is
   /// opened anew; else 0.
   std::int32_t sync_pause_until_answered;
+  /// Before the port is closed and opened again between two lines of a workout; at most 10000. What
+  /// arrives in this time is discarded with the opening. Without it a doubled acknowledgement is
+  /// taken for that of the next line, whose bytes the opening after that discards before they have
+  /// left.
+  std::uint32_t line_pause_ms;
 };
 
 /// A pause behind every sync byte and one byte per read: what docks in the field bear.
-constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FIELD = {5, 1, 0};
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FIELD = {5, 1, 0, 0};
+/// The same, and a pause between the lines of a workout: for iPods that acknowledge twice.
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_ROBUST = {5, 1, 0, 10};
 /// The speed of the line. The pause wakes an iPod's receiver from sleep, so it is kept until the
 /// iPod has answered once. Whether a dock bears the rest is for the host that ships it to try.
-constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FAST = {5, 256, 1};
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FAST = {5, 256, 1, 0};
 
 /// Opens a port, writes raw bytes and reads one frame at a time, by default byte by byte, on the
 /// caller's thread.
@@ -80,6 +87,7 @@ class IPODCOMM_API ipodserial {
   friend class ipod;
   friend struct ipodserialPeer;  // the tests' look inside
 
+  void PauseBetweenLines() const;
   unsigned long WriteFrame(unsigned char* frame, unsigned length);
   unsigned long ReadSome(unsigned char* buffer, unsigned long most);
   unsigned long BytesToRead(unsigned long most, bool* told) const;

@@ -18,6 +18,7 @@ constexpr std::uint32_t kLongestPauseMs = 10000;
 int ipodserial::SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct) {
   if (conduct == nullptr || conduct->sync_pause_ms > kLongestPauseMs) return 0;
   if (conduct->bytes_per_read < 1 || conduct->bytes_per_read > kMostBytesPerRead) return 0;
+  if (conduct->line_pause_ms > kLongestPauseMs) return 0;
   if (conduct->sync_pause_until_answered < 0 || conduct->sync_pause_until_answered > 1) return 0;
   conduct_ = *conduct;
   return 1;
@@ -27,6 +28,10 @@ int ipodserial::GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const {
   if (conduct == nullptr) return 0;
   *conduct = conduct_;
   return 1;
+}
+
+void ipodserial::PauseBetweenLines() const {
+  if (conduct_.line_pause_ms != 0) Sleep(conduct_.line_pause_ms);
 }
 
 // The sync byte goes out alone, ahead of the rest, and the iPod's receiver wakes up on it. Returns

@@ -106,6 +106,7 @@ int ipod::issports(int* supported, unsigned char* extra) {
 int ipod::ipodstoragewritestring(int previous_ok, wchar_t* text) {
   if (previous_ok == 0 || text == nullptr) return 0;
   Show(status_text_, text);
+  serial_.PauseBetweenLines();
   closeport();
   openport();
   const auto count = static_cast<unsigned short>(std::wcslen(text));

@@ -54,19 +54,21 @@ TEST_F(LegacyConduct, IsFieldUnlessAnotherIsChosen) {
   EXPECT_EQ(conduct.sync_pause_ms, 5U);
   EXPECT_EQ(conduct.bytes_per_read, 1U);
   EXPECT_EQ(conduct.sync_pause_until_answered, 0);
-  EXPECT_EQ(Choose({7, 8, 1}), 1);
+  EXPECT_EQ(conduct.line_pause_ms, 0U);
+  EXPECT_EQ(Choose({7, 8, 1, 9}), 1);
   EXPECT_EQ(legacy_.GetConduct(&conduct), 1);
   EXPECT_EQ(conduct.sync_pause_ms, 7U);
   EXPECT_EQ(conduct.bytes_per_read, 8U);
   EXPECT_EQ(conduct.sync_pause_until_answered, 1);
+  EXPECT_EQ(conduct.line_pause_ms, 9U);
   EXPECT_EQ(legacy_.GetConduct(nullptr), 0);
 }
 
 TEST_F(LegacyConduct, ASenselessOneIsRefusedAndChangesNothing) {
   for (const tagIPOD_LEGACY_CONDUCT senseless :
-       {tagIPOD_LEGACY_CONDUCT{10001, 1, 0}, tagIPOD_LEGACY_CONDUCT{5, 0, 0},
-        tagIPOD_LEGACY_CONDUCT{5, 1025, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 2},
-        tagIPOD_LEGACY_CONDUCT{5, 1, -1}}) {
+       {tagIPOD_LEGACY_CONDUCT{10001, 1, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 0, 0, 0},
+        tagIPOD_LEGACY_CONDUCT{5, 1025, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 2, 0},
+        tagIPOD_LEGACY_CONDUCT{5, 1, -1, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 0, 10001}}) {
     EXPECT_EQ(Choose(senseless), 0);
   }
   EXPECT_EQ(legacy_.SetConduct(nullptr), 0);
@@ -75,10 +77,10 @@ TEST_F(LegacyConduct, ASenselessOneIsRefusedAndChangesNothing) {
 }
 
 TEST_F(LegacyConduct, ThePauseIsTheOneChosen) {
-  EXPECT_EQ(Choose({12, 1, 0}), 1);
+  EXPECT_EQ(Choose({12, 1, 0, 0}), 1);
   EXPECT_THAT(CallsOfSending(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(12)", "WriteFile(port1, 55 02 00 07 F7)"));
-  EXPECT_EQ(Choose({0, 1, 0}), 1);
+  EXPECT_EQ(Choose({0, 1, 0, 0}), 1);
   EXPECT_THAT(CallsOfSending(), ElementsAre("WriteFile(port1, FF 55 02 00 07 F7)"));
 }
 

@@ -32,6 +32,7 @@ bool SendsUnreadableFrames(ipod& docked) {
 }  // namespace
 
 LegacySession::LegacySession(const DockLine& dock) : dock_(dock) {
+  ipod_.SetConduct(&IPOD_LEGACY_CONDUCT_ROBUST);
   Note("opening " + dock.device());
   if (ipod_.openport() == 0) dock.FailToOpen();
 }
