@@ -13,6 +13,9 @@ constexpr std::size_t kIdentifierSize = 2;
 constexpr std::uint8_t kGeneral = 0x00;
 constexpr std::uint16_t kGeneralAck = 0x02;
 
+// Of a command that is not in the table.
+const std::vector<Field> kUnknown = {Optional(Bytes("data"))};
+
 bool NeverCarriesIdentifier(const Frame& frame, const Command* command) {
   if (command != nullptr && !command->carries_identifier) return true;
   // An ACK of status and command alone.
@@ -42,7 +45,6 @@ DecodedFrame Decode(const Frame& frame, Sender sender, Identifier identifier) {
       begin = kIdentifierSize;
     }
   }
-  static const std::vector<Field> kUnknown = {Optional(Bytes("data"))};
   const std::vector<Field>& fields =
       decoded.command == nullptr ? kUnknown : decoded.command->fields;
   FieldDecoder decoder(frame.lingo, sender);

@@ -14,23 +14,23 @@ bool SentBy(const Command& command, Sender sender) {
   return command.sender == Sender::kEither || command.sender == sender;
 }
 
+// Not made when it is first needed: a thread that reads it may outlive what is made so late.
+const std::vector<Lingo> kLingoes = {
+    {0x00, "General", 0x02, GeneralCommands()},
+    {0x02, "Simple Remote", 0x01, SimpleRemoteCommands()},
+    {0x03, "Display Remote", 0x00, DisplayRemoteCommands()},
+    {kExtendedInterface, "Extended Interface", 0x0001, ExtendedCommands()},
+    {0x09, "Sports", 0x80, SportsCommands()},
+    {0x0C, "Storage", 0x00, StorageCommands()},
+};
+
 }  // namespace
 
 std::size_t Lingo::command_size() const { return CommandSize(number); }
 
 std::size_t CommandSize(std::uint8_t lingo) { return lingo == kExtendedInterface ? 2 : 1; }
 
-const std::vector<Lingo>& Lingoes() {
-  static const std::vector<Lingo> lingoes = {
-      {0x00, "General", 0x02, GeneralCommands()},
-      {0x02, "Simple Remote", 0x01, SimpleRemoteCommands()},
-      {0x03, "Display Remote", 0x00, DisplayRemoteCommands()},
-      {kExtendedInterface, "Extended Interface", 0x0001, ExtendedCommands()},
-      {0x09, "Sports", 0x80, SportsCommands()},
-      {0x0C, "Storage", 0x00, StorageCommands()},
-  };
-  return lingoes;
-}
+const std::vector<Lingo>& Lingoes() { return kLingoes; }
 
 const Lingo* FindLingo(std::uint8_t number) {
   const auto found = std::find_if(Lingoes().begin(), Lingoes().end(),

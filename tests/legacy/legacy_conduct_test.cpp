@@ -129,6 +129,40 @@ TEST_F(LegacyConduct, FastWaitsForASilentLineAsLongAsByDefault) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(ReadFrame(), ""); }), kEmptyReadsUs);
 }
 
+TEST_F(LegacyConduct, RobustPausesBeforeThePortIsOpenedForTheNextLineOfAWorkout) {
+  wchar_t line[] = L"x";
+  EXPECT_EQ(Choose(IPOD_LEGACY_CONDUCT_ROBUST), 1);
+  world_.Record({"Sleep", "CloseHandle"});
+  legacy_.ipodstoragewritestring(1, line);
+  const auto robust = world_.DrainRecord();
+  EXPECT_EQ(Choose(IPOD_LEGACY_CONDUCT_FIELD), 1);
+  legacy_.ipodstoragewritestring(1, line);
+  const auto field = world_.DrainRecord();
+  ASSERT_THAT(robust, SizeIs(testing::Ge(2U)));
+  ASSERT_THAT(field, SizeIs(testing::Ge(1U)));
+  EXPECT_EQ(robust[0], "Sleep(10)");
+  EXPECT_EQ(robust[1], "CloseHandle(port1)");
+  EXPECT_THAT(field[0], testing::StartsWith("CloseHandle(port"));
+}
+
+TEST_F(LegacyConduct, RobustDiscardsADoubledAcknowledgementOfALine) {
+  constexpr char kAckTwice[] = "FF 55 04 0C 00 00 07 E9 FF 55 04 0C 00 00 07 E9";
+  wchar_t line[] = L"x";
+  EXPECT_EQ(Choose(IPOD_LEGACY_CONDUCT_ROBUST), 1);
+  ipod_.SendAt(world_.now_us() + 40 * kMillisecond, test::Hex(kAckTwice));
+  EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
+  // Nothing acknowledges the second line, and the doubled acknowledgement does not either.
+  EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 0);
+}
+
+TEST_F(LegacyConduct, ByDefaultADoubledAcknowledgementIsTakenForTheNextLines) {
+  constexpr char kAckTwice[] = "FF 55 04 0C 00 00 07 E9 FF 55 04 0C 00 00 07 E9";
+  wchar_t line[] = L"x";
+  ipod_.SendAt(world_.now_us() + 40 * kMillisecond, test::Hex(kAckTwice));
+  EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
+  EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
+}
+
 TEST_F(LegacyConduct, ADriverThatDoesNotTellWhatItHoldsIsReadByteByByte) {
   ChooseFast();
   world_.FailFrom("ClearCommError", 1, 50);
