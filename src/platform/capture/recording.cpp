@@ -13,7 +13,7 @@
 namespace ipodcomm::capture {
 namespace {
 
-constexpr char kApplication[] = "ipodcomm " IPODCOMM_VERSION;
+constexpr char kProgram[] = "ipodcomm " IPODCOMM_VERSION;
 constexpr std::size_t kMostWaiting = 4 << 20;  // bytes
 
 // The reader of a pipe may leave; the session goes on without it.
@@ -43,7 +43,7 @@ std::shared_ptr<Recording> Recording::Start(const std::string& file, std::string
 Recording::Recording(std::string file, std::FILE* stream)
     : file_(std::move(file)),
       stream_(stream),
-      waiting_(SectionHeaderBlock(kApplication)),
+      waiting_(SectionHeaderBlock(kProgram)),
       writer_([this] { WriteUntilDone(); }) {}
 
 Recording::~Recording() {

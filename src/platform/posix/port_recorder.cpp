@@ -54,15 +54,15 @@ const char* ParityName(std::uint8_t parity) {
   return parity < 3 ? kNames[parity] : "other";
 }
 
-const char* StopBits(std::uint8_t code) {
+const char* StopBitsName(std::uint8_t code) {
   constexpr const char* kCounts[] = {"1", "1.5", "2"};
   return code < 3 ? kCounts[code] : "other";
 }
 
 std::string Describe(const DCB& settings) {
   return std::to_string(settings.BaudRate) + " baud, " + std::to_string(settings.ByteSize) +
-         " data bits, " + ParityName(settings.Parity) + " parity, " + StopBits(settings.StopBits) +
-         " stop bits";
+         " data bits, " + ParityName(settings.Parity) + " parity, " +
+         StopBitsName(settings.StopBits) + " stop bits";
 }
 
 // The process's recording: one file takes all that it does on its lines. It is written out when the
