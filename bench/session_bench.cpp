@@ -73,17 +73,23 @@ std::size_t Utf8Length(const wchar_t* text) {
   return length;
 }
 
-Trip MeasureRecords(CIpodComm& session) {
-  constexpr unsigned long kRecords = 50;
+// Asks for the first tracks' names. @return the bytes of the frames that brought them
+std::size_t ReadNames(CIpodComm& session, unsigned long count) {
   constexpr std::size_t kFrameBytes = 14;  // around the name: header, identifier, index, terminator
-  session.SelectTop(ipod::IPOD_CATEGORY_TRACK, nullptr, 0);
   std::size_t bytes = 0;
-  const Clock::time_point start = Clock::now();
-  session.Command_RetrieveCategorizedDatabaseRecords(0, kRecords, ipod::IPOD_CATEGORY_TRACK);
-  for (unsigned long i = 0; i < kRecords; ++i) {
+  session.Command_RetrieveCategorizedDatabaseRecords(0, count, ipod::IPOD_CATEGORY_TRACK);
+  for (unsigned long i = 0; i < count; ++i) {
     wchar_t name[256];
     if (session.GetNextCategorizedRecord(name, 256) == 1) bytes += kFrameBytes + Utf8Length(name);
   }
+  return bytes;
+}
+
+Trip MeasureRecords(CIpodComm& session) {
+  constexpr unsigned long kRecords = 50;
+  session.SelectTop(ipod::IPOD_CATEGORY_TRACK, nullptr, 0);
+  const Clock::time_point start = Clock::now();
+  const std::size_t bytes = ReadNames(session, kRecords);
   const double measured_ms = MillisecondsSince(start);
   const auto pauses = static_cast<double>(bytes);
   return {measured_ms, kSyncPauseMs + pauses * kBytePauseMs,
@@ -153,17 +159,11 @@ void PrintIdle(const std::string& conduct, double percent, double bare, const st
 // those of the simulated iPod's own library.
 void PrintNamesAtLineSpeed(CIpodComm& session) {
   constexpr unsigned long kRecords = 200;
-  constexpr std::size_t kFrameBytes = 14;  // around the name: header, identifier, index, terminator
   constexpr double kByteMs = 10.5 / 57.6;
   constexpr double kRequestBytes = 17;
   session.SelectTop(ipod::IPOD_CATEGORY_TRACK, nullptr, 0);
-  std::size_t bytes = 0;
   const Clock::time_point start = Clock::now();
-  session.Command_RetrieveCategorizedDatabaseRecords(0, kRecords, ipod::IPOD_CATEGORY_TRACK);
-  for (unsigned long i = 0; i < kRecords; ++i) {
-    wchar_t name[256];
-    if (session.GetNextCategorizedRecord(name, 256) == 1) bytes += kFrameBytes + Utf8Length(name);
-  }
+  const std::size_t bytes = ReadNames(session, kRecords);
   const double measured_ms = MillisecondsSince(start);
   const double floor_ms = (kRequestBytes + static_cast<double>(bytes)) * kByteMs;
   bench::PrintFigure("200 record names in a row, fast", Number(measured_ms, 1) + " ms",

@@ -10,7 +10,8 @@ std::vector<Value> AckStatuses() {
           {0x03, "bad parameter"},
           {0x04, "unknown ID"},
           {0x05, "reserved"},
-          {0x06, "pending"}};
+          {0x06, "pending"},
+          {0x07, "accessory not authenticated"}};
 }
 
 std::vector<Field> AckFields(std::size_t command_size) {
@@ -23,7 +24,8 @@ std::vector<Field> AckFields(std::size_t command_size) {
                         {0x03, {}},
                         {0x04, {}},
                         {0x05, {}},
-                        {0x06, {U32("longest wait", "ms")}}}),
+                        {0x06, {U32("longest wait", "ms")}},
+                        {0x07, {}}}),
   };
 }
 

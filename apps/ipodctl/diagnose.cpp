@@ -22,18 +22,24 @@ std::string RecordingOf(const Options& options) {
   return path;
 }
 
+struct Outcome {
+  ExitStatus status = kSuccess;
+  std::string sentence;
+  std::string finding;  // its code, where it is known without the recording
+};
+
 // Identifies, and looks whether the iPod may be controlled.
-CommandFailure Attempt(const Options& options, Output& output) {
+Outcome Attempt(const Options& options, Output& output) {
   DockLine dock(options);
   output.Line("Identifying to what is docked on " + dock.device() + " ...");
   try {
     Session session(options, dock);
     session.Identify();
     session.EnterRemoteUi();
-    return CommandFailure(kSuccess, "the iPod accepted the accessory by " + session.IdentifiedBy());
+    return {kSuccess, "the iPod accepted the accessory by " + session.IdentifiedBy(), ""};
   } catch (const CommandFailure& failure) {
     if (failure.status() == kInterrupted) throw;
-    return failure;
+    return {failure.status(), failure.what(), failure.finding()};
   }
 }
 
@@ -41,16 +47,16 @@ CommandFailure Attempt(const Options& options, Output& output) {
 
 int RunDiagnose(const Options& options, Output& output) {
   const std::string recording = RecordingOf(options);
-  const CommandFailure outcome = Attempt(options, output);
-  output.Line("Outcome: " + std::string(outcome.what()) + ".");
-  output.Object({{"outcome", outcome.what()}, {"status", static_cast<int>(outcome.status())}});
+  const Outcome outcome = Attempt(options, output);
+  output.Line("Outcome: " + outcome.sentence + ".");
+  output.Object({{"outcome", outcome.sentence}, {"status", static_cast<int>(outcome.status)}});
   output.Line("");
-  if (outcome.status() != kPortUnavailable) {
+  if (outcome.status != kPortUnavailable) {
     ShowFindingsOf(recording, /*follow=*/true, output);
-  } else if (!outcome.finding().empty()) {
-    ShowPage(*ipodwire::FindFindingPage(outcome.finding()), output);
+  } else if (!outcome.finding.empty()) {
+    ShowPage(*ipodwire::FindFindingPage(outcome.finding), output);
   }
-  return outcome.status();
+  return outcome.status;
 }
 
 }  // namespace ipodctl

@@ -2,23 +2,12 @@
 // The recording of the line that ipodsim --capture asks for.
 #include "line_recording.h"
 
-#include <chrono>
 #include <memory>
 #include <vector>
 
 #include "platform/capture/line_tap.h"
 
-namespace {
-
 using namespace ipodcomm::capture;
-
-Nanoseconds Now() {
-  using std::chrono::nanoseconds;
-  using std::chrono::system_clock;
-  return std::chrono::duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
-}
-
-}  // namespace
 
 ipodsim::PtyServer::Tap RecordLine(const std::string& file, std::uint32_t baud,
                                    std::string* error) {
@@ -27,10 +16,10 @@ ipodsim::PtyServer::Tap RecordLine(const std::string& file, std::uint32_t baud,
   const auto tap = std::make_shared<LineTap>(recording, "simulated iPod");
   tap->Configure(baud,
                  baud == 0 ? "a pseudo-terminal without a speed" : std::to_string(baud) + " baud",
-                 Now());
+                 WallClock());
   return [tap](ipodsim::LineEnd sender, const std::vector<std::uint8_t>& bytes) {
     const Direction direction =
         sender == ipodsim::LineEnd::kAccessory ? Direction::kSent : Direction::kReceived;
-    tap->Record(direction, bytes.data(), bytes.size(), Now());
+    tap->Record(direction, bytes.data(), bytes.size(), WallClock());
   };
 }

@@ -143,7 +143,7 @@ local lingoes = {
       { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
     } },
     { number = 0x02, name = "ACK", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 1, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -161,6 +161,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },
@@ -592,7 +594,7 @@ local lingoes = {
       { kind = "low_first", name = "buttons", key = "buttons", bits = {{0x01, "play/pause"}, {0x02, "volume up"}, {0x04, "volume down"}, {0x08, "next track"}, {0x10, "previous track"}, {0x20, "next album"}, {0x40, "previous album"}, {0x80, "stop"}, {0x100, "play"}, {0x200, "pause"}, {0x400, "mute"}, {0x800, "next chapter"}, {0x1000, "previous chapter"}, {0x2000, "next playlist"}, {0x4000, "previous playlist"}, {0x8000, "shuffle"}, {0x10000, "repeat"}, {0x20000, "power on"}, {0x40000, "power off"}, {0x80000, "backlight for 30 seconds"}, {0x100000, "fast forward"}, {0x200000, "rewind"}, {0x400000, "menu"}, {0x800000, "select"}, {0x1000000, "up"}, {0x2000000, "down"}, {0x4000000, "backlight off"}, } },
     } },
     { number = 0x01, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 1, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -610,6 +612,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },
@@ -626,7 +630,7 @@ local lingoes = {
   } },
   [0x03] = { name = "Display Remote", ack = 0x00, commands = {
     { number = 0x00, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 1, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -644,6 +648,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },
@@ -739,7 +745,7 @@ local lingoes = {
   } },
   [0x04] = { name = "Extended Interface", ack = 0x01, commands = {
     { number = 0x01, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 2, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -757,6 +763,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },
@@ -1078,7 +1086,7 @@ local lingoes = {
   } },
   [0x09] = { name = "Sports", ack = 0x80, commands = {
     { number = 0x00, name = "ACK", from = "accessory", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 1, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -1096,6 +1104,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },
@@ -1111,7 +1121,7 @@ local lingoes = {
       { kind = "bytes", name = "capabilities", key = "capabilities_bytes", size = 3 },
     } },
     { number = 0x80, name = "iPodACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 1, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -1129,6 +1139,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },
@@ -1182,7 +1194,7 @@ local lingoes = {
   } },
   [0x0C] = { name = "Storage", ack = 0x00, commands = {
     { number = 0x00, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", } },
+      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
       { kind = "number", name = "command", key = "about_command", size = 1, command = true },
       { kind = "choice", name = "status",
         cases = {
@@ -1200,6 +1212,8 @@ local lingoes = {
           },
           [6] = {
             { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+          },
+          [7] = {
           },
         },
       },

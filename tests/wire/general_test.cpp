@@ -24,6 +24,8 @@ TEST(TheGeneralLingo, TellsWhatIsAcknowledgedAndHow) {
             "General ACK: status bad parameter, command IdentifyDeviceLingoes");
   EXPECT_EQ(FromIpod({0x00, 0x02, 0x04, 0x11}),
             "General ACK: status unknown ID, command RequestMaxPayloadSize");
+  EXPECT_EQ(FromIpod({0x00, 0x02, 0x07, 0x29}),
+            "General ACK: status accessory not authenticated, command GetiPodPreferences");
   EXPECT_EQ(FromIpod({0x00, 0x02, 0x06, 0x05, 0x00, 0x00, 0x27, 0x10}),
             "General ACK: status pending, command EnterRemoteUIMode, longest wait 10000 ms");
   EXPECT_EQ(FromIpodWithId({0x00, 0x02, 0x12, 0x34, 0x00, 0x37}),

@@ -112,44 +112,41 @@ Found LineErrors(const Evidence& evidence) {
 
 // ---- Identification ---------------------------------------------------------------------------
 
+// A lingo, and the version from which on the library can use it.
+struct Need {
+  std::uint8_t lingo;
+  const char* name;
+  std::pair<unsigned, unsigned> least;
+};
+
+// Whether a version was told that is below what is needed.
+Found BelowNeed(const char* code, const Need& need, const Evidence& evidence) {
+  const auto told = evidence.versions.find(need.lingo);
+  if (told == evidence.versions.end() || told->second.first >= need.least) return {};
+  return Proved(code,
+                std::string(need.name) + " has version " + Version(told->second.first) +
+                    " and needs " + Version(need.least),
+                {told->second.second});
+}
+
 Found TooOld(const Evidence& evidence) {
-  struct Need {
-    std::uint8_t lingo;
-    const char* name;
-    std::pair<unsigned, unsigned> least;
-  };
-  static const Need kNeeds[] = {{0x00, "General", {1, 2}},
-                                {0x03, "Display Remote", {1, 1}},
-                                {0x04, "Extended Interface", {1, 8}}};
+  constexpr Need kNeeds[] = {{0x00, "General", {1, 2}},
+                             {0x03, "Display Remote", {1, 1}},
+                             {0x04, "Extended Interface", {1, 8}}};
   for (const Need& need : kNeeds) {
-    const auto told = evidence.versions.find(need.lingo);
-    if (told == evidence.versions.end() || told->second.first >= need.least) continue;
-    return Proved("E306",
-                  std::string(need.name) + " has version " + Version(told->second.first) +
-                      " and needs " + Version(need.least),
-                  {told->second.second});
+    if (Found found = BelowNeed("E306", need, evidence)) return found;
   }
   return {};
 }
 
 Found NoWorkouts(const Evidence& evidence) {
-  struct Need {
-    std::uint8_t lingo;
-    const char* name;
-    std::pair<unsigned, unsigned> least;
-  };
-  static const Need kNeeds[] = {{0x09, "Sports", {1, 1}}, {0x0C, "Storage", {1, 2}}};
+  constexpr Need kNeeds[] = {{0x09, "Sports", {1, 1}}, {0x0C, "Storage", {1, 2}}};
   for (const Need& need : kNeeds) {
     const auto refused = evidence.lingoes_without_version.find(need.lingo);
     if (refused != evidence.lingoes_without_version.end()) {
       return Proved("E307", std::string("the iPod knows no lingo ") + need.name, {refused->second});
     }
-    const auto told = evidence.versions.find(need.lingo);
-    if (told == evidence.versions.end() || told->second.first >= need.least) continue;
-    return Proved("E307",
-                  std::string(need.name) + " has version " + Version(told->second.first) +
-                      " and needs " + Version(need.least),
-                  {told->second.second});
+    if (Found found = BelowNeed("E307", need, evidence)) return found;
   }
   return {};
 }

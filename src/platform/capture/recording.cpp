@@ -26,6 +26,12 @@ void SurviveLeavingReaders() {
 
 }  // namespace
 
+Nanoseconds WallClock() {
+  using std::chrono::nanoseconds;
+  using std::chrono::system_clock;
+  return std::chrono::duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
+}
+
 std::shared_ptr<Recording> Recording::Start(const std::string& file, std::string* error) {
   std::FILE* const stream = file == "-" ? stdout : std::fopen(file.c_str(), "wbe");
   if (stream == nullptr) {

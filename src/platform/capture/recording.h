@@ -14,6 +14,9 @@
 
 namespace ipodcomm::capture {
 
+/// The present time.
+Nanoseconds WallClock();
+
 /// What is added is written by a thread of the recording's own, so that a slow disk, or a reader
 /// that does not read, never holds up the session. Four megabytes wait at most; what is added then
 /// is lost. When the file cannot be written any more, one sentence on standard error says so, and

@@ -292,7 +292,7 @@ DWORD Port::Write(const void* data, DWORD count, DWORD* written) {
   }
   const auto* const bytes = static_cast<const char*>(data);
   while (*written < count) {
-    const capture::Nanoseconds began = recorder_ != nullptr ? PortRecorder::Now() : 0;
+    const capture::Nanoseconds began = recorder_ != nullptr ? capture::WallClock() : 0;
     const ssize_t sent = ::write(line_.get(), bytes + *written, count - *written);
     if (sent >= 0) {
       if (recorder_ != nullptr) {

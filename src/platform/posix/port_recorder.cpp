@@ -5,7 +5,6 @@
 #include <linux/serial.h>
 #include <sys/ioctl.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -113,19 +112,13 @@ PortRecorder::PortRecorder(std::unique_ptr<capture::LineTap> tap,
       status_(std::move(status)),
       tells_errors_(status_->GetErrors(&errors_)) {}
 
-capture::Nanoseconds PortRecorder::Now() {
-  using std::chrono::nanoseconds;
-  using std::chrono::system_clock;
-  return std::chrono::duration_cast<nanoseconds>(system_clock::now().time_since_epoch()).count();
-}
-
 void PortRecorder::Configured(const DCB& settings) {
-  tap_->Configure(settings.BaudRate, Describe(settings), Now());
+  tap_->Configure(settings.BaudRate, Describe(settings), capture::WallClock());
 }
 
 void PortRecorder::Received(const void* bytes, std::size_t count) {
   RecordStatus();
-  tap_->Record(capture::Direction::kReceived, bytes, count, Now());
+  tap_->Record(capture::Direction::kReceived, bytes, count, capture::WallClock());
 }
 
 void PortRecorder::Sent(const void* bytes, std::size_t count, capture::Nanoseconds began) {
@@ -136,7 +129,7 @@ void PortRecorder::Gone(int error) {
   const std::lock_guard lock(mutex_);
   if (gone_) return;
   gone_ = true;
-  tap_->Record(Event::kStatus, Now(),
+  tap_->Record(Event::kStatus, capture::WallClock(),
                std::string("the line is gone: ") + (error == 0 ? "hung up" : std::strerror(error)));
 }
 
@@ -148,10 +141,10 @@ void PortRecorder::RecordStatus() {
   if (tells_control_lines_) tap_->set_control_lines(lines);
   const LineErrors before = errors_;
   tells_errors_ = tells_errors_ && status_->GetErrors(&errors_);
-  if (errors_.framing != before.framing) tap_->Record(Event::kFraming, Now());
-  if (errors_.parity != before.parity) tap_->Record(Event::kParity, Now());
-  if (errors_.breaks != before.breaks) tap_->Record(Event::kBreak, Now());
-  if (errors_.overflows != before.overflows) tap_->Record(Event::kOverflow, Now());
+  if (errors_.framing != before.framing) tap_->Record(Event::kFraming, capture::WallClock());
+  if (errors_.parity != before.parity) tap_->Record(Event::kParity, capture::WallClock());
+  if (errors_.breaks != before.breaks) tap_->Record(Event::kBreak, capture::WallClock());
+  if (errors_.overflows != before.overflows) tap_->Record(Event::kOverflow, capture::WallClock());
 }
 
 }  // namespace ipodcomm::platform

@@ -48,8 +48,6 @@ class PortRecorder {
   /// @param error the system's, 0 when the terminal was hung up
   void Gone(int error);
 
-  static capture::Nanoseconds Now();
-
  private:
   void RecordStatus();
 
