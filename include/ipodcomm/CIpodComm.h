@@ -372,7 +372,8 @@ class IPODCOMM_API CIpodComm {
   // half to the even digit, and have a point whatever the host's locale; pace, spm and rpm are cut
   // to whole numbers, the nearest of 32 bits (0 for no number).
   //
-  // Every text goes out as it is given, in UTF-8: a host whose names hold `<` or `&` escapes them.
+  // Every text goes out as it is given, in UTF-8: a host whose names may hold `<` or `&` hands them
+  // through ipodcomm::DocumentText first.
   // A line or block is one write of at most 512 bytes. One that fits no frame (see
   // Command_WriteiPodFileData) or is refused is reported on the debug output and leaves a gap.
 

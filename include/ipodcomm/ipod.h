@@ -794,8 +794,8 @@ class IPODCOMM_API ipod {
   // A workout is started, gets any number of intervals, and is finished. `getlasttry` shows what
   // was tried last: the step, the line written, or the status with which the iPod refused it, which
   // no later step of the same call replaces. Only the Storage lingo's ACK counts as the iPod's. A
-  // name goes out with the low byte of each of its characters, as it is; the other elements are
-  // numbers.
+  // name goes out with the low byte of each of its characters, as it is:
+  // ipodcomm::LegacyDocumentText makes it fit. The other elements are numbers.
 
   /// Asks for the iPod's Sports capabilities: Sports `83`, answer `84 cccc ee`; and, when workouts
   /// and user data are both among them (values 1 and 2), for its storage: Storage `01`, answer `02
