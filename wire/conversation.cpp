@@ -6,15 +6,12 @@
 #include <cstdio>
 #include <utility>
 
+#include "wire/numbers.h"
+
 namespace ipodwire {
 namespace {
 
 constexpr std::size_t kMostQuestions = 32;
-constexpr std::uint8_t kGeneral = 0x00;
-constexpr std::uint16_t kIdentifyDeviceLingoes = 0x13;
-constexpr std::uint16_t kStartIdps = 0x38;
-constexpr std::uint64_t kOk = 0x00;
-constexpr std::uint64_t kPending = 0x06;
 
 Sender OtherSide(Sender sender) {
   return sender == Sender::kIpod ? Sender::kAccessory : Sender::kIpod;
@@ -134,7 +131,7 @@ Identifier Conversation::ExpectIdentifier(const Frame& frame, Sender sender) {
   const auto proven = ProvenIdentifier(frame, sender);
   if (!proven) return known;
   // Neither StartIDPS nor what answers it tells of the frames that follow: it is sent in both ways.
-  const bool begins = frame.lingo == kGeneral && frame.command == kStartIdps;
+  const bool begins = frame.lingo == lingo::kGeneral && frame.command == general::kStartIdps;
   if (!begins && frame.checksum_holds) known = *proven;
   return *proven;
 }
@@ -142,11 +139,12 @@ Identifier Conversation::ExpectIdentifier(const Frame& frame, Sender sender) {
 // From an accepted StartIDPS on frames carry identifiers, from an accepted IdentifyDeviceLingoes on
 // none. Where a side does otherwise, its next frame of a known size tells.
 void Conversation::NoticeIdentifiers(const DecodedFrame& frame) {
-  if (frame.frame.lingo != kGeneral || !IsAck(frame) || frame.sender != Sender::kIpod) return;
-  if (frame.Number("status") != kOk) return;
-  if (frame.Number("command") == kStartIdps) {
+  if (frame.frame.lingo != lingo::kGeneral || !IsAck(frame) || frame.sender != Sender::kIpod)
+    return;
+  if (frame.Number("status") != status::kOk) return;
+  if (frame.Number("command") == general::kStartIdps) {
     from_accessory_ = from_ipod_ = Identifier::kPresent;
-  } else if (frame.Number("command") == kIdentifyDeviceLingoes) {
+  } else if (frame.Number("command") == general::kIdentifyDeviceLingoes) {
     from_accessory_ = from_ipod_ = Identifier::kAbsent;
   }
 }
@@ -228,11 +226,11 @@ void Conversation::NoticeAnswer(const DecodedFrame& frame, Told* told) {
 
 void Conversation::NoticeAck(const DecodedFrame& frame, Question* question, Told* told) {
   const auto status = frame.Number("status");
-  if (status == kPending) {
+  if (status == status::kPending) {
     if (question != nullptr) question->extended = true;
     return;
   }
-  if (status && status != kOk) {
+  if (status && status != status::kOk) {
     const auto command = static_cast<std::uint16_t>(frame.Number("command").value_or(0));
     told->notes.push_back(
         {Note::Kind::kRefused, CommandName(frame.frame.lingo, command, OtherSide(frame.sender)) +

@@ -5,13 +5,12 @@
 
 #include "wire/field_decoder.h"
 #include "wire/fields.h"
+#include "wire/numbers.h"
 
 namespace ipodwire {
 namespace {
 
 constexpr std::size_t kIdentifierSize = 2;
-constexpr std::uint8_t kGeneral = 0x00;
-constexpr std::uint16_t kGeneralAck = 0x02;
 
 // Of a command that is not in the table.
 const std::vector<Field> kUnknown = {Optional(Bytes("data"))};
@@ -19,7 +18,7 @@ const std::vector<Field> kUnknown = {Optional(Bytes("data"))};
 bool NeverCarriesIdentifier(const Frame& frame, const Command* command) {
   if (command != nullptr && !command->carries_identifier) return true;
   // An ACK of status and command alone.
-  return frame.lingo == kGeneral && frame.command == kGeneralAck && frame.data.size() == 2;
+  return frame.lingo == lingo::kGeneral && frame.command == general::kAck && frame.data.size() == 2;
 }
 
 }  // namespace

@@ -5,29 +5,10 @@
 #include <algorithm>
 #include <string_view>
 
+#include "wire/numbers.h"
+
 namespace ipodwire {
 namespace {
-
-constexpr std::uint8_t kGeneral = 0x00;
-constexpr std::uint8_t kStorage = 0x0C;
-constexpr std::uint64_t kOk = 0;
-constexpr std::uint64_t kOutOfResources = 2;
-constexpr std::uint64_t kUnknownId = 4;
-constexpr std::uint64_t kPending = 6;
-constexpr std::uint64_t kNotAuthenticated = 7;
-
-namespace general {
-constexpr std::uint16_t kRequestIdentify = 0x00;
-constexpr std::uint16_t kAck = 0x02;
-constexpr std::uint16_t kRequestLingoProtocolVersion = 0x0F;
-constexpr std::uint16_t kReturnLingoProtocolVersion = 0x10;
-constexpr std::uint16_t kIdentifyDeviceLingoes = 0x13;
-constexpr std::uint16_t kGetDevAuthenticationInfo = 0x14;
-constexpr std::uint16_t kGetDevAuthenticationSignature = 0x17;
-constexpr std::uint16_t kStartIdps = 0x38;
-constexpr std::uint16_t kRetFidTokenValueAcks = 0x3A;
-constexpr std::uint16_t kIdpsStatus = 0x3C;
-}  // namespace general
 
 // How a recording tells, in a comment, that the port has gone.
 constexpr std::string_view kLineGone = "the line is gone";
@@ -101,7 +82,7 @@ void EvidenceCollector::AddSent(const Told& told) {
   if (frame.command != nullptr && frame.command->reply.kind != Reply::Kind::kNone) {
     evidence_.unanswered.Add(packet);
   }
-  if (frame.frame.lingo != kGeneral) return;
+  if (frame.frame.lingo != lingo::kGeneral) return;
   if (frame.frame.command == general::kStartIdps) {
     (frame.identifier ? evidence_.start_with_identifier : evidence_.start_without_identifier)
         .Add(packet);
@@ -131,10 +112,10 @@ void EvidenceCollector::AddReceived(const Told& told) {
   evidence_.unanswered = {};
   if (Has(told, Note::Kind::kLate)) evidence_.late.Add(packet);
   if (Has(told, Note::Kind::kOtherIdentifier)) evidence_.foreign_identifiers.Add(packet);
-  if (told.frame->frame.lingo == kGeneral) AddGeneral(*told.frame, packet);
-  if (told.frame->frame.lingo == kStorage) AddStorageAck(*told.frame, packet);
+  if (told.frame->frame.lingo == lingo::kGeneral) AddGeneral(*told.frame, packet);
+  if (told.frame->frame.lingo == lingo::kStorage) AddStorageAck(*told.frame, packet);
   const bool is_ack = told.frame->command != nullptr && FindField(told.frame->fields, "command");
-  if (is_ack && told.frame->Number("status") == kNotAuthenticated) {
+  if (is_ack && told.frame->Number("status") == status::kNotAuthenticated) {
     evidence_.not_authenticated.Add(packet);
   }
 }
@@ -182,7 +163,7 @@ void EvidenceCollector::AddGeneral(const DecodedFrame& frame, std::uint64_t pack
       AddTokenAcks(frame, packet);
       break;
     case general::kIdpsStatus:
-      evidence_.identified = frame.Number("status") == kOk;
+      evidence_.identified = frame.Number("status") == status::kOk;
       if (!evidence_.identified) {
         evidence_.tokens_failed = {"EndIDPS", ValueOf(frame.fields, "status"), packet, false};
       }
@@ -194,12 +175,12 @@ void EvidenceCollector::AddGeneral(const DecodedFrame& frame, std::uint64_t pack
 
 void EvidenceCollector::AddGeneralAck(const DecodedFrame& frame, std::uint64_t packet) {
   const auto status = frame.Number("status");
-  if (!status || status == kPending) return;
+  if (!status || status == status::kPending) return;
   const Refusal refusal = {ValueOf(frame.fields, "command"), ValueOf(frame.fields, "status"),
-                           packet, status == kUnknownId};
+                           packet, status == status::kUnknownId};
   switch (frame.Number("command").value_or(0xFFFF)) {
     case general::kStartIdps:
-      if (status == kOk) {
+      if (status == status::kOk) {
         evidence_.start_accepted = packet;
         evidence_.start_accepted_with_identifier =
             static_cast<bool>(evidence_.start_with_identifier);
@@ -208,14 +189,14 @@ void EvidenceCollector::AddGeneralAck(const DecodedFrame& frame, std::uint64_t p
       }
       break;
     case general::kIdentifyDeviceLingoes:
-      if (status == kOk) {
+      if (status == status::kOk) {
         evidence_.identified = true;
       } else {
         evidence_.lingoes_refused = refusal;
       }
       break;
     case general::kRequestLingoProtocolVersion:
-      if (status != kOk) evidence_.lingoes_without_version[last_version_asked_] = packet;
+      if (status != status::kOk) evidence_.lingoes_without_version[last_version_asked_] = packet;
       break;
     default:
       break;
@@ -227,7 +208,7 @@ void EvidenceCollector::AddTokenAcks(const DecodedFrame& frame, std::uint64_t pa
   if (tokens == nullptr) return;
   for (const std::vector<DecodedField>& token : tokens->items) {
     const DecodedField* status = FindField(token, "status");
-    if (status == nullptr || status->number == kOk) continue;
+    if (status == nullptr || status->number == status::kOk) continue;
     if (evidence_.refused_tokens.size() == kMostRefusedTokens) return;
     evidence_.refused_tokens.push_back({NameOfToken(token), status->value, packet, false});
   }
@@ -235,7 +216,7 @@ void EvidenceCollector::AddTokenAcks(const DecodedFrame& frame, std::uint64_t pa
 
 void EvidenceCollector::AddStorageAck(const DecodedFrame& frame, std::uint64_t packet) {
   const bool is_ack = frame.command != nullptr && FindField(frame.fields, "command") != nullptr;
-  if (is_ack && frame.Number("status") == kOutOfResources) evidence_.no_room.Add(packet);
+  if (is_ack && frame.Number("status") == status::kOutOfResources) evidence_.no_room.Add(packet);
 }
 
 }  // namespace ipodwire
