@@ -10,10 +10,14 @@
 #include "console/text.h"
 #include "console/verbose_log.h"
 #include "diagnose.h"
+#include "ipod/simulated_ipod.h"
 #include "report/report.h"
 #include "run.h"
 #include "wire/decode_command.h"
 #include "wire/explain_command.h"
+#include "wire/extcap_follower.h"
+#include "wire/extcap_interfaces.h"
+#include "wire/extcap_session.h"
 #include "wire/live_lines.h"
 
 namespace ipodctl {
@@ -41,6 +45,12 @@ int ReportMistakes(const Context& context) {
   return mistakes.empty() ? kSuccess : kFailed;
 }
 
+// Who watches a session knows that it has been ended.
+int Fail(const CommandFailure& failure, const Options& options) {
+  const bool as_asked = options.watched && failure.status() == kInterrupted;
+  return as_asked ? static_cast<int>(kSuccess) : Fail(failure);
+}
+
 int RunOnDock(const Options& options, Output& output) {
   if (options.verbose) ShowLineLive();
   DockLine dock(options);
@@ -49,7 +59,7 @@ int RunOnDock(const Options& options, Output& output) {
   try {
     RunCommand(context);
   } catch (const CommandFailure& failure) {
-    status = Fail(failure);
+    status = Fail(failure, options);
   }
   const int mistakes = ReportMistakes(context);
   return status != kSuccess ? status : mistakes;
@@ -84,7 +94,45 @@ int Run(const Options& options) {
     if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
     return status;
   } catch (const CommandFailure& failure) {
-    return Fail(failure);
+    return Fail(failure, options);
+  }
+}
+
+int Run(const CommandLine& line) {
+  if (line.options) return Run(*line.options);
+  if (line.status != kSuccess) {
+    std::fprintf(stderr, "ipodctl: %s.\n", line.text.c_str());
+  } else {
+    std::fputs(line.text.c_str(), stdout);
+  }
+  return line.status;
+}
+
+// Wireshark shows what comes on standard error, and reads nothing else than the recording.
+int RunForWireshark(const ExtcapCapture& capture) {
+  CatchInterrupts();
+  DropStandardOutput();
+  if (!capture.recording.empty()) {
+    FollowForWireshark(capture.recording, capture.pipe);
+    return kSuccess;
+  }
+  CommandLine line = ParseCommandLine(capture.session);
+  if (line.options) line.options->watched = true;
+  RecordForWireshark(capture.pipe);
+  return Run(line);
+}
+
+int AnswerWireshark(const ExtcapArguments& arguments) {
+  Options watched;
+  watched.watched = true;
+  try {
+    const ExtcapSurroundings here = {IPODCTL_VERSION, PortDevice(), NamesForSimulation().profiles,
+                                     CanRecordForWireshark()};
+    std::fputs(AnswerExtcap(arguments, here).c_str(), stdout);
+    if (!arguments.Has("capture")) return kSuccess;
+    return RunForWireshark(CaptureForExtcap(arguments, here));
+  } catch (const CommandFailure& failure) {
+    return Fail(failure, watched);
   }
 }
 
@@ -94,12 +142,8 @@ int Run(const Options& options) {
 
 int main(int argc, char** argv) {
   ipodctl::PrepareConsole();
-  const ipodctl::CommandLine line = ipodctl::ParseCommandLine(ipodctl::Utf8Arguments(argc, argv));
-  if (line.options) return ipodctl::Run(*line.options);
-  if (line.status != ipodctl::kSuccess) {
-    std::fprintf(stderr, "ipodctl: %s.\n", line.text.c_str());
-  } else {
-    std::fputs(line.text.c_str(), stdout);
-  }
-  return line.status;
+  const std::vector<std::string> arguments = ipodctl::Utf8Arguments(argc, argv);
+  const ipodctl::ExtcapArguments extcap(arguments);
+  if (extcap.any()) return ipodctl::AnswerWireshark(extcap);
+  return ipodctl::Run(ipodctl::ParseCommandLine(arguments));
 }

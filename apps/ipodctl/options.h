@@ -42,7 +42,8 @@ struct Options {
   bool legacy = false;  // through the legacy interface
   std::string conduct;  // "field", "robust" or "fast"; empty: robust on a port, else fast
   std::string model;
-  std::string capture;  // file to record the line in; "-": standard output; empty: none
+  std::string capture;   // file to record the line in; "-": standard output; empty: none
+  bool watched = false;  // by Wireshark, which ends the session when it has seen enough
 
   // What is shown.
   bool json = false;

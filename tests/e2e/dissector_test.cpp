@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -12,39 +11,23 @@
 
 #include "support/process.h"
 #include "support/temporary_folder.h"
+#include "support/tshark.h"
 
 using nlohmann::json;
-using test::Ended;
 using test::Ipodctl;
+using test::LinesOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
 
-constexpr const char* kTshark = "/usr/bin/tshark";
-
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
 class TheDissector : public testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(std::filesystem::exists(kTshark))
-        << "tshark is missing; script/bootstrap installs it";
-  }
+  void SetUp() override { test::RequireTshark(); }
 
-  // Runs tshark over a recording, twice so that questions know of their answers.
   static std::vector<std::string> Tshark(const std::string& recording,
                                          const std::vector<std::string>& more) {
-    std::vector<std::string> arguments = {"-2", "-X", "lua_script:" DISSECTOR, "-r", recording};
-    arguments.insert(arguments.end(), more.begin(), more.end());
-    const Ended ended = test::RunProgram(kTshark, arguments);
-    EXPECT_EQ(ended.status, 0) << ended.err;
-    return Lines(ended.out);
+    return LinesOf(test::Tshark(recording, more));
   }
 
   // The numbers of the packets that a display filter finds.
@@ -59,7 +42,7 @@ TEST_F(TheDissector, AgreesWithTheDecoderOnAWholeSession) {
   const std::string recording = folder_.path("tour.pcapng");
   ASSERT_EQ(Ipodctl({"--simulated", "--capture", recording, "tour"}).status, 0);
   std::vector<std::string> decoded;
-  for (const std::string& line : Lines(Ipodctl({"--json", "decode", recording}).out)) {
+  for (const std::string& line : LinesOf(Ipodctl({"--json", "decode", recording}).out)) {
     const json told = json::parse(line);
     if (!told.contains("lingo")) continue;
     std::ostringstream text;

@@ -14,6 +14,7 @@
 #include "simulator/protocol/command_table.h"
 #include "support/process.h"
 #include "support/temporary_folder.h"
+#include "support/tshark.h"
 
 using nlohmann::json;
 using test::Ended;
@@ -27,19 +28,12 @@ struct Frames {
   std::vector<std::string> from_ipod;
 };
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
-
 // "General StartIDPS" for each frame, named by the simulated iPod's own table.
 Frames Decoded(const std::string& recording) {
   const Ended ended = Ipodctl({"--json", "decode", recording});
   EXPECT_EQ(ended.status, 0) << ended.err;
   Frames frames;
-  for (const std::string& line : Lines(ended.out)) {
+  for (const std::string& line : test::LinesOf(ended.out)) {
     const json told = json::parse(line);
     if (!told.contains("lingo")) continue;
     EXPECT_TRUE(told["notes"].empty()) << line;
@@ -63,7 +57,7 @@ Frames Decoded(const std::string& recording) {
 // The lines of a trace begin with the time, the direction and what Decoded() gives.
 Frames Traced(const std::string& trace) {
   Frames frames;
-  for (const std::string& line : Lines(trace)) {
+  for (const std::string& line : test::LinesOf(trace)) {
     const std::size_t to_ipod = line.find(" > ");
     const std::size_t from_ipod = line.find(" < ");
     if (to_ipod < 20) frames.to_ipod.push_back(line.substr(to_ipod + 3));

@@ -30,6 +30,8 @@ void CatchInterrupts() {
 
 bool Interrupted() { return interrupted; }
 
+void Interrupt() { interrupted = true; }
+
 bool PauseMs(unsigned duration_ms) {
   constexpr std::chrono::microseconds kLook = std::chrono::milliseconds(50);
   const std::chrono::microseconds end = SteadyTime() + std::chrono::milliseconds(duration_ms);

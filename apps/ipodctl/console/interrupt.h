@@ -6,6 +6,8 @@ namespace ipodctl {
 
 void CatchInterrupts();
 bool Interrupted();
+/// Asks the program to end in good order, as the first Ctrl-C does.
+void Interrupt();
 
 /// Pauses. @return false when interrupted, then sooner
 bool PauseMs(unsigned duration_ms);

@@ -41,6 +41,9 @@ std::string CaptureLine(const std::string& file, std::FILE* output);
 /// @param path by which the file can be read
 std::string CaptureLineInMemory(std::string* path);
 
+/// Lets go of standard output: whatever is written to it is dropped.
+void DropStandardOutput();
+
 /// Redirects standard output: the program writes to stream(), and what anything else writes to
 /// standard output (the library's trace lines) is dropped or, on request, sent to standard error.
 class StdoutGuard {

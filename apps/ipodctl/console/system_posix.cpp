@@ -106,6 +106,13 @@ std::string CaptureLineInMemory(std::string* path) {
   return CaptureLine(*path, nullptr);
 }
 
+void DropStandardOutput() {
+  const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (nowhere < 0) return;
+  ::dup2(nowhere, STDOUT_FILENO);
+  if (nowhere != STDOUT_FILENO) ::close(nowhere);
+}
+
 StdoutGuard::StdoutGuard(Others others) {
   std::fflush(stdout);
   const int own = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
@@ -115,10 +122,7 @@ StdoutGuard::StdoutGuard(Others others) {
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
     return;
   }
-  const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-  if (nowhere < 0) return;
-  ::dup2(nowhere, STDOUT_FILENO);
-  if (nowhere != STDOUT_FILENO) ::close(nowhere);
+  DropStandardOutput();
 }
 
 // Others stay diverted: the library's worker threads may print until the process ends.

@@ -75,6 +75,13 @@ PortProblem WhyNotOpened(const std::string& /*device*/, long code) {
   }
 }
 
+void DropStandardOutput() {
+  const int nowhere = _open("NUL", _O_WRONLY);
+  if (nowhere < 0) return;
+  _dup2(nowhere, _fileno(stdout));
+  _close(nowhere);
+}
+
 StdoutGuard::StdoutGuard(Others others) {
   std::fflush(stdout);
   const int standard_output = _fileno(stdout);
@@ -85,10 +92,7 @@ StdoutGuard::StdoutGuard(Others others) {
     _dup2(_fileno(stderr), standard_output);
     return;
   }
-  const int nowhere = _open("NUL", _O_WRONLY);
-  if (nowhere < 0) return;
-  _dup2(nowhere, standard_output);
-  _close(nowhere);
+  DropStandardOutput();
 }
 
 // Others stay diverted: the library's worker threads may print until the process ends.

@@ -42,14 +42,30 @@ RecordingFile::RecordingFile(const std::string& name, bool follow) {
 
 std::size_t RecordingFile::Read(std::uint8_t* bytes, std::size_t count) {
   for (unsigned waited_ms = 0;; waited_ms += kLookMs) {
-    errno = 0;
-    stream_->read(reinterpret_cast<char*>(bytes), static_cast<std::streamsize>(count));
-    const auto read = static_cast<std::size_t>(stream_->gcount());
+    const std::size_t read = Look(bytes, count);
     if (read > 0) return read;
-    if (stream_->bad()) Refuse(Reason());
     if (!follow_ || waited_ms >= kPatienceMs || !PauseMs(kLookMs)) return 0;
-    stream_->clear();
   }
+}
+
+std::size_t RecordingFile::Look(std::uint8_t* bytes, std::size_t count) {
+  errno = 0;
+  // The end that was met is none any more where the file grows.
+  if (follow_) stream_->clear();
+  stream_->read(reinterpret_cast<char*>(bytes), static_cast<std::streamsize>(count));
+  const auto read = static_cast<std::size_t>(stream_->gcount());
+  if (stream_->bad()) Refuse(Reason());
+  if (follow_ && read == 0) RequireSameFile();
+  position_ += read;
+  return read;
+}
+
+// A program that is started again writes its recording from the beginning.
+void RecordingFile::RequireSameFile() const {
+  std::error_code unknown;
+  const std::uint64_t size = fs::file_size(fs::u8path(name_), unknown);
+  if (unknown || size >= position_) return;
+  throw CommandFailure(kInputFile, name_ + " has been begun anew; start again to read it");
 }
 
 void RecordingFile::RequireEnd(const ipodwire::RecordingReader& reader) const {

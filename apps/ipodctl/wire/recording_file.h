@@ -24,16 +24,20 @@ class RecordingFile {
 
   /// Reads `count` bytes, or what there is of them at the end.
   std::size_t Read(std::uint8_t* bytes, std::size_t count);
+  /// The same without waiting, of a file that is followed: 0 while there is nothing more.
+  std::size_t Look(std::uint8_t* bytes, std::size_t count);
   /// Throws unless the reading ended where the recording was closed.
   void RequireEnd(const ipodwire::RecordingReader& reader) const;
 
  private:
+  void RequireSameFile() const;
   [[noreturn]] void Refuse(const std::string& why) const;
 
   std::string name_;
   std::ifstream file_;
   std::istream* stream_ = &std::cin;
   std::uint64_t size_ = 0;
+  std::uint64_t position_ = 0;
   bool follow_ = false;
 };
 

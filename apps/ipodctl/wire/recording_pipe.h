@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// What the library records, on its way to this program itself.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <thread>
+
+namespace ipodctl {
+
+/// The library records into a pipe from now on, and a thread reads the other end. Made before the
+/// library's own recording begins, it ends after that, with all that was recorded: a static object
+/// does.
+class RecordingPipe {
+ public:
+  /// @param reader what the thread does: reads until there is nothing more
+  explicit RecordingPipe(const std::function<void(RecordingPipe&)>& reader);
+  ~RecordingPipe();
+  RecordingPipe(const RecordingPipe&) = delete;
+  RecordingPipe& operator=(const RecordingPipe&) = delete;
+
+  /// For the reader. Waits for what is recorded next until the process ends; then 0.
+  /// @param meanwhile is called several times a second while it waits
+  std::size_t Read(
+      std::uint8_t* bytes, std::size_t count, const std::function<void()>& meanwhile = [] {});
+
+ private:
+  int read_end_ = -1;
+  std::atomic<bool> ending_ = false;
+  std::thread reader_;  // the last member: it uses the others
+};
+
+}  // namespace ipodctl
