@@ -135,359 +135,273 @@ local field_types = {
   { "year", "year", "uint32" },
 }
 
+-- Fields that several commands have.
+local shared = {}
+shared.about_lingo = { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } }
+shared.status = { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } }
+shared.about_command = { kind = "number", name = "command", key = "about_command", size = 1, command = true }
+shared.by_status = { kind = "choice", name = "status",
+  cases = {
+    [0] = {},
+    [1] = {},
+    [2] = {},
+    [3] = {},
+    [4] = {},
+    [5] = {},
+    [6] = {
+      { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
+    },
+    [7] = {},
+  },
+}
+shared.mode = { kind = "number", name = "mode", key = "mode", size = 1, values = {[0] = "standard", [1] = "extended", } }
+shared.name_text = { kind = "text", name = "name", key = "name_text" }
+shared.version_text = { kind = "version", name = "version", key = "version_text", size = 3 }
+shared.model_number_text = { kind = "text", name = "model number", key = "model_number_text" }
+shared.version_text_2 = { kind = "version", name = "version", key = "version_text", size = 2 }
+shared.maximum_payload = { kind = "number", name = "maximum payload", key = "maximum_payload", size = 2, unit = "bytes" }
+shared.device_id = { kind = "number", name = "device ID", key = "device_id", size = 4, hexadecimal = true }
+shared.type = { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "name", [2] = "least iPod firmware", [3] = "least lingo version", [4] = "firmware version", [5] = "hardware version", [6] = "manufacturer", [7] = "model number", [8] = "serial number", [9] = "maximum payload", [11] = "status types", [12] = "RF certifications", } }
+shared.by_type = { kind = "choice", name = "type",
+  cases = {
+    [0] = {
+      { kind = "number", name = "capabilities", key = "capabilities", size = 4, bits = {{0x01, "capabilities"}, {0x02, "name"}, {0x04, "least iPod firmware"}, {0x08, "least lingo version"}, {0x10, "firmware version"}, {0x20, "hardware version"}, {0x40, "manufacturer"}, {0x80, "model number"}, {0x100, "serial number"}, {0x200, "maximum payload"}, {0x800, "status types"}, {0x1000, "RF certifications"}, } },
+    },
+    [1] = { shared.name_text },
+    [2] = {
+      { kind = "bytes", name = "least iPod firmware", key = "least_ipod_firmware_bytes", optional = true },
+    },
+    [3] = {
+      { kind = "bytes", name = "least lingo version", key = "least_lingo_version_bytes", optional = true },
+    },
+    [4] = { shared.version_text },
+    [5] = { shared.version_text },
+    [6] = { { kind = "text", name = "manufacturer", key = "manufacturer_text" } },
+    [7] = { shared.model_number_text },
+    [8] = {
+      { kind = "text", name = "serial number", key = "serial_number_text", optional = true },
+    },
+    [9] = { shared.maximum_payload },
+    [11] = {
+      { kind = "number", name = "status types", key = "status_types", size = 4, hexadecimal = true },
+    },
+    [12] = {
+      { kind = "number", name = "RF certifications", key = "rf_certifications", size = 4, hexadecimal = true },
+    },
+  },
+}
+shared.class = { kind = "number", name = "class", key = "class", size = 1, values = {[0] = "video out", [1] = "screen configuration", [2] = "video signal format", [3] = "line out usage", [8] = "video out connection", [9] = "closed captioning", [10] = "video monitor aspect", [12] = "subtitles", [13] = "video alternate audio", [15] = "pause on removal", } }
+shared.setting = { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } }
+shared.setting_2 = { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } }
+shared.by_class = { kind = "choice", name = "class",
+  cases = {
+    [0] = { shared.setting },
+    [1] = {
+      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "fill entire screen", [1] = "fit to screen edge", } },
+    },
+    [2] = {
+      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "NTSC", [1] = "PAL", } },
+    },
+    [3] = { shared.setting },
+    [8] = {
+      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "none", [1] = "composite", [2] = "S-video", [3] = "component", } },
+    },
+    [9] = { shared.setting_2 },
+    [10] = {
+      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "4:3", [1] = "16:9", } },
+    },
+    [12] = { shared.setting_2 },
+    [13] = { shared.setting_2 },
+    [15] = { shared.setting_2 },
+  },
+  otherwise = { { kind = "number", name = "setting", key = "setting", size = 1 } },
+}
+shared.restore_on_exit = { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, values = {[0] = "no", [1] = "yes", } }
+shared.token_count = { kind = "number", name = "token count", key = "token_count", size = 1 }
+shared.token_type = { kind = "number", name = "token type", key = "token_type", size = 1, hexadecimal = true }
+shared.token = { kind = "number", name = "token", key = "token", size = 1, values = {[0] = "identification", [1] = "accessory capabilities", [2] = "accessory information", [3] = "iPod preference", [4] = "protocol", [5] = "bundle seed", [8] = "protocol metadata", [14] = "audio sample rates", [15] = "video delay", } }
+shared.protocol_index = { kind = "number", name = "protocol index", key = "protocol_index", size = 1 }
+shared.events64 = { kind = "number", name = "events", key = "events64", size = 8, hexadecimal = true }
+shared.buttons = { kind = "low_first", name = "buttons", key = "buttons", bits = {} }
+shared.type_2 = { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "chapter", [2] = "artist", [3] = "album", [4] = "genre", [5] = "title", [6] = "composer", [7] = "lyrics", [8] = "artwork count", } }
+shared.track_index = { kind = "number", name = "track index", key = "track_index", size = 4 }
+shared.chapter_index = { kind = "number", name = "chapter index", key = "chapter_index", size = 2 }
+shared.capabilities = { kind = "number", name = "capabilities", key = "capabilities", size = 4, bits = {{0x01, "audiobook"}, {0x02, "chapters"}, {0x04, "artwork"}, {0x08, "lyrics"}, {0x80, "video"}, {0x100, "queued as video"}, } }
+shared.track_length = { kind = "number", name = "track length", key = "track_length", size = 4, unit = "ms" }
+shared.chapter_count = { kind = "number", name = "chapter count", key = "chapter_count", size = 2 }
+shared.chapter_text = { kind = "text", name = "chapter", key = "chapter_text" }
+shared.artist_text = { kind = "text", name = "artist", key = "artist_text" }
+shared.album_text = { kind = "text", name = "album", key = "album_text" }
+shared.genre_text = { kind = "text", name = "genre", key = "genre_text" }
+shared.title_text = { kind = "text", name = "title", key = "title_text" }
+shared.composer_text = { kind = "text", name = "composer", key = "composer_text" }
+shared.part_flags = { kind = "number", name = "part flags", key = "part_flags", size = 1, hexadecimal = true }
+shared.part = { kind = "number", name = "part", key = "part", size = 2 }
+shared.lyrics_text = { kind = "text", name = "lyrics", key = "lyrics_text" }
+shared.format_id = { kind = "number", name = "format ID", key = "format_id", size = 2 }
+shared.count = { kind = "number", name = "count", key = "count", size = 2 }
+shared.artworks_list = { kind = "repeated", name = "artworks", key = "artworks_list",
+  fields = { shared.format_id, shared.count },
+}
+shared.time_offset = { kind = "number", name = "time offset", key = "time_offset", size = 4, unit = "ms" }
+shared.pixel_format = { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } }
+shared.width = { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" }
+shared.height = { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" }
+shared.row_size = { kind = "number", name = "row size", key = "row_size", size = 4, unit = "bytes" }
+shared.pixels_bytes = { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true }
+shared.by_part = { kind = "choice", name = "part",
+  cases = {
+    [0] = {
+      shared.pixel_format,
+      shared.width,
+      shared.height,
+      { kind = "number", name = "left", key = "left", size = 2, unit = "pixels" },
+      { kind = "number", name = "top", key = "top", size = 2, unit = "pixels" },
+      { kind = "number", name = "right", key = "right", size = 2, unit = "pixels" },
+      { kind = "number", name = "bottom", key = "bottom", size = 2, unit = "pixels" },
+      shared.row_size,
+      shared.pixels_bytes,
+    },
+  },
+  otherwise = { shared.pixels_bytes },
+}
+shared.artwork_index = { kind = "number", name = "artwork index", key = "artwork_index", size = 2 }
+shared.times_list = { kind = "repeated", name = "times", key = "times_list",
+  fields = { shared.time_offset },
+}
+shared.chapter_index_2 = { kind = "number", name = "chapter index", key = "chapter_index", size = 4 }
+shared.position = { kind = "number", name = "position", key = "position", size = 4, unit = "ms" }
+shared.speed = { kind = "number", name = "speed", key = "speed", size = 1, values = {[255] = "slow", [0] = "normal", [1] = "fast", } }
+shared.restore_on_exit_2 = { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, optional = true, values = {[0] = "no", [1] = "yes", } }
+shared.type_3 = { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "podcast", [2] = "release date", [3] = "description", [4] = "lyrics", [5] = "genre", [6] = "composer", [7] = "artwork count", } }
+shared.category = { kind = "number", name = "category", key = "category", size = 1, values = {[0] = "top", [1] = "playlist", [2] = "artist", [3] = "album", [4] = "genre", [5] = "track", [6] = "composer", [7] = "audiobook", [8] = "podcast", [9] = "nested playlist", } }
+shared.record_index = { kind = "number", name = "record index", key = "record_index", size = 4 }
+shared.record_count = { kind = "number", name = "record count", key = "record_count", size = 4 }
+shared.shuffle = { kind = "number", name = "shuffle", key = "shuffle", size = 1, values = {[0] = "off", [1] = "tracks", [2] = "albums", } }
+shared.repeat_mode = { kind = "number", name = "repeat", key = "repeat", size = 1, values = {[0] = "off", [1] = "one", [2] = "all", } }
+shared.track_count = { kind = "number", name = "track count", key = "track_count", size = 4 }
+shared.type_4 = { kind = "number", name = "type", key = "type", size = 1, values = {[2] = "flag", [3] = "weight", [4] = "value", } }
+shared.by_type_2 = { kind = "choice", name = "type",
+  cases = {
+    [2] = { { kind = "number", name = "flag", key = "flag", size = 1 } },
+    [3] = { { kind = "number", name = "weight", key = "weight", size = 2 } },
+    [4] = { { kind = "number", name = "value", key = "value", size = 1 } },
+  },
+}
+shared.total_space64 = { kind = "number", name = "total space", key = "total_space64", size = 8, unit = "bytes" }
+shared.largest_file = { kind = "number", name = "largest file", key = "largest_file", size = 4, unit = "bytes" }
+shared.largest_write = { kind = "number", name = "largest write", key = "largest_write", size = 2, unit = "bytes" }
+shared.reserved_bytes = { kind = "bytes", name = "reserved", key = "reserved_bytes", size = 6 }
+shared.file_handle = { kind = "number", name = "file handle", key = "file_handle", size = 1 }
+
 local lingoes = {
   [0x00] = { name = "General", ack = 0x02, commands = {
-    { number = 0x00, name = "RequestIdentify", from = "ipod", fields = {
-    } },
-    { number = 0x01, name = "Identify", from = "accessory", no_identifier = true, fields = {
-      { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
-    } },
-    { number = 0x02, name = "ACK", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
-      { kind = "number", name = "command", key = "about_command", size = 1, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
-    } },
-    { number = 0x03, name = "RequestRemoteUIMode", from = "accessory", acknowledged = true, no_identifier = true, fields = {
-    } },
-    { number = 0x04, name = "ReturnRemoteUIMode", from = "ipod", fields = {
-      { kind = "number", name = "mode", key = "mode", size = 1, values = {[0] = "standard", [1] = "extended", } },
-    } },
-    { number = 0x05, name = "EnterRemoteUIMode", from = "accessory", acknowledged = true, fields = {
-    } },
-    { number = 0x06, name = "ExitRemoteUIMode", from = "accessory", acknowledged = true, fields = {
-    } },
-    { number = 0x07, name = "RequestiPodName", from = "accessory", reply = 0x08, fields = {
-    } },
-    { number = 0x08, name = "ReturniPodName", from = "ipod", fields = {
-      { kind = "text", name = "name", key = "name_text" },
-    } },
-    { number = 0x09, name = "RequestiPodSoftwareVersion", from = "accessory", reply = 0x0A, fields = {
-    } },
-    { number = 0x0A, name = "ReturniPodSoftwareVersion", from = "ipod", fields = {
-      { kind = "version", name = "version", key = "version_text", size = 3 },
-    } },
-    { number = 0x0B, name = "RequestiPodSerialNum", from = "accessory", reply = 0x0C, fields = {
-    } },
-    { number = 0x0C, name = "ReturniPodSerialNum", from = "ipod", fields = {
-      { kind = "text", name = "serial number", key = "serial_number_text" },
-    } },
-    { number = 0x0D, name = "RequestiPodModelNum", from = "accessory", reply = 0x0E, fields = {
-    } },
-    { number = 0x0E, name = "ReturniPodModelNum", from = "ipod", fields = {
+    { number = 0x00, name = "RequestIdentify", from = "ipod",
+      fields = {} },
+    { number = 0x01, name = "Identify", from = "accessory", no_identifier = true,
+      fields = { shared.about_lingo } },
+    { number = 0x02, name = "ACK",
+      fields = { shared.status, shared.about_command, shared.by_status } },
+    { number = 0x03, name = "RequestRemoteUIMode", from = "accessory", acknowledged = true, no_identifier = true,
+      fields = {} },
+    { number = 0x04, name = "ReturnRemoteUIMode", from = "ipod",
+      fields = { shared.mode } },
+    { number = 0x05, name = "EnterRemoteUIMode", from = "accessory", acknowledged = true,
+      fields = {} },
+    { number = 0x06, name = "ExitRemoteUIMode", from = "accessory", acknowledged = true,
+      fields = {} },
+    { number = 0x07, name = "RequestiPodName", from = "accessory", reply = 0x08,
+      fields = {} },
+    { number = 0x08, name = "ReturniPodName", from = "ipod",
+      fields = { shared.name_text } },
+    { number = 0x09, name = "RequestiPodSoftwareVersion", from = "accessory", reply = 0x0A,
+      fields = {} },
+    { number = 0x0A, name = "ReturniPodSoftwareVersion", from = "ipod",
+      fields = { shared.version_text } },
+    { number = 0x0B, name = "RequestiPodSerialNum", from = "accessory", reply = 0x0C,
+      fields = {} },
+    { number = 0x0C, name = "ReturniPodSerialNum", from = "ipod",
+      fields = { { kind = "text", name = "serial number", key = "serial_number_text" } } },
+    { number = 0x0D, name = "RequestiPodModelNum", from = "accessory", reply = 0x0E,
+      fields = {} },
+    { number = 0x0E, name = "ReturniPodModelNum", from = "ipod",
+      fields = {
       { kind = "number", name = "model ID", key = "model_id", size = 4, hexadecimal = true },
-      { kind = "text", name = "model number", key = "model_number_text" },
+      shared.model_number_text,
     } },
-    { number = 0x0F, name = "RequestLingoProtocolVersion", from = "accessory", reply = 0x10, fields = {
-      { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
-    } },
-    { number = 0x10, name = "ReturnLingoProtocolVersion", from = "ipod", fields = {
-      { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
-      { kind = "version", name = "version", key = "version_text", size = 2 },
-    } },
-    { number = 0x11, name = "RequestMaxPayloadSize", from = "accessory", reply = 0x12, fields = {
-    } },
-    { number = 0x12, name = "ReturnMaxPayloadSize", from = "ipod", fields = {
-      { kind = "number", name = "maximum payload", key = "maximum_payload", size = 2, unit = "bytes" },
-    } },
-    { number = 0x13, name = "IdentifyDeviceLingoes", from = "accessory", acknowledged = true, no_identifier = true, fields = {
+    { number = 0x0F, name = "RequestLingoProtocolVersion", from = "accessory", reply = 0x10,
+      fields = { shared.about_lingo } },
+    { number = 0x10, name = "ReturnLingoProtocolVersion", from = "ipod",
+      fields = { shared.about_lingo, shared.version_text_2 } },
+    { number = 0x11, name = "RequestMaxPayloadSize", from = "accessory", reply = 0x12,
+      fields = {} },
+    { number = 0x12, name = "ReturnMaxPayloadSize", from = "ipod",
+      fields = { shared.maximum_payload } },
+    { number = 0x13, name = "IdentifyDeviceLingoes", from = "accessory", acknowledged = true, no_identifier = true,
+      fields = {
       { kind = "number", name = "lingoes", key = "lingoes", size = 4, bits = {{0x01, "General"}, {0x02, "Microphone"}, {0x04, "Simple Remote"}, {0x08, "Display Remote"}, {0x10, "Extended Interface"}, {0x20, "Accessory Power"}, {0x40, "USB Host Control"}, {0x80, "RF Tuner"}, {0x100, "Accessory Equalizer"}, {0x200, "Sports"}, {0x400, "Digital Audio"}, {0x1000, "Storage"}, } },
       { kind = "number", name = "options", key = "options", size = 4, values = {[0] = "low power", [4] = "sometimes high power", } },
-      { kind = "number", name = "device ID", key = "device_id", size = 4, hexadecimal = true },
+      shared.device_id,
     } },
-    { number = 0x23, name = "NotifyiPodStateChange", from = "ipod", fields = {
-      { kind = "number", name = "state", key = "state", size = 1, hexadecimal = true },
-    } },
-    { number = 0x27, name = "GetAccessoryInfo", from = "ipod", reply = 0x28, fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "name", [2] = "least iPod firmware", [3] = "least lingo version", [4] = "firmware version", [5] = "hardware version", [6] = "manufacturer", [7] = "model number", [8] = "serial number", [9] = "maximum payload", [11] = "status types", [12] = "RF certifications", } },
+    { number = 0x23, name = "NotifyiPodStateChange", from = "ipod",
+      fields = { { kind = "number", name = "state", key = "state", size = 1, hexadecimal = true } } },
+    { number = 0x27, name = "GetAccessoryInfo", from = "ipod", reply = 0x28,
+      fields = {
+      shared.type,
       { kind = "choice", name = "type",
         cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-            { kind = "bytes", name = "iPod", key = "ipod_bytes", optional = true },
-          },
+          [0] = {},
+          [1] = {},
+          [2] = { { kind = "bytes", name = "iPod", key = "ipod_bytes", optional = true } },
           [3] = {
             { kind = "number", name = "lingo", key = "about_lingo", size = 1, optional = true, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
           },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-          },
-          [7] = {
-          },
-          [8] = {
-          },
-          [9] = {
-          },
-          [11] = {
-          },
-          [12] = {
-          },
+          [4] = {},
+          [5] = {},
+          [6] = {},
+          [7] = {},
+          [8] = {},
+          [9] = {},
+          [11] = {},
+          [12] = {},
         },
       },
     } },
-    { number = 0x28, name = "RetAccessoryInfo", from = "accessory", no_identifier = true, fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "name", [2] = "least iPod firmware", [3] = "least lingo version", [4] = "firmware version", [5] = "hardware version", [6] = "manufacturer", [7] = "model number", [8] = "serial number", [9] = "maximum payload", [11] = "status types", [12] = "RF certifications", } },
-      { kind = "choice", name = "type",
-        cases = {
-          [0] = {
-            { kind = "number", name = "capabilities", key = "capabilities", size = 4, bits = {{0x01, "capabilities"}, {0x02, "name"}, {0x04, "least iPod firmware"}, {0x08, "least lingo version"}, {0x10, "firmware version"}, {0x20, "hardware version"}, {0x40, "manufacturer"}, {0x80, "model number"}, {0x100, "serial number"}, {0x200, "maximum payload"}, {0x800, "status types"}, {0x1000, "RF certifications"}, } },
-          },
-          [1] = {
-            { kind = "text", name = "name", key = "name_text" },
-          },
-          [2] = {
-            { kind = "bytes", name = "least iPod firmware", key = "least_ipod_firmware_bytes", optional = true },
-          },
-          [3] = {
-            { kind = "bytes", name = "least lingo version", key = "least_lingo_version_bytes", optional = true },
-          },
-          [4] = {
-            { kind = "version", name = "version", key = "version_text", size = 3 },
-          },
-          [5] = {
-            { kind = "version", name = "version", key = "version_text", size = 3 },
-          },
-          [6] = {
-            { kind = "text", name = "manufacturer", key = "manufacturer_text" },
-          },
-          [7] = {
-            { kind = "text", name = "model number", key = "model_number_text" },
-          },
-          [8] = {
-            { kind = "text", name = "serial number", key = "serial_number_text", optional = true },
-          },
-          [9] = {
-            { kind = "number", name = "maximum payload", key = "maximum_payload", size = 2, unit = "bytes" },
-          },
-          [11] = {
-            { kind = "number", name = "status types", key = "status_types", size = 4, hexadecimal = true },
-          },
-          [12] = {
-            { kind = "number", name = "RF certifications", key = "rf_certifications", size = 4, hexadecimal = true },
-          },
-        },
-      },
-    } },
-    { number = 0x29, name = "GetiPodPreferences", from = "accessory", reply = 0x2A, fields = {
-      { kind = "number", name = "class", key = "class", size = 1, values = {[0] = "video out", [1] = "screen configuration", [2] = "video signal format", [3] = "line out usage", [8] = "video out connection", [9] = "closed captioning", [10] = "video monitor aspect", [12] = "subtitles", [13] = "video alternate audio", [15] = "pause on removal", } },
-    } },
-    { number = 0x2A, name = "RetiPodPreferences", from = "ipod", fields = {
-      { kind = "number", name = "class", key = "class", size = 1, values = {[0] = "video out", [1] = "screen configuration", [2] = "video signal format", [3] = "line out usage", [8] = "video out connection", [9] = "closed captioning", [10] = "video monitor aspect", [12] = "subtitles", [13] = "video alternate audio", [15] = "pause on removal", } },
-      { kind = "choice", name = "class",
-        cases = {
-          [0] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } },
-          },
-          [1] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "fill entire screen", [1] = "fit to screen edge", } },
-          },
-          [2] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "NTSC", [1] = "PAL", } },
-          },
-          [3] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } },
-          },
-          [8] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "none", [1] = "composite", [2] = "S-video", [3] = "component", } },
-          },
-          [9] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-          [10] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "4:3", [1] = "16:9", } },
-          },
-          [12] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-          [13] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-          [15] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-        },
-        otherwise = {
-          { kind = "number", name = "setting", key = "setting", size = 1 },
-        },
-      },
-    } },
-    { number = 0x2B, name = "SetiPodPreferences", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "class", key = "class", size = 1, values = {[0] = "video out", [1] = "screen configuration", [2] = "video signal format", [3] = "line out usage", [8] = "video out connection", [9] = "closed captioning", [10] = "video monitor aspect", [12] = "subtitles", [13] = "video alternate audio", [15] = "pause on removal", } },
-      { kind = "choice", name = "class",
-        cases = {
-          [0] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } },
-          },
-          [1] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "fill entire screen", [1] = "fit to screen edge", } },
-          },
-          [2] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "NTSC", [1] = "PAL", } },
-          },
-          [3] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } },
-          },
-          [8] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "none", [1] = "composite", [2] = "S-video", [3] = "component", } },
-          },
-          [9] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-          [10] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "4:3", [1] = "16:9", } },
-          },
-          [12] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-          [13] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-          [15] = {
-            { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-          },
-        },
-        otherwise = {
-          { kind = "number", name = "setting", key = "setting", size = 1 },
-        },
-      },
-      { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, values = {[0] = "no", [1] = "yes", } },
-    } },
-    { number = 0x37, name = "SetUIMode", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "mode", key = "mode", size = 1, values = {[0] = "standard", [1] = "extended", } },
-    } },
-    { number = 0x38, name = "StartIDPS", from = "accessory", acknowledged = true, fields = {
-    } },
-    { number = 0x39, name = "SetFIDTokenValues", from = "accessory", reply = 0x3A, fields = {
-      { kind = "number", name = "token count", key = "token_count", size = 1 },
+    { number = 0x28, name = "RetAccessoryInfo", from = "accessory", no_identifier = true,
+      fields = { shared.type, shared.by_type } },
+    { number = 0x29, name = "GetiPodPreferences", from = "accessory", reply = 0x2A,
+      fields = { shared.class } },
+    { number = 0x2A, name = "RetiPodPreferences", from = "ipod",
+      fields = { shared.class, shared.by_class } },
+    { number = 0x2B, name = "SetiPodPreferences", from = "accessory", acknowledged = true,
+      fields = { shared.class, shared.by_class, shared.restore_on_exit } },
+    { number = 0x37, name = "SetUIMode", from = "accessory", acknowledged = true,
+      fields = { shared.mode } },
+    { number = 0x38, name = "StartIDPS", from = "accessory", acknowledged = true,
+      fields = {} },
+    { number = 0x39, name = "SetFIDTokenValues", from = "accessory", reply = 0x3A,
+      fields = {
+      shared.token_count,
       { kind = "records", name = "tokens", key = "tokens_list",
         fields = {
-          { kind = "number", name = "token type", key = "token_type", size = 1, hexadecimal = true },
-          { kind = "number", name = "token", key = "token", size = 1, values = {[0] = "identification", [1] = "accessory capabilities", [2] = "accessory information", [3] = "iPod preference", [4] = "protocol", [5] = "bundle seed", [8] = "protocol metadata", [14] = "audio sample rates", [15] = "video delay", } },
+          shared.token_type,
+          shared.token,
           { kind = "choice", name = "token",
             cases = {
               [0] = {
                 { kind = "counted", name = "lingoes", key = "lingoes_list",
-                  fields = {
-                    { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
-                  },
+                  fields = { shared.about_lingo },
                 },
                 { kind = "number", name = "options", key = "options", size = 4, hexadecimal = true },
-                { kind = "number", name = "device ID", key = "device_id", size = 4, hexadecimal = true },
+                shared.device_id,
               },
               [1] = {
                 { kind = "number", name = "capabilities", key = "capabilities64", size = 8, hexadecimal = true },
               },
-              [2] = {
-                { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "name", [2] = "least iPod firmware", [3] = "least lingo version", [4] = "firmware version", [5] = "hardware version", [6] = "manufacturer", [7] = "model number", [8] = "serial number", [9] = "maximum payload", [11] = "status types", [12] = "RF certifications", } },
-                { kind = "choice", name = "type",
-                  cases = {
-                    [0] = {
-                      { kind = "number", name = "capabilities", key = "capabilities", size = 4, bits = {{0x01, "capabilities"}, {0x02, "name"}, {0x04, "least iPod firmware"}, {0x08, "least lingo version"}, {0x10, "firmware version"}, {0x20, "hardware version"}, {0x40, "manufacturer"}, {0x80, "model number"}, {0x100, "serial number"}, {0x200, "maximum payload"}, {0x800, "status types"}, {0x1000, "RF certifications"}, } },
-                    },
-                    [1] = {
-                      { kind = "text", name = "name", key = "name_text" },
-                    },
-                    [2] = {
-                      { kind = "bytes", name = "least iPod firmware", key = "least_ipod_firmware_bytes", optional = true },
-                    },
-                    [3] = {
-                      { kind = "bytes", name = "least lingo version", key = "least_lingo_version_bytes", optional = true },
-                    },
-                    [4] = {
-                      { kind = "version", name = "version", key = "version_text", size = 3 },
-                    },
-                    [5] = {
-                      { kind = "version", name = "version", key = "version_text", size = 3 },
-                    },
-                    [6] = {
-                      { kind = "text", name = "manufacturer", key = "manufacturer_text" },
-                    },
-                    [7] = {
-                      { kind = "text", name = "model number", key = "model_number_text" },
-                    },
-                    [8] = {
-                      { kind = "text", name = "serial number", key = "serial_number_text", optional = true },
-                    },
-                    [9] = {
-                      { kind = "number", name = "maximum payload", key = "maximum_payload", size = 2, unit = "bytes" },
-                    },
-                    [11] = {
-                      { kind = "number", name = "status types", key = "status_types", size = 4, hexadecimal = true },
-                    },
-                    [12] = {
-                      { kind = "number", name = "RF certifications", key = "rf_certifications", size = 4, hexadecimal = true },
-                    },
-                  },
-                },
-              },
-              [3] = {
-                { kind = "number", name = "class", key = "class", size = 1, values = {[0] = "video out", [1] = "screen configuration", [2] = "video signal format", [3] = "line out usage", [8] = "video out connection", [9] = "closed captioning", [10] = "video monitor aspect", [12] = "subtitles", [13] = "video alternate audio", [15] = "pause on removal", } },
-                { kind = "choice", name = "class",
-                  cases = {
-                    [0] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } },
-                    },
-                    [1] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "fill entire screen", [1] = "fit to screen edge", } },
-                    },
-                    [2] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "NTSC", [1] = "PAL", } },
-                    },
-                    [3] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", [2] = "ask user", } },
-                    },
-                    [8] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "none", [1] = "composite", [2] = "S-video", [3] = "component", } },
-                    },
-                    [9] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-                    },
-                    [10] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "4:3", [1] = "16:9", } },
-                    },
-                    [12] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-                    },
-                    [13] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-                    },
-                    [15] = {
-                      { kind = "number", name = "setting", key = "setting", size = 1, values = {[0] = "off", [1] = "on", } },
-                    },
-                  },
-                  otherwise = {
-                    { kind = "number", name = "setting", key = "setting", size = 1 },
-                  },
-                },
-                { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, values = {[0] = "no", [1] = "yes", } },
-              },
+              [2] = { shared.type, shared.by_type },
+              [3] = { shared.class, shared.by_class, shared.restore_on_exit },
               [4] = {
-                { kind = "number", name = "protocol index", key = "protocol_index", size = 1 },
+                shared.protocol_index,
                 { kind = "text", name = "protocol", key = "protocol_text" },
               },
               [5] = {
@@ -495,7 +409,7 @@ local lingoes = {
                 { kind = "bytes", name = "padding", key = "padding_bytes", optional = true },
               },
               [8] = {
-                { kind = "number", name = "protocol index", key = "protocol_index", size = 1 },
+                shared.protocol_index,
                 { kind = "number", name = "metadata", key = "metadata", size = 1, hexadecimal = true },
               },
               [14] = {
@@ -505,68 +419,56 @@ local lingoes = {
                   },
                 },
               },
-              [15] = {
-                { kind = "number", name = "delay", key = "delay", size = 4, unit = "ms" },
-              },
+              [15] = { { kind = "number", name = "delay", key = "delay", size = 4, unit = "ms" } },
             },
           },
         },
       },
     } },
-    { number = 0x3A, name = "RetFIDTokenValueACKs", from = "ipod", fields = {
-      { kind = "number", name = "token count", key = "token_count", size = 1 },
+    { number = 0x3A, name = "RetFIDTokenValueACKs", from = "ipod",
+      fields = {
+      shared.token_count,
       { kind = "records", name = "tokens", key = "tokens_list",
         fields = {
-          { kind = "number", name = "token type", key = "token_type", size = 1, hexadecimal = true },
-          { kind = "number", name = "token", key = "token", size = 1, values = {[0] = "identification", [1] = "accessory capabilities", [2] = "accessory information", [3] = "iPod preference", [4] = "protocol", [5] = "bundle seed", [8] = "protocol metadata", [14] = "audio sample rates", [15] = "video delay", } },
+          shared.token_type,
+          shared.token,
           { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "accepted", [1] = "malformed", [2] = "not supported", } },
           { kind = "choice", name = "token",
             cases = {
-              [0] = {
-              },
-              [1] = {
-              },
-              [2] = {
-                { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "name", [2] = "least iPod firmware", [3] = "least lingo version", [4] = "firmware version", [5] = "hardware version", [6] = "manufacturer", [7] = "model number", [8] = "serial number", [9] = "maximum payload", [11] = "status types", [12] = "RF certifications", } },
-              },
-              [3] = {
-                { kind = "number", name = "class", key = "class", size = 1, values = {[0] = "video out", [1] = "screen configuration", [2] = "video signal format", [3] = "line out usage", [8] = "video out connection", [9] = "closed captioning", [10] = "video monitor aspect", [12] = "subtitles", [13] = "video alternate audio", [15] = "pause on removal", } },
-              },
-              [4] = {
-                { kind = "number", name = "protocol index", key = "protocol_index", size = 1 },
-              },
-              [5] = {
-              },
-              [8] = {
-                { kind = "number", name = "protocol index", key = "protocol_index", size = 1 },
-              },
-              [14] = {
-              },
-              [15] = {
-              },
+              [0] = {},
+              [1] = {},
+              [2] = { shared.type },
+              [3] = { shared.class },
+              [4] = { shared.protocol_index },
+              [5] = {},
+              [8] = { shared.protocol_index },
+              [14] = {},
+              [15] = {},
             },
           },
         },
       },
     } },
-    { number = 0x3B, name = "EndIDPS", from = "accessory", reply = 0x3C, fields = {
+    { number = 0x3B, name = "EndIDPS", from = "accessory", reply = 0x3C,
+      fields = {
       { kind = "number", name = "how", key = "how", size = 1, values = {[0] = "all tokens sent", } },
     } },
-    { number = 0x3C, name = "IDPSStatus", from = "ipod", fields = {
+    { number = 0x3C, name = "IDPSStatus", from = "ipod",
+      fields = {
       { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "identified", [1] = "tokens missing", [3] = "abandoned", [5] = "not to be tried again", } },
     } },
-    { number = 0x49, name = "SetEventNotification", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "events", key = "events64", size = 8, hexadecimal = true },
-    } },
-    { number = 0x4A, name = "iPodNotification", from = "ipod", fields = {
+    { number = 0x49, name = "SetEventNotification", from = "accessory", acknowledged = true,
+      fields = { shared.events64 } },
+    { number = 0x4A, name = "iPodNotification", from = "ipod",
+      fields = {
       { kind = "number", name = "event", key = "event", size = 1, hexadecimal = true },
       { kind = "bytes", name = "more", key = "more_bytes", optional = true },
     } },
-    { number = 0x4B, name = "GetiPodOptionsForLingo", from = "accessory", reply = 0x4C, fields = {
-      { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
-    } },
-    { number = 0x4C, name = "RetiPodOptionsForLingo", from = "ipod", fields = {
-      { kind = "number", name = "lingo", key = "about_lingo", size = 1, values = {[0] = "General", [1] = "Microphone", [2] = "Simple Remote", [3] = "Display Remote", [4] = "Extended Interface", [5] = "Accessory Power", [6] = "USB Host Control", [7] = "RF Tuner", [8] = "Accessory Equalizer", [9] = "Sports", [10] = "Digital Audio", [12] = "Storage", } },
+    { number = 0x4B, name = "GetiPodOptionsForLingo", from = "accessory", reply = 0x4C,
+      fields = { shared.about_lingo } },
+    { number = 0x4C, name = "RetiPodOptionsForLingo", from = "ipod",
+      fields = {
+      shared.about_lingo,
       { kind = "choice", name = "lingo",
         cases = {
           [4] = {
@@ -581,242 +483,105 @@ local lingoes = {
         },
       },
     } },
-    { number = 0x4F, name = "GetSupportedEventNotification", from = "accessory", reply = 0x51, fields = {
-    } },
-    { number = 0x50, name = "CancelCommand", from = "accessory", acknowledged = true, fields = {
-    } },
-    { number = 0x51, name = "RetSupportedEventNotification", from = "ipod", fields = {
-      { kind = "number", name = "events", key = "events64", size = 8, hexadecimal = true },
-    } },
+    { number = 0x4F, name = "GetSupportedEventNotification", from = "accessory", reply = 0x51,
+      fields = {} },
+    { number = 0x50, name = "CancelCommand", from = "accessory", acknowledged = true,
+      fields = {} },
+    { number = 0x51, name = "RetSupportedEventNotification", from = "ipod",
+      fields = { shared.events64 } },
   } },
   [0x02] = { name = "Simple Remote", ack = 0x01, commands = {
-    { number = 0x00, name = "ContextButtonStatus", from = "accessory", fields = {
+    { number = 0x00, name = "ContextButtonStatus", from = "accessory",
+      fields = {
       { kind = "low_first", name = "buttons", key = "buttons", bits = {{0x01, "play/pause"}, {0x02, "volume up"}, {0x04, "volume down"}, {0x08, "next track"}, {0x10, "previous track"}, {0x20, "next album"}, {0x40, "previous album"}, {0x80, "stop"}, {0x100, "play"}, {0x200, "pause"}, {0x400, "mute"}, {0x800, "next chapter"}, {0x1000, "previous chapter"}, {0x2000, "next playlist"}, {0x4000, "previous playlist"}, {0x8000, "shuffle"}, {0x10000, "repeat"}, {0x20000, "power on"}, {0x40000, "power off"}, {0x80000, "backlight for 30 seconds"}, {0x100000, "fast forward"}, {0x200000, "rewind"}, {0x400000, "menu"}, {0x800000, "select"}, {0x1000000, "up"}, {0x2000000, "down"}, {0x4000000, "backlight off"}, } },
     } },
-    { number = 0x01, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
-      { kind = "number", name = "command", key = "about_command", size = 1, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
-    } },
-    { number = 0x02, name = "ImageButtonStatus", from = "accessory", acknowledged = true, fields = {
-      { kind = "low_first", name = "buttons", key = "buttons", bits = {} },
-    } },
-    { number = 0x03, name = "VideoButtonStatus", from = "accessory", acknowledged = true, fields = {
-      { kind = "low_first", name = "buttons", key = "buttons", bits = {} },
-    } },
-    { number = 0x04, name = "AudioButtonStatus", from = "accessory", acknowledged = true, fields = {
-      { kind = "low_first", name = "buttons", key = "buttons", bits = {} },
-    } },
+    { number = 0x01, name = "ACK", from = "ipod",
+      fields = { shared.status, shared.about_command, shared.by_status } },
+    { number = 0x02, name = "ImageButtonStatus", from = "accessory", acknowledged = true,
+      fields = { shared.buttons } },
+    { number = 0x03, name = "VideoButtonStatus", from = "accessory", acknowledged = true,
+      fields = { shared.buttons } },
+    { number = 0x04, name = "AudioButtonStatus", from = "accessory", acknowledged = true,
+      fields = { shared.buttons } },
   } },
   [0x03] = { name = "Display Remote", ack = 0x00, commands = {
-    { number = 0x00, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
-      { kind = "number", name = "command", key = "about_command", size = 1, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
-    } },
-    { number = 0x12, name = "GetIndexedPlayingTrackInfo", from = "accessory", reply = 0x13, fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "chapter", [2] = "artist", [3] = "album", [4] = "genre", [5] = "title", [6] = "composer", [7] = "lyrics", [8] = "artwork count", } },
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "chapter index", key = "chapter_index", size = 2 },
-    } },
-    { number = 0x13, name = "RetIndexedPlayingTrackInfo", from = "ipod", fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "chapter", [2] = "artist", [3] = "album", [4] = "genre", [5] = "title", [6] = "composer", [7] = "lyrics", [8] = "artwork count", } },
+    { number = 0x00, name = "ACK", from = "ipod",
+      fields = { shared.status, shared.about_command, shared.by_status } },
+    { number = 0x12, name = "GetIndexedPlayingTrackInfo", from = "accessory", reply = 0x13,
+      fields = { shared.type_2, shared.track_index, shared.chapter_index } },
+    { number = 0x13, name = "RetIndexedPlayingTrackInfo", from = "ipod",
+      fields = {
+      shared.type_2,
       { kind = "choice", name = "type",
         cases = {
-          [0] = {
-            { kind = "number", name = "capabilities", key = "capabilities", size = 4, bits = {{0x01, "audiobook"}, {0x02, "chapters"}, {0x04, "artwork"}, {0x08, "lyrics"}, {0x80, "video"}, {0x100, "queued as video"}, } },
-            { kind = "number", name = "track length", key = "track_length", size = 4, unit = "ms" },
-            { kind = "number", name = "chapter count", key = "chapter_count", size = 2 },
-          },
+          [0] = { shared.capabilities, shared.track_length, shared.chapter_count },
           [1] = {
             { kind = "number", name = "chapter begins at", key = "chapter_begins_at", size = 4, unit = "ms" },
-            { kind = "text", name = "chapter", key = "chapter_text" },
+            shared.chapter_text,
           },
-          [2] = {
-            { kind = "text", name = "artist", key = "artist_text" },
-          },
-          [3] = {
-            { kind = "text", name = "album", key = "album_text" },
-          },
-          [4] = {
-            { kind = "text", name = "genre", key = "genre_text" },
-          },
-          [5] = {
-            { kind = "text", name = "title", key = "title_text" },
-          },
-          [6] = {
-            { kind = "text", name = "composer", key = "composer_text" },
-          },
-          [7] = {
-            { kind = "number", name = "part flags", key = "part_flags", size = 1, hexadecimal = true },
-            { kind = "number", name = "part", key = "part", size = 2 },
-            { kind = "text", name = "lyrics", key = "lyrics_text" },
-          },
-          [8] = {
-            { kind = "repeated", name = "artworks", key = "artworks_list",
-              fields = {
-                { kind = "number", name = "format ID", key = "format_id", size = 2 },
-                { kind = "number", name = "count", key = "count", size = 2 },
-              },
-            },
-          },
+          [2] = { shared.artist_text },
+          [3] = { shared.album_text },
+          [4] = { shared.genre_text },
+          [5] = { shared.title_text },
+          [6] = { shared.composer_text },
+          [7] = { shared.part_flags, shared.part, shared.lyrics_text },
+          [8] = { shared.artworks_list },
         },
       },
     } },
-    { number = 0x18, name = "GetTrackArtworkData", from = "accessory", reply = 0x19, streams = true, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "format ID", key = "format_id", size = 2 },
-      { kind = "number", name = "time offset", key = "time_offset", size = 4, unit = "ms" },
-    } },
-    { number = 0x19, name = "RetTrackArtworkData", from = "ipod", fields = {
-      { kind = "number", name = "part", key = "part", size = 2 },
-      { kind = "choice", name = "part",
-        cases = {
-          [0] = {
-            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
-            { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
-            { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-            { kind = "number", name = "left", key = "left", size = 2, unit = "pixels" },
-            { kind = "number", name = "top", key = "top", size = 2, unit = "pixels" },
-            { kind = "number", name = "right", key = "right", size = 2, unit = "pixels" },
-            { kind = "number", name = "bottom", key = "bottom", size = 2, unit = "pixels" },
-            { kind = "number", name = "row size", key = "row_size", size = 4, unit = "bytes" },
-            { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true },
-          },
-        },
-        otherwise = {
-          { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true },
-        },
-      },
-    } },
-    { number = 0x1F, name = "GetTrackArtworkTimes", from = "accessory", reply = 0x20, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "format ID", key = "format_id", size = 2 },
-      { kind = "number", name = "artwork index", key = "artwork_index", size = 2 },
-      { kind = "number", name = "count", key = "count", size = 2 },
-    } },
-    { number = 0x20, name = "RetTrackArtworkTimes", from = "ipod", fields = {
-      { kind = "repeated", name = "times", key = "times_list",
-        fields = {
-          { kind = "number", name = "time offset", key = "time_offset", size = 4, unit = "ms" },
-        },
-      },
-    } },
+    { number = 0x18, name = "GetTrackArtworkData", from = "accessory", reply = 0x19, streams = true,
+      fields = { shared.track_index, shared.format_id, shared.time_offset } },
+    { number = 0x19, name = "RetTrackArtworkData", from = "ipod",
+      fields = { shared.part, shared.by_part } },
+    { number = 0x1F, name = "GetTrackArtworkTimes", from = "accessory", reply = 0x20,
+      fields = { shared.track_index, shared.format_id, shared.artwork_index, shared.count } },
+    { number = 0x20, name = "RetTrackArtworkTimes", from = "ipod",
+      fields = { shared.times_list } },
   } },
   [0x04] = { name = "Extended Interface", ack = 0x01, commands = {
-    { number = 0x01, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
+    { number = 0x01, name = "ACK", from = "ipod",
+      fields = {
+      shared.status,
       { kind = "number", name = "command", key = "about_command", size = 2, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
+      shared.by_status,
     } },
-    { number = 0x02, name = "GetCurrentPlayingTrackChapterInfo", from = "accessory", reply = 0x03, fields = {
-    } },
-    { number = 0x03, name = "ReturnCurrentPlayingTrackChapterInfo", from = "ipod", fields = {
+    { number = 0x02, name = "GetCurrentPlayingTrackChapterInfo", from = "accessory", reply = 0x03,
+      fields = {} },
+    { number = 0x03, name = "ReturnCurrentPlayingTrackChapterInfo", from = "ipod",
+      fields = {
       { kind = "number", name = "chapter index", key = "chapter_index", size = 4, values = {[4294967295] = "none", } },
       { kind = "number", name = "chapter count", key = "chapter_count", size = 4 },
     } },
-    { number = 0x04, name = "SetCurrentPlayingTrackChapter", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "chapter index", key = "chapter_index", size = 4 },
-    } },
-    { number = 0x05, name = "GetCurrentPlayingTrackChapterPlayStatus", from = "accessory", reply = 0x06, fields = {
-      { kind = "number", name = "chapter index", key = "chapter_index", size = 4 },
-    } },
-    { number = 0x06, name = "ReturnCurrentPlayingTrackChapterPlayStatus", from = "ipod", fields = {
+    { number = 0x04, name = "SetCurrentPlayingTrackChapter", from = "accessory", acknowledged = true,
+      fields = { shared.chapter_index_2 } },
+    { number = 0x05, name = "GetCurrentPlayingTrackChapterPlayStatus", from = "accessory", reply = 0x06,
+      fields = { shared.chapter_index_2 } },
+    { number = 0x06, name = "ReturnCurrentPlayingTrackChapterPlayStatus", from = "ipod",
+      fields = {
       { kind = "number", name = "chapter length", key = "chapter_length", size = 4, unit = "ms" },
-      { kind = "number", name = "position", key = "position", size = 4, unit = "ms" },
+      shared.position,
     } },
-    { number = 0x07, name = "GetCurrentPlayingTrackChapterName", from = "accessory", reply = 0x08, fields = {
+    { number = 0x07, name = "GetCurrentPlayingTrackChapterName", from = "accessory", reply = 0x08,
+      fields = {
       { kind = "number", name = "chapter index", key = "chapter_index", size = 4, optional = true },
     } },
-    { number = 0x08, name = "ReturnCurrentPlayingTrackChapterName", from = "ipod", fields = {
-      { kind = "text", name = "chapter", key = "chapter_text" },
-    } },
-    { number = 0x09, name = "GetAudiobookSpeed", from = "accessory", reply = 0x0A, fields = {
-    } },
-    { number = 0x0A, name = "ReturnAudiobookSpeed", from = "ipod", fields = {
-      { kind = "number", name = "speed", key = "speed", size = 1, values = {[255] = "slow", [0] = "normal", [1] = "fast", } },
-    } },
-    { number = 0x0B, name = "SetAudiobookSpeed", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "speed", key = "speed", size = 1, values = {[255] = "slow", [0] = "normal", [1] = "fast", } },
-      { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, optional = true, values = {[0] = "no", [1] = "yes", } },
-    } },
-    { number = 0x0C, name = "GetIndexedPlayingTrackInfo", from = "accessory", reply = 0x0D, fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "podcast", [2] = "release date", [3] = "description", [4] = "lyrics", [5] = "genre", [6] = "composer", [7] = "artwork count", } },
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "chapter index", key = "chapter_index", size = 2 },
-    } },
-    { number = 0x0D, name = "ReturnIndexedPlayingTrackInfo", from = "ipod", fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[0] = "capabilities", [1] = "podcast", [2] = "release date", [3] = "description", [4] = "lyrics", [5] = "genre", [6] = "composer", [7] = "artwork count", } },
+    { number = 0x08, name = "ReturnCurrentPlayingTrackChapterName", from = "ipod",
+      fields = { shared.chapter_text } },
+    { number = 0x09, name = "GetAudiobookSpeed", from = "accessory", reply = 0x0A,
+      fields = {} },
+    { number = 0x0A, name = "ReturnAudiobookSpeed", from = "ipod",
+      fields = { shared.speed } },
+    { number = 0x0B, name = "SetAudiobookSpeed", from = "accessory", acknowledged = true,
+      fields = { shared.speed, shared.restore_on_exit_2 } },
+    { number = 0x0C, name = "GetIndexedPlayingTrackInfo", from = "accessory", reply = 0x0D,
+      fields = { shared.type_3, shared.track_index, shared.chapter_index } },
+    { number = 0x0D, name = "ReturnIndexedPlayingTrackInfo", from = "ipod",
+      fields = {
+      shared.type_3,
       { kind = "choice", name = "type",
         cases = {
-          [0] = {
-            { kind = "number", name = "capabilities", key = "capabilities", size = 4, bits = {{0x01, "audiobook"}, {0x02, "chapters"}, {0x04, "artwork"}, {0x08, "lyrics"}, {0x80, "video"}, {0x100, "queued as video"}, } },
-            { kind = "number", name = "track length", key = "track_length", size = 4, unit = "ms" },
-            { kind = "number", name = "chapter count", key = "chapter_count", size = 2 },
-          },
-          [1] = {
-            { kind = "text", name = "podcast", key = "podcast_text" },
-          },
+          [0] = { shared.capabilities, shared.track_length, shared.chapter_count },
+          [1] = { { kind = "text", name = "podcast", key = "podcast_text" } },
           [2] = {
             { kind = "number", name = "second", key = "second", size = 1 },
             { kind = "number", name = "minute", key = "minute", size = 1 },
@@ -826,127 +591,72 @@ local lingoes = {
             { kind = "number", name = "year", key = "year", size = 2 },
             { kind = "number", name = "weekday", key = "weekday", size = 1, values = {[0] = "Sunday", [1] = "Monday", [2] = "Tuesday", [3] = "Wednesday", [4] = "Thursday", [5] = "Friday", [6] = "Saturday", } },
           },
-          [3] = {
-            { kind = "text", name = "description", key = "description_text" },
-          },
-          [4] = {
-            { kind = "number", name = "part flags", key = "part_flags", size = 1, hexadecimal = true },
-            { kind = "number", name = "part", key = "part", size = 2 },
-            { kind = "text", name = "lyrics", key = "lyrics_text" },
-          },
-          [5] = {
-            { kind = "text", name = "genre", key = "genre_text" },
-          },
-          [6] = {
-            { kind = "text", name = "composer", key = "composer_text" },
-          },
-          [7] = {
-            { kind = "repeated", name = "artworks", key = "artworks_list",
-              fields = {
-                { kind = "number", name = "format ID", key = "format_id", size = 2 },
-                { kind = "number", name = "count", key = "count", size = 2 },
-              },
-            },
-          },
+          [3] = { { kind = "text", name = "description", key = "description_text" } },
+          [4] = { shared.part_flags, shared.part, shared.lyrics_text },
+          [5] = { shared.genre_text },
+          [6] = { shared.composer_text },
+          [7] = { shared.artworks_list },
         },
       },
     } },
-    { number = 0x0E, name = "GetArtworkFormats", from = "accessory", reply = 0x0F, fields = {
-    } },
-    { number = 0x0F, name = "RetArtworkFormats", from = "ipod", fields = {
+    { number = 0x0E, name = "GetArtworkFormats", from = "accessory", reply = 0x0F,
+      fields = {} },
+    { number = 0x0F, name = "RetArtworkFormats", from = "ipod",
+      fields = {
       { kind = "repeated", name = "formats", key = "formats_list",
-        fields = {
-          { kind = "number", name = "format ID", key = "format_id", size = 2 },
-          { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
-          { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
-          { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-        },
+        fields = { shared.format_id, shared.pixel_format, shared.width, shared.height },
       },
     } },
-    { number = 0x10, name = "GetTrackArtworkData", from = "accessory", reply = 0x11, streams = true, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "format ID", key = "format_id", size = 2 },
-      { kind = "number", name = "time offset", key = "time_offset", size = 4, unit = "ms" },
-    } },
-    { number = 0x11, name = "RetTrackArtworkData", from = "ipod", fields = {
-      { kind = "number", name = "part", key = "part", size = 2 },
-      { kind = "choice", name = "part",
-        cases = {
-          [0] = {
-            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
-            { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
-            { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-            { kind = "number", name = "left", key = "left", size = 2, unit = "pixels" },
-            { kind = "number", name = "top", key = "top", size = 2, unit = "pixels" },
-            { kind = "number", name = "right", key = "right", size = 2, unit = "pixels" },
-            { kind = "number", name = "bottom", key = "bottom", size = 2, unit = "pixels" },
-            { kind = "number", name = "row size", key = "row_size", size = 4, unit = "bytes" },
-            { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true },
-          },
-        },
-        otherwise = {
-          { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true },
-        },
-      },
-    } },
-    { number = 0x16, name = "ResetDBSelection", from = "accessory", acknowledged = true, fields = {
-    } },
-    { number = 0x17, name = "SelectDBRecord", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "category", key = "category", size = 1, values = {[0] = "top", [1] = "playlist", [2] = "artist", [3] = "album", [4] = "genre", [5] = "track", [6] = "composer", [7] = "audiobook", [8] = "podcast", [9] = "nested playlist", } },
-      { kind = "number", name = "record index", key = "record_index", size = 4 },
-    } },
-    { number = 0x18, name = "GetNumberCategorizedDBRecords", from = "accessory", reply = 0x19, fields = {
-      { kind = "number", name = "category", key = "category", size = 1, values = {[0] = "top", [1] = "playlist", [2] = "artist", [3] = "album", [4] = "genre", [5] = "track", [6] = "composer", [7] = "audiobook", [8] = "podcast", [9] = "nested playlist", } },
-    } },
-    { number = 0x19, name = "ReturnNumberCategorizedDBRecords", from = "ipod", fields = {
-      { kind = "number", name = "record count", key = "record_count", size = 4 },
-    } },
-    { number = 0x1A, name = "RetrieveCategorizedDatabaseRecords", from = "accessory", reply = 0x1B, streams = true, fields = {
-      { kind = "number", name = "category", key = "category", size = 1, values = {[0] = "top", [1] = "playlist", [2] = "artist", [3] = "album", [4] = "genre", [5] = "track", [6] = "composer", [7] = "audiobook", [8] = "podcast", [9] = "nested playlist", } },
+    { number = 0x10, name = "GetTrackArtworkData", from = "accessory", reply = 0x11, streams = true,
+      fields = { shared.track_index, shared.format_id, shared.time_offset } },
+    { number = 0x11, name = "RetTrackArtworkData", from = "ipod",
+      fields = { shared.part, shared.by_part } },
+    { number = 0x16, name = "ResetDBSelection", from = "accessory", acknowledged = true,
+      fields = {} },
+    { number = 0x17, name = "SelectDBRecord", from = "accessory", acknowledged = true,
+      fields = { shared.category, shared.record_index } },
+    { number = 0x18, name = "GetNumberCategorizedDBRecords", from = "accessory", reply = 0x19,
+      fields = { shared.category } },
+    { number = 0x19, name = "ReturnNumberCategorizedDBRecords", from = "ipod",
+      fields = { shared.record_count } },
+    { number = 0x1A, name = "RetrieveCategorizedDatabaseRecords", from = "accessory", reply = 0x1B, streams = true,
+      fields = {
+      shared.category,
       { kind = "number", name = "first record", key = "first_record", size = 4 },
-      { kind = "number", name = "record count", key = "record_count", size = 4 },
+      shared.record_count,
     } },
-    { number = 0x1B, name = "ReturnCategorizedDatabaseRecord", from = "ipod", fields = {
-      { kind = "number", name = "record index", key = "record_index", size = 4 },
-      { kind = "text", name = "record", key = "record_text" },
-    } },
-    { number = 0x1C, name = "GetPlayStatus", from = "accessory", reply = 0x1D, fields = {
-    } },
-    { number = 0x1D, name = "ReturnPlayStatus", from = "ipod", fields = {
-      { kind = "number", name = "track length", key = "track_length", size = 4, unit = "ms" },
-      { kind = "number", name = "position", key = "position", size = 4, unit = "ms" },
+    { number = 0x1B, name = "ReturnCategorizedDatabaseRecord", from = "ipod",
+      fields = { shared.record_index, { kind = "text", name = "record", key = "record_text" } } },
+    { number = 0x1C, name = "GetPlayStatus", from = "accessory", reply = 0x1D,
+      fields = {} },
+    { number = 0x1D, name = "ReturnPlayStatus", from = "ipod",
+      fields = {
+      shared.track_length,
+      shared.position,
       { kind = "number", name = "state", key = "state", size = 1, values = {[0] = "stopped", [1] = "playing", [2] = "paused", [3] = "fast forward", [4] = "fast rewind", [5] = "ending fast forward or rewind", } },
     } },
-    { number = 0x1E, name = "GetCurrentPlayingTrackIndex", from = "accessory", reply = 0x1F, fields = {
-    } },
-    { number = 0x1F, name = "ReturnCurrentPlayingTrackIndex", from = "ipod", fields = {
+    { number = 0x1E, name = "GetCurrentPlayingTrackIndex", from = "accessory", reply = 0x1F,
+      fields = {} },
+    { number = 0x1F, name = "ReturnCurrentPlayingTrackIndex", from = "ipod",
+      fields = {
       { kind = "number", name = "track index", key = "track_index", size = 4, values = {[4294967295] = "none", } },
     } },
-    { number = 0x1F, name = "GetTrackArtworkTimes", from = "accessory", reply = 0x2B, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "format ID", key = "format_id", size = 2 },
-      { kind = "number", name = "artwork index", key = "artwork_index", size = 2 },
-      { kind = "number", name = "count", key = "count", size = 2 },
-    } },
-    { number = 0x20, name = "GetIndexedPlayingTrackTitle", from = "accessory", reply = 0x21, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-    } },
-    { number = 0x21, name = "ReturnIndexedPlayingTrackTitle", from = "ipod", fields = {
-      { kind = "text", name = "title", key = "title_text" },
-    } },
-    { number = 0x22, name = "GetIndexedPlayingTrackArtistName", from = "accessory", reply = 0x23, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-    } },
-    { number = 0x23, name = "ReturnIndexedPlayingTrackArtistName", from = "ipod", fields = {
-      { kind = "text", name = "artist", key = "artist_text" },
-    } },
-    { number = 0x24, name = "GetIndexedPlayingTrackAlbumName", from = "accessory", reply = 0x25, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-    } },
-    { number = 0x25, name = "ReturnIndexedPlayingTrackAlbumName", from = "ipod", fields = {
-      { kind = "text", name = "album", key = "album_text" },
-    } },
-    { number = 0x26, name = "SetPlayStatusChangeNotification", from = "accessory", acknowledged = true, fields = {
+    { number = 0x1F, name = "GetTrackArtworkTimes", from = "accessory", reply = 0x2B,
+      fields = { shared.track_index, shared.format_id, shared.artwork_index, shared.count } },
+    { number = 0x20, name = "GetIndexedPlayingTrackTitle", from = "accessory", reply = 0x21,
+      fields = { shared.track_index } },
+    { number = 0x21, name = "ReturnIndexedPlayingTrackTitle", from = "ipod",
+      fields = { shared.title_text } },
+    { number = 0x22, name = "GetIndexedPlayingTrackArtistName", from = "accessory", reply = 0x23,
+      fields = { shared.track_index } },
+    { number = 0x23, name = "ReturnIndexedPlayingTrackArtistName", from = "ipod",
+      fields = { shared.artist_text } },
+    { number = 0x24, name = "GetIndexedPlayingTrackAlbumName", from = "accessory", reply = 0x25,
+      fields = { shared.track_index } },
+    { number = 0x25, name = "ReturnIndexedPlayingTrackAlbumName", from = "ipod",
+      fields = { shared.album_text } },
+    { number = 0x26, name = "SetPlayStatusChangeNotification", from = "accessory", acknowledged = true,
+      fields = {
       { kind = "choice_by_size", name = "",
         cases = {
           [1] = {
@@ -958,304 +668,179 @@ local lingoes = {
         },
       },
     } },
-    { number = 0x27, name = "PlayStatusChangeNotification", from = "ipod", fields = {
+    { number = 0x27, name = "PlayStatusChangeNotification", from = "ipod",
+      fields = {
       { kind = "number", name = "change", key = "change", size = 1, values = {[0] = "stopped", [1] = "track", [4] = "position", [6] = "status", [7] = "position", } },
       { kind = "choice", name = "change",
         cases = {
-          [0] = {
-          },
-          [1] = {
-            { kind = "number", name = "track index", key = "track_index", size = 4 },
-          },
-          [4] = {
-            { kind = "number", name = "position", key = "position", size = 4, unit = "ms" },
-          },
+          [0] = {},
+          [1] = { shared.track_index },
+          [4] = { shared.position },
           [6] = {
             { kind = "number", name = "status", key = "status", size = 1, values = {[2] = "stopped", [5] = "fast forward", [6] = "rewind", [7] = "fast forward or rewind ended", [10] = "playing", [11] = "paused", } },
           },
-          [7] = {
-            { kind = "number", name = "position", key = "position", size = 4, unit = "s" },
-          },
+          [7] = { { kind = "number", name = "position", key = "position", size = 4, unit = "s" } },
         },
       },
     } },
-    { number = 0x28, name = "PlayCurrentSelection", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-    } },
-    { number = 0x29, name = "PlayControl", from = "accessory", acknowledged = true, fields = {
+    { number = 0x28, name = "PlayCurrentSelection", from = "accessory", acknowledged = true,
+      fields = { shared.track_index } },
+    { number = 0x29, name = "PlayControl", from = "accessory", acknowledged = true,
+      fields = {
       { kind = "number", name = "control", key = "control", size = 1, values = {[1] = "play/pause", [2] = "stop", [3] = "next track", [4] = "previous track", [5] = "begin fast forward", [6] = "begin rewind", [7] = "end fast forward or rewind", [8] = "next", [9] = "previous", [10] = "play", [11] = "pause", } },
     } },
-    { number = 0x2A, name = "GetTrackArtworkTimes", from = "accessory", reply = 0x2B, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-      { kind = "number", name = "format ID", key = "format_id", size = 2 },
-      { kind = "number", name = "artwork index", key = "artwork_index", size = 2 },
-      { kind = "number", name = "count", key = "count", size = 2 },
-    } },
-    { number = 0x2B, name = "RetTrackArtworkTimes", from = "ipod", fields = {
-      { kind = "repeated", name = "times", key = "times_list",
-        fields = {
-          { kind = "number", name = "time offset", key = "time_offset", size = 4, unit = "ms" },
-        },
-      },
-    } },
-    { number = 0x2C, name = "GetShuffle", from = "accessory", reply = 0x2D, fields = {
-    } },
-    { number = 0x2D, name = "ReturnShuffle", from = "ipod", fields = {
-      { kind = "number", name = "shuffle", key = "shuffle", size = 1, values = {[0] = "off", [1] = "tracks", [2] = "albums", } },
-    } },
-    { number = 0x2E, name = "SetShuffle", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "shuffle", key = "shuffle", size = 1, values = {[0] = "off", [1] = "tracks", [2] = "albums", } },
-      { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, optional = true, values = {[0] = "no", [1] = "yes", } },
-    } },
-    { number = 0x2F, name = "GetRepeat", from = "accessory", reply = 0x30, fields = {
-    } },
-    { number = 0x30, name = "ReturnRepeat", from = "ipod", fields = {
-      { kind = "number", name = "repeat", key = "repeat", size = 1, values = {[0] = "off", [1] = "one", [2] = "all", } },
-    } },
-    { number = 0x31, name = "SetRepeat", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "repeat", key = "repeat", size = 1, values = {[0] = "off", [1] = "one", [2] = "all", } },
-      { kind = "number", name = "restore on exit", key = "restore_on_exit", size = 1, optional = true, values = {[0] = "no", [1] = "yes", } },
-    } },
-    { number = 0x32, name = "SetDisplayImage", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "part", key = "part", size = 2 },
+    { number = 0x2A, name = "GetTrackArtworkTimes", from = "accessory", reply = 0x2B,
+      fields = { shared.track_index, shared.format_id, shared.artwork_index, shared.count } },
+    { number = 0x2B, name = "RetTrackArtworkTimes", from = "ipod",
+      fields = { shared.times_list } },
+    { number = 0x2C, name = "GetShuffle", from = "accessory", reply = 0x2D,
+      fields = {} },
+    { number = 0x2D, name = "ReturnShuffle", from = "ipod",
+      fields = { shared.shuffle } },
+    { number = 0x2E, name = "SetShuffle", from = "accessory", acknowledged = true,
+      fields = { shared.shuffle, shared.restore_on_exit_2 } },
+    { number = 0x2F, name = "GetRepeat", from = "accessory", reply = 0x30,
+      fields = {} },
+    { number = 0x30, name = "ReturnRepeat", from = "ipod",
+      fields = { shared.repeat_mode } },
+    { number = 0x31, name = "SetRepeat", from = "accessory", acknowledged = true,
+      fields = { shared.repeat_mode, shared.restore_on_exit_2 } },
+    { number = 0x32, name = "SetDisplayImage", from = "accessory", acknowledged = true,
+      fields = {
+      shared.part,
       { kind = "choice", name = "part",
         cases = {
           [0] = {
-            { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
-            { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
-            { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-            { kind = "number", name = "row size", key = "row_size", size = 4, unit = "bytes" },
-            { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true },
+            shared.pixel_format,
+            shared.width,
+            shared.height,
+            shared.row_size,
+            shared.pixels_bytes,
           },
         },
-        otherwise = {
-          { kind = "bytes", name = "pixels", key = "pixels_bytes", optional = true },
-        },
+        otherwise = { shared.pixels_bytes },
       },
     } },
-    { number = 0x33, name = "GetMonoDisplayImageLimits", from = "accessory", reply = 0x34, fields = {
-    } },
-    { number = 0x34, name = "ReturnMonoDisplayImageLimits", from = "ipod", fields = {
-      { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
-      { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-      { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
-    } },
-    { number = 0x35, name = "GetNumPlayingTracks", from = "accessory", reply = 0x36, fields = {
-    } },
-    { number = 0x36, name = "ReturnNumPlayingTracks", from = "ipod", fields = {
-      { kind = "number", name = "track count", key = "track_count", size = 4 },
-    } },
-    { number = 0x37, name = "SetCurrentPlayingTrack", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
-    } },
-    { number = 0x38, name = "SelectSortDBRecord", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "category", key = "category", size = 1, values = {[0] = "top", [1] = "playlist", [2] = "artist", [3] = "album", [4] = "genre", [5] = "track", [6] = "composer", [7] = "audiobook", [8] = "podcast", [9] = "nested playlist", } },
-      { kind = "number", name = "record index", key = "record_index", size = 4 },
+    { number = 0x33, name = "GetMonoDisplayImageLimits", from = "accessory", reply = 0x34,
+      fields = {} },
+    { number = 0x34, name = "ReturnMonoDisplayImageLimits", from = "ipod",
+      fields = { shared.width, shared.height, shared.pixel_format } },
+    { number = 0x35, name = "GetNumPlayingTracks", from = "accessory", reply = 0x36,
+      fields = {} },
+    { number = 0x36, name = "ReturnNumPlayingTracks", from = "ipod",
+      fields = { shared.track_count } },
+    { number = 0x37, name = "SetCurrentPlayingTrack", from = "accessory", acknowledged = true,
+      fields = { shared.track_index } },
+    { number = 0x38, name = "SelectSortDBRecord", from = "accessory", acknowledged = true,
+      fields = {
+      shared.category,
+      shared.record_index,
       { kind = "number", name = "sort order", key = "sort_order", size = 1, values = {[0] = "genre", [1] = "artist", [2] = "composer", [3] = "album", [4] = "name", [5] = "playlist", [6] = "release date", [7] = "series", [8] = "season", [9] = "episode", [255] = "default", } },
     } },
-    { number = 0x39, name = "GetColorDisplayImageLimits", from = "accessory", reply = 0x3A, fields = {
-    } },
-    { number = 0x3A, name = "ReturnColorDisplayImageLimits", from = "ipod", fields = {
+    { number = 0x39, name = "GetColorDisplayImageLimits", from = "accessory", reply = 0x3A,
+      fields = {} },
+    { number = 0x3A, name = "ReturnColorDisplayImageLimits", from = "ipod",
+      fields = {
       { kind = "repeated", name = "limits", key = "limits_list",
-        fields = {
-          { kind = "number", name = "width", key = "width", size = 2, unit = "pixels" },
-          { kind = "number", name = "height", key = "height", size = 2, unit = "pixels" },
-          { kind = "number", name = "pixel format", key = "pixel_format", size = 1, values = {[1] = "monochrome", [2] = "RGB 565", } },
-        },
+        fields = { shared.width, shared.height, shared.pixel_format },
       },
     } },
-    { number = 0x3B, name = "ResetDBSelectionHierarchy", from = "accessory", acknowledged = true, fields = {
+    { number = 0x3B, name = "ResetDBSelectionHierarchy", from = "accessory", acknowledged = true,
+      fields = {
       { kind = "number", name = "hierarchy", key = "hierarchy", size = 1, values = {[1] = "audio", [2] = "video", } },
     } },
-    { number = 0x40, name = "RetrieveDBTrackInfo", from = "accessory", reply = 0x41, streams = true, fields = {
+    { number = 0x40, name = "RetrieveDBTrackInfo", from = "accessory", reply = 0x41, streams = true,
+      fields = {
       { kind = "number", name = "first track", key = "first_track", size = 4 },
-      { kind = "number", name = "track count", key = "track_count", size = 4 },
+      shared.track_count,
       { kind = "number", name = "information", key = "information", size = 1, bits = {{0x40, "length"}, } },
     } },
-    { number = 0x41, name = "ReturnDBTrackInfo", from = "ipod", fields = {
-      { kind = "number", name = "track index", key = "track_index", size = 4 },
+    { number = 0x41, name = "ReturnDBTrackInfo", from = "ipod",
+      fields = {
+      shared.track_index,
       { kind = "number", name = "type", key = "type", size = 1, values = {[64] = "length", } },
       { kind = "choice", name = "type",
         cases = {
-          [64] = {
-            { kind = "number", name = "track length", key = "track_length", size = 4, unit = "ms" },
-          },
+          [64] = { shared.track_length },
         },
       },
     } },
   } },
   [0x09] = { name = "Sports", ack = 0x80, commands = {
-    { number = 0x00, name = "ACK", from = "accessory", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
-      { kind = "number", name = "command", key = "about_command", size = 1, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
-    } },
-    { number = 0x01, name = "GetDeviceVersion", from = "ipod", reply = 0x02, fields = {
-    } },
-    { number = 0x02, name = "RetDeviceVersion", from = "accessory", fields = {
-      { kind = "version", name = "version", key = "version_text", size = 2 },
-    } },
-    { number = 0x03, name = "GetDeviceCaps", from = "ipod", reply = 0x04, fields = {
-    } },
-    { number = 0x04, name = "RetDeviceCaps", from = "accessory", fields = {
-      { kind = "bytes", name = "capabilities", key = "capabilities_bytes", size = 3 },
-    } },
-    { number = 0x80, name = "iPodACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
-      { kind = "number", name = "command", key = "about_command", size = 1, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
-    } },
-    { number = 0x83, name = "GetiPodCaps", from = "accessory", reply = 0x84, fields = {
-    } },
-    { number = 0x84, name = "RetiPodCaps", from = "ipod", fields = {
+    { number = 0x00, name = "ACK", from = "accessory",
+      fields = { shared.status, shared.about_command, shared.by_status } },
+    { number = 0x01, name = "GetDeviceVersion", from = "ipod", reply = 0x02,
+      fields = {} },
+    { number = 0x02, name = "RetDeviceVersion", from = "accessory",
+      fields = { shared.version_text_2 } },
+    { number = 0x03, name = "GetDeviceCaps", from = "ipod", reply = 0x04,
+      fields = {} },
+    { number = 0x04, name = "RetDeviceCaps", from = "accessory",
+      fields = { { kind = "bytes", name = "capabilities", key = "capabilities_bytes", size = 3 } } },
+    { number = 0x80, name = "iPodACK", from = "ipod",
+      fields = { shared.status, shared.about_command, shared.by_status } },
+    { number = 0x83, name = "GetiPodCaps", from = "accessory", reply = 0x84,
+      fields = {} },
+    { number = 0x84, name = "RetiPodCaps", from = "ipod",
+      fields = {
       { kind = "number", name = "capabilities", key = "capabilities", size = 2, bits = {{0x01, "workouts"}, {0x02, "user data"}, } },
       { kind = "number", name = "more", key = "more", size = 1, hexadecimal = true },
     } },
-    { number = 0x85, name = "GetUserIndex", from = "accessory", reply = 0x86, fields = {
-    } },
-    { number = 0x86, name = "RetUserIndex", from = "ipod", fields = {
-      { kind = "bytes", name = "user index", key = "user_index_bytes" },
-    } },
-    { number = 0x88, name = "GetUserData", from = "accessory", reply = 0x89, fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[2] = "flag", [3] = "weight", [4] = "value", } },
-    } },
-    { number = 0x89, name = "RetUserData", from = "ipod", fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[2] = "flag", [3] = "weight", [4] = "value", } },
-      { kind = "choice", name = "type",
-        cases = {
-          [2] = {
-            { kind = "number", name = "flag", key = "flag", size = 1 },
-          },
-          [3] = {
-            { kind = "number", name = "weight", key = "weight", size = 2 },
-          },
-          [4] = {
-            { kind = "number", name = "value", key = "value", size = 1 },
-          },
-        },
-      },
-    } },
-    { number = 0x8A, name = "SetUserData", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "type", key = "type", size = 1, values = {[2] = "flag", [3] = "weight", [4] = "value", } },
-      { kind = "choice", name = "type",
-        cases = {
-          [2] = {
-            { kind = "number", name = "flag", key = "flag", size = 1 },
-          },
-          [3] = {
-            { kind = "number", name = "weight", key = "weight", size = 2 },
-          },
-          [4] = {
-            { kind = "number", name = "value", key = "value", size = 1 },
-          },
-        },
-      },
-    } },
+    { number = 0x85, name = "GetUserIndex", from = "accessory", reply = 0x86,
+      fields = {} },
+    { number = 0x86, name = "RetUserIndex", from = "ipod",
+      fields = { { kind = "bytes", name = "user index", key = "user_index_bytes" } } },
+    { number = 0x88, name = "GetUserData", from = "accessory", reply = 0x89,
+      fields = { shared.type_4 } },
+    { number = 0x89, name = "RetUserData", from = "ipod",
+      fields = { shared.type_4, shared.by_type_2 } },
+    { number = 0x8A, name = "SetUserData", from = "accessory", acknowledged = true,
+      fields = { shared.type_4, shared.by_type_2 } },
   } },
   [0x0C] = { name = "Storage", ack = 0x00, commands = {
-    { number = 0x00, name = "ACK", from = "ipod", fields = {
-      { kind = "number", name = "status", key = "status", size = 1, values = {[0] = "ok", [1] = "command failed", [2] = "out of resources", [3] = "bad parameter", [4] = "unknown ID", [5] = "reserved", [6] = "pending", [7] = "accessory not authenticated", } },
-      { kind = "number", name = "command", key = "about_command", size = 1, command = true },
-      { kind = "choice", name = "status",
-        cases = {
-          [0] = {
-          },
-          [1] = {
-          },
-          [2] = {
-          },
-          [3] = {
-          },
-          [4] = {
-          },
-          [5] = {
-          },
-          [6] = {
-            { kind = "number", name = "longest wait", key = "longest_wait", size = 4, unit = "ms" },
-          },
-          [7] = {
-          },
-        },
-      },
+    { number = 0x00, name = "ACK", from = "ipod",
+      fields = { shared.status, shared.about_command, shared.by_status } },
+    { number = 0x01, name = "GetiPodCaps", from = "accessory", reply = 0x02,
+      fields = {} },
+    { number = 0x02, name = "RetiPodCaps", from = "ipod",
+      fields = {
+      shared.total_space64,
+      shared.largest_file,
+      shared.largest_write,
+      shared.reserved_bytes,
+      shared.version_text_2,
     } },
-    { number = 0x01, name = "GetiPodCaps", from = "accessory", reply = 0x02, fields = {
-    } },
-    { number = 0x02, name = "RetiPodCaps", from = "ipod", fields = {
-      { kind = "number", name = "total space", key = "total_space64", size = 8, unit = "bytes" },
-      { kind = "number", name = "largest file", key = "largest_file", size = 4, unit = "bytes" },
-      { kind = "number", name = "largest write", key = "largest_write", size = 2, unit = "bytes" },
-      { kind = "bytes", name = "reserved", key = "reserved_bytes", size = 6 },
-      { kind = "version", name = "version", key = "version_text", size = 2 },
-    } },
-    { number = 0x04, name = "RetiPodFileHandle", from = "ipod", fields = {
-      { kind = "number", name = "file handle", key = "file_handle", size = 1 },
-    } },
-    { number = 0x07, name = "WriteiPodFileData", from = "accessory", acknowledged = true, fields = {
+    { number = 0x04, name = "RetiPodFileHandle", from = "ipod",
+      fields = { shared.file_handle } },
+    { number = 0x07, name = "WriteiPodFileData", from = "accessory", acknowledged = true,
+      fields = {
       { kind = "number", name = "offset", key = "offset", size = 4, unit = "bytes" },
-      { kind = "number", name = "file handle", key = "file_handle", size = 1 },
+      shared.file_handle,
       { kind = "characters", name = "data", key = "data_text", optional = true },
     } },
-    { number = 0x08, name = "CloseiPodFile", from = "accessory", acknowledged = true, fields = {
-      { kind = "number", name = "file handle", key = "file_handle", size = 1 },
-    } },
-    { number = 0x10, name = "GetiPodFreeSpace", from = "accessory", reply = 0x11, fields = {
-    } },
-    { number = 0x11, name = "RetiPodFreeSpace", from = "ipod", fields = {
+    { number = 0x08, name = "CloseiPodFile", from = "accessory", acknowledged = true,
+      fields = { shared.file_handle } },
+    { number = 0x10, name = "GetiPodFreeSpace", from = "accessory", reply = 0x11,
+      fields = {} },
+    { number = 0x11, name = "RetiPodFreeSpace", from = "ipod",
+      fields = {
       { kind = "number", name = "free space", key = "free_space64", size = 8, unit = "bytes" },
     } },
-    { number = 0x12, name = "OpeniPodFeatureFile", from = "accessory", reply = 0x04, fields = {
+    { number = 0x12, name = "OpeniPodFeatureFile", from = "accessory", reply = 0x04,
+      fields = {
       { kind = "number", name = "feature", key = "feature", size = 1, values = {[1] = "radio tagging", [2] = "gym equipment", } },
       { kind = "number", name = "options", key = "options", size = 4, bits = {{0x01, "append data"}, {0x02, "append iPod information"}, {0x08, "append signature"}, } },
       { kind = "characters", name = "ending", key = "ending_text", optional = true },
     } },
-    { number = 0x81, name = "GetAccessoryCaps", from = "ipod", reply = 0x82, fields = {
-    } },
-    { number = 0x82, name = "RetAccessoryCaps", from = "accessory", fields = {
-      { kind = "number", name = "total space", key = "total_space64", size = 8, unit = "bytes" },
-      { kind = "number", name = "largest file", key = "largest_file", size = 4, unit = "bytes" },
-      { kind = "number", name = "largest write", key = "largest_write", size = 2, unit = "bytes" },
-      { kind = "bytes", name = "reserved", key = "reserved_bytes", size = 6 },
-      { kind = "version", name = "version", key = "version_text", size = 2 },
+    { number = 0x81, name = "GetAccessoryCaps", from = "ipod", reply = 0x82,
+      fields = {} },
+    { number = 0x82, name = "RetAccessoryCaps", from = "accessory",
+      fields = {
+      shared.total_space64,
+      shared.largest_file,
+      shared.largest_write,
+      shared.reserved_bytes,
+      shared.version_text_2,
     } },
   } },
 }
@@ -1619,15 +1204,26 @@ end
 
 -- The conversation --------------------------------------------------------------------------------
 --
--- Followed once, when the recording is read; what was found is kept by the packet's number.
+-- Each line has one, by the line's name: a line whose settings change has several interfaces of one
+-- name. It is followed once, when the recording is read; what was found is kept by the packet's
+-- number.
 
-local carries, questions, told, answers
+local conversations, told, answers
+local interface_name = Field.new("frame.interface_name")
 
 function ipod.init()
-  carries = { ipod = false, accessory = false }
-  questions = {}
+  conversations = {}
   told = {}
   answers = {}
+end
+
+local function conversation_of_line()
+  local name = interface_name()
+  local line = name and name.value or ""
+  if not conversations[line] then
+    conversations[line] = { carries = { ipod = false, accessory = false }, questions = {} }
+  end
+  return conversations[line]
 end
 
 local function note(result, kind, text) table.insert(result.notes, { kind = kind, text = text }) end
@@ -1643,7 +1239,7 @@ local function is_answer(frame)
   return false
 end
 
-local function find_question(frame, context)
+local function find_question(questions, frame, context)
   local best, best_rank = nil, 0
   for _, question in ipairs(questions) do
     if question.from ~= frame.from and question.lingo == frame.lingo then
@@ -1676,8 +1272,8 @@ local function settle(frame, context, question, result)
   if not answers[question.number] then answers[question.number] = result.number end
 end
 
-local function notice_answer(frame, context, result, now)
-  local question = find_question(frame, context)
+local function notice_answer(questions, frame, context, result, now)
+  local question = find_question(questions, frame, context)
   if question then
     result.response_to = question.number
     result.response_time = now - question.time
@@ -1701,7 +1297,7 @@ local function notice_answer(frame, context, result, now)
   if question then settle(frame, context, question, result) end
 end
 
-local function notice_silence(frame, result, now)
+local function notice_silence(questions, frame, result, now)
   for _, question in ipairs(questions) do
     local waits = not question.answered and not question.reported and not question.extended
     local asked_again = frame.from == question.from and frame.known == question.known
@@ -1712,7 +1308,7 @@ local function notice_silence(frame, result, now)
   end
 end
 
-local function notice_question(frame, context, result, now)
+local function notice_question(questions, frame, context, result, now)
   for _, earlier in ipairs(questions) do
     if not earlier.answered and earlier.from == frame.from and earlier.known == frame.known and
        earlier.data == context.data then
@@ -1730,7 +1326,7 @@ local function notice_question(frame, context, result, now)
   result.asks = true
 end
 
-local function notice_identifiers(frame, context)
+local function notice_identifiers(carries, frame, context)
   if frame.lingo ~= GENERAL or frame.from ~= "ipod" or not is_ack(frame) then return end
   if context.seen.status ~= 0 then return end
   if context.seen.command == START_IDPS then
@@ -1742,6 +1338,8 @@ end
 
 local function follow(tvb, pinfo, frame)
   local result = { number = pinfo.number, notes = {} }
+  local conversation = conversation_of_line()
+  local carries, questions = conversation.carries, conversation.questions
   local proven = proven_identifier(tvb, frame)
   local begins = frame.lingo == GENERAL and frame.command == START_IDPS
   if proven ~= nil and not begins and frame.checksum_holds then carries[frame.from] = proven end
@@ -1758,10 +1356,12 @@ local function follow(tvb, pinfo, frame)
     note(result, "other_sender",
          frame.from == "ipod" and "A command of accessories" or "A command of iPods")
   elseif known then
-    if is_ack(frame) or is_answer(frame) then notice_answer(frame, context, result, now) end
-    notice_silence(frame, result, now)
-    if known.reply or known.acknowledged then notice_question(frame, context, result, now) end
-    notice_identifiers(frame, context)
+    if is_ack(frame) or is_answer(frame) then notice_answer(questions, frame, context, result, now) end
+    notice_silence(questions, frame, result, now)
+    if known.reply or known.acknowledged then
+      notice_question(questions, frame, context, result, now)
+    end
+    notice_identifiers(carries, frame, context)
   end
   return result
 end

@@ -107,11 +107,12 @@ std::string Block(std::uint32_t type, const std::string& body) {
 }
 
 // A packet with the event's twelve bytes, at so many milliseconds.
-std::string Packet(std::uint64_t at_ms, int event, const std::string& bytes) {
+std::string Packet(std::uint64_t at_ms, int event, const std::string& bytes,
+                   std::uint64_t interface_number = 0) {
   const std::string content =
       Number(0, 8) + Number(static_cast<unsigned>(event), 1) + Number(0, 3) + bytes;
   const std::uint64_t at_us = at_ms * 1000;
-  return Block(6, Number(0, 4) + Number(at_us >> 32, 4) + Number(at_us, 4) +
+  return Block(6, Number(interface_number, 4) + Number(at_us >> 32, 4) + Number(at_us, 4) +
                       Number(content.size(), 4) + Number(content.size(), 4) + content);
 }
 
@@ -131,12 +132,15 @@ std::string Content(std::initializer_list<int> bytes) {
 constexpr int kToIpod = 1;
 constexpr int kFromIpod = 2;
 
+const std::string kSection =
+    Block(0x0A0D0D0A, Number(0x1A2B3C4D, 4) + Number(1, 4) + Number(~0ULL, 8));
+
 std::string Troubled() {
   const std::string get_shuffle = Frame(Content({0x04, 0x00, 0x2C}));
   std::string damaged = Frame(Content({0x04, 0x00, 0x2D, 0x01}));
   damaged.back() = static_cast<char>(damaged.back() + 1);
-  return Block(0x0A0D0D0A, Number(0x1A2B3C4D, 4) + Number(1, 4) + Number(~0ULL, 8)) +
-         Block(1, Number(250, 4) + Number(0, 4)) + Packet(1000, kToIpod, get_shuffle) +   // 1
+  return kSection + Block(1, Number(250, 4) + Number(0, 4)) +
+         Packet(1000, kToIpod, get_shuffle) +                                             // 1
          Packet(1020, kFromIpod, damaged) +                                               // 2
          Packet(2030, kToIpod, get_shuffle) +                                             // 3
          Packet(2050, kFromIpod, Frame(Content({0x04, 0x00, 0x2D, 0x01}))) +              // 4
@@ -198,6 +202,40 @@ TEST_F(TheDissector, FiltersByLingoCommandIdentifierAndStatus) {
   EXPECT_THAT(Found(recording, "ipodcomm.transaction_id == 9"), ElementsAre("18"));
   EXPECT_THAT(Found(recording, "ipodcomm.status == 3"), ElementsAre("6"));
   EXPECT_THAT(Found(recording, "ipodcomm.record_index == 9"), ElementsAre("5"));
+}
+
+// An interface of a line, by name.
+std::string Line(const std::string& name) {
+  std::string padded = name;
+  padded.resize((name.size() + 3) / 4 * 4);
+  return Block(1, Number(250, 4) + Number(0, 4) + Number(2, 2) + Number(name.size(), 2) + padded +
+                      Number(0, 4));
+}
+
+TEST_F(TheDissector, FollowsTheConversationOfALineWhoseSettingsChange) {
+  const std::string recording = folder_.Write(
+      "changed.pcapng",
+      kSection + Line("dock") + Packet(1000, kToIpod, Frame(Content({0x04, 0x00, 0x2C})), 0) +
+          Line("dock") + Packet(1020, kFromIpod, Frame(Content({0x04, 0x00, 0x2D, 0x01})), 1));
+  EXPECT_THAT(Tshark(recording, {"-Y", "ipodcomm.response_to", "-T", "fields", "-e", "frame.number",
+                                 "-e", "ipodcomm.response_to"}),
+              ElementsAre("2\t1"));
+}
+
+// Both docks are asked the same at the same time.
+TEST_F(TheDissector, KeepsTheConversationsOfTwoLinesApart) {
+  const std::string get_shuffle = Frame(Content({0x04, 0x00, 0x2C, 0x00, 0x07}));
+  const std::string recording = folder_.Write(
+      "two.pcapng",
+      kSection + Line("left") + Line("right") + Packet(1000, kToIpod, get_shuffle, 0) +       // 1
+          Packet(1010, kToIpod, get_shuffle, 1) +                                             // 2
+          Packet(1020, kFromIpod, Frame(Content({0x04, 0x00, 0x2D, 0x00, 0x07, 0x01})), 1) +  // 3
+          Packet(1030, kFromIpod, Frame(Content({0x04, 0x00, 0x2D, 0x00, 0x07, 0x00})), 0));  // 4
+  EXPECT_THAT(Tshark(recording, {"-Y", "ipodcomm.response_to", "-T", "fields", "-e", "frame.number",
+                                 "-e", "ipodcomm.response_to"}),
+              ElementsAre("3\t2", "4\t1"));
+  EXPECT_THAT(Found(recording, "ipodcomm.retry || ipodcomm.unasked || ipodcomm.unanswered"),
+              IsEmpty());
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <cstdio>
+#include <functional>
 #include <map>
 
 #include "wire/pages/pages.h"
@@ -23,6 +24,18 @@ std::string Hexadecimal(unsigned number) {
 
 // A text of the table's own, which holds nothing that Lua would take for more than text.
 std::string Quote(const std::string& text) { return '"' + text + '"'; }
+
+// Each line two columns further in.
+std::string Indented(const std::string& text) {
+  std::string indented;
+  bool begins = true;
+  for (const char letter : text) {
+    if (begins && letter != '\n') indented += "  ";
+    indented += letter;
+    begins = letter == '\n';
+  }
+  return indented;
+}
 
 // "ipodcomm.track_index": by which people filter.
 std::string FilterName(const std::string& name) {
@@ -107,16 +120,6 @@ const char* NameOf(Field::Kind kind) {
   return "";
 }
 
-void AddFields(const std::vector<Field>& fields, const std::string& indent, std::string* lua);
-
-void AddGroup(const char* name, const std::vector<Field>& fields, const std::string& indent,
-              std::string* lua) {
-  if (fields.empty()) return;
-  *lua += indent + name + " = {\n";
-  AddFields(fields, indent + "  ", lua);
-  *lua += indent + "},\n";
-}
-
 std::string Attributes(const Field& field) {
   std::string text = "kind = " + Quote(NameOf(field.kind)) + ", name = " + Quote(field.name);
   if (!Chooses(field)) text += ", key = " + Quote(KeyOf(field));
@@ -140,28 +143,91 @@ std::string Attributes(const Field& field) {
   return text + "}";
 }
 
-void AddFields(const std::vector<Field>& fields, const std::string& indent, std::string* lua) {
+using TextOf = std::function<std::string(const Field&)>;
+
+// "{ a, b }", or a line for each where that would be long.
+std::string List(const std::vector<Field>& fields, const TextOf& text_of) {
+  constexpr std::size_t kLongestLine = 80;
+  std::string line;
+  std::string lines;
   for (const Field& field : fields) {
-    *lua += indent + "{ " + Attributes(field);
-    if (field.fields.empty() && field.cases.empty()) {
-      *lua += " },\n";
-      continue;
-    }
-    *lua += ",\n";
-    AddGroup("fields", field.fields, indent + "  ", lua);
-    if (!field.cases.empty()) {
-      *lua += indent + "  cases = {\n";
-      for (const Case& each : field.cases) {
-        *lua += indent + "    [" + std::to_string(each.number) + "] = {\n";
-        AddFields(each.fields, indent + "      ", lua);
-        *lua += indent + "    },\n";
-      }
-      *lua += indent + "  },\n";
-    }
-    AddGroup("otherwise", field.otherwise, indent + "  ", lua);
-    *lua += indent + "},\n";
+    const std::string text = text_of(field);
+    line += (line.empty() ? "" : ", ") + text;
+    lines += Indented(text) + ",\n";
   }
+  if (fields.empty()) return "{}";
+  const bool fits = line.size() <= kLongestLine && line.find('\n') == std::string::npos;
+  return fits ? "{ " + line + " }" : "{\n" + lines + "}";
 }
+
+// One field, with `text_of` for those inside it.
+std::string Compose(const Field& field, const TextOf& text_of) {
+  const std::string attributes = Attributes(field);
+  if (field.fields.empty() && field.cases.empty()) return "{ " + attributes + " }";
+  std::string inside;
+  if (!field.fields.empty()) inside += "fields = " + List(field.fields, text_of) + ",\n";
+  if (!field.cases.empty()) {
+    std::string cases;
+    for (const Case& each : field.cases) {
+      cases += "[" + std::to_string(each.number) + "] = " + List(each.fields, text_of) + ",\n";
+    }
+    inside += "cases = {\n" + Indented(cases) + "},\n";
+  }
+  if (!field.otherwise.empty()) inside += "otherwise = " + List(field.otherwise, text_of) + ",\n";
+  return "{ " + attributes + ",\n" + Indented(inside) + "}";
+}
+
+std::string WholeText(const Field& field) { return Compose(field, WholeText); }
+
+// Fields that commands have in common are written once, in front of the commands.
+class SharedFields {
+ public:
+  SharedFields() {
+    for (const Lingo& lingo : Lingoes()) {
+      for (const Command& command : lingo.commands) Count(command.fields);
+    }
+  }
+
+  // The field, or the name of where it is written.
+  std::string TextOf(const Field& field) {
+    const auto text_of = [this](const Field& inner) { return TextOf(inner); };
+    const std::string whole = WholeText(field);
+    if (uses_[whole] < 2) return Compose(field, text_of);
+    std::string& name = names_[whole];
+    if (name.empty()) {
+      const std::string text = Compose(field, text_of);
+      name = NewName(field);
+      definitions_ += name + " = " + text + "\n";
+    }
+    return name;
+  }
+
+  const std::string& definitions() const { return definitions_; }
+
+ private:
+  // What is inside a field counts where that is written.
+  void Count(const std::vector<Field>& fields) {
+    for (const Field& field : fields) {
+      if (++uses_[WholeText(field)] > 1) continue;
+      Count(field.fields);
+      for (const Case& each : field.cases) Count(each.fields);
+      Count(field.otherwise);
+    }
+  }
+
+  std::string NewName(const Field& field) {
+    std::string name = "shared." + (Chooses(field) ? "by_" + FilterName(field.name) : KeyOf(field));
+    // A word of Lua's own.
+    if (name == "shared.repeat") name += "_mode";
+    const unsigned number = ++numbers_[name];
+    return number == 1 ? name : name + "_" + std::to_string(number);
+  }
+
+  std::map<std::string, unsigned> uses_;      // by the whole text
+  std::map<std::string, std::string> names_;  // likewise
+  std::map<std::string, unsigned> numbers_;   // of those of one name
+  std::string definitions_;
+};
 
 std::string CommandHead(const Command& command) {
   std::string text = "number = " + Hexadecimal(command.number) + ", name = " + Quote(command.name);
@@ -196,18 +262,22 @@ std::string DissectorTable() {
   for (const auto& [key, field] : keys) {
     lua += "  { " + Quote(key) + ", " + Quote(field->name) + ", " + Quote(TypeOf(*field)) + " },\n";
   }
-  lua += "}\n\nlocal lingoes = {\n";
+  lua += "}\n";
+  SharedFields shared;
+  std::string lingoes;
   for (const Lingo& lingo : Lingoes()) {
-    lua += "  [" + Hexadecimal(lingo.number) + "] = { name = " + Quote(lingo.name) +
-           ", ack = " + Hexadecimal(lingo.ack) + ", commands = {\n";
+    lingoes += "  [" + Hexadecimal(lingo.number) + "] = { name = " + Quote(lingo.name) +
+               ", ack = " + Hexadecimal(lingo.ack) + ", commands = {\n";
     for (const Command& command : lingo.commands) {
-      lua += "    { " + CommandHead(command) + ", fields = {\n";
-      AddFields(command.fields, "      ", &lua);
-      lua += "    } },\n";
+      const std::string fields =
+          List(command.fields, [&](const Field& field) { return shared.TextOf(field); });
+      lingoes +=
+          Indented(Indented("{ " + CommandHead(command) + ",\n  fields = " + fields + " },\n"));
     }
-    lua += "  } },\n";
+    lingoes += "  } },\n";
   }
-  return lua + "}\n";
+  return lua + "\n-- Fields that several commands have.\nlocal shared = {}\n" +
+         shared.definitions() + "\nlocal lingoes = {\n" + lingoes + "}\n";
 }
 
 std::string WithTable(const std::string& dissector, const std::string& table) {
