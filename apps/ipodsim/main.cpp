@@ -3,7 +3,6 @@
 
 #include <signal.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -15,10 +14,15 @@
 #include <system_error>
 #include <vector>
 
+#include "command_line.h"
 #include "line_recording.h"
 #include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
 #include "simulator/settings/habits.h"
+#include "usage/complete.h"
+#include "usage/completion_script.h"
+
+using ipodsim::Options;
 
 namespace {
 
@@ -27,32 +31,6 @@ constexpr int kUsage = 64;         // the command line
 constexpr int kBroken = 70;        // a fault of the program's own, or no memory
 constexpr int kNoInput = 66;       // the library file
 constexpr int kCannotCreate = 73;  // the terminal, the link, the storage folder or the recording
-
-struct Options {
-  std::string link;
-  std::string profile = "nano";
-  std::string library;
-  std::optional<std::string> storage;
-  std::string model_id;
-  std::vector<std::string> faults;
-  std::vector<std::string> habits;
-  std::uint32_t baud = 0;
-  std::string capture;
-  std::uint64_t seed = 1;
-  bool asks_during_session = false;
-  bool trace = false;
-};
-
-// One line each, of things that have a name and a description.
-template <typename Things>
-std::string List(const Things& things) {
-  std::string list;
-  for (const auto& thing : things) {
-    const std::string name = thing.name;
-    list += "  " + name + std::string(18 - name.size(), ' ') + thing.description + "\n";
-  }
-  return list;
-}
 
 std::string ProfileNames() {
   std::string names;
@@ -64,68 +42,9 @@ std::string ProfileNames() {
   return names;
 }
 
-std::string Footer() {
-  return "Profiles:\n" + List(ipodsim::AllProfiles()) + "\nHabits:\n" + List(ipodsim::AllHabits()) +
-         "\nFaults:\n" + List(ipodsim::Faults::All()) +
-         "\nLibrary file, of which only tracks and their titles are required:\n"
-         "  {\"name\": \"My iPod\",\n"
-         "   \"tracks\": [{\"title\": \"Bridges\", \"artist\": \"The Hum\", \"album\": \"Spans\",\n"
-         "               \"genre\": \"Rock\", \"composer\": \"A. Beam\", \"lyrics\": \"...\",\n"
-         "               \"length_ms\": 215000, \"number\": 1, \"kind\": \"music\",\n"
-         "               \"artwork\": true, \"chapters\": [\"Near\", \"Far\"]}],\n"
-         "   \"playlists\": [{\"name\": \"Runs\", \"tracks\": [0]},\n"
-         "                 {\"name\": \"Folder\", \"playlists\": [...]}]}\n"
-         "  A kind is music, audiobook, podcast or video; tracks count from 0.\n"
-         "\nExamples:\n"
-         "  ipodsim --link /tmp/ipod\n"
-         "  ipodsim --link /tmp/ipod --profile classic --trace\n"
-         "  ipodsim --link /tmp/ipod --storage workouts --ask-during-session\n"
-         "  ipodsim --link /tmp/ipod --library music.json --fault flipped-bits --seed 7\n"
-         "  ipodsim --link /tmp/ipod --profile strict --habit no-name --baud 57600\n"
-         "\nExit status:\n"
-         "  0   the accessory made no protocol mistake\n"
-         "  1   it made some; they are listed\n"
-         "  64  the command line is wrong\n"
-         "  66  the library file cannot be read\n"
-         "  73  the terminal, the link, the storage folder or the recording cannot\n"
-         "      be made, or the link is in use\n";
-}
-
 int Fail(int status, const std::string& sentence) {
   std::cerr << "ipodsim: " << sentence << "\n";
   return status;
-}
-
-void Describe(CLI::App* app, Options* options) {
-  app->description(
-      "A simulated iPod on a pseudo-terminal. It serves until it is interrupted and\n"
-      "then lists the protocol mistakes that it met.");
-  app->footer(Footer());
-  app->set_version_flag("--version", "ipodsim " IPODSIM_VERSION);
-  app->add_option("--link", options->link,
-                  "link to the terminal, made and removed by ipodsim; not one in use");
-  app->add_option("--profile", options->profile, "which iPod to be (nano)");
-  app->add_option("--library", options->library,
-                  "JSON file with the media; made up when not given");
-  app->add_option("--model-id", options->model_id,
-                  "8 hex digits instead of the profile's; consoles tell models apart by them");
-  app->add_option("--storage", options->storage,
-                  "folder for the workouts, gym-0001.xml and so on; not kept when not given");
-  app->add_option("--fault", options->faults,
-                  "a fault to switch on; repeat for more; help lists them")
-      ->allow_extra_args(false);
-  app->add_option("--habit", options->habits,
-                  "a way to differ from the common iPod; repeat for more; help lists them")
-      ->allow_extra_args(false);
-  app->add_option("--baud", options->baud,
-                  "speed of the line, such as 57600, at 10.5 bits a byte; none when not given")
-      ->check(CLI::Range(300u, 4000000u));
-  app->add_option("--capture", options->capture,
-                  "record the line, for Wireshark; - is standard output");
-  app->add_flag("--ask-during-session", options->asks_during_session,
-                "ask about Sports and Storage again whenever the accessory asks the same");
-  app->add_option("--seed", options->seed, "for all that is drawn: media, delays, faults (1)");
-  app->add_flag("--trace", options->trace, "every frame as one line on standard error");
 }
 
 // False when the text is no model id.
@@ -220,24 +139,34 @@ int Serve(const Options& options, ipodsim::Settings settings) {
   return Report(server.Stop(), out);
 }
 
-int Run(int argc, char** argv) {
-  Options options;
-  CLI::App app;
-  app.name("ipodsim");
-  Describe(&app, &options);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::Success& success) {
-    return app.exit(success);
-  } catch (const CLI::ParseError& error) {
-    return Fail(kUsage, std::string(error.what()) + "; try 'ipodsim --help'");
-  }
+// What is asked of the program itself rather than of an iPod: nothing if nothing is.
+std::string Told(const Options& options) {
   const auto asks_help = [](const std::vector<std::string>& names) {
     return std::find(names.begin(), names.end(), "help") != names.end();
   };
-  if (asks_help(options.faults) || asks_help(options.habits)) {
-    std::cout << (asks_help(options.faults) ? List(ipodsim::Faults::All())
-                                            : List(ipodsim::AllHabits()));
+  if (asks_help(options.faults)) return ipodsim::ListOfFaults();
+  if (asks_help(options.habits)) return ipodsim::ListOfHabits();
+  if (options.completion.empty()) return {};
+  return usage::CompletionScript("ipodsim", options.completion);
+}
+
+int Run(int argc, char** argv) {
+  ipodsim::CommandLine line;
+  if (argc > 1 && argv[1] == std::string(usage::kCompleteArgument)) {
+    std::cout << usage::Complete(line.app(), line.values(), {argv + 2, argv + argc});
+    return 0;
+  }
+  try {
+    line.app().parse(argc, argv);
+  } catch (const CLI::Success& success) {
+    return line.app().exit(success);
+  } catch (const CLI::ParseError& error) {
+    return Fail(kUsage, std::string(error.what()) + "; try 'ipodsim --help'");
+  }
+  const Options& options = line.options();
+  const std::string told = Told(options);
+  if (!told.empty()) {
+    std::cout << told;
     return 0;
   }
   ipodsim::Settings settings;

@@ -25,6 +25,7 @@ using test::TemporaryFolder;
 using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
 namespace {
@@ -85,10 +86,28 @@ TEST(IpodctlUsage, HelpsWithEveryCommand) {
   }
 }
 
-TEST(IpodctlUsage, TellsItsVersion) {
+TEST(IpodctlUsage, TellsItsVersionAndItsCommit) {
   const Ended ended = Ipodctl({"--version"});
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.out, "ipodctl " IPODCOMM_VERSION "\n");
+  EXPECT_THAT(ended.out, StartsWith("ipodctl " IPODCOMM_VERSION));
+  EXPECT_THAT(ended.out, MatchesRegex("ipodctl [0-9.]+( \\([0-9a-f]+(, changed)?\\))?\n"));
+}
+
+TEST(IpodctlUsage, SuggestsWhatMayHaveBeenMeant) {
+  ExpectRefused(Ipodctl({"infoo"}), 64,
+                "there is no command 'infoo' (did you mean 'info'?); see 'ipodctl --help'");
+  ExpectRefused(Ipodctl({"browse", "--hierarchi", "audio"}), 64,
+                "there is no option '--hierarchi' (did you mean '--hierarchy'?)");
+  ExpectRefused(Ipodctl({"help", "bruse"}), 64, "(did you mean 'browse'?)");
+  ExpectRefused(Ipodctl({"prefs", "ste", "aspect", "4:3"}), 64,
+                "there is no command 'ste' (did you mean 'set'?); see 'ipodctl prefs --help'");
+}
+
+TEST(IpodctlUsage, ExplainsACommandByName) {
+  EXPECT_EQ(Ipodctl({"help", "browse"}).out, Ipodctl({"browse", "--help"}).out);
+  EXPECT_EQ(Ipodctl({"help", "prefs", "set"}).out, Ipodctl({"prefs", "set", "--help"}).out);
+  EXPECT_EQ(Ipodctl({"help"}).out, Ipodctl({"--help"}).out);
+  EXPECT_EQ(Ipodctl({"help"}).status, 0);
 }
 
 TEST(IpodctlUsage, CompletesCommandsInBash) {
@@ -96,7 +115,7 @@ TEST(IpodctlUsage, CompletesCommandsInBash) {
     return RunProgram("/bin/bash",
                       {"-c",
                        "source <(\"$0\" --completion); COMP_WORDS=(" + words +
-                           "); COMP_CWORD=" + index + "; _ipodctl; echo \"${COMPREPLY[@]}\"",
+                           "); COMP_CWORD=" + index + "; _ipodctl \"$0\"; echo \"${COMPREPLY[@]}\"",
                        IPODCTL_PROGRAM})
         .out;
   };

@@ -163,7 +163,7 @@ TEST_F(ProgramTest, HabitHelpListsEveryHabit) {
 TEST_F(ProgramTest, VersionIsOneLine) {
   const Outcome outcome = Perform("--version");
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_THAT(outcome.output, MatchesRegex("ipodsim [0-9.]+\n"));
+  EXPECT_THAT(outcome.output, MatchesRegex("ipodsim [0-9.]+( \\([0-9a-f]+(, changed)?\\))?\n"));
 }
 
 TEST_F(ProgramTest, WrongUsageIsOneSentenceAnd64) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Writes docs/wire.md.
+// What the page about the commands says.
 #include <array>
 #include <cstdio>
 
@@ -10,19 +10,16 @@ namespace ipodwire {
 namespace {
 
 constexpr const char* kIntroduction =
-    "<!-- Made from the table in wire/ by the target write_wire_pages. Change the table. -->\n"
-    "# What goes over the line\n"
-    "\n"
     "The commands that consoles and iPods exchange, as `ipodctl decode` and the Wireshark "
     "dissector\n"
-    "read them. Numbers are big-endian; a text is UTF-8 and ends with a zero byte. A frame is\n"
-    "\n"
-    "```\n"
+    "read them. Numbers are big-endian; a text is UTF-8 and ends with a zero byte. A frame is";
+
+constexpr const char* kFrames =
     "small   FF 55 length lingo command [transaction identifier] data... checksum\n"
     "large   FF 55 00 length-high length-low lingo command [transaction identifier] data... "
-    "checksum\n"
-    "```\n"
-    "\n"
+    "checksum";
+
+constexpr const char* kFrameRules =
     "The length counts the lingo through the last byte of the data; all bytes from the length "
     "through\n"
     "the checksum sum to 0 modulo 256. The command's number is one byte, in the Extended Interface "
@@ -31,7 +28,7 @@ constexpr const char* kIntroduction =
     "two\n"
     "bytes stands before the data of every command, but for those that say otherwise. An answer "
     "repeats\n"
-    "its question's identifier.\n";
+    "its question's identifier.";
 
 std::string Hexadecimal(unsigned number, std::size_t bytes) {
   std::array<char, 16> text{};
@@ -94,12 +91,12 @@ std::string NameOfCase(const std::vector<Field>& siblings, const Field& choice,
   return choice.name + " " + std::to_string(number);
 }
 
-void AddRows(const std::vector<Field>& fields, const std::string& where, std::string* page) {
+void AddRows(const std::vector<Field>& fields, const std::string& where, PageWriter* page) {
   for (const Field& field : fields) {
     const bool chooses =
         field.kind == Field::Kind::kChoice || field.kind == Field::Kind::kChoiceBySize;
     if (!chooses) {
-      *page += "| " + where + field.name + " | " + Size(field) + " | " + Meaning(field) + " |\n";
+      page->Field(where + field.name, Size(field), Meaning(field));
       AddRows(field.fields, where + field.name + ": ", page);
       continue;
     }
@@ -136,19 +133,21 @@ std::string Sentences(const Lingo& lingo, const Command& command) {
 
 }  // namespace
 
-std::string WirePage() {
-  std::string page = kIntroduction;
+void WriteWirePage(PageWriter* page) {
+  page->Title("What goes over the line");
+  page->Paragraph(kIntroduction);
+  page->Verbatim(kFrames);
+  page->Paragraph(kFrameRules);
   for (const Lingo& lingo : Lingoes()) {
-    page += "\n## " + std::string(lingo.name) + ", lingo " + Hexadecimal(lingo.number, 1) + "\n";
+    page->Lingo(std::string(lingo.name) + ", lingo " + Hexadecimal(lingo.number, 1));
     for (const Command& command : lingo.commands) {
-      page += "\n### " + Hexadecimal(command.number, lingo.command_size()) + " " + command.name +
-              "\n\n" + Sentences(lingo, command) + "\n";
+      page->Command(Hexadecimal(command.number, lingo.command_size()) + " " + command.name);
+      page->Paragraph(Sentences(lingo, command));
       if (command.fields.empty()) continue;
-      page += "\n| field | bytes | meaning |\n|---|---|---|\n";
-      AddRows(command.fields, "", &page);
+      page->BeginFields();
+      AddRows(command.fields, "", page);
     }
   }
-  return page;
 }
 
 }  // namespace ipodwire

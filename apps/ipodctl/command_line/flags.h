@@ -6,6 +6,14 @@
 
 namespace ipodctl {
 
+// help_flags.cpp
+void AddHelpCommand(CommandLineParser& parser, std::vector<std::string>* command);
+/// The help on a command: "prefs", or "prefs", "set". Throws a UsageProblem if there is none.
+std::string HelpOn(const CLI::App& app, const std::vector<std::string>& command);
+/// Says what is wrong with words that were left over when `app` was parsed, and what may have been
+/// meant.
+std::string NotExpected(const CLI::App& app, const std::string& word);
+
 // ipod_flags.cpp
 void AddInfoCommand(CommandLineParser& parser);
 void AddTourCommand(CommandLineParser& parser);

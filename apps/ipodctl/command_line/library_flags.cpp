@@ -35,11 +35,16 @@ void CheckPath(const Options& options) {
   }
 }
 
+std::vector<std::string> NamesOfCategories() {
+  std::vector<std::string> names;
+  for (const Category& category : AllCategories()) names.emplace_back(category.name);
+  return names;
+}
+
 }  // namespace
 
 void AddPathFlags(CommandLineParser& parser, CLI::App* command) {
   Options& options = parser.options();
-  command->add_option("PATH", options.path);
   command
       ->add_option_function<std::string>(
           "--hierarchy",
@@ -47,9 +52,7 @@ void AddPathFlags(CommandLineParser& parser, CLI::App* command) {
           "Only audio, or only video")
       ->check(CLI::IsMember({"audio", "video"}))
       ->option_text("audio|video");
-  std::vector<std::string> categories;
-  for (const Category& category : AllCategories()) categories.emplace_back(category.name);
-  parser.AddWords(command->get_name(), categories);
+  parser.values().Add(command->add_option("PATH", options.path), NamesOfCategories());
   parser.AddCheck([&options, command] {
     if (command->parsed()) CheckPath(options);
   });
@@ -66,8 +69,10 @@ void AddBrowseCommand(CommandLineParser& parser) {
       ->check(CLI::NonNegativeNumber)
       ->option_text("N");
   AddPathFlags(parser, browse);
-  browse->add_option("--category", options.category, "List this category inside the last NAME")
-      ->option_text("CATEGORY");
+  CLI::Option* category =
+      browse->add_option("--category", options.category, "List this category inside the last NAME");
+  category->option_text("CATEGORY");
+  parser.values().Add(category, NamesOfCategories());
 }
 
 }  // namespace ipodctl

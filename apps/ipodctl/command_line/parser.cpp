@@ -7,6 +7,9 @@
 #include "command_line/flags.h"
 #include "console/failure.h"
 #include "ipod/simulated_ipod.h"
+#include "usage/build.h"
+#include "usage/complete.h"
+#include "usage/completion_script.h"
 
 namespace ipodctl {
 
@@ -47,7 +50,7 @@ constexpr const char* kProgramFooter =
     "  130  interrupted before the command was done\n"
     "\n"
     "Data goes to standard output, everything else to standard error.\n"
-    "'ipodctl COMMAND --help' explains a command and shows examples.";
+    "'ipodctl help COMMAND' explains a command and shows examples.";
 
 }  // namespace
 
@@ -71,11 +74,13 @@ CommandLineParser::CommandLineParser() {
   AddReportCommand(*this);
   AddWireCommands(*this);
   AddLegacyInterface(*this);
+  AddHelpCommand(*this, &help_on_);
 }
 
 void CommandLineParser::AddGlobalOptions() {
   app_.set_help_flag("-h,--help", "Show this help, or a command's");
-  app_.set_version_flag("--version", std::string("ipodctl " IPODCTL_VERSION), "Show the version");
+  app_.set_version_flag("--version", std::string("ipodctl ") + usage::kBuild,
+                        "Show the version and the commit");
   port_option_ = app_.add_option("--port", options_.port, "The serial line of the dock")
                      ->option_text("DEVICE");
   simulated_option_ =
@@ -99,7 +104,13 @@ void CommandLineParser::AddGlobalOptions() {
           ->check(CLI::Range(300u, 4000000u))
           ->option_text("N"),
   };
-  app_.add_flag("--completion", completion_, "Print a script that completes commands in bash");
+  const SimulationNames names = NamesForSimulation();
+  values_.Add(simulated_option_, names.profiles);
+  values_.Add(app_.get_option("--habit"), names.habits);
+  values_.Add(app_.get_option("--fault"), names.faults);
+  app_.add_flag("--completion{bash}", completion_, "Print a script that completes commands")
+      ->check(CLI::IsMember(usage::Shells()))
+      ->option_text("[=" + CLI::detail::join(usage::Shells(), "|") + "]");
   app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");
   app_.add_flag("-v,--verbose", options_.verbose,
                 "Tell on standard error what goes on, and over the line");
@@ -110,7 +121,7 @@ void CommandLineParser::AddGlobalOptions() {
                   "field: the library's default; robust: tell answers apart (the default on a "
                   "port); fast: and at the speed of the line (with --simulated)")
       ->check(CLI::IsMember(kConducts))
-      ->option_text("NAME");
+      ->option_text(CLI::detail::join(kConducts, "|"));
   app_.add_option("--capture", options_.capture,
                   "Record the line, for Wireshark (-: on standard output)")
       ->option_text("FILE");
@@ -134,10 +145,8 @@ void CommandLineParser::SetUsage(const CLI::App* command, std::string usage) {
   formatter_->SetUsage(command, std::move(usage));
 }
 
-void CommandLineParser::AddWords(const std::string& command,
-                                 const std::vector<std::string>& words) {
-  std::vector<std::string>& all = words_[command];
-  all.insert(all.end(), words.begin(), words.end());
+std::vector<usage::ManualPage> CommandLineParser::ManualPages() const {
+  return usage::ManualPages(app_, *formatter_);
 }
 
 CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) {
@@ -148,29 +157,33 @@ CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) 
     }
     return CommandLine{{}, sentence + "; see " + HelpHint(), kUsage};
   };
+  if (!arguments.empty() && arguments.front() == usage::kCompleteArgument) {
+    return {{}, usage::Complete(app_, values_, {arguments.begin() + 1, arguments.end()}), kSuccess};
+  }
   try {
-    // The parser takes arguments from the back.
-    app_.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    if (completion_) return {{}, BashCompletion(app_, words_, ValuesOfOptions()), kSuccess};
-    Complete();
+    return Understand(arguments);
   } catch (const CLI::CallForHelp&) {
     return {{}, app_.help(), kSuccess};
   } catch (const CLI::CallForVersion& version) {
     return {{}, std::string(version.what()) + "\n", kSuccess};
+  } catch (const CLI::ExtrasError&) {
+    return refuse(NotExpected(app_, app_.remaining(true).front()));
   } catch (const CLI::ParseError& problem) {
     return refuse(problem.what());
   } catch (const UsageProblem& problem) {
     return refuse(problem.sentence);
   }
-  return {options_, {}, kSuccess};
 }
 
-OptionValues CommandLineParser::ValuesOfOptions() {
-  const SimulationNames names = NamesForSimulation();
-  return {{"--simulated=", names.profiles},
-          {"--habit", names.habits},
-          {"--fault", names.faults},
-          {"--conduct", kConducts}};
+CommandLine CommandLineParser::Understand(const std::vector<std::string>& arguments) {
+  // The parser takes arguments from the back.
+  app_.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  if (!completion_.empty()) {
+    return {{}, usage::CompletionScript(app_.get_name(), completion_), kSuccess};
+  }
+  if (app_.got_subcommand("help")) return {{}, HelpOn(app_, help_on_), kSuccess};
+  Complete();
+  return {options_, {}, kSuccess};
 }
 
 std::string CommandLineParser::HelpHint() const {

@@ -9,9 +9,10 @@
 #include <vector>
 
 #include "command_line/command_line.h"
-#include "command_line/completion.h"
-#include "command_line/help.h"
 #include "options.h"
+#include "usage/help.h"
+#include "usage/manual_page.h"
+#include "usage/values.h"
 
 namespace ipodctl {
 
@@ -27,6 +28,7 @@ class CommandLineParser {
   CommandLineParser& operator=(const CommandLineParser&) = delete;
 
   CommandLine Parse(const std::vector<std::string>& arguments);
+  std::vector<usage::ManualPage> ManualPages() const;
 
   /// Adds a command.
   /// @param group heading under which the program's help lists it
@@ -35,8 +37,6 @@ class CommandLineParser {
   CLI::App* AddCommand(const char* name, const char* group, const char* description,
                        const std::string& usage, const char* footer);
   void SetUsage(const CLI::App* command, std::string usage);
-  /// Words that a command accepts besides its options, for completion.
-  void AddWords(const std::string& command, const std::vector<std::string>& words);
   /// Runs `check` once everything is parsed; it may throw a UsageProblem.
   void AddCheck(std::function<void()> check) { checks_.push_back(std::move(check)); }
 
@@ -44,21 +44,24 @@ class CommandLineParser {
   CLI::App& app() { return app_; }
   /// What the options set.
   Options& options() { return options_; }
+  /// What can be offered for the options' values.
+  usage::Values& values() { return values_; }
 
  private:
   void AddGlobalOptions();
   void Complete();
   void CompleteSimulation();
+  CommandLine Understand(const std::vector<std::string>& arguments);
   std::string HelpHint() const;
-  static OptionValues ValuesOfOptions();
 
   CLI::App app_{"Drives a docked iPod over a serial line."};
-  std::shared_ptr<HelpFormatter> formatter_ = std::make_shared<HelpFormatter>();
+  std::shared_ptr<usage::HelpFormatter> formatter_ = std::make_shared<usage::HelpFormatter>();
   Options options_;
   SimulationOptions simulation_;
   std::string simulated_;
-  bool completion_ = false;
-  CommandWords words_;
+  std::string completion_;  // the shell
+  std::vector<std::string> help_on_;
+  usage::Values values_;
   std::vector<std::function<void()>> checks_;
   CLI::Option* port_option_ = nullptr;
   CLI::Option* simulated_option_ = nullptr;

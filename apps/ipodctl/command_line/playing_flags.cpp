@@ -59,11 +59,11 @@ void AddSeek(CommandLineParser& parser) {
   Options& options = parser.options();
   CLI::App* seek = parser.AddCommand("seek", "Playing", "Wind forward or back",
                                      "forward|back [SECONDS]", kSeekFooter);
-  parser.AddWords("seek", {"forward", "back"});
-  seek->add_option_function<std::string>(
-          "DIRECTION", [&options](const std::string& name) { options.forward = name == "forward"; })
-      ->check(CLI::IsMember({"forward", "back"}))
-      ->required();
+  const std::vector<std::string> directions = {"forward", "back"};
+  CLI::Option* direction = seek->add_option_function<std::string>(
+      "DIRECTION", [&options](const std::string& name) { options.forward = name == "forward"; });
+  direction->check(CLI::IsMember(directions))->required();
+  parser.values().Add(direction, directions);
   seek->add_option("SECONDS", options.seek_seconds)->check(CLI::Range(0.1, kLongestSeekSeconds));
 }
 
@@ -72,8 +72,8 @@ void AddMode(CommandLineParser& parser, const char* name, const char* descriptio
   Options& options = parser.options();
   CLI::App* command = parser.AddCommand(
       name, "Settings", description, "[" + CLI::detail::join(modes, "|") + "] [OPTIONS]", footer);
-  parser.AddWords(name, modes);
-  command->add_option("MODE", options.mode)->check(CLI::IsMember(modes));
+  CLI::Option* mode = command->add_option("MODE", options.mode)->check(CLI::IsMember(modes));
+  parser.values().Add(mode, modes);
   command->add_flag("--keep", options.keep, "Let it hold after undocking");
 }
 

@@ -22,6 +22,17 @@ constexpr const char* kUserdataFooter =
     "  ipodctl userdata\n"
     "  ipodctl userdata --weight 72 --json";
 
+// Each preference has settings of its own.
+void AddSettings(CommandLineParser& parser, const CLI::Option* value) {
+  for (const Preference& preference : AllPreferences()) {
+    std::vector<std::string> settings;
+    for (const PreferenceSetting& setting : preference.settings) {
+      settings.emplace_back(setting.name);
+    }
+    parser.values().AddAfter(preference.name, value, settings);
+  }
+}
+
 void AddAction(CommandLineParser& parser, CLI::App* prefs, bool sets) {
   Options& options = parser.options();
   CLI::App* command = prefs->add_subcommand(sets ? "set" : "get", sets ? "Set one" : "Show one");
@@ -29,8 +40,11 @@ void AddAction(CommandLineParser& parser, CLI::App* prefs, bool sets) {
   command->group("Actions");
   command->set_help_flag("-h,--help", "Show this help");
   command->footer(prefs->get_footer());
-  command->add_option("NAME", options.preference)->required();
-  if (sets) command->add_option("VALUE", options.setting)->required();
+  CLI::Option* name = command->add_option("NAME", options.preference)->required();
+  std::vector<std::string> names;
+  for (const Preference& preference : AllPreferences()) names.emplace_back(preference.name);
+  parser.values().Add(name, names);
+  if (sets) AddSettings(parser, command->add_option("VALUE", options.setting)->required());
   parser.SetUsage(command, sets ? "ipodctl prefs set NAME VALUE" : "ipodctl prefs get NAME");
 }
 
@@ -53,15 +67,12 @@ void AddPrefsCommand(CommandLineParser& parser) {
   CLI::App* prefs = parser.AddCommand("prefs", "Settings", "Show or set the iPod's preferences",
                                       "[get NAME | set NAME VALUE]", kPrefsFooter);
   prefs->require_subcommand(0, 1);
-  std::vector<std::string> words = {"get", "set"};
   std::string names = "Preferences:\n";
   for (const Preference& preference : AllPreferences()) {
     std::string name = preference.name;
     name.resize(18, ' ');
-    words.emplace_back(preference.name);
     names += "  " + name + preference.description + ": " + SettingNames(preference) + "\n";
   }
-  parser.AddWords("prefs", words);
   prefs->footer(names + "\n" + prefs->get_footer());
   AddAction(parser, prefs, false);
   AddAction(parser, prefs, true);

@@ -85,7 +85,6 @@ void AddWorkoutCommand(CommandLineParser& parser) {
                                         "[OPTIONS]", kWorkoutFooter);
   std::vector<std::string> names;
   for (const Equipment& equipment : AllEquipment()) names.emplace_back(equipment.name);
-  parser.AddWords("workout", names);
   command->add_option("--equipment", workout.equipment, "What is worked out on")
       ->check(CLI::IsMember(names))
       ->option_text(kAllEquipment);

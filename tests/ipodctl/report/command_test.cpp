@@ -193,7 +193,8 @@ TEST_F(ReportCommand, ExplainsItself) {
   EXPECT_THAT(help.out, AllOf(HasSubstr("Usage: ipodctl report FILE [-o PAGE]"),
                               HasSubstr("Examples:\n"), HasSubstr("65")));
   EXPECT_THAT(Ipodctl({"--help"}).out, AllOf(HasSubstr("\n  report "), HasSubstr("\n  65  ")));
-  EXPECT_THAT(Ipodctl({"--completion"}).out, HasSubstr("    report) words=\" --output --help"));
+  EXPECT_THAT(Ipodctl({"--complete", "report", "--o"}).out,
+              "none\n--output\tWrite the page there\n");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-namespace ipodctl {
+namespace usage {
 
 class HelpFormatter : public CLI::Formatter {
  public:
@@ -14,10 +14,15 @@ class HelpFormatter : public CLI::Formatter {
 
   /// Sets what follows "Usage: " for one command.
   void SetUsage(const CLI::App* app, std::string usage) { usages_[app] = std::move(usage); }
+  /// What follows "Usage: "; empty for a command that has none.
+  std::string Usage(const CLI::App* app) const {
+    const auto usage = usages_.find(app);
+    return usage == usages_.end() ? "" : usage->second;
+  }
 
   std::string make_usage(const CLI::App* app, std::string /*name*/) const override {
-    const auto usage = usages_.find(app);
-    return usage == usages_.end() ? "" : "\nUsage: " + usage->second + "\n";
+    const std::string usage = Usage(app);
+    return usage.empty() ? "" : "\nUsage: " + usage + "\n";
   }
 
   // The options' own texts say what their values are; the parser's type names say less.
@@ -36,4 +41,4 @@ class HelpFormatter : public CLI::Formatter {
   std::map<const CLI::App*, std::string> usages_;
 };
 
-}  // namespace ipodctl
+}  // namespace usage
