@@ -66,8 +66,9 @@ class SessionWorker {
       if (session.Command_GetPlayStatus(&now.state, &length_ms, &position_ms) == 0) {
         return WhyNot(session, "tell what it does");
       }
-      if (now.state != ipod::IPOD_PLAYERSTATE_STOPPED) {
-        session.GetPlayInfo(nullptr, nullptr, title, 256, nullptr, 0, nullptr, 0);
+      if (now.state != ipod::IPOD_PLAYERSTATE_STOPPED &&
+          session.GetPlayInfo(nullptr, nullptr, title, 256, nullptr, 0, nullptr, 0) == 0) {
+        return WhyNot(session, "tell what it plays");
       }
       now.title = title;
       Show(now);

@@ -62,11 +62,15 @@ class IPODCOMM_API CIpodComm {
   /// lose the port to the restart. A port that cannot be opened here is logged and otherwise
   /// hidden; Open's result shows it.
   CIpodComm();
+  /// A copy shares the handles of `other`; see the class.
   CIpodComm(const CIpodComm& other);
+  /// The same. What this session had open is not closed.
   CIpodComm& operator=(const CIpodComm& other);
+  /// Closes the port and lets go of the worker threads, at any moment, in less than 100 ms.
   ~CIpodComm();
 
-  // ---- Session (session/) ----------------------------------------------------------------------
+  /// @name Session (session/)
+  /// @{
 
   /// Empties the queues, starts the own transaction identifier at 0 and opens "COM2:". On Linux
   /// that is the device in the environment variable IPODCOMM_COM2, else /dev/ttyS1.
@@ -78,11 +82,13 @@ class IPODCOMM_API CIpodComm {
   int IsOpen();
   /// Stores the host's window; nothing is posted to it. Always 1.
   int SetWindowsHandle(HWND window);
+  /// Keeps the host's level. Nothing reads it.
   void SetLogLevel(int level);
 
-  /// Copies the next answer (or notification) and removes it from its queue, waiting up to 1000 ms
-  /// for one. @return whether there was one.
+  /// Copies the next answer and removes it from its queue, waiting up to 1000 ms for one.
+  /// @return whether there was one.
   bool GetNextReadPacket(tagSERIAL_PACKET* packet);
+  /// The same of what the iPod sent unasked.
   bool GetNextNotificationPacket(tagSERIAL_PACKET* packet);
   /// Command of the next answer, which stays queued; 0xFFFF when none comes within 1000 ms.
   unsigned short PeekNextReadPacket();
@@ -105,11 +111,15 @@ class IPODCOMM_API CIpodComm {
   /// not block. Always 1.
   int GetPlayStatus(tagIPOD_PLAY_STATUS* status);
 
-  /// Entries of the worker threads; `object` is the CIpodComm. They never return.
+  /// Entry of the worker thread that parts answers from what the iPod sends unasked; `object` is
+  /// the CIpodComm. It never returns.
   static unsigned long WINAPI ReadPacketThread(void* object);
+  /// The same of the worker thread that follows the play status and answers the iPod's requests.
   static unsigned long WINAPI NotificationThread(void* object);
+  /// @}
 
-  // ---- Commands and answers (session/) ---------------------------------------------------------
+  /// @name Commands and answers (session/)
+  /// @{
 
   /// Frames a command and sends it. More than 255 bytes from the lingo on, to which the
   /// length byte counts, are refused. @return IPOD_COMM_OK or IPOD_COMM_NO_ANSWER (not written).
@@ -128,29 +138,40 @@ class IPODCOMM_API CIpodComm {
   /// together leave it as it was. 0 for null.
   int GetLastExchange(tagIPOD_EXCHANGE* exchange);
 
-  /// Decide whether a frame is the awaited answer, and copy its data to `read`. The decoder, not
-  /// the frame's lingo byte, decides how wide the command is. Behind a pending ACK the General
-  /// decoder reads the next packet, and copies an ACK over `frame`, as far as `length` goes.
+  /// Decides whether a frame of the General lingo is the awaited answer, and copies its data to
+  /// `read`. The decoder, not the frame's lingo byte, decides how wide the command is. Behind a
+  /// pending ACK this one reads the next packet, and copies an ACK over `frame`, as far as `length`
+  /// goes.
+  /// @param frame from its sync byte on
   /// @param length bytes of `frame`
+  /// @param read what is expected, and what came
   /// @param keep_reading optional; set when the reader shall read the next frame
+  /// @return IPOD_COMM_OK, _NO_ANSWER or _UNEXPECTED
   tagIPOD_COMM_ERROR ProcessLingoGeneralReadCommand(unsigned char* frame, unsigned long length,
                                                     tagIPOD_READ_PARAMS* read, int* keep_reading);
+  /// The same for a frame of the Display Remote lingo.
   tagIPOD_COMM_ERROR ProcessLingoDisplayRemoteReadCommand(unsigned char* frame,
                                                           unsigned long length,
                                                           tagIPOD_READ_PARAMS* read,
                                                           int* keep_reading);
+  /// The same for a frame of the Extended Interface, whose commands have two bytes.
   tagIPOD_COMM_ERROR ProcessLingoExtendedReadCommand(unsigned char* frame, unsigned long length,
                                                      tagIPOD_READ_PARAMS* read, int* keep_reading);
+  /// The same for a frame of the Sports lingo.
   tagIPOD_COMM_ERROR ProcessLingoSportsReadCommand(unsigned char* frame, unsigned long length,
                                                    tagIPOD_READ_PARAMS* read, int* keep_reading);
+  /// The same for a frame of the Storage lingo.
   tagIPOD_COMM_ERROR ProcessLingoStorageReadCommand(unsigned char* frame, unsigned long length,
                                                     tagIPOD_READ_PARAMS* read, int* keep_reading);
+  /// @}
 
-  // ---- Identification (identify/) --------------------------------------------------------------
+  /// @name Identification (identify/)
+  /// @{
 
   /// Makes the iPod accept the accessory: by tokens (IDPS) when enabled, else, or when the iPod
   /// does not take them, by IdentifyDeviceLingoes. Takes seconds; up to half a minute on a bad
   /// line.
+  /// @param context handed to `keep_going`
   /// @param flag non-zero announces intermittent high power, 0 low power
   /// @param result optional; how the iPod was identified, or why it was not
   /// @param keep_going optional; asked with `context` between the steps, false abandons the
@@ -166,6 +187,7 @@ class IPODCOMM_API CIpodComm {
   /// Whether identification tries tokens first. Off after construction; identification turns it off
   /// when the iPod does not know tokens.
   void SetIDPSEnable(int enable);
+  /// What was chosen, or what identification has made of it.
   int GetIDPSEnable();
   /// Non-zero once identification has found that the iPod supports Sports.
   int SupportsSports();
@@ -174,16 +196,20 @@ class IPODCOMM_API CIpodComm {
   void SetAccessoryInfo(tagIPOD_ACCESSORY_INFO* info);
   /// Sets the accessory's model number, sent in tokens and on request. Any thread.
   void SetModel(std::string model);
+  /// @}
 
-  // ---- General lingo requests (identify/general_requests.cpp) ----------------------------------
+  /// @name General lingo requests (identify/general_requests.cpp)
+  /// @{
 
   /// Asks for the remote user-interface mode: `03`, ACK with status 0 for 03.
   int Command_RequestRemoteUIMode();
   /// Enters it: `37 01`, or on anything but ACK 0 for it the older `05`.
   int Command_EnterRemoteUIMode();
   /// Reads the iPod's name: `07`, answer `08 name`. @param capacity characters of `name`
+  /// @param name receives it; empty when the iPod refuses
   int Command_RequestIpodName(wchar_t* name, unsigned long capacity);
   /// Reads model identifier and number: `0D`, answer `0E iiiiiiii text`.
+  /// @param capacity characters of `text`
   /// @param model_id optional. @param text optional, of `capacity` characters
   int Command_RequestIpodModelNum(unsigned long* model_id, wchar_t* text, unsigned long capacity);
   /// Chooses event notifications: `49 mask(8)`. The result is reversed: 0 after a clean exchange, 1
@@ -209,8 +235,10 @@ class IPODCOMM_API CIpodComm {
   int GetIPodColor(tagIPOD_COLOR* color);
   /// The same for a model number that is known already; sends nothing.
   static tagIPOD_COLOR ColorOfModel(const wchar_t* model);
+  /// @}
 
-  // ---- Browsing (media/browsing.cpp) -----------------------------------------------------------
+  /// @name Browsing (media/browsing.cpp)
+  /// @{
 
   /// Back to the top of the database: `0016`, ACK.
   int Command_ResetDBSelection();
@@ -220,6 +248,8 @@ class IPODCOMM_API CIpodComm {
   int Command_GetNumberCategorizedDBRecords(unsigned char category, unsigned long* count);
   /// Asks for `count` names from `start` on: `001A cc ssssssss nnnnnnnn`. They arrive one by one
   /// and are read with GetNextCategorizedRecord, all of them before anything else is asked.
+  /// @param start index of the first record
+  /// @param count how many; what is beyond the category's end does not come
   /// @param category 255 for the current one
   /// @return the own transaction identifier with which this request went out, or would have if it
   /// carried one; 0 when it was not written.
@@ -227,6 +257,7 @@ class IPODCOMM_API CIpodComm {
                                                            unsigned char category);
   /// Reads the next name asked for: `001B iiiiiiii name`. Clears `name` first; a longer name is
   /// cut.
+  /// @param name empty after a failure
   /// @param chars characters of `name`
   int GetNextCategorizedRecord(wchar_t* name, unsigned long chars);
   /// The same, with the index that the iPod gives the record. Under a robust conduct the records
@@ -242,15 +273,26 @@ class IPODCOMM_API CIpodComm {
   int Command_SelectSortDBRecord(unsigned char category, unsigned long index, unsigned char sort);
 
   /// Returns to the top (hierarchy 0), or to that of a hierarchy (1 audio, 2 video), and enters a
-  /// category. @param count optional; the category's records
+  /// category.
+  /// @param category IPOD_CATEGORY_... of ipod.h
+  /// @param count optional; the category's records, 0 after a failure
+  /// @param hierarchy 0, 1 or 2; any other fails and sends nothing
   int SelectTop(unsigned char category, unsigned long* count, unsigned char hierarchy);
   /// Selects record `index` of the selection category and enters `category`; of a track list it
-  /// starts the track instead and stays. @param count the records of `category`, 0 when staying
+  /// starts the track instead and stays.
+  /// @param category of the list to enter, IPOD_CATEGORY_...
+  /// @param count the records of `category`, 0 when staying and after a failure
+  /// @param index from 0
   int Select(unsigned char category, unsigned long* count, unsigned long index);
-  /// Selects a record without moving, to start a track.
+  /// Selects a record without moving, to start a track. Prints a line on standard output, "Select
+  /// iPod track category 5, index 0", for service staff who watch it; a host whose standard output
+  /// is for something else takes the form above or Command_SelectDBRecord, which print nothing, or
+  /// takes the stream for itself (docs/traps.md).
   int Select(unsigned char category, unsigned long index);
+  /// @}
 
-  // ---- Playback (media/playback.cpp) -----------------------------------------------------------
+  /// @name Playback (media/playback.cpp)
+  /// @{
 
   /// Plays, pauses, stops, skips: `0029 code` (IPOD_PLAYCONTROL_...), ACK. A refusal is logged.
   ///
@@ -285,8 +327,10 @@ class IPODCOMM_API CIpodComm {
   /// Reads shuffle (0 off, 1 tracks, 2 albums): `002C`, answer `002D mm`. `mode` is optional.
   int Command_GetShuffle(unsigned long* mode);
   /// Sets shuffle: `002E mm rr`, ACK. @param keep 0 restores the user's setting on detach
+  /// @param mode 0 off, 1 tracks, 2 albums
   int Command_SetShuffle(unsigned long mode, int keep);
   /// Sets repeat (0 off, 1 one track, 2 all): `0031 mm rr`, ACK.
+  /// @param mode 0 off, 1 one track, 2 all
   /// @param restore non-zero restores the user's setting on detach: the reverse of
   /// Command_SetShuffle
   int Command_SetRepeat(unsigned char mode, int restore);
@@ -297,20 +341,24 @@ class IPODCOMM_API CIpodComm {
   int GetPlayInfo(unsigned long* index, int* flag, wchar_t* title, unsigned long title_chars,
                   wchar_t* artist, unsigned long artist_chars, wchar_t* album,
                   unsigned long album_chars);
+  /// @}
 
-  // ---- Track information and preferences (media/track_info.cpp, preferences.cpp) --------------
+  /// @name Track information and preferences (media/track_info.cpp, preferences.cpp)
+  /// @{
 
   /// Reads one kind of information about a track: Display Remote `12 tt iiiiiiii cccc`, answer `13`
   /// into `buffer`, at most `size` bytes.
   int Command_GetIndexedPlayingTrackInfo(unsigned char type, unsigned long track,
                                          unsigned short chapter, unsigned char* buffer,
                                          unsigned long size);
-  /// Read a text of a track of the now-playing list as UTF-8: `0020`, `0022`, `0024 iiiiiiii`,
-  /// answers `0021`, `0023`, `0025 text`. Cut to `size` bytes; a cut text has no terminator.
+  /// Reads the title of a track of the now-playing list as UTF-8: `0020 iiiiiiii`, answer `0021
+  /// text`. Cut to `size` bytes; a cut text has no terminator.
   int Command_GetIndexedPlayingTrackTitle(unsigned long track, unsigned char* buffer,
                                           unsigned long size);
+  /// The same of its artist: `0022 iiiiiiii`, answer `0023 text`.
   int Command_GetIndexedPlayingTrackArtistName(unsigned long track, unsigned char* buffer,
                                                unsigned long size);
+  /// The same of its album: `0024 iiiiiiii`, answer `0025 text`.
   int Command_GetIndexedPlayingTrackAlbumName(unsigned long track, unsigned char* buffer,
                                               unsigned long size);
   /// Reads a preference (IPOD_PREFERENCE_...): `29 cc`, answer `2A cc ss`. `setting` is optional.
@@ -319,11 +367,14 @@ class IPODCOMM_API CIpodComm {
   int Command_GetPreference(unsigned char preference_class, unsigned char* setting);
   /// Sets a preference until the accessory is detached: `2B cc ss 01`, ACK. Same condition.
   int Command_SetPreference(unsigned char preference_class, unsigned char setting);
+  /// @}
 
-  // ---- Files on the iPod (workout/storage.cpp) -------------------------------------------------
+  /// @name Files on the iPod (workout/storage.cpp)
+  /// @{
 
   /// Reads the iPod's storage capabilities: Storage `01`, answer `02` with 22 bytes. Every output
   /// is optional.
+  /// @param major, minor version of the Storage lingo
   /// @param total_space bytes, exact to 64 KiB only: the two low bytes are not the iPod's
   /// @param max_file_size bytes. @param max_write_size bytes that one write may carry
   int Command_StorageGetIpodCaps(__int64* total_space, unsigned long* max_file_size,
@@ -333,6 +384,9 @@ class IPODCOMM_API CIpodComm {
   int Command_GetiPodFreeSpace(__int64* free_space);
   /// Opens a feature file and starts the write offset over, whether it can be opened or not:
   /// `12 ff oooooooo data`, answer `04 handle`. A failure is told to the debug output.
+  /// @param feature_type IPOD_OPENIPODFEATUREFILE_FEATURE_...
+  /// @param length bytes of `data`
+  /// @param handle receives the iPod's number for the file, for writing and closing
   /// @param options IPOD_OPENIPODFEATUREFILE_OPTIONMASK_...
   /// @param data what the iPod appends when the file is closed, `length` bytes
   int Command_OpeniPodFeatureFile(unsigned char feature_type, unsigned long options,
@@ -347,10 +401,13 @@ class IPODCOMM_API CIpodComm {
   /// Tells the accessory's storage capabilities: Storage `82`, 22 bytes. Not awaited. The write
   /// offset of the open file starts over.
   int Command_ST_RetAccessoryCaps(unsigned char major, unsigned char minor);
+  /// @}
 
-  // ---- The user's data (workout/sports.cpp) ----------------------------------------------------
+  /// @name The user's data (workout/sports.cpp)
+  /// @{
 
   /// Reads the iPod's Sports capabilities: Sports `83`, answer `84 mmmm ee`. Both are optional.
+  /// @param extra the answer's byte `ee`
   /// @param caps IPOD_SPORTS_GETIPODCAPS_MASK_...: workouts can be logged, user's data are kept
   int Command_SportsGetIpodCaps(unsigned short* caps, unsigned char* extra);
   /// Reads the user's data, each as far as it is asked for: `88 tt`, answer `89`. Asks for the
@@ -363,23 +420,26 @@ class IPODCOMM_API CIpodComm {
   /// Sets the user's weight, in the iPod's unit: `8A 03 wwww`, ACK `80` with status 0. Asks for the
   /// capabilities first and fails when the iPod keeps no user's data.
   int Command_SetUserWeight(unsigned short weight);
+  /// @}
 
-  // ---- Workout document (workout/workout.cpp) --------------------------------------------------
-  //
-  // A workout is logged as a "gymData" document: started once, an interval recorded at each of its
-  // events, finished once. Units are the document's: kilograms, kilometres or floors, kilocalories,
-  // seconds, beats per minute; nothing is converted. Fractions are rounded to the digits shown, a
-  // half to the even digit, and have a point whatever the host's locale; pace, spm and rpm are cut
-  // to whole numbers, the nearest of 32 bits (0 for no number).
-  //
-  // Every text goes out as it is given, in UTF-8: a host whose names may hold `<` or `&` hands them
-  // through ipodcomm::DocumentText first.
-  // A line or block is one write of at most 512 bytes. One that fits no frame (see
-  // Command_WriteiPodFileData) or is refused is reported on the debug output and leaves a gap.
+  /// @name Workout document (workout/workout.cpp)
+  /// A workout is logged as a "gymData" document: started once, an interval recorded at each of its
+  /// events, finished once. Units are the document's: kilograms, kilometres or floors,
+  /// kilocalories, seconds, beats per minute; nothing is converted. Fractions are rounded to the
+  /// digits shown, a half to the even digit, and have a point whatever the host's locale; pace, spm
+  /// and rpm are cut to whole numbers, the nearest of 32 bits (0 for no number).
+  ///
+  /// Every text goes out as it is given, in UTF-8: a host whose names may hold `<` or `&` hands
+  /// them through ipodcomm::DocumentText first. A line or block is one write of at most 512 bytes.
+  /// One that fits no frame (see Command_WriteiPodFileData) or is refused is reported on the debug
+  /// output and leaves a gap.
+  /// @{
 
   /// Checks that the iPod can log workouts (Sports and Storage capabilities, 128 bytes a write, 5
   /// MiB free), opens the document and writes its header, a line at a time. Whether the lines were
   /// written does not count.
+  /// @param equipment one that is unknown has no element
+  /// @param weight_kg of the user
   /// @param manufacturer_id, manufacturer_name, model, serial_number of the equipment
   /// @return 1 when the document was opened. Missing capabilities and too small a write size are
   /// told to the debug output.
@@ -389,7 +449,11 @@ class IPODCOMM_API CIpodComm {
   /// Appends an interval, cut to 511 characters. An unknown event is left out. Instead of an
   /// unknown distance or speed the line before it is written again. Nothing checks that a workout
   /// was started.
-  /// @param seconds since the start. @param kcal, distance since the start
+  /// @param event what happened
+  /// @param distance_type, speed_type what `distance` and `speed` count
+  /// @param speed seconds per kilometre, or steps or revolutions per minute
+  /// @param incline per cent
+  /// @param seconds, kcal, distance since the start
   /// @param bpm 0 for none. @param level -1 for none
   /// @return 1 when it was written.
   int Sports_IntervalWorkout(tagIPOD_INTERVAL_TYPE event, int seconds, double kcal, double distance,
@@ -397,7 +461,10 @@ class IPODCOMM_API CIpodComm {
                              tagIPOD_SPEED_TYPE speed_type, double incline, int bpm, int level);
   /// Appends the summary and closes the document, to which the iPod adds
   /// its end. The speed's element follows `distance_type`: pace for kilometres, spm for floors.
-  /// `speed_type` is ignored.
+  /// @param seconds, kcal, distance of the whole workout
+  /// @param distance_type what `distance` counts
+  /// @param speed the mean: seconds per kilometre, or steps per minute
+  /// @param speed_type ignored
   /// @param bpm 0 for none
   /// @return 1 when the document was closed.
   int Sports_FinishWorkout(int seconds, double kcal, double distance,
@@ -406,6 +473,7 @@ class IPODCOMM_API CIpodComm {
   /// Tells which file the workout was started in and whether anything is missing from it, which the
   /// results of starting and finishing do not say. Sends nothing. Always 1.
   int GetWorkoutFile(tagIPOD_WORKOUT_FILE* file);
+  /// @}
 
  private:
   friend struct CIpodCommPeer;  // the tests' look inside

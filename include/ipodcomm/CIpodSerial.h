@@ -37,8 +37,11 @@
 /// dropped. The last two are logged.
 class IPODCOMM_API CIpodSerial {
  public:
+  /// Opens nothing.
   CIpodSerial();
+  /// A copy shares the handles of `other` and starts no thread; see the class.
   CIpodSerial(const CIpodSerial& other);
+  /// The same. What this object had open is not closed.
   CIpodSerial& operator=(const CIpodSerial& other);
   /// Closes the port. Does not wait for the read thread, which restarts the serial driver and ends.
   ~CIpodSerial();
@@ -59,6 +62,7 @@ class IPODCOMM_API CIpodSerial {
   void Close();
 
   /// Sends one frame: the first byte alone, 20 ms of silence, then the rest. Any thread.
+  /// @param data a whole frame, borrowed
   /// @param length bytes of `data`
   /// @return 0; 6 when the port is closed; 122 when `length` is 0; else the system's code of the
   /// write that failed. Blocks 20 ms and for as long as the driver needs.
@@ -77,8 +81,9 @@ class IPODCOMM_API CIpodSerial {
   /// @return the number of bytes waiting; 0 when the wait ended for another reason.
   int WaitForData(int unused1, int unused2);
 
-  /// Discards what the driver has received, or has yet to send.
+  /// Discards what the driver has received and nobody has read.
   void FlushRx();
+  /// Discards what the driver has yet to send.
   void FlushTx();
 
   /// Non-zero when the driver holds received bytes.
@@ -88,6 +93,7 @@ class IPODCOMM_API CIpodSerial {
   void SetWindowHand(HWND window);
 
   /// Takes the next received packet into a flat buffer.
+  /// @param buffer receives the packet
   /// @param size bytes of `buffer`; must exceed the packet's length, or the packet is lost
   /// @param length receives the packet's bytes
   /// @param type when given, receives the header form of the frame assembled last, which need not

@@ -13,8 +13,8 @@ enum tagIPOD_PACKET_TYPE : std::int32_t {
 
 /// One received frame, kept whole: normally from the sync byte 0xFF through the checksum byte.
 struct tagSERIAL_PACKET {
-  unsigned char data[1024];
-  std::uint32_t length;  ///< valid bytes in `data`
+  unsigned char data[1024];  ///< the bytes as they came
+  std::uint32_t length;      ///< valid bytes in `data`
 };
 
 /// Results of the write/read machinery.
@@ -28,7 +28,7 @@ enum tagIPOD_COMM_ERROR : std::int32_t {
 /// One outgoing command.
 struct tagIPOD_WRITE_PARAMS {
   std::uint16_t command;  ///< the Extended Interface uses all 16 bits, other lingoes the low byte
-  std::uint8_t lingo;
+  std::uint8_t lingo;     ///< IPOD_LINGO_... of ipod.h
   const unsigned char* data;  ///< command data, borrowed
   std::uint32_t length;       ///< bytes of `data`
 };
@@ -63,10 +63,10 @@ enum tagIPOD_EXCHANGE_RESULT : std::int32_t {
 /// A command that awaited an answer, and what came: under every conduct told as the robust one
 /// judges it, so a foreign answer that the default conduct believed does not count here.
 struct tagIPOD_EXCHANGE {
-  tagIPOD_EXCHANGE_RESULT result;
-  std::uint16_t command;
-  std::uint8_t lingo;
-  std::uint8_t status;      ///< of the refusing ACK; 0 unless refused
+  tagIPOD_EXCHANGE_RESULT result;  ///< what came
+  std::uint16_t command;           ///< as it was sent; the low byte outside of lingo 4
+  std::uint8_t lingo;              ///< of the command
+  std::uint8_t status;             ///< of the refusing ACK; 0 unless refused
   std::uint8_t argument;    ///< the command's first data byte, such as the lingo asked about, or 0
   std::uint8_t carried_id;  ///< 1 when it was sent with a transaction identifier, else 0
   std::uint8_t answer_carried_id;  ///< 1 when what came carried one
@@ -134,24 +134,24 @@ enum tagIPOD_IDENTIFY_RESULT : std::int32_t {
 /// The evidence for an identification's outcome (CIpodComm::GetIdentifyReport): each command that
 /// awaited an answer, in the order in which they were sent.
 struct tagIPOD_IDENTIFY_REPORT {
-  static constexpr std::uint32_t kMostSteps = 48;
+  static constexpr std::uint32_t kMostSteps = 48;  ///< the room in `step`
 
-  tagIPOD_IDENTIFY_RESULT result;
+  tagIPOD_IDENTIFY_RESULT result;  ///< how it ended
   std::uint32_t took_ms;         ///< all of it, pauses too; not measured by the default conduct, 0
   std::uint32_t steps;           ///< valid records in `step`
   std::uint32_t steps_left_out;  ///< those that came after kMostSteps
-  tagIPOD_EXCHANGE step[kMostSteps];
+  tagIPOD_EXCHANGE step[kMostSteps];  ///< the first `steps` of them, in order
 };
 
 /// The host's description of the accessory. The library stores the block and reads none of it.
 struct tagIPOD_ACCESSORY_INFO {
-  unsigned char data[312];
+  unsigned char data[312];  ///< the host's own layout
 };
 
 /// A lingo's protocol version.
 struct tagIPOD_VERSION {
-  std::uint8_t major;
-  std::uint8_t minor;
+  std::uint8_t major;  ///< 1 of 1.09
+  std::uint8_t minor;  ///< 9 of 1.09
 };
 
 /// Colour variant of the docked iPod. The host maps each value to its own picture.

@@ -12,6 +12,7 @@
 #define TRACELOG_API __attribute__((visibility("default")))
 #endif
 
+/// Where the library reports failures that matter to the product.
 class TRACELOG_API CKORVATrace {
  public:
   /// Reports a failure that matters to the product.

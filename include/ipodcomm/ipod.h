@@ -27,7 +27,10 @@ struct PayloadField;
 /// anew before anything else, for the system may give the old handle's value to another object.
 class IPODCOMM_API ipod {
  public:
-  // Frame byte positions and marker values
+  /// @name Frame byte positions and marker values
+  /// Where things stand in a frame of the small, the extended and the large form, from the sync
+  /// byte on, and the two bytes that every frame begins with.
+  /// @{
   static const unsigned char IPOD_PACKET_EXT_LARGE_SYNC_LOC = 0x00;
   static const unsigned char IPOD_PACKET_EXT_SYNC_LOC = 0x00;
   static const unsigned char IPOD_PACKET_SYNC_LOC = 0x00;
@@ -52,8 +55,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_PACKET_EXT_LARGE_DATA_LOC = 0x08;
   static const unsigned char IPOD_PACKET_START_VAL = 0x55;
   static const unsigned char IPOD_PACKET_SYNC_VAL = 0xFF;
+  /// @}
 
-  // Lingo identifiers
+  /// @name Lingo identifiers
+  /// A frame's lingo byte: the family that its command belongs to.
+  /// @{
   static const unsigned char IPOD_LINGO_GENERAL = 0x00;
   static const unsigned char IPOD_LINGO_MICROPHONE = 0x01;
   static const unsigned char IPOD_LINGO_SIMPLEREMOTE = 0x02;
@@ -66,11 +72,18 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_LINGO_SPORTS = 0x09;
   static const unsigned char IPOD_LINGO_STORAGE = 0x0C;
   static const unsigned char IPOD_LINGO_DIGITALAUDIO = 0x10;
+  /// @}
 
-  // Supported-lingo value
+  /// @name Supported-lingo value
+  /// The Display Remote lingo's number, with its options.
+  /// @{
   static const unsigned char IPOD_SUPPORTED_LINGO = 0x06;
+  /// @}
 
-  // Lingo mask bits and power options
+  /// @name Lingo mask bits and power options
+  /// Bits of the lingo masks of `13` (IdentifyDeviceLingoes) and of the accessory's options. Some
+  /// belong to another byte of the mask than others, so that values repeat.
+  /// @{
   static const unsigned char IPOD_LINGO_MASK_LOWPOWERONLY = 0x00;
   static const unsigned char IPOD_LINGO_MASK_ACCESSORYEQUALIZER = 0x01;
   static const unsigned char IPOD_LINGO_MASK_GENERAL = 0x01;
@@ -88,12 +101,18 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_LINGO_MASK_ACCESSORYPOWER = 0x20;
   static const unsigned char IPOD_LINGO_MASK_USBHOSTCONTROL = 0x40;
   static const unsigned char IPOD_LINGO_MASK_RFTUNER = 0x80;
+  /// @}
 
-  // Power
+  /// @name Power
+  /// What the options of `13` ask the iPod's power for: the least, or high power now and then.
+  /// @{
   static const unsigned char IPOD_POWER_LOW = 0x00;
   static const unsigned char IPOD_POWER_SOMEHIGH = 0x04;
+  /// @}
 
-  // General lingo (0) command identifiers
+  /// @name General lingo (0) command identifiers
+  /// The command byte of a frame of lingo 0. What each carries: docs/wire.md.
+  /// @{
   static const unsigned char IPOD_COMMAND_REQUESTIDENTIFY = 0x00;
   static const unsigned char IPOD_COMMAND_IDENTIFY = 0x01;
   static const unsigned char IPOD_COMMAND_ACK = 0x02;
@@ -117,15 +136,21 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_COMMAND_GETIPODPREFERENCES = 0x29;
   static const unsigned char IPOD_COMMAND_RETURNIPODPREFERENCES = 0x2A;
   static const unsigned char IPOD_COMMAND_SETIPODPREFERENCES = 0x2B;
+  /// @}
 
-  // Simple Remote lingo (2) command identifiers
+  /// @name Simple Remote lingo (2) command identifiers
+  /// The command byte of a frame of lingo 2.
+  /// @{
   static const unsigned char IPOD_COMMAND_CONTEXTBUTTONSTATUS = 0x00;
   static const unsigned char IPOD_COMMAND_SIMPLEREMOTEACK = 0x01;
   static const unsigned char IPOD_COMMAND_IMAGEBUTTONSTATUS = 0x02;
   static const unsigned char IPOD_COMMAND_VIDEOBUTTONSTATUS = 0x03;
   static const unsigned char IPOD_COMMAND_AUDIOBUTTONSTATUS = 0x04;
+  /// @}
 
-  // Display Remote lingo (3) command identifiers
+  /// @name Display Remote lingo (3) command identifiers
+  /// The command byte of a frame of lingo 3.
+  /// @{
   static const unsigned char IPOD_COMMAND_REMOTE_ACK = 0x00;
   static const unsigned char IPOD_COMMAND_REMOTE_GETINDEXEDPLAYINGTRACKINFO = 0x12;
   static const unsigned char IPOD_COMMAND_REMOTE_RETURNINDEXEDPLAYINGTRACKINFO = 0x13;
@@ -133,8 +158,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_COMMAND_REMOTE_RETURNTRACKARTWORKDATA = 0x19;
   static const unsigned char IPOD_COMMAND_REMOTE_GETTRACKARTWORKTIMES = 0x1F;
   static const unsigned char IPOD_COMMAND_REMOTE_RETURNTRACKARTWORKTIMES = 0x20;
+  /// @}
 
-  // Sports lingo (9) command identifiers
+  /// @name Sports lingo (9) command identifiers
+  /// The command byte of a frame of lingo 9.
+  /// @{
   static const short IPOD_COMMAND_SPORTS_ACK = 0x00;
   static const short IPOD_COMMAND_SPORTS_GETDEVICEVERSION = 0x01;
   static const short IPOD_COMMAND_SPORTS_RETURNDEVICEVERSION = 0x02;
@@ -148,8 +176,11 @@ class IPODCOMM_API ipod {
   static const short IPOD_COMMAND_SPORTS_GETUSERDATA = 0x88;
   static const short IPOD_COMMAND_SPORTS_RETURNUSERDATA = 0x89;
   static const short IPOD_COMMAND_SPORTS_SETUSERDATA = 0x90;
+  /// @}
 
-  // Storage lingo (12) command identifiers
+  /// @name Storage lingo (12) command identifiers
+  /// The command byte of a frame of lingo 12.
+  /// @{
   static const short IPOD_COMMAND_STORAGE_ACK = 0x00;
   static const short IPOD_COMMAND_STORAGE_GETIPODCAPS = 0x01;
   static const short IPOD_COMMAND_STORAGE_RETURNIPODCAPS = 0x02;
@@ -159,8 +190,11 @@ class IPODCOMM_API ipod {
   static const short IPOD_COMMAND_STORAGE_GETIPODFREESPACE = 0x10;
   static const short IPOD_COMMAND_STORAGE_RETURNIPODFREESPACE = 0x11;
   static const short IPOD_COMMAND_STORAGE_OPENIPODFEATUREFILE = 0x12;
+  /// @}
 
-  // Extended Interface lingo (4) command identifiers (sent as the low byte of a 16-bit command)
+  /// @name Extended Interface lingo (4) command identifiers
+  /// The low byte of a frame's two command bytes in lingo 4; the high one is 0.
+  /// @{
   static const unsigned char IPOD_COMMAND_EXTENDEDACK = 0x01;
   static const unsigned char IPOD_COMMAND_GETCURRENTPLAYINGTRACKCHAPTER = 0x02;
   static const unsigned char IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTER = 0x03;
@@ -216,8 +250,12 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_COMMAND_GETCOLRORDISPLAYIMAGELIMITS = 0x39;
   static const unsigned char IPOD_COMMAND_RETURNCOLORDISPLAYIMAGELIMITS = 0x3A;
   static const unsigned char IPOD_COMMAND_RESETDBSELECTIONHIERARCHY = 0x3B;
+  /// @}
 
-  // Acknowledgement status values and position
+  /// @name Acknowledgement status values and position
+  /// The status byte of an ACK, `02 ss cc` or `0001 ss cccc`: 0 for done, all else is a refusal.
+  /// The last is its place in an extended frame.
+  /// @{
   static const unsigned char IPOD_ACKE_STATUS_OK = 0x00;
   static const unsigned char IPOD_ACKE_STATUS_COMMANDFAILED = 0x01;
   static const unsigned char IPOD_ACKE_STATUS_OUTOFRESOURCES = 0x02;
@@ -225,8 +263,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_ACKE_STATUS_UNKNOWNID = 0x04;
   static const unsigned char IPOD_ACKE_STATUS_RESERVED = 0x05;
   static const unsigned char IPOD_ACKE_STATUS_LOC = 0x06;
+  /// @}
 
-  // Accessory information types
+  /// @name Accessory information types
+  /// What `27` (GetAccessoryInfo) asks for, and `28` answers with.
+  /// @{
   static const unsigned char IPOD_ACCESSORYINFOTYPE_CAPABILITIES = 0x00;
   static const unsigned char IPOD_ACCESSORYINFOTYPE_NAME = 0x01;
   static const unsigned char IPOD_ACCESSORYINFOTYPE_MINIPODFIRMWARE = 0x02;
@@ -237,8 +278,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYMODELNUM = 0x07;
   static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYSERIALNUM = 0x08;
   static const unsigned char IPOD_ACCESSORYINFOTYPE_ACCESSORYMAXPAYLOAD = 0x09;
+  /// @}
 
-  // Accessory information type masks
+  /// @name Accessory information type masks
+  /// The bit of each of them in the capabilities that `28 00` tells.
+  /// @{
   static const short IPOD_ACCESSORYINFOTYPE_MASK_CAPABILITIES = 0x01;
   static const short IPOD_ACCESSORYINFOTYPE_MASK_NAME = 0x02;
   static const short IPOD_ACCESSORYINFOTYPE_MASK_MINIPODFIRMWARE = 0x04;
@@ -249,8 +293,11 @@ class IPODCOMM_API ipod {
   static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYMODELNUM = 0x80;
   static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYSERIALNUM = 0x100;
   static const short IPOD_ACCESSORYINFOTYPE_MASK_ACCESSORYMAXPAYLOAD = 0x200;
+  /// @}
 
-  // Context button masks (Simple Remote)
+  /// @name Context button masks (Simple Remote)
+  /// The buttons that `00` of lingo 2 says are pressed, a bit each; 0 releases all.
+  /// @{
   static const unsigned long IPOD_BUTTON_CONTEXT_MASK_PLAYPAUSE = 0x01UL;
   static const unsigned long IPOD_BUTTON_CONTEXT_MASK_VOLUMEUP = 0x02UL;
   static const unsigned long IPOD_BUTTON_CONTEXT_MASK_VOLUMEDOWN = 0x04UL;
@@ -278,8 +325,11 @@ class IPODCOMM_API ipod {
   static const unsigned long IPOD_BUTTON_CONTEXT_MASK_UPARROW = 0x1000000UL;
   static const unsigned long IPOD_BUTTON_CONTEXT_MASK_DOWNARROW = 0x2000000UL;
   static const unsigned long IPOD_BUTTON_CONTEXT_MASK_BACKLIGHTOFF = 0x4000000UL;
+  /// @}
 
-  // Database categories
+  /// @name Database categories
+  /// What a database selection, count or record is of.
+  /// @{
   static const unsigned char IPOD_CATEGORY_RESERVED1 = 0x00;
   static const unsigned char IPOD_CATEGORY_PLAYLIST = 0x01;
   static const unsigned char IPOD_CATEGORY_ARTIST = 0x02;
@@ -290,8 +340,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_CATEGORY_AUDIOBOOK = 0x07;
   static const unsigned char IPOD_CATEGORY_PODCAST = 0x08;
   static const unsigned char IPOD_CATEGORY_NESTEDPLAYLIST = 0x09;
+  /// @}
 
-  // Sort orders
+  /// @name Sort orders
+  /// The order of `0038` (SelectSortDBRecord), for what is listed next.
+  /// @{
   static const short IPOD_SELECTSORT_GENRE = 0x00;
   static const short IPOD_SELECTSORT_ARTIST = 0x01;
   static const short IPOD_SELECTSORT_COMPOSER = 0x02;
@@ -303,15 +356,21 @@ class IPODCOMM_API ipod {
   static const short IPOD_SELECTSORT_SEASON = 0x08;
   static const short IPOD_SELECTSORT_EPISODE = 0x09;
   static const short IPOD_SELECTSORT_DEFAULT = 0xFF;
+  /// @}
 
-  // Hierarchies
+  /// @name Hierarchies
+  /// The two trees of the database, and 0 for whichever is current.
+  /// @{
   static const unsigned char IPOD_RESETDBSELECTIONHIERARCHY_NONE = 0x00;
   static const unsigned char IPOD_HIERARCHY_AUDIO = 0x01;
   static const unsigned char IPOD_RESETDBSELECTIONHIERARCHY_AUDIO = 0x01;
   static const unsigned char IPOD_HIERARCHY_VIDEO = 0x02;
   static const unsigned char IPOD_RESETDBSELECTIONHIERARCHY_VIDEO = 0x02;
+  /// @}
 
-  // Play control codes
+  /// @name Play control codes
+  /// What `0029` (PlayControl) does. The last two need Extended Interface 1.13.
+  /// @{
   static const unsigned long IPOD_PLAYCONTROL_PLAYPAUSE = 0x01UL;
   static const unsigned long IPOD_PLAYCONTROL_STOP = 0x02UL;
   static const unsigned long IPOD_PLAYCONTROL_NEXTTRACK = 0x03UL;
@@ -323,16 +382,22 @@ class IPODCOMM_API ipod {
   static const unsigned long IPOD_PLAYCONTROL_PREVIOUS = 0x09UL;
   static const unsigned long IPOD_PLAYCONTROL_PLAY = 0x0AUL;
   static const unsigned long IPOD_PLAYCONTROL_PAUSE = 0x0BUL;
+  /// @}
 
-  // Player states
+  /// @name Player states
+  /// What `001D` (ReturnPlayStatus) says the player does.
+  /// @{
   static const unsigned char IPOD_PLAYERSTATE_STOPPED = 0x00;
   static const unsigned char IPOD_PLAYERSTATE_PLAYING = 0x01;
   static const unsigned char IPOD_PLAYERSTATE_PAUSED = 0x02;
   static const unsigned char IPOD_PLAYERSTATE_FASTFORWARD = 0x03;
   static const unsigned char IPOD_PLAYERSTATE_FASTREWIND = 0x04;
   static const unsigned char IPOD_PLAYERSTATE_ENDINGFAST = 0x05;
+  /// @}
 
-  // Indexed playing track information types (Extended Interface)
+  /// @name Indexed playing track information types (Extended Interface)
+  /// What `000C` asks about a track of the now-playing list.
+  /// @{
   static const short IPOD_PLAYINGTRACKINFO_CAPABILITIES = 0x00;
   static const short IPOD_PLAYINGTRACKINFO_PODCASTNAME = 0x01;
   static const short IPOD_PLAYINGTRACKINFO_RELEASEDATE = 0x02;
@@ -341,8 +406,11 @@ class IPODCOMM_API ipod {
   static const short IPOD_PLAYINGTRACKINFO_GENRE = 0x05;
   static const short IPOD_PLAYINGTRACKINFO_COMPOSER = 0x06;
   static const short IPOD_PLAYINGTRACKINFO_ARTWORKCOUNT = 0x07;
+  /// @}
 
-  // Indexed track information types (Display Remote)
+  /// @name Indexed track information types (Display Remote)
+  /// What `12` of lingo 3 asks about a track of the now-playing list.
+  /// @{
   static const unsigned char IPOD_REMOTE_INFOTYPE_CAPSINFO = 0x00;
   static const unsigned char IPOD_REMOTE_INFOTYPE_CHAPTER = 0x01;
   static const unsigned char IPOD_REMOTE_INFOTYPE_ARTISTNAME = 0x02;
@@ -352,8 +420,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_REMOTE_INFOTYPE_COMPOSERNAME = 0x06;
   static const unsigned char IPOD_REMOTE_INFOTYPE_LYRICS = 0x07;
   static const unsigned char IPOD_REMOTE_INFOTYPE_ARTWORKCOUNT = 0x08;
+  /// @}
 
-  // Track capability bits (Display Remote capability information)
+  /// @name Track capability bits (Display Remote capability information)
+  /// What a track has: the answer `13 00` of lingo 3, four bytes, most significant first.
+  /// @{
   static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_AUDIOBOOK = 0x01UL;
   static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_CHAPTERS = 0x02UL;
   static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_ARTWORK = 0x04UL;
@@ -363,13 +434,19 @@ class IPODCOMM_API ipod {
   static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_RESERVED3 = 0x40UL;
   static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_VIDEO = 0x80UL;
   static const unsigned long IPOD_REMOTE_INFOTYPE_MASK_CAPSINFO_QUEUEIDEO = 0x100UL;
+  /// @}
 
-  // Display image formats
+  /// @name Display image formats
+  /// The pixel formats of an image for the iPod's display.
+  /// @{
   static const unsigned long IPOD_IMAGEFORMAT_MONO = 0x01UL;
   static const unsigned long IPOD_IMAGEFORMAT_RGB565BIGENDIAN16BPP = 0x02UL;
   static const unsigned long IPOD_IMAGEFORMAT_RGB565LITTLEENDIAN16BPP = 0x02UL;
+  /// @}
 
-  // Preference classes
+  /// @name Preference classes
+  /// What `29` and `2B` read and set.
+  /// @{
   static const unsigned char IPOD_PREFERENCE_VIDEOOUTSETTING = 0x00;
   static const unsigned char IPOD_PREFERENCE_SCREENCONFIGURATION = 0x01;
   static const unsigned char IPOD_PREFERENCE_VIDEOSIGNALFORMAT = 0x02;
@@ -380,8 +457,11 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_PREFERENCE_SUBTITLES = 0x0C;
   static const unsigned char IPOD_PREFERENCE_VIDEOALTERNATEAUDIO = 0x0D;
   static const unsigned char IPOD_PREFERENCE_PAUSEONREMOVAL = 0x0F;
+  /// @}
 
-  // Preference settings
+  /// @name Preference settings
+  /// Values of those classes; each class has its own, so that numbers repeat.
+  /// @{
   static const unsigned char IPOD_PREFERENCE_SETTING_4_3_ASPECT = 0x00;
   static const unsigned char IPOD_PREFERENCE_SETTING_FILLENTIRESCREEN = 0x00;
   static const unsigned char IPOD_PREFERENCE_SETTING_NTSC = 0x00;
@@ -394,39 +474,58 @@ class IPODCOMM_API ipod {
   static const unsigned char IPOD_PREFERENCE_SETTING_ASKUSER = 0x02;
   static const unsigned char IPOD_PREFERENCE_SETTING_SVIDEO = 0x02;
   static const unsigned char IPOD_PREFERENCE_SETTING_COMPONENT = 0x03;
+  /// @}
 
-  // Feature-file types
+  /// @name Feature-file types
+  /// What a file on the iPod is for (`12` of lingo 12).
+  /// @{
   static const short IPOD_OPENIPODFEATUREFILE_FEATURE_RADIOTAGGING = 0x01;
   static const short IPOD_OPENIPODFEATUREFILE_FEATURE_GYMEQUIPMENT = 0x02;
+  /// @}
 
-  // Feature-file option bits
+  /// @name Feature-file option bits
+  /// What the iPod adds to a feature file when it is closed: the data it was opened with, facts
+  /// about itself, a signature.
+  /// @{
   static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENDDATA = 0x01;
   static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLIPODINFO = 0x02;
   static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_RESERVED = 0x04;
   static const unsigned char IPOD_OPENIPODFEATUREFILE_OPTIONMASK_APPENXMLSIGNATURE = 0x08;
+  /// @}
 
-  // Sports capability bits
+  /// @name Sports capability bits
+  /// What an iPod can do for sports, `84 cccc`: log workouts, keep data of its user.
+  /// @{
   static const unsigned char IPOD_SPORTS_GETIPODCAPS_MASK_GYM = 0x01;
   static const unsigned char IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA = 0x02;
   static const unsigned char IPOD_SPORTS_RETURNIPODCAPS_MASK_GYM = 0x02;
+  /// @}
 
-  // Sports interval types
+  /// @name Sports interval types
+  /// The event that an interval of ipod::intervalworkout records. INPROCESS has no element.
+  /// @{
   static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_START = 0x01;
   static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_END = 0x02;
   static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_CONTINUE = 0x03;
   static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_PAUSE = 0x04;
   static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_RESUME = 0x05;
   static const unsigned char IPOD_SPORTS_INTERVAL_TYPE_INPROCESS = 0x06;
+  /// @}
 
-  // Sports workout types
+  /// @name Sports workout types
+  /// What is trained on, for ipod::startworkout. NONE is refused.
+  /// @{
   static const unsigned short IPOD_SPORTS_WORKOUTTYPE_NONE = 0x00;
   static const unsigned short IPOD_SPORTS_WORKOUTTYPE_TREADMILL = 0x01;
   static const unsigned short IPOD_SPORTS_WORKOUTTYPE_ELLIPTICAL = 0x02;
   static const unsigned short IPOD_SPORTS_WORKOUTTYPE_STEPPER = 0x03;
   static const unsigned short IPOD_SPORTS_WORKOUTTYPE_BIKE = 0x04;
   static const unsigned short IPOD_SPORTS_WORKOUTTYPE_OTHER = 0x05;
+  /// @}
 
-  // Text capacities of the legacy getters, in characters
+  /// @name Text capacities of the legacy getters, in characters
+  /// The least that the buffer of each getter has to hold, the terminator included.
+  /// @{
   static const unsigned char SIZE_IPODCHAPTERCOUNT = 0x0A;
   static const unsigned char SIZE_IPODCURRENTCHAPTERINDEX = 0x0A;
   static const unsigned char SIZE_IPODLINGOVERSIONEXTENDED = 0x0A;
@@ -436,12 +535,17 @@ class IPODCOMM_API ipod {
   static const unsigned char SIZE_IPODTRACKPOSITION = 0x0A;
   static const unsigned char SIZE_IPODCURRENTPLAYINGTRACKCHAPTERNAME = 0x19;
   static const unsigned char SIZE_IPODPREFERENCES = 0x19;
+  /// @}
 
+  /// No port is open, and nothing is sent.
   ipod();
+  /// A copy refers to the same open port; see the class.
   ipod(const ipod& other);
+  /// The same. The port that this object had open stays open, out of reach.
   ipod& operator=(const ipod& other);
 
-  // ---- Port (legacy/packets.cpp) ---------------------------------------------------------------
+  /// @name Port (legacy/packets.cpp)
+  /// @{
 
   /// Opens and configures the port `name` ("COM2:") at `baud_rate`. The baud rate is kept for later
   /// openings, the name is not. Close an open port first: it would stay open, out of reach.
@@ -453,14 +557,16 @@ class IPODCOMM_API ipod {
   int closeport();
   /// The pause behind each frame's sync byte, and how much a read asks for: as ipodserial's.
   int SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct);
+  /// Tells what was chosen. @return 1, or 0 for null.
   int GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const;
+  /// @}
 
-  // ---- Packets (legacy/packets.cpp, legacy/extraction.cpp) -------------------------------------
-
-  // The senders send what the packet area holds: a lingo, a command and a payload, which the
-  // commands fill in. By default the sync byte goes out alone, 5 ms ahead of the rest. They return
-  // 1 when the port accepted every byte, 0 when it did not or when the payload does not fit the
-  // frame, and try nothing twice.
+  /// @name Sending packets (legacy/packets.cpp)
+  /// The senders send what the packet area holds: a lingo, a command and a payload, which the
+  /// commands fill in. By default the sync byte goes out alone, 5 ms ahead of the rest. They return
+  /// 1 when the port accepted every byte, 0 when it did not or when the payload does not fit the
+  /// frame, and try nothing twice.
+  /// @{
 
   /// `FF 55 LL lingo cc payload checksum`, with at most 250 bytes of payload.
   int sendpacket();
@@ -469,18 +575,21 @@ class IPODCOMM_API ipod {
   /// `FF 55 00 LL LL lingo cc cc payload checksum`, with at most 247, and without its last two
   /// bytes. The argument is ignored.
   int sendpacketextendedlarge(unsigned char* ignored);
+  /// @}
 
-  // The extractors read the reply straight from the port and copy its payload from byte `offset`
-  // on, a byte to a character, undecoded. The length byte less 2 is their number: where an offset
-  // or a two-byte command leaves fewer, the frame's checksum follows them and then zeros. At most
-  // `capacity` characters are copied, then the buffer's last character, not the one behind the
-  // text, becomes a terminator: clear the buffer first. A capacity of 0 and null for the buffer
-  // take the reply and copy nothing.
-  //
-  // Only silence ends their wait, five empty reads and about three seconds of it. Noise without a
-  // sync byte keeps every one of them waiting for as long as it lasts, and so do other frames, one
-  // every half second is enough, where they are passed over. A host gets out by calling closeport
-  // on another thread: the wait then fails within a second and a half.
+  /// @name Receiving packets (legacy/extraction.cpp)
+  /// The extractors read the reply straight from the port and copy its payload from byte `offset`
+  /// on, a byte to a character, undecoded. The length byte less 2 is their number: where an offset
+  /// or a two-byte command leaves fewer, the frame's checksum follows them and then zeros. At most
+  /// `capacity` characters are copied, then the buffer's last character, not the one behind the
+  /// text, becomes a terminator: clear the buffer first. A capacity of 0 and null for the buffer
+  /// take the reply and copy nothing.
+  ///
+  /// Only silence ends their wait, five empty reads and about three seconds of it. Noise without a
+  /// sync byte keeps every one of them waiting for as long as it lasts, and so do other frames, one
+  /// every half second is enough, where they are passed over. A host gets out by calling closeport
+  /// on another thread: the wait then fails within a second and a half.
+  /// @{
 
   /// Reads until a frame with the one-byte command `expected_command` comes, of whatever lingo,
   /// passes over others, and answers the iPod's own requests for accessory information (lingo 0,
@@ -499,6 +608,7 @@ class IPODCOMM_API ipod {
   /// @return 1, or 0 for a bad checksum and fewer than 7 bytes, as above.
   int ExtractDataFromPacketExtendedRaw(unsigned short ignored_command, void* buffer,
                                        unsigned long count);
+  /// @param length bytes of `frame`
   /// @param frame from its sync byte through its checksum, `length` bytes
   /// @return 1 when the checksum is right, else 0.
   int VerifyReceivePacketChecksum(unsigned char* frame, unsigned long length);
@@ -506,12 +616,13 @@ class IPODCOMM_API ipod {
   /// into at most 511 characters and a terminator. A longer text is cut between two characters.
   /// @return `text`
   wchar_t* utf8tounicode(wchar_t* text);
+  /// @}
 
-  // ---- Commands (legacy/commands.cpp) ----------------------------------------------------------
-
-  // A command fills in the packet area and sends it. It writes only its own payload; the bytes
-  // behind it keep what the commands before left. Unless said otherwise it returns what its sender
-  // returned and does not wait for the reply. Numbers go out most significant byte first.
+  /// @name Commands (legacy/commands.cpp)
+  /// A command fills in the packet area and sends it. It writes only its own payload; the bytes
+  /// behind it keep what the commands before left. Unless said otherwise it returns what its sender
+  /// returned and does not wait for the reply. Numbers go out most significant byte first.
+  /// @{
 
   /// `03`, asks whether the iPod is in remote UI mode.
   int command_requestremoteuimode();
@@ -549,8 +660,11 @@ class IPODCOMM_API ipod {
   int command_sportsgetipodcaps();
   /// `01` on lingo 12
   int command_storagegetipodcaps();
+  /// @}
 
-  // The others go to the Extended Interface, lingo 4.
+  /// @name Commands of the Extended Interface (legacy/commands.cpp)
+  /// As those above; these go to lingo 4.
+  /// @{
 
   /// `001C`. Clears the payload area's first byte.
   int command_getplaystatus();
@@ -588,8 +702,10 @@ class IPODCOMM_API ipod {
   /// `0010 iiiiiiii ffff tttttttt`
   int command_gettrackartworkdata(unsigned long track, unsigned short format_id,
                                   unsigned long time_offset);
+  /// @}
 
-  // ---- Identification (legacy/identification.cpp) ----------------------------------------------
+  /// @name Identification (legacy/identification.cpp)
+  /// @{
 
   /// `01 04`, the older identification.
   int command_identify();
@@ -606,8 +722,10 @@ class IPODCOMM_API ipod {
   int command_sportsreturndeviceversion();
   /// `04 02 00 00` on lingo 9
   int command_sportsreturndevicecaps();
+  /// @}
 
-  // ---- Feature file (legacy/feature_file.cpp), lingo 12 ----------------------------------------
+  /// @name Feature file (legacy/feature_file.cpp), lingo 12
+  /// @{
 
   /// `12 02 0000000B "</gymData>"`: opens the workout file, to which the iPod is to add its own
   /// information and a signature.
@@ -618,11 +736,12 @@ class IPODCOMM_API ipod {
   int command_storeagewriteipodfiledata(wchar_t* text, unsigned short count);
   /// `08 handle`. Handle and offset are 0 afterwards.
   int command_storagecloseipodfile();
+  /// @}
 
-  // ---- Display image commands (legacy/display_images.cpp) --------------------------------------
-
-  // Neither sends the image or its measures: the frame, `0032` in the large form, has the length
-  // that they would need, carries what the payload area holds, and lacks its last two bytes.
+  /// @name Display image commands (legacy/display_images.cpp)
+  /// Neither sends the image or its measures: the frame, `0032` in the large form, has the length
+  /// that they would need, carries what the payload area holds, and lacks its last two bytes.
+  /// @{
 
   /// The length of 11 bytes and `count`, which is at most 236.
   int command_setdisplayimagefirst(unsigned char pixel_format, unsigned short width,
@@ -632,15 +751,16 @@ class IPODCOMM_API ipod {
   /// area's first two bytes.
   int command_setdisplayimagerest(unsigned short descriptor_index, unsigned long count,
                                   unsigned char* image);
+  /// @}
 
-  // ---- Facts as display text (legacy/getters.cpp, legacy/preferences.cpp) ----------------------
-
-  // Unless said otherwise an operation of this and the next three sections sends its request and
-  // reads the answer, returns 1 when both succeeded and 0 when not, and takes null for an output
-  // that the host does not want. An answer that does not come costs about three seconds on a silent
-  // line, and no less than that on another (see the extractors). Texts are emptied first, or begin
-  // as "Unknown", and stay so after a failure; sizes count characters. Every request overwrites the
-  // packet area.
+  /// @name Facts as display text (legacy/getters.cpp, legacy/preferences.cpp)
+  /// Unless said otherwise an operation of this and the next three sections sends its request and
+  /// reads the answer, returns 1 when both succeeded and 0 when not, and takes null for an output
+  /// that the host does not want. An answer that does not come costs about three seconds on a
+  /// silent line, and no less than that on another (see the extractors). Texts are emptied first,
+  /// or begin as "Unknown", and stay so after a failure; sizes count characters. Every request
+  /// overwrites the packet area.
+  /// @{
 
   /// Software version as "2.1.0": `09`, answer `0A major minor patch`, cut to `size` characters.
   /// @return 1 when the major version is not 0; a version 0.x has its text all the same.
@@ -666,13 +786,17 @@ class IPODCOMM_API ipod {
   int getipodmodelname(wchar_t* text);
   /// Reads a preference: `29 cc`, answer `2A cc ss`. Only an answer for the class asked counts;
   /// otherwise `setting` stays as it is. @param preference_class IPOD_PREFERENCE_...
+  /// @param setting IPOD_PREFERENCE_SETTING_...
   int loadipodpreference(unsigned char preference_class, unsigned char* setting);
   /// Chooses the video output, restored when the accessory leaves: `2B 00 ss 01`, ACK `02 status
   /// 2B`. @return 1 when the status was 0 and also when no ACK came, 0 when the iPod refused.
   int setipodpreferencevidooutsetting(unsigned char setting);
+  /// @}
 
-  // A preference's setting as text, into at least SIZE_IPODPREFERENCES characters. One without a
-  // text stays "Unknown". The result is loadipodpreference's.
+  /// @name Preferences as display text (legacy/preferences.cpp)
+  /// A preference's setting as text, into at least SIZE_IPODPREFERENCES characters. One without a
+  /// text stays "Unknown". The result is loadipodpreference's.
+  /// @{
 
   /// "Off", "On", "Ask User"
   int getipodpreferencevideooutsetting(wchar_t* text);
@@ -692,8 +816,10 @@ class IPODCOMM_API ipod {
   int getipodpreferencesubtitles(wchar_t* text);
   /// "Off", "On"
   int getipodpreferencevideoalternateaudiochannel(wchar_t* text);
+  /// @}
 
-  // ---- What is playing (legacy/playing.cpp) ----------------------------------------------------
+  /// @name What is playing (legacy/playing.cpp)
+  /// @{
 
   /// The player's state, IPOD_PLAYERSTATE_..., 255 after a failure: `001C`, answer `001D
   /// length(4) position(4) state`.
@@ -708,10 +834,12 @@ class IPODCOMM_API ipod {
   int getipodplayerstate(wchar_t* text);
   /// 1 when the iPod plays, 0 when not and after a failure.
   int isplaying();
-  /// Both show the same number, the first four bytes of the packet area's payload, once the iPod
-  /// has answered `001C`, and "Unknown" otherwise. GetIpodPlayerStateNumEx has the true values.
+  /// This and the next show the same number, the first four bytes of the packet area's payload,
+  /// once the iPod has answered `001C`, and "Unknown" otherwise. GetIpodPlayerStateNumEx has the
+  /// true values.
   /// @return the object's own text, which lives as long as the object.
   wchar_t* getipodtracklength();
+  /// The same of the position.
   wchar_t* getipodtrackposition();
   /// Index of the current track in the now-playing list: `001E`, answer `001F index(4)`. It is
   /// stored as 0 when no answer came to a request that was sent.
@@ -728,11 +856,14 @@ class IPODCOMM_API ipod {
   /// Pauses what plays: the state as above, then play control 1 when it is playing.
   /// @return 1 also when nothing plays, and then nothing more is sent.
   int pausestop();
+  /// @}
 
-  // ---- Browsing (legacy/browsing.cpp) ----------------------------------------------------------
+  /// @name Browsing (legacy/browsing.cpp)
+  /// @{
 
-  /// The category of the next selection, count and record, IPOD_CATEGORY_...
+  /// The category of the next selection, count and record, IPOD_CATEGORY_...; 0 at first.
   unsigned char getcategory();
+  /// Chooses it. Sends nothing.
   void setcategory(unsigned char category);
   /// The category entered last.
   unsigned char getlastcategory();
@@ -742,6 +873,7 @@ class IPODCOMM_API ipod {
   int loadipodcategorydbrecordcount(unsigned long* count);
   /// Goes to the database's top, `0016` or for a hierarchy `003B hh` (ACK `0001 status ...`), and
   /// enters a category there when the status is 0. Prints what came of it to the debug output.
+  /// @param category to enter, IPOD_CATEGORY_...
   /// @param count the category's records, 0 after a failure
   /// @param hierarchy IPOD_RESETDBSELECTIONHIERARCHY_...; any other fails and sends nothing
   int selecttop(unsigned char category, unsigned long* count, unsigned char hierarchy);
@@ -749,10 +881,14 @@ class IPODCOMM_API ipod {
   /// index(4) 04` (ACK), and goes on to `category`. A selected track plays: then the iPod is
   /// stopped first when `category` is that of tracks, no ACK is awaited, and category and count
   /// stay. Prints what came of it to the debug output.
+  /// @param category of the list to go on to
+  /// @param index of the record, from 0
   /// @param count the records of `category`, 0 for a track or after a failure
   int select(unsigned char category, unsigned short index, unsigned long* count);
   /// Reads a record's name, converted: `001A cc index(4) 00000001`, answer `001B index(4) name`. A
   /// failure or an empty name is tried once more.
+  /// @param name receives it
+  /// @param index of the record, from 0
   /// @param capacity characters of `name`; a name that does not fit is cut between two characters
   /// @return 1 when the name is not empty.
   int getnextcategorizeddbrecord(wchar_t* name, int capacity, unsigned long index);
@@ -760,26 +896,33 @@ class IPODCOMM_API ipod {
   /// first is their number, itself included, then the array, then `*values`. Either may be null or
   /// point to null. The pointers stay as they are.
   void deleterecords(wchar_t*** names, unsigned long** values);
+  /// @}
 
-  // ---- Artwork (legacy/artwork.cpp) ------------------------------------------------------------
+  /// @name Artwork (legacy/artwork.cpp)
+  /// @{
 
   /// Format identifiers of the artwork: `000E`, answer `000F id(2) pixel format(1) width(2)
   /// height(2) ...`. @param format_ids room for 20; the rest stays as it is. @param count always 0
   int getartworkformats(unsigned short* format_ids, unsigned char* count);
   /// Looks for the artwork of a track: `000C 07 track(4) 0000`, answer `000D 07 (id(2)
   /// count(2))...`.
+  /// @param track index in the now-playing list
   /// @param value two bytes from four-byte steps through the answer, beginning with its 07, where
   /// the fourth and fifth byte of a step are not both 0; stays as it is when there is no such step
   int getindexedplayingtrackartworkcount(unsigned long track, unsigned short* value);
   /// Time of a track's first artwork: `001F track(4) id(2) 0000 0001`, answer `002B b0 b1 b2 b3`.
+  /// @param track index in the now-playing list
+  /// @param format_id as the operation above gives it
   /// @param time b0 * 2^24 + b1 * 2^16 + b2 + b3 + 256; stays as it is after a failure
   int gettrackartworktimes(unsigned long track, unsigned short format_id, unsigned long* time);
   /// Requests the current track's artwork with the value and the time of the two operations above,
   /// `0010 track(4) id(2) time(4)`, and reads the first answer, `0011 ...`, of which nothing is
   /// kept. @return 0 when the track is not known, else whether that answer came.
   int getcurrenttrackartworkdata(unsigned short format_id);
+  /// @}
 
-  // ---- Monochrome display (legacy/display_images.cpp) ------------------------------------------
+  /// @name Monochrome display (legacy/display_images.cpp)
+  /// @{
 
   /// Pixels of the monochrome display and its pixel format: `0033`, answer `0034 width(2) height(2)
   /// format`. They are stored as 0 when no answer came to a request that was sent.
@@ -788,14 +931,15 @@ class IPODCOMM_API ipod {
   /// Announces a test image of the display's size, one row to a frame: `0032`. What the frames
   /// carry is the packet area's old payload. @return the last frame's result.
   int setmonoimage();
+  /// @}
 
-  // ---- Workout (legacy/workout.cpp) ------------------------------------------------------------
-
-  // A workout is started, gets any number of intervals, and is finished. `getlasttry` shows what
-  // was tried last: the step, the line written, or the status with which the iPod refused it, which
-  // no later step of the same call replaces. Only the Storage lingo's ACK counts as the iPod's. A
-  // name goes out with the low byte of each of its characters, as it is:
-  // ipodcomm::LegacyDocumentText makes it fit. The other elements are numbers.
+  /// @name Workout (legacy/workout.cpp)
+  /// A workout is started, gets any number of intervals, and is finished. `getlasttry` shows what
+  /// was tried last: the step, the line written, or the status with which the iPod refused it,
+  /// which no later step of the same call replaces. Only the Storage lingo's ACK counts as the
+  /// iPod's. A name goes out with the low byte of each of its characters, as it is:
+  /// ipodcomm::LegacyDocumentText makes it fit. The other elements are numbers.
+  /// @{
 
   /// Asks for the iPod's Sports capabilities: Sports `83`, answer `84 cccc ee`; and, when workouts
   /// and user data are both among them (values 1 and 2), for its storage: Storage `01`, answer `02
@@ -812,6 +956,10 @@ class IPODCOMM_API ipod {
   int ipodstoragewritestring(int previous_ok, wchar_t* text);
   /// Closes what may be open, asks whether the iPod takes workouts, opens its gym-equipment file
   /// (Storage `12`, answer `04 hh`) and writes the header.
+  /// @param manufacturer_id, model, serial_number of the equipment
+  /// @param gym_name, gym_location where it stands
+  /// @param weight_kg of the user
+  /// @param ignored not used
   /// @param equipment IPOD_SPORTS_WORKOUTTYPE_...; any other ends the header before its type
   /// @return 1 when the whole header was written.
   int startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_t* ignored,
@@ -819,6 +967,12 @@ class IPODCOMM_API ipod {
                    float weight_kg);
   /// Writes an interval. All values are already in the units of the document, distance in
   /// kilometres; integers are written as signed ones.
+  /// @param seconds, kcal, km since the start
+  /// @param pace seconds per kilometre
+  /// @param bpm beats per minute; 0 stands in the document as 0
+  /// @param incline per cent
+  /// @param level of resistance
+  /// @param ignored_speed, ignored1, ignored2 not used
   /// @param event IPOD_SPORTS_INTERVAL_TYPE_...; INPROCESS has no element, and any unknown one ends
   /// the interval before it
   /// @return 1 when all of it was written.
@@ -827,6 +981,10 @@ class IPODCOMM_API ipod {
                       unsigned int ignored2, unsigned int bpm, float incline, unsigned int level);
   /// Writes the summary and closes the file (Storage `08 hh`, ACK), also when the summary failed.
   /// The iPod completes the document.
+  /// @param seconds, kcal, km of the whole workout
+  /// @param pace the mean, seconds per kilometre
+  /// @param bpm the mean, beats per minute
+  /// @param ignored_speed, ignored1, ignored2 not used
   /// @return 1 when the summary was written and the file closed.
   int finishworkout(unsigned int seconds, unsigned int kcal, float km, float ignored_speed,
                     unsigned int pace, unsigned int ignored1, unsigned int ignored2,
@@ -834,11 +992,12 @@ class IPODCOMM_API ipod {
   /// Bytes of the document that the iPod has acknowledged since `startworkout`. The number stays
   /// when the file is closed. Sends nothing.
   unsigned long getworkoutsize();
+  /// @}
 
-  // ---- Self-test (legacy/self_test.cpp) --------------------------------------------------------
-
-  // A regression test for a service screen: it is started, and then every call performs a step.
-  // Title and detail are texts to show and hold 256 characters each; any output may be null.
+  /// @name Self-test (legacy/self_test.cpp)
+  /// A regression test for a service screen: it is started, and then every call performs a step.
+  /// Title and detail are texts to show and hold 256 characters each; any output may be null.
+  /// @{
 
   /// Opens the stored port and starts over with the first step. Close an open port first: it would
   /// stay open, out of reach, and when it is the stored one, opening fails. `detail` says that the
@@ -847,9 +1006,12 @@ class IPODCOMM_API ipod {
   /// Performs the next step: connection, information, tracks of the first album, play and pause and
   /// stop, end. `detail` follows what is being done, and names what failed. Blocks for as long as
   /// the step takes.
+  /// @param title receives the step's name, and what the iPod told
+  /// @param detail receives what is being done
   /// @param result 1 when the step passed; a failed one does not end the sequence
   /// @return 1 when further steps follow, 0 after the last, which closes the port.
   int nextregressiontest(wchar_t* title, int* result, wchar_t* detail);
+  /// @}
 
  private:
   friend struct ipodPeer;  // the tests' look inside

@@ -41,7 +41,9 @@ class IPODCOMM_API ipodserial {
  public:
   /// "COM2:" at 57600 baud, 8 data bits, no parity; opens nothing.
   ipodserial();
+  /// A copy refers to the same open port; see the class.
   ipodserial(const ipodserial& other);
+  /// The same. The port that this object had open stays open, out of reach.
   ipodserial& operator=(const ipodserial& other);
 
   /// Chooses the pause and the reads, before opening or in between; IPOD_LEGACY_CONDUCT_FIELD until
@@ -66,6 +68,7 @@ class IPODCOMM_API ipodserial {
   unsigned long writeport(unsigned char* bytes, int count);
   /// Reads one frame, from its sync byte through its checksum, and leaves what follows it in the
   /// port. Bytes before it are dropped; its checksum is not judged.
+  /// @param buffer receives the frame
   /// @param size bytes that `buffer` has room for; a longer frame ends there
   /// @return the bytes stored: fewer than the frame's after five empty reads of up to 400 ms, each
   /// followed by a pause of 200 ms, wherever they fall, so about three seconds of silence in all; 0
