@@ -14,7 +14,6 @@ namespace {
 
 using bench::Clock;
 using bench::MillisecondsSince;
-using bench::SleepOvershootMs;
 using bench::Trip;
 
 constexpr double kSyncPauseMs = 5;  // after the sync byte of every frame sent
@@ -34,17 +33,16 @@ Trip MeasureName(ipod& docked) {
     if (docked.getipodname(name) == 1) trips.push_back(MillisecondsSince(start));
   }
   if (trips.empty()) trips.push_back(0);  // shown as such
-  return {bench::Median(trips), kSyncPauseMs, SleepOvershootMs(kSyncPauseMs)};
+  return {bench::Median(trips), {{1, kSyncPauseMs}}};
 }
 
 Trip MeasureSilence(ipod& docked) {
-  constexpr int kPauses = 1 + 2 * kEmptyReads;
   wchar_t name[256];
   const Clock::time_point start = Clock::now();
   docked.getipodname(name);
-  return {MillisecondsSince(start),
-          kSyncPauseMs + kEmptyReads * (kReadTimeoutMs + kEmptyReadPauseMs),
-          kPauses * SleepOvershootMs(kSyncPauseMs)};
+  const double taken_ms = MillisecondsSince(start);
+  return {taken_ms,
+          {{1, kSyncPauseMs}, {kEmptyReads, kReadTimeoutMs}, {kEmptyReads, kEmptyReadPauseMs}}};
 }
 
 // Docks a simulated iPod that answers at once, or never.

@@ -13,18 +13,22 @@ using Clock = std::chrono::steady_clock;
 double MillisecondsSince(Clock::time_point start);
 /// @param values at least one
 double Median(std::vector<double> values);
-/// How much longer the kernel sleeps than it is asked to, on average.
-double SleepOvershootMs(double asked_ms);
 
-/// What was measured, what the pauses ask for, and what the kernel's sleeps add to them.
-struct Trip {
-  double measured_ms;
-  double floor_ms;
-  double overshoot_ms;
-
-  double ExcessPercent() const { return 100 * (measured_ms - overshoot_ms - floor_ms) / floor_ms; }
+/// So many pauses of one length.
+struct Pauses {
+  int count;
+  double each_ms;
 };
 
+/// What an exchange took, and the pauses that it consists of.
+struct Trip {
+  double measured_ms;
+  std::vector<Pauses> pauses;
+};
+
+/// Prints it beside its floor, the sum of its pauses, and what the machine makes of these pauses
+/// alone, taken just now.
+/// @param goal empty for none
 void PrintTrip(const std::string& name, const Trip& trip, const std::string& goal);
 
 }  // namespace bench

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Threads on Linux: exit codes, ending at safe points, and a process that ends under its threads.
 #include <pthread.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,6 +35,10 @@ DWORD WINAPI SwallowTheEnd(void*) {
   return 1;
 }
 
+DWORD WINAPI TimerSlackNs(void*) {
+  return static_cast<DWORD>(prctl(PR_GET_TIMERSLACK, 0UL, 0UL, 0UL, 0UL));
+}
+
 DWORD ExitCode(HANDLE thread) {
   EXPECT_EQ(WaitForSingleObject(thread, INFINITE), WAIT_OBJECT_0);
   return platform::Handles().FindAs<platform::Thread>(thread)->exit_code();
@@ -44,6 +49,12 @@ class PosixThreads : public PlatformTest {};
 TEST_F(PosixThreads, KeepTheirExitCode) {
   const HANDLE thread = CreateThread(nullptr, 0, Return7, nullptr, 0, nullptr);
   EXPECT_EQ(ExitCode(thread), 7U);
+  CloseHandle(thread);
+}
+
+TEST_F(PosixThreads, WakeAsPunctuallyAsTheKernelCan) {
+  const HANDLE thread = CreateThread(nullptr, 0, TimerSlackNs, nullptr, 0, nullptr);
+  EXPECT_EQ(ExitCode(thread), 1U);
   CloseHandle(thread);
 }
 
