@@ -65,7 +65,7 @@ class Copier {
 void CopyAndSum(benchmark::State& state) {
   const Bytes stream = Stream(state.range(0));
   Copier copier;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (const std::uint8_t byte : stream) copier.Feed(byte);
     benchmark::DoNotOptimize(copier);
     benchmark::ClobberMemory();
@@ -76,7 +76,7 @@ void CopyAndSum(benchmark::State& state) {
 void PlainFraming(benchmark::State& state) {
   const Bytes stream = Stream(state.range(0));
   bench::PlainFraming framing;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     int frames = 0;
     for (const std::uint8_t byte : stream) frames += bench::PlainFramingFeed(&framing, byte);
     benchmark::DoNotOptimize(frames);
@@ -87,7 +87,7 @@ void PlainFraming(benchmark::State& state) {
 void AssembleByBytes(benchmark::State& state) {
   const Bytes stream = Stream(state.range(0));
   ipodcomm::FrameAssembler assembler;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     int frames = 0;
     for (const std::uint8_t byte : stream) frames += assembler.Feed(byte) ? 1 : 0;
     benchmark::DoNotOptimize(frames);
@@ -98,7 +98,7 @@ void AssembleByBytes(benchmark::State& state) {
 void AssembleByRuns(benchmark::State& state) {
   const Bytes stream = Stream(state.range(0));
   ipodcomm::FrameAssembler assembler;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     int frames = 0;
     const std::uint8_t* next = stream.data();
     const std::uint8_t* const end = next + stream.size();
@@ -121,7 +121,7 @@ BENCHMARK(AssembleByRuns)->Apply(EachPayload);
 void BuildFrame(benchmark::State& state) {
   const unsigned char data[9] = {5, 0, 0, 0, 0, 0, 0, 0, 50};
   unsigned char frame[1024];
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const std::uint32_t size = ipodcomm::FrameSize(ipodcomm::kExtendedLingo, true, sizeof data);
     const std::uint32_t next = ipodcomm::WriteHeader(frame, size, ipodcomm::kExtendedLingo, 0x1A);
     std::memcpy(frame + next + 2, data, sizeof data);

@@ -1,89 +1,61 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: the docked iPod's colour, looked up by order number.
-#include <cwchar>
+#include <algorithm>
+#include <string_view>
 
 #include "ipodcomm/CIpodComm.h"
 
 namespace {
 
+constexpr std::size_t kNumberLength = 5;
+
 struct ColorGroup {
   tagIPOD_COLOR color;
-  const wchar_t* const* order_numbers;  // up to a null
-};
-
-constexpr const wchar_t* kGroup1[] = {
-    L"M9160", L"P9160", L"M9800", L"P9800", L"M9801", L"P9801", L"M9973", L"M9974",
-    L"MA426", L"PA426", L"PA427", L"MA477", L"PA477", L"PA478", L"MB029", L"PB029",
-    L"PB031", L"MB145", L"PB145", L"PB146", L"MA978", L"PA978", L"PA979", L"MB245",
-    L"MA980", L"PA980", L"PA981", L"MB247", L"MB598", L"MB599", L"MB903", L"MB904",
-    L"MB920", L"PB903", L"PB904", L"PB920", nullptr,
-};
-constexpr const wchar_t* kGroup2[] = {
-    L"M9434", L"P9434", L"M9806", L"P9806", L"M9807", L"P9807", L"MA487", L"PA487",
-    L"PA488", L"MB253", L"PB253", L"PB254", L"MB255", L"MB745", L"PB745", L"PB746",
-    L"MB913", L"MB914", L"MB925", L"PB913", L"PB914", L"PB925", nullptr,
-};
-constexpr const wchar_t* kGroup3[] = {
-    L"M9435", L"P9435", L"M9804", L"P9804", L"M9805", L"P9805", L"MA489", L"PA489",
-    L"PA490", L"MB453", L"PB453", L"PB454", L"MB455", L"MB456", L"MB735", L"PB735",
-    L"PB736", L"MB907", L"MB908", L"MB922", L"PB907", L"PB908", L"PB922", nullptr,
-};
-constexpr const wchar_t* kGroup4[] = {
-    L"M9436", L"P9436", L"M9802", L"P9802", L"M9803", L"P9803", L"MA428", L"PA428",
-    L"PA429", L"MB249", L"PB249", L"PB250", L"MB251", L"MB732", L"PB732", L"PB733",
-    L"MB905", L"MB906", L"MB921", L"PB905", L"PB906", L"PB921", nullptr,
-};
-constexpr const wchar_t* kGroup5[] = {
-    L"M9437",
-    L"P9437",
-    nullptr,
-};
-constexpr const wchar_t* kGroup6[] = {
-    L"M9787",
-    nullptr,
-};
-constexpr const wchar_t* kGroup7[] = {
-    L"MA099", L"PA099", L"PA100", L"MA107", L"PA107", L"PA108", L"MA127", L"MA146", L"PA146",
-    L"PA149", L"MA446", L"PA446", L"MA147", L"PA147", L"PA151", L"MA305", L"MA352", L"PA352",
-    L"PA353", L"MA450", L"PA450", L"PA451", L"MA452", L"MA664", L"MA497", L"PA497", L"PA498",
-    L"MB046", L"MB048", L"MB147", L"PB147", L"PB148", L"MB150", L"PB150", L"PB151", L"MB261",
-    L"PB261", L"PB262", L"MB263", L"MB754", L"PB754", L"PB755", L"PB889", L"MB918", L"MB919",
-    L"MB927", L"PB918", L"PB919", L"PB927", nullptr,
-};
-constexpr const wchar_t* kGroup8[] = {
-    L"MA002", L"PA002", L"PA148", L"PA323", L"MA444", L"PA444", L"MA003", L"PA003", L"PA150",
-    L"MA004", L"PA004", L"PA115", L"MA005", L"PA005", L"PA116", L"MA253", L"MA350", L"PA350",
-    L"PA351", L"MA448", L"PA448", L"PA449", L"PS492", L"MB499", nullptr,
-};
-constexpr const wchar_t* kGroup9[] = {
-    L"MA725", L"PA725", L"MA899", L"PA899", L"MB751",
-    L"MB753", L"PB751", L"MB917", L"PB917", nullptr,
-};
-constexpr const wchar_t* kGroup10[] = {
-    L"MB739", L"PB739", L"PB740", L"MB909", L"MB910",
-    L"MB923", L"PB909", L"PB910", L"PB923", nullptr,
-};
-constexpr const wchar_t* kGroup11[] = {
-    L"MB742", L"PB742", L"PB743", L"MB911", L"MB912",
-    L"MB924", L"PB911", L"PB912", L"PB924", nullptr,
-};
-constexpr const wchar_t* kGroup12[] = {
-    L"MB748", L"PB748", L"PB749", L"MB915", L"MB916",
-    L"MB926", L"PB915", L"PB916", L"PB926", nullptr,
+  const char* order_numbers;  // with a space between two
 };
 
 // Searched in this order, so it decides when a model text holds several numbers. Colour 7 stands in
 // two groups and 10 before 9; kept so.
 constexpr ColorGroup kGroups[] = {
-    {IPOD_COLOR_2, kGroup1},   {IPOD_COLOR_3, kGroup2},  {IPOD_COLOR_4, kGroup3},
-    {IPOD_COLOR_5, kGroup4},   {IPOD_COLOR_6, kGroup5},  {IPOD_COLOR_7, kGroup6},
-    {IPOD_COLOR_7, kGroup7},   {IPOD_COLOR_1, kGroup8},  {IPOD_COLOR_8, kGroup9},
-    {IPOD_COLOR_10, kGroup10}, {IPOD_COLOR_9, kGroup11}, {IPOD_COLOR_11, kGroup12},
+    {IPOD_COLOR_2,
+     "M9160 P9160 M9800 P9800 M9801 P9801 M9973 M9974 MA426 PA426 PA427 MA477 PA477 PA478 "
+     "MB029 PB029 PB031 MB145 PB145 PB146 MA978 PA978 PA979 MB245 MA980 PA980 PA981 MB247 "
+     "MB598 MB599 MB903 MB904 MB920 PB903 PB904 PB920"},
+    {IPOD_COLOR_3,
+     "M9434 P9434 M9806 P9806 M9807 P9807 MA487 PA487 PA488 MB253 PB253 PB254 MB255 MB745 "
+     "PB745 PB746 MB913 MB914 MB925 PB913 PB914 PB925"},
+    {IPOD_COLOR_4,
+     "M9435 P9435 M9804 P9804 M9805 P9805 MA489 PA489 PA490 MB453 PB453 PB454 MB455 MB456 "
+     "MB735 PB735 PB736 MB907 MB908 MB922 PB907 PB908 PB922"},
+    {IPOD_COLOR_5,
+     "M9436 P9436 M9802 P9802 M9803 P9803 MA428 PA428 PA429 MB249 PB249 PB250 MB251 MB732 "
+     "PB732 PB733 MB905 MB906 MB921 PB905 PB906 PB921"},
+    {IPOD_COLOR_6, "M9437 P9437"},
+    {IPOD_COLOR_7, "M9787"},
+    {IPOD_COLOR_7,
+     "MA099 PA099 PA100 MA107 PA107 PA108 MA127 MA146 PA146 PA149 MA446 PA446 MA147 PA147 "
+     "PA151 MA305 MA352 PA352 PA353 MA450 PA450 PA451 MA452 MA664 MA497 PA497 PA498 MB046 "
+     "MB048 MB147 PB147 PB148 MB150 PB150 PB151 MB261 PB261 PB262 MB263 MB754 PB754 PB755 "
+     "PB889 MB918 MB919 MB927 PB918 PB919 PB927"},
+    {IPOD_COLOR_1,
+     "MA002 PA002 PA148 PA323 MA444 PA444 MA003 PA003 PA150 MA004 PA004 PA115 MA005 PA005 "
+     "PA116 MA253 MA350 PA350 PA351 MA448 PA448 PA449 PS492 MB499"},
+    {IPOD_COLOR_8, "MA725 PA725 MA899 PA899 MB751 MB753 PB751 MB917 PB917"},
+    {IPOD_COLOR_10, "MB739 PB739 PB740 MB909 MB910 MB923 PB909 PB910 PB923"},
+    {IPOD_COLOR_9, "MB742 PB742 PB743 MB911 MB912 MB924 PB911 PB912 PB924"},
+    {IPOD_COLOR_11, "MB748 PB748 PB749 MB915 MB916 MB926 PB915 PB916 PB926"},
 };
 
-bool Holds(const wchar_t* model, const ColorGroup& group) {
-  for (const wchar_t* const* number = group.order_numbers; *number != nullptr; ++number) {
-    if (std::wcsstr(model, *number) != nullptr) return true;
+bool Holds(std::wstring_view model, std::string_view number) {
+  return std::search(model.begin(), model.end(), number.begin(), number.end(),
+                     [](wchar_t in_model, char in_number) {
+                       return in_model == static_cast<wchar_t>(in_number);
+                     }) != model.end();
+}
+
+bool HoldsOneOf(std::wstring_view model, std::string_view numbers) {
+  for (std::size_t next = 0; next < numbers.size(); next += kNumberLength + 1) {
+    if (Holds(model, numbers.substr(next, kNumberLength))) return true;
   }
   return false;
 }
@@ -92,7 +64,7 @@ bool Holds(const wchar_t* model, const ColorGroup& group) {
 
 tagIPOD_COLOR CIpodComm::ColorOfModel(const wchar_t* model) {
   for (const ColorGroup& group : kGroups) {
-    if (Holds(model, group)) return group.color;
+    if (HoldsOneOf(model, group.order_numbers)) return group.color;
   }
   return IPOD_COLOR_NONE;
 }

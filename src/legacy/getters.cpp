@@ -25,7 +25,7 @@ int ipod::getipodsoftwareversion(wchar_t* text, unsigned long size) {
 }
 
 int ipod::getipodmodelnum(wchar_t* text) {
-  ShowText(text, L"");
+  ShowText(text, "");
   if (!command_requestipodmodelnum()) return 0;
   wchar_t reply[25] = {};
   if (!extractdatafrompacket(IPOD_COMMAND_RETURNIPODMODELNUM, reply, 25, 0, kIgnored)) return 0;
@@ -39,7 +39,7 @@ int ipod::getipodmodelnum(wchar_t* text) {
 int ipod::getipodprotocolversion(wchar_t*) { return 0; }
 
 int ipod::getipodlingoversion(wchar_t* text, unsigned char ignored_lingo) {
-  ShowText(text, L"");
+  ShowText(text, "");
   if (!command_requestlingoprotocolversion(ignored_lingo)) return 0;
   wchar_t reply[25] = {};
   if (!extractdatafrompacket(IPOD_COMMAND_RETURNLINGOPROTOCOLVERSION, reply, 25, 0, kIgnored)) {

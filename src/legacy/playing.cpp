@@ -22,9 +22,8 @@ constexpr unsigned char kStatePosition = 8;
 
 constexpr unsigned char kNoState = 255;
 
-constexpr const wchar_t* kStateTexts[] = {L"Stopped",     L"Playing",
-                                          L"Paused",      L"Fast Forward",
-                                          L"Fast Rewind", L"Ending Fast Forward or Rewind"};
+constexpr const char* kStateTexts[] = {
+    "Stopped", "Playing", "Paused", "Fast Forward", "Fast Rewind", "Ending Fast Forward or Rewind"};
 constexpr std::size_t kStates = sizeof kStateTexts / sizeof *kStateTexts;
 
 }  // namespace
@@ -58,7 +57,7 @@ int ipod::GetIpodPlayerStateNumEx(unsigned char* state, unsigned long* length,
 }
 
 int ipod::getipodplayerstate(wchar_t* text) {
-  ShowText(text, L"Unknown");
+  ShowText(text, "Unknown");
   unsigned char state = kNoState;
   const int read = getipodplayerstatenum(&state);
   if (state < kStates) ShowText(text, kStateTexts[state]);
@@ -75,7 +74,7 @@ int ipod::isplaying() {
 // GetIpodPlayerStateNumEx has the true values. The request clears the first of the four bytes, so
 // the number has at most eight digits.
 wchar_t* ipod::ShowPlayTime(wchar_t* text, unsigned char offset) {
-  ShowText(text, L"Unknown");
+  ShowText(text, "Unknown");
   if (!command_getplaystatus()) return text;
   wchar_t reply[5] = {};
   if (ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNPLAYSTATUS, reply, 5, offset, kIgnored)) {
@@ -116,7 +115,7 @@ int ipod::getindexedplayingtracktitle(wchar_t* text) {
 int ipod::getipodcurrentplayingtrackchaptername(wchar_t* text) {
   constexpr unsigned char kCharacters = SIZE_IPODCURRENTPLAYINGTRACKCHAPTERNAME;
   ipodcomm::HostText<kCharacters> name(text);
-  ShowText(name.get(), L"Unknown");
+  ShowText(name.get(), "Unknown");
   const int read = command_getcurrentplayingtrackchaptername() &&
                    ExtractDataFromPacketExtended(IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTERNAME,
                                                  name.get(), kCharacters, 0, kIgnored);

@@ -14,31 +14,31 @@ namespace {
 // A preference's class and the texts of its settings, from 0 on.
 struct ShownPreference {
   unsigned char preference_class;
-  const wchar_t* texts[4];
+  const char* texts[4];
 };
 
 constexpr ShownPreference kVideoOut = {ipod::IPOD_PREFERENCE_VIDEOOUTSETTING,
-                                       {L"Off", L"On", L"Ask User"}};
+                                       {"Off", "On", "Ask User"}};
 constexpr ShownPreference kScreenConfiguration = {ipod::IPOD_PREFERENCE_SCREENCONFIGURATION,
-                                                  {L"Fill Entire Screen", L"Fit Edge To Screen"}};
+                                                  {"Fill Entire Screen", "Fit Edge To Screen"}};
 constexpr ShownPreference kVideoSignalFormat = {ipod::IPOD_PREFERENCE_VIDEOSIGNALFORMAT,
-                                                {L"NTSC", L"PAL"}};
+                                                {"NTSC", "PAL"}};
 constexpr ShownPreference kLineOutUsage = {ipod::IPOD_PREFERENCE_LINEOUTUSAGE,
-                                           {L"Disabled", L"Enabled", L"Ask User"}};
+                                           {"Disabled", "Enabled", "Ask User"}};
 constexpr ShownPreference kVideoOutConnection = {
     ipod::IPOD_PREFERENCE_VIDEOOUTCONNECTION,
-    {L"No Connection", L"Composite", L"S-Video", L"Component"}};
+    {"No Connection", "Composite", "S-Video", "Component"}};
 constexpr ShownPreference kClosedCaptioning = {ipod::IPOD_PREFERENCE_CLOSEDCAPTIONING,
-                                               {L"Off", L"On"}};
+                                               {"Off", "On"}};
 constexpr ShownPreference kVideoMonitorAspect = {ipod::IPOD_PREFERENCE_VIDEOMONITORASPECT,
-                                                 {L"4 by 3", L"16 by 9"}};
-constexpr ShownPreference kSubtitles = {ipod::IPOD_PREFERENCE_SUBTITLES, {L"Off", L"On"}};
+                                                 {"4 by 3", "16 by 9"}};
+constexpr ShownPreference kSubtitles = {ipod::IPOD_PREFERENCE_SUBTITLES, {"Off", "On"}};
 constexpr ShownPreference kVideoAlternateAudio = {ipod::IPOD_PREFERENCE_VIDEOALTERNATEAUDIO,
-                                                  {L"Off", L"On"}};
+                                                  {"Off", "On"}};
 
 // Loads a preference and shows its setting; one without a text stays "Unknown".
 int Show(ipod& dock, const ShownPreference& preference, wchar_t* text) {
-  ShowText(text, L"Unknown");
+  ShowText(text, "Unknown");
   unsigned char setting = 255;
   const int loaded = dock.loadipodpreference(preference.preference_class, &setting);
   constexpr std::size_t kTexts = sizeof preference.texts / sizeof *preference.texts;

@@ -8,6 +8,13 @@
 
 namespace ipodcomm {
 
+void ShowText(wchar_t* text, const char* shown) {
+  if (text == nullptr) return;
+  do {
+    *text++ = static_cast<unsigned char>(*shown);
+  } while (*shown++ != '\0');
+}
+
 void EndBehindWholeCharacter(wchar_t* text, std::size_t capacity) {
   const auto length = static_cast<std::size_t>(std::find(text, text + capacity, L'\0') - text);
   if (length + 1 < capacity) return;

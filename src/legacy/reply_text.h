@@ -36,12 +36,8 @@ void Store(Output* output, Value value) {
 void EndBehindWholeCharacter(wchar_t* text, std::size_t capacity);
 
 /// Shows a text in the host's buffer, which has room for it, or nowhere when the host gave none.
-inline void ShowText(wchar_t* text, const wchar_t* shown) {
-  if (text == nullptr) return;
-  do {
-    *text++ = *shown;
-  } while (*shown++ != L'\0');
-}
+/// @param shown in ASCII: the library's own texts take a quarter of the room so
+void ShowText(wchar_t* text, const char* shown);
 
 /// The host's buffer of `Characters`, or one that takes its place when the host gave none.
 template <std::size_t Characters>

@@ -17,22 +17,22 @@ struct Screen {
   wchar_t* title;
   wchar_t* detail;
 
-  void ShowTitle(const wchar_t* text) const { ipodcomm::ShowText(title, text); }
-  void ShowAction(const wchar_t* text) const { ipodcomm::ShowText(detail, text); }
+  void ShowTitle(const char* text) const { ipodcomm::ShowText(title, text); }
+  void ShowAction(const char* text) const { ipodcomm::ShowText(detail, text); }
 };
 
 // `top_selection` gets the result of entering the video tracks, which does not count for the step.
 int SetUpConnection(ipod& docked, const Screen& screen, std::int32_t* top_selection) {
   constexpr int kLowPower = 0;
-  screen.ShowTitle(L"Set Up Connection Test");
+  screen.ShowTitle("Set Up Connection Test");
   // The spelling is the one that screens show.
-  screen.ShowAction(L"Request Remote UI Mode For Communcation");
+  screen.ShowAction("Request Remote UI Mode For Communcation");
   if (docked.command_requestremoteuimode() == 0) return 0;
-  screen.ShowAction(L"Exit Remote UI Mode");
+  screen.ShowAction("Exit Remote UI Mode");
   if (docked.command_exitremoteuimode() == 0) return 0;
-  screen.ShowAction(L"Identify Device Lingos");
+  screen.ShowAction("Identify Device Lingos");
   if (docked.command_identifydevicelingos(kLowPower) == 0) return 0;
-  screen.ShowAction(L"Enter Remote UI mode");
+  screen.ShowAction("Enter Remote UI mode");
   if (docked.command_enterremoteuimode() == 0) return 0;
   unsigned long count = 0;
   *top_selection = docked.selecttop(ipod::IPOD_CATEGORY_TRACK, &count,
@@ -46,16 +46,16 @@ int GetInformation(ipod& docked, const Screen& screen) {
   wchar_t serial_number[kTextUnits] = {};
   wchar_t software_version[kTextUnits] = {};
   wchar_t model_number[kTextUnits] = {};
-  screen.ShowTitle(L"Get Information Test");
-  screen.ShowAction(L"Getting Model Name");
+  screen.ShowTitle("Get Information Test");
+  screen.ShowAction("Getting Model Name");
   if (docked.getipodmodelname(model_name) == 0) return 0;
-  screen.ShowAction(L"Getting Ipod Name");
+  screen.ShowAction("Getting Ipod Name");
   if (docked.getipodname(name) == 0) return 0;
-  screen.ShowAction(L"Getting Serial Num");
+  screen.ShowAction("Getting Serial Num");
   if (docked.getipodserailnum(serial_number) == 0) return 0;
-  screen.ShowAction(L"Getting Software Version");
+  screen.ShowAction("Getting Software Version");
   if (docked.getipodsoftwareversion(software_version, kTextUnits) == 0) return 0;
-  screen.ShowAction(L"Getting Software Version");  // the model number has no text of its own
+  screen.ShowAction("Getting Software Version");  // the model number has no text of its own
   if (docked.getipodmodelnum(model_number) == 0) return 0;
   StringCchPrintfW(screen.title, kTextUnits, L"Ipod Information %s %s %s %s %s", name, model_name,
                    model_number, serial_number, software_version);
@@ -64,17 +64,16 @@ int GetInformation(ipod& docked, const Screen& screen) {
 
 // The texts that one track's part of a step shows.
 struct TrackTexts {
-  const wchar_t* get_record;
-  const wchar_t* select;
-  const wchar_t* compare;
+  const char* get_record;
+  const char* select;
+  const char* compare;
 };
 
-constexpr TrackTexts kFirstTrack = {L"Get Next Catorgized DB Record Index 0 Track",
-                                    L"Select Track 0",
-                                    L"Compare Playing Track 0 Name to Selected Track Name"};
-constexpr TrackTexts kSecondTrack = {L"Get Next Catorgized DB Record Index 1 Track",
-                                     L"Select Track 1",
-                                     L"Compare Playing Track 1 Name to Selected Track Name"};
+constexpr TrackTexts kFirstTrack = {"Get Next Catorgized DB Record Index 0 Track", "Select Track 0",
+                                    "Compare Playing Track 0 Name to Selected Track Name"};
+constexpr TrackTexts kSecondTrack = {"Get Next Catorgized DB Record Index 1 Track",
+                                     "Select Track 1",
+                                     "Compare Playing Track 1 Name to Selected Track Name"};
 
 // Plays a track of the album entered and finds out whether it is the one that plays.
 int PlayTrack(ipod& docked, const Screen& screen, const TrackTexts& texts, unsigned short index) {
@@ -86,7 +85,7 @@ int PlayTrack(ipod& docked, const Screen& screen, const TrackTexts& texts, unsig
   unsigned long count = 0;
   if (docked.select(ipod::IPOD_CATEGORY_TRACK, index, &count) == 0) return 0;
   Sleep(kPlaybackStartsMs);
-  screen.ShowAction(L"Get Indexed Playing Track Title");
+  screen.ShowAction("Get Indexed Playing Track Title");
   if (docked.getindexedplayingtracktitle(playing) == 0) return 0;
   screen.ShowAction(texts.compare);
   return lstrcmpW(playing, name) == 0 ? 1 : 0;
@@ -95,18 +94,18 @@ int PlayTrack(ipod& docked, const Screen& screen, const TrackTexts& texts, unsig
 int SelectTracks(ipod& docked, const Screen& screen) {
   wchar_t album[kTextUnits] = {};
   unsigned long count = 0;
-  screen.ShowTitle(L"Select Tracks from Album 0 Test");
-  screen.ShowAction(L"Select Top Album Both");
+  screen.ShowTitle("Select Tracks from Album 0 Test");
+  screen.ShowAction("Select Top Album Both");
   if (docked.selecttop(ipod::IPOD_CATEGORY_ALBUM, &count,
                        ipod::IPOD_RESETDBSELECTIONHIERARCHY_NONE) == 0 ||
       count == 0) {
     return 0;
   }
-  screen.ShowAction(L"Get Next Catorgized DB Record Index 0 Album");
+  screen.ShowAction("Get Next Catorgized DB Record Index 0 Album");
   if (docked.getnextcategorizeddbrecord(album, kTextUnits, 0) == 0) return 0;
-  screen.ShowAction(L"Select Album Index 0");
+  screen.ShowAction("Select Album Index 0");
   if (docked.select(ipod::IPOD_CATEGORY_TRACK, 0, &count) == 0) return 0;
-  screen.ShowAction(L"Checking count > 0");
+  screen.ShowAction("Checking count > 0");
   if (count == 0) return 0;
   // Selecting a track counts anew, so the album's count decides about the second one.
   const bool has_second = count > 1;
@@ -117,8 +116,8 @@ int SelectTracks(ipod& docked, const Screen& screen) {
 
 int PlayPauseStop(ipod& docked, const Screen& screen) {
   unsigned char state = 0;
-  screen.ShowTitle(L"Play Pause Stop Test");
-  screen.ShowAction(L"Setting to Play");
+  screen.ShowTitle("Play Pause Stop Test");
+  screen.ShowAction("Setting to Play");
   if (docked.getipodplayerstatenum(&state) == 0) return 0;
   if (state != ipod::IPOD_PLAYERSTATE_PLAYING &&
       docked.command_playcontrol(ipod::IPOD_PLAYCONTROL_PLAY) == 0) {
@@ -127,17 +126,17 @@ int PlayPauseStop(ipod& docked, const Screen& screen) {
   if (docked.getipodplayerstatenum(&state) == 0) return 0;
   if (state != ipod::IPOD_PLAYERSTATE_PLAYING) return 0;
   // From here on the state must be readable; what it is does not count.
-  screen.ShowAction(L"Setting to Pause");
+  screen.ShowAction("Setting to Pause");
   if (docked.command_playcontrol(ipod::IPOD_PLAYCONTROL_PLAYPAUSE) == 0) return 0;
   if (docked.getipodplayerstatenum(&state) == 0) return 0;
-  screen.ShowAction(L"Setting to Stop");
+  screen.ShowAction("Setting to Stop");
   if (docked.command_playcontrol(ipod::IPOD_PLAYCONTROL_STOP) == 0) return 0;
   return docked.getipodplayerstatenum(&state);
 }
 
 int EndTest(ipod& docked, const Screen& screen) {
-  screen.ShowTitle(L"End of Regression Test");
-  screen.ShowAction(L"");
+  screen.ShowTitle("End of Regression Test");
+  screen.ShowAction("");
   const int sent = docked.command_exitremoteuimode();
   docked.closeport();
   return sent;
@@ -147,7 +146,7 @@ int EndTest(ipod& docked, const Screen& screen) {
 
 int ipod::startregressiontest(wchar_t* detail) {
   self_test_step_ = 0;
-  ipodcomm::ShowText(detail, L"Regression Test Started, port opened");
+  ipodcomm::ShowText(detail, "Regression Test Started, port opened");
   return openport();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The system's texts for the error codes that the services report.
-#include <cwchar>
+#include <algorithm>
+#include <string_view>
 
 #include "platform/services.h"
 
@@ -12,32 +13,32 @@ constexpr DWORD kNoSuchMessage = 317;
 
 struct Message {
   DWORD code;
-  const wchar_t* text;
+  std::string_view text;  // ASCII, which takes a quarter of the room
 };
 
 // Texts end with a line break, as they do where the codes come from.
 constexpr Message kMessages[] = {
-    {ERROR_SUCCESS, L"The operation completed successfully.\r\n"},
-    {ERROR_FILE_NOT_FOUND, L"The system cannot find the file specified.\r\n"},
-    {ERROR_PATH_NOT_FOUND, L"The system cannot find the path specified.\r\n"},
-    {ERROR_ACCESS_DENIED, L"Access is denied.\r\n"},
-    {ERROR_INVALID_HANDLE, L"The handle is invalid.\r\n"},
-    {ERROR_NOT_ENOUGH_MEMORY, L"Not enough storage is available to process this command.\r\n"},
-    {ERROR_BAD_COMMAND, L"The device does not recognize the command.\r\n"},
-    {ERROR_GEN_FAILURE, L"A device attached to the system is not functioning.\r\n"},
-    {ERROR_INVALID_PARAMETER, L"The parameter is incorrect.\r\n"},
-    {ERROR_INSUFFICIENT_BUFFER, L"The data area passed to a system call is too small.\r\n"},
-    {kAlreadyExists, L"Cannot create a file when that file already exists.\r\n"},
-    {ERROR_MORE_DATA, L"More data is available.\r\n"},
-    {ERROR_NOT_OWNER, L"Attempt to release mutex not owned by caller.\r\n"},
+    {ERROR_SUCCESS, "The operation completed successfully.\r\n"},
+    {ERROR_FILE_NOT_FOUND, "The system cannot find the file specified.\r\n"},
+    {ERROR_PATH_NOT_FOUND, "The system cannot find the path specified.\r\n"},
+    {ERROR_ACCESS_DENIED, "Access is denied.\r\n"},
+    {ERROR_INVALID_HANDLE, "The handle is invalid.\r\n"},
+    {ERROR_NOT_ENOUGH_MEMORY, "Not enough storage is available to process this command.\r\n"},
+    {ERROR_BAD_COMMAND, "The device does not recognize the command.\r\n"},
+    {ERROR_GEN_FAILURE, "A device attached to the system is not functioning.\r\n"},
+    {ERROR_INVALID_PARAMETER, "The parameter is incorrect.\r\n"},
+    {ERROR_INSUFFICIENT_BUFFER, "The data area passed to a system call is too small.\r\n"},
+    {kAlreadyExists, "Cannot create a file when that file already exists.\r\n"},
+    {ERROR_MORE_DATA, "More data is available.\r\n"},
+    {ERROR_NOT_OWNER, "Attempt to release mutex not owned by caller.\r\n"},
     {ERROR_OPERATION_ABORTED,
-     L"The I/O operation has been aborted because of either a thread exit or an application "
-     L"request.\r\n"},
+     "The I/O operation has been aborted because of either a thread exit or an application "
+     "request.\r\n"},
     {ERROR_NO_UNICODE_TRANSLATION,
-     L"No mapping for the Unicode character exists in the target multi-byte code page.\r\n"},
-    {ERROR_RESOURCE_DATA_NOT_FOUND, L"The specified resource data cannot be found.\r\n"},
+     "No mapping for the Unicode character exists in the target multi-byte code page.\r\n"},
+    {ERROR_RESOURCE_DATA_NOT_FOUND, "The specified resource data cannot be found.\r\n"},
     {ERROR_RESOURCE_TYPE_NOT_FOUND,
-     L"The specified resource type cannot be found in the image file.\r\n"},
+     "The specified resource type cannot be found in the image file.\r\n"},
 };
 
 }  // namespace
@@ -50,13 +51,12 @@ DWORD FormatMessageW(DWORD flags, const void* /*source*/, DWORD message, DWORD /
   }
   for (const Message& known : kMessages) {
     if (known.code != message) continue;
-    const std::size_t length = std::wcslen(known.text);
-    if (length >= capacity) {
+    if (known.text.size() >= capacity) {
       SetLastError(ERROR_INSUFFICIENT_BUFFER);
       return 0;
     }
-    std::wmemcpy(destination, known.text, length + 1);
-    return length;
+    *std::copy(known.text.begin(), known.text.end(), destination) = L'\0';
+    return known.text.size();
   }
   SetLastError(kNoSuchMessage);
   return 0;
