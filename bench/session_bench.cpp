@@ -65,7 +65,7 @@ Trip MeasureRoundTrip(CIpodComm& session) {
 std::size_t Utf8Length(const wchar_t* text) {
   std::size_t length = 0;
   for (; *text != L'\0'; ++text) {
-    const auto character = static_cast<std::uint32_t>(*text);
+    const wchar_t character = *text;
     length += character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
   }
   return length;
