@@ -48,6 +48,8 @@ void Prepare(ipodsim::SimulatedIpod& ipod, Start start) {
   ipod.LoseAccessory(0);
 }
 
+}  // namespace
+
 // The program's own way from its arguments to its exit status.
 Outcome RunProgram(const std::vector<std::string>& arguments) {
   Outcome outcome;
@@ -75,8 +77,6 @@ Outcome RunProgram(const std::vector<std::string>& arguments) {
   std::free(text);
   return outcome;
 }
-
-}  // namespace
 
 Finished Run(const Case& run, bool trace,
              const std::function<void(const Finished&, const ipodsim::SimulatedIpod&,

@@ -25,6 +25,9 @@ struct Finished {
   Account account;
 };
 
+/// Runs ipodctl on the present world's line, with the program's own arguments.
+Outcome RunProgram(const std::vector<std::string>& arguments);
+
 /// Runs the command, and has `look` look at the iPod as the command left it.
 /// @param trace whether every frame is told on standard error
 Finished Run(const Case& run, bool trace,

@@ -24,6 +24,7 @@ SerialPort::SerialPort(std::string port_name, SerialLine& line, const Clock& clo
   state.fBinary = 1;
   state.ByteSize = 8;
   line_.port_ = this;
+  line_.NoteSettings(state);
 }
 
 void SerialPort::Close() {
@@ -38,6 +39,7 @@ DWORD SerialPort::SetState(const DCB& wanted) {
                         wanted.StopBits <= TWOSTOPBITS;
   if (!possible) return ERROR_INVALID_PARAMETER;
   state = wanted;
+  line_.NoteSettings(state);
   return ERROR_SUCCESS;
 }
 
@@ -126,6 +128,7 @@ DWORD SerialPort::Write(const std::uint8_t* data, std::size_t count, std::size_t
     if (const DWORD code = Condition()) return code;
     if (aborted != writes_aborted_) return ERROR_OPERATION_ABORTED;
     while (*written < count && line_.to_device_.on_the_way() < SerialLine::kTransmitQueueBytes) {
+      line_.NoteByte(capture::Direction::kSent, data[*written]);
       line_.to_device_.Send(data[(*written)++], clock_.now_us());
     }
     if (*written == count || deadline_us <= clock_.now_us()) return ERROR_SUCCESS;
@@ -158,6 +161,7 @@ void SerialPort::ByteArrived(std::uint8_t byte) {
     errors_ |= kReceiveOverflow;
     return;
   }
+  line_.NoteByte(capture::Direction::kReceived, byte);
   received_.push_back(byte);
   events_ |= mask_ & EV_RXCHAR;
   if (byte == static_cast<std::uint8_t>(state.EvtChar)) events_ |= mask_ & EV_RXFLAG;

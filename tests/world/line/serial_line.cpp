@@ -51,6 +51,16 @@ void SerialLine::SetSpeed(std::uint32_t baud, std::uint32_t bits_per_byte) {
   to_device_.SetSpeed(baud, bits_per_byte);
 }
 
+void SerialLine::NoteSettings(const DCB& settings) {
+  if (tap_ == nullptr) return;
+  tap_->Configure(settings.BaudRate, std::to_string(settings.BaudRate) + " baud",
+                  RecordedTime(clock_));
+}
+
+void SerialLine::NoteByte(capture::Direction direction, std::uint8_t byte) {
+  if (tap_ != nullptr) tap_->Record(direction, &byte, 1, RecordedTime(clock_));
+}
+
 std::int64_t SerialLine::NextEvent() {
   std::int64_t next_us = std::min(to_host_.NextArrival(), to_device_.NextArrival());
   if (device_ != nullptr && !vanished_) {
@@ -101,7 +111,7 @@ std::string Normal(const std::string& name) {
 SerialLine& SerialLines::Get(const std::string& name) {
   std::unique_ptr<SerialLine>& line = lines_[Normal(name)];
   if (line == nullptr) {
-    line = std::make_unique<SerialLine>(clock_);
+    line = std::make_unique<SerialLine>(clock_, recording_.Tap(name));
     line->to_host().SetSeed(Draw(seed_, Purpose::kNoise, 2 * lines_.size()));
     line->to_device().SetSeed(Draw(seed_, Purpose::kNoise, 2 * lines_.size() + 1));
   }

@@ -5,8 +5,11 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
+#include "platform/services.h"
 #include "world/clock.h"
+#include "world/line/line_recording.h"
 #include "world/line/serial_device.h"
 #include "world/line/wire.h"
 #include "world/line/wire_faults.h"
@@ -25,7 +28,9 @@ class SerialLine {
   static constexpr std::size_t kTransmitQueueBytes = 1024;
   static constexpr std::size_t kReceiveQueueBytes = 4096;
 
-  explicit SerialLine(const Clock& clock) : clock_(clock) {}
+  /// @param tap records the line; null when it is not recorded
+  explicit SerialLine(const Clock& clock, std::unique_ptr<capture::LineTap> tap = nullptr)
+      : clock_(clock), tap_(std::move(tap)) {}
   SerialLine(const SerialLine&) = delete;
   SerialLine& operator=(const SerialLine&) = delete;
 
@@ -59,12 +64,17 @@ class SerialLine {
   friend class SerialLines;
   friend class SerialPort;
 
+  // For the recording.
+  void NoteSettings(const DCB& settings);
+  void NoteByte(capture::Direction direction, std::uint8_t byte);
+
   void PlugOwned(std::unique_ptr<SerialDevice> device);
   std::int64_t NextEvent();
   void RunUntil(std::int64_t now_us, class Scheduler& scheduler);
   bool RunOnce(std::int64_t now_us, Scheduler& scheduler);
 
   const Clock& clock_;
+  const std::unique_ptr<capture::LineTap> tap_;
   Wire to_host_;
   Wire to_device_;
   SerialDevice* device_ = nullptr;
@@ -91,6 +101,7 @@ class SerialLines : public Timeline {
  private:
   const Clock& clock_;
   const std::uint64_t seed_;
+  const LineRecording recording_;
   Scheduler* scheduler_ = nullptr;
   std::map<std::string, std::unique_ptr<SerialLine>> lines_;
 };
