@@ -143,6 +143,7 @@ LegacyAnswer AskLegacy(ipod& docked, const LegacyQuestion& question) {
 }
 
 LegacyAnswer AskLegacyShort(ipod& docked, const LegacyQuestion& question) {
+  LegacyAnswer none;
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
     StopIfInterrupted();
     LegacyAnswer answer;
@@ -155,11 +156,13 @@ LegacyAnswer AskLegacyShort(ipod& docked, const LegacyQuestion& question) {
       verdict = JudgeData(question, *data, &answer);
     }
     if (answer.answered()) return answer;
+    if (verdict == Verdict::kDamaged) none.result = Result::kUnclear;
     if (verdict == Verdict::kDamaged || attempt != 1) continue;
     answer = AskForAck(docked, question);
     if (answer.refused()) return answer;
+    if (answer.result == Result::kUnclear) none.result = Result::kUnclear;
   }
-  return {};
+  return none;
 }
 
 LegacyAnswer AskForAck(ipod& docked, const LegacyQuestion& question) {
@@ -170,6 +173,7 @@ LegacyAnswer AskForAck(ipod& docked, const LegacyQuestion& question) {
   while (SteadyTime() - start < kLongestAttempt) {
     std::optional<Bytes> ack = ReadFrame(docked, question.ack);
     if (!ack) break;
+    answer.result = Result::kUnclear;
     SkipIdentifier(&*ack, kAckBytes);
     if (ack->size() < kAckBytes || (*ack)[1] != question.command || (*ack)[0] == kPending) continue;
     answer.status = ack->front();

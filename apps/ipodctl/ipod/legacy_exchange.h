@@ -27,7 +27,12 @@ struct LegacyQuestion {
 };
 
 struct LegacyAnswer {
-  enum class Result { kAnswered, kRefused, kUnanswered };
+  enum class Result {
+    kAnswered,
+    kRefused,
+    kUnclear,  // something came, but no whole answer
+    kUnanswered
+  };
 
   Result result = Result::kUnanswered;
   std::uint8_t status = 0;  // of the refusing ACK

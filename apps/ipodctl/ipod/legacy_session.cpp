@@ -126,11 +126,12 @@ bool LegacySession::AcceptsWorkouts() {
   return true;
 }
 
-// An iPod that does not know the question refuses it, and so is there. Waiting for the answer drops
-// the packets that came before.
+// An iPod that does not know the question refuses it, and so is there, however damaged the refusal
+// arrives. Waiting for the answer drops the packets that came before.
 bool Answers(ipod& docked) {
   DisplayText name;
-  return docked.getipodname(name.buffer()) != 0 || AskForAck(docked, NameQuestion()).refused();
+  return docked.getipodname(name.buffer()) != 0 ||
+         AskForAck(docked, NameQuestion()).result != LegacyAnswer::Result::kUnanswered;
 }
 
 bool Echoes(ipod& docked) {

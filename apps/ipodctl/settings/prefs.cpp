@@ -115,7 +115,7 @@ LegacyAnswer Set(LegacySession& session, const Preference& preference, unsigned 
   LegacyAnswer answer;
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     answer = AskForAck(session.interface(), question);
-    if (answer.result != LegacyAnswer::Result::kUnanswered) break;
+    if (answer.answered() || answer.refused()) break;
   }
   return answer;
 }
