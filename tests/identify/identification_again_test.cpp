@@ -91,7 +91,7 @@ TEST_F(Again, FailedTokensGoBackToFramesWithoutIdentifiers) {
   EXPECT_EQ(Identify(), 1);
   const std::vector<std::string> sent = DrainSent();
   EXPECT_THAT(sent, Contains("FF 55 03 00 0F 00 EE"));
-  EXPECT_EQ(sent.back(), "FF 55 0A 00 49 00 00 00 00 00 00 02 04 A7");
+  EXPECT_EQ(test::Last(sent), "FF 55 0A 00 49 00 00 00 00 00 00 02 04 A7");
 }
 
 TEST_F(Again, ReopenedSessionCountsFromZeroWithIdentifiersStillOn) {

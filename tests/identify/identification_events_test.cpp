@@ -62,7 +62,8 @@ TEST_F(EventChoice, NothingIsChosenWhenTheMaskIsNotAnswered) {
   Ignore("00 4F");
   IdentifyByLingoes();
   const std::vector<std::string> sent = DrainSent();
-  EXPECT_EQ(sent.back(), "FF 55 02 00 4F AF");
+  EXPECT_EQ(test::Last(sent), "FF 55 02 00 4F AF");
+  ASSERT_GE(sent.size(), 3U);
   EXPECT_EQ(sent[sent.size() - 3], "FF 55 02 00 4F AF") << "after three attempts";
 }
 

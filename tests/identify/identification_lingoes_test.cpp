@@ -32,7 +32,7 @@ class Lingoes : public Identification {
     AcceptLingoes();
     EXPECT_EQ(Identify(), 0);
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
-    EXPECT_EQ(DrainDebugOutput().back(), kTooOld);
+    EXPECT_EQ(test::Last(DrainDebugOutput()), kTooOld);
     EXPECT_EQ(DrainSentOf("00 13").size(), 1U) << "the lingoes are not announced";
   }
 };
@@ -185,7 +185,7 @@ TEST_F(Lingoes, UnansweredVersionLeavesTheRecordOfAnEarlierCall) {
   Ignore("00 0F 00");
   Peer::Identity(session_).general = {1, 2};
   ExpectIdentified();
-  EXPECT_EQ(DrainDebugOutput()[0], "Lingo Version - General = not supported\r\n");
+  EXPECT_EQ(test::First(DrainDebugOutput()), "Lingo Version - General = not supported\r\n");
 }
 
 // ---- Sports -------------------------------------------------------------------------------------
@@ -232,7 +232,7 @@ TEST_F(Lingoes, SurveyDoesNotTakeSportsBack) {
   AnswerVersion("09", "01 00");
   ExpectIdentified();
   EXPECT_EQ(session_.SupportsSports(), 1);
-  EXPECT_EQ(DrainSentOf("00 13").back(), Frame(test::kIdentifyLingoesWithSports));
+  EXPECT_EQ(test::Last(DrainSentOf("00 13")), Frame(test::kIdentifyLingoesWithSports));
 }
 
 // ---- Second announcement ------------------------------------------------------------------------
@@ -257,7 +257,7 @@ TEST_P(RefusedLingoes, EndTheSequenceAfterTheWait) {
   const std::vector<std::string> calls = DrainHostCalls();
   EXPECT_EQ(calls[calls.size() - 1], "WaitForSingleObject(1000)");
   EXPECT_EQ(calls[calls.size() - 2], "WaitForSingleObject(1000)");
-  EXPECT_THAT(DrainSent().back(), Frame(test::kIdentifyLingoesWithSports));
+  EXPECT_THAT(test::Last(DrainSent()), Frame(test::kIdentifyLingoesWithSports));
   EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 

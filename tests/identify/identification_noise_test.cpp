@@ -39,7 +39,7 @@ class Dock {
  public:
   Dock() {
     world_.line().Plug(ipod_);
-    session_.emplace();
+    test::ChooseConduct(session_.emplace());
     world_.Advance(2 * test::kSecond);
     session_->Open();
     session_->SetIDPSEnable(1);

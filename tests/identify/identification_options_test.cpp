@@ -89,7 +89,8 @@ TEST_P(SportsOption, IsBitOneOfTheLastByte) {
   ReplyWithId("00 4B 09", "00 4C 09 " + GetParam().options);
   IdentifyByTokens();
   EXPECT_EQ(session_.SupportsSports(), GetParam().expected);
-  EXPECT_EQ(DrainDebugOutput()[0], "Supports Sports " + std::to_string(GetParam().expected) + "\n");
+  EXPECT_EQ(test::First(DrainDebugOutput()),
+            "Supports Sports " + std::to_string(GetParam().expected) + "\n");
   EXPECT_EQ(PopAnnouncement(), Frame("00 39", 4,
                                      GetParam().expected == 1 ? test::kAnnounceWithSports
                                                               : test::kAnnounceWithoutSports));

@@ -22,7 +22,7 @@ constexpr const char* kNoAck =
 class Start : public Identification {};
 
 TEST_F(Start, TokensAreOffAfterConstruction) {
-  CIpodComm session;
+  test::ChosenSession session;
   EXPECT_EQ(session.GetIDPSEnable(), 0);
   EXPECT_EQ(session.SupportsSports(), 0);
 }
@@ -148,6 +148,7 @@ TEST_F(Start, DisabledTokensAreNotTried) {
   EXPECT_EQ(Identify(), 1);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_LINGOS);
   const std::vector<std::string> sent = DrainSent();
+  ASSERT_GE(sent.size(), 2U);
   EXPECT_EQ(sent[0], "FF");
   EXPECT_EQ(sent[1], kGeneralOnlyFrame);
   EXPECT_THAT(sent, Not(Contains(kStartFrame)));

@@ -33,7 +33,7 @@ class StoppedIdentification : public Identification, public ::testing::WithParam
     EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
     EXPECT_EQ(steps_, stop_at_);
     EXPECT_EQ(Peer::Identity(session_).idps_done, 0);
-    EXPECT_EQ(DrainSent().back(), GetParam().last_sent);
+    EXPECT_EQ(test::Last(DrainSent()), GetParam().last_sent);
     EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
   }
 };
@@ -106,7 +106,7 @@ TEST_F(Stopping, EndsLaterAttemptsToo) {
     EXPECT_EQ(steps_, stop_at_);
     EXPECT_EQ(test::DrainTraceLog().size(), static_cast<std::size_t>(stop_at_ - 1));
     const std::vector<std::string> sent = DrainSent();
-    EXPECT_EQ(sent.back(), "FF");
+    EXPECT_EQ(test::Last(sent), "FF");
     EXPECT_EQ(sent.size(), static_cast<std::size_t>(stop_at_ * 2 - 1));
     EXPECT_EQ(session_.GetIDPSEnable(), stop_at_ == 4 ? 0 : 1);
   }

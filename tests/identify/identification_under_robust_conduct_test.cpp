@@ -105,7 +105,7 @@ TEST_F(AnIpodThatTellsNoVersion, IsNotCalledTooOldUnderRobustConduct) {
   session_.SetConduct(&IPOD_CONDUCT_ROBUST);
   EXPECT_EQ(Identify(), 0);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
-  EXPECT_EQ(DrainDebugOutput().back(), "iPod told too few versions!\r\n");
+  EXPECT_EQ(test::Last(DrainDebugOutput()), "iPod told too few versions!\r\n");
 }
 
 TEST_F(AnIpodThatTellsNoVersion, IsAskedForOneOnlyUnderRobustConduct) {
@@ -237,7 +237,7 @@ TEST_F(OwnBytesBack, AreNoticedUnderRobustConduct) {
   session_.SetConduct(&IPOD_CONDUCT_ROBUST);
   EXPECT_LT(Elapsed([&] { EXPECT_EQ(Identify(), 0); }), 3 * test::kSecond);
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_ECHO);
-  EXPECT_EQ(DrainDebugOutput().back(), "Own bytes came back, and no answer!\r\n");
+  EXPECT_EQ(test::Last(DrainDebugOutput()), "Own bytes came back, and no answer!\r\n");
 }
 
 TEST_F(OwnBytesBack, AreNoticedWithoutTokensToo) {

@@ -132,7 +132,7 @@ class Packing : public ::testing::Test {
   }
 
   test::World world_;
-  CIpodComm session_;
+  test::ChosenSession session_;
   std::vector<test::Bytes> packed_;
   const std::string letters_ = std::string(600, 'M');
 };

@@ -170,7 +170,7 @@ TEST_F(Browsing, SingleRecordWithCategory255CarriesTheCurrentCategory) {
   Enter(2);
   wchar_t name[64] = {};
   session_.Command_RetrieveCategorizedDatabaseRecord(name, 64, 0, 255);
-  EXPECT_EQ(DrainSent().front(), "FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3");
+  EXPECT_EQ(test::First(DrainSent()), "FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3");
 }
 
 TEST_F(Browsing, FailedSingleRecordDoesNotClearTheBuffer) {

@@ -153,7 +153,7 @@ TEST_F(Playback, RefusedNotificationMaskIsFollowedByTheOneByteForm) {
 TEST_F(Playback, UnansweredNotificationMaskIsFollowedByTheOneByteForm) {
   Answer("FF 55 04 04 00 26 00 D2", "FF 55 06 04 00 01 00 00 26 CF");
   EXPECT_EQ(session_.SetNotification(0), 1);
-  EXPECT_EQ(DrainSent().back(), "FF 55 04 04 00 26 00 D2");
+  EXPECT_EQ(test::Last(DrainSent()), "FF 55 04 04 00 26 00 D2");
 }
 
 TEST_F(Playback, NotificationsFailWhenBothFormsAreRefused) {

@@ -194,21 +194,4 @@ TEST_F(FastPace, AVanishedAdapterIsTriedEveryFiftyMilliseconds) {
   EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
 }
 
-TEST_F(FastPace, LosesNothingOfAMinuteOfFramesBackToBack) {
-  constexpr int kFrames = 41142;  // at 57600 baud, 10 bits a byte
-  test::Bytes minute;
-  for (int i = 0; i < kFrames; ++i) {
-    const test::Bytes frame = test::Hex(kAckFrame);
-    minute.insert(minute.end(), frame.begin(), frame.end());
-  }
-  ipod_.Send(minute);
-  int frames = 0;
-  for (int second = 0; second < 61; ++second) {
-    world_.Advance(kSecond);
-    tagSERIAL_PACKET packet = {};
-    while (serial_.GetNextPacket(&packet, 0)) ++frames;
-  }
-  EXPECT_EQ(frames, kFrames);
-}
-
 }  // namespace

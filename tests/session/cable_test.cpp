@@ -152,7 +152,7 @@ TEST(Schedules, AllTellTheSameStory) {
     ipod.Answer(test::Hex("FF 55 04 04 00 18 05 DB"),
                 test::Hex("FF 55 07 04 00 19 00 00 01 02 D9 FF 55 02 09 03 F2"));
     {
-      CIpodComm session;
+      test::ChosenSession session;
       world.Advance(static_cast<std::int64_t>(seed) * 10 * kMillisecond);
       ASSERT_EQ(session.Open(), 0) << seed;
       wchar_t name[8] = {};

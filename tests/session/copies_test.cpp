@@ -26,7 +26,7 @@ class Copies : public ::testing::TestWithParam<Row> {
  protected:
   std::unique_ptr<CIpodComm> CopyOf(const CIpodComm& source) {
     if (GetParam().kind == Kind::kConstructed) return std::make_unique<CIpodComm>(source);
-    auto copy = std::make_unique<CIpodComm>();
+    auto copy = test::NewSession();
     *copy = source;
     return copy;
   }
@@ -56,7 +56,7 @@ TEST_P(Copies, OfASessionMayGoInEitherOrder) {
     World world({seed});
     world.line().Plug(ipod);
     ipod.Answer(test::Hex("FF 55 02 00 07 F7"), test::Hex("FF 55 04 00 08 41 00 B3"));
-    auto source = std::make_unique<CIpodComm>();
+    auto source = test::NewSession();
     world.Advance(2 * kSecond);
     EXPECT_EQ(source->Open(), 0);
     auto copy = CopyOf(*source);
@@ -87,7 +87,7 @@ TEST_P(Copies, SurvivorDoesNotSpinOnStaleHandles) {
   ScriptedDevice ipod;
   World world;
   world.line().Plug(ipod);
-  auto source = std::make_unique<CIpodComm>();
+  auto source = test::NewSession();
   world.Advance(2 * kSecond);
   EXPECT_EQ(source->Open(), 0);
   auto copy = CopyOf(*source);
@@ -105,7 +105,7 @@ TEST_P(Copies, SurvivorCanBeOpenedAgain) {
   World world;
   world.line().Plug(ipod);
   ipod.Answer(test::Hex("FF 55 02 00 07 F7"), test::Hex("FF 55 04 00 08 41 00 B3"));
-  auto source = std::make_unique<CIpodComm>();
+  auto source = test::NewSession();
   world.Advance(2 * kSecond);
   EXPECT_EQ(source->Open(), 0);
   auto copy = CopyOf(*source);
@@ -124,7 +124,7 @@ TEST_P(Copies, SurvivorCanBeOpenedAgain) {
 
 TEST_P(Copies, HoldsWhatTheSourceHeld) {
   World world;
-  auto source = std::make_unique<CIpodComm>();
+  auto source = test::NewSession();
   CIpodCommPeer::OwnTransactionId(*source) = 0x1234;
   CIpodCommPeer::TransactionIdMode(*source) = 1;
   CIpodCommPeer::IpodTransactionIds(*source)[12] = 0x4321;

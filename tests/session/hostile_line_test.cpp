@@ -35,7 +35,7 @@ struct Dock {
 
   ScriptedDevice ipod;
   World world;
-  CIpodComm session;
+  test::ChosenSession session;
 };
 
 RC_GTEST_PROP(HostileLine, RandomBytesAreSurvived, ()) {

@@ -21,7 +21,7 @@ std::vector<std::string> TalkAtTheSameTime(std::uint64_t seed, int mode) {
   ScriptedDevice ipod;
   World world({seed});
   world.line().Plug(ipod);
-  CIpodComm session;
+  test::ChosenSession session;
   world.Advance(2 * kSecond);
   EXPECT_EQ(session.Open(), 0);
   CIpodCommPeer::TransactionIdMode(session) = mode;
@@ -102,7 +102,7 @@ TEST(Interleaving, RecordRequestsReturnTheIdentifierOfTheirOwnFrame) {
     ScriptedDevice ipod;
     World world({seed});
     world.line().Plug(ipod);
-    CIpodComm session;
+    test::ChosenSession session;
     world.Advance(2 * kSecond);
     EXPECT_EQ(session.Open(), 0);
     CIpodCommPeer::TransactionIdMode(session) = 1;
@@ -131,7 +131,7 @@ TEST(Interleaving, OwnIdentifierStepsOncePerFrame) {
     ScriptedDevice ipod;
     World world({seed});
     world.line().Plug(ipod);
-    CIpodComm session;
+    test::ChosenSession session;
     world.Advance(2 * kSecond);
     EXPECT_EQ(session.Open(), 0);
     CIpodCommPeer::TransactionIdMode(session) = 1;
@@ -155,7 +155,7 @@ TEST(Interleaving, UnaskedRequestsDoNotDisturbExchanges) {
                 test::Hex("FF 55 02 09 03 F2 FF 55 08 04 00 27 07 00 00 00 2A 9C FF 55 05 00 08 41 "
                           "42 00 70 FF 55 03 00 27 00 D6"),
                 static_cast<std::int64_t>(seed % 20) * kMillisecond);
-    CIpodComm session;
+    test::ChosenSession session;
     world.Advance(2 * kSecond);
     EXPECT_EQ(session.Open(), 0);
     world.Advance(50 * kMillisecond);

@@ -24,7 +24,7 @@ class Life {
     world.NameRoutine(CIpodComm::ReadPacketThread, "routing");
     world.NameRoutine(CIpodComm::NotificationThread, "notification");
     world.line().Plug(ipod);
-    session = std::make_unique<CIpodComm>();
+    session = test::NewSession();
   }
   ~Life() { world.line().Unplug(); }
 
@@ -136,7 +136,7 @@ TEST(Destruction, IsQuickBesideAnotherSession) {
     SCOPED_TRACE(seed);
     Life life(seed);
     life.Open();
-    auto other = std::make_unique<CIpodComm>();
+    auto other = test::NewSession();
     life.world.Advance(static_cast<std::int64_t>(seed) * 37 * kMillisecond);
     auto& first = seed % 2 == 0 ? life.session : other;
     auto& second = seed % 2 == 0 ? other : life.session;
@@ -172,7 +172,7 @@ TEST(Destruction, ManySessionsInARowWork) {
     EXPECT_EQ(life.session->Command_RequestIpodName(name, 8), 1);
     EXPECT_STREQ(name, L"A");
     life.session = nullptr;
-    life.session = std::make_unique<CIpodComm>();
+    life.session = test::NewSession();
   }
   life.session = nullptr;
   life.world.Advance(3 * kSecond);

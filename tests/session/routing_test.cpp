@@ -131,7 +131,7 @@ TEST_P(Identifier, IsKeptForRequestsOnly) {
   for (const int mode : {0, 1}) {
     // The host always goes first: the notification thread answers no request before the look.
     World world({1, ipodcomm::virtual_platform::PrioritySchedule({1})});
-    CIpodComm session;
+    test::ChosenSession session;
     CIpodCommPeer::TransactionIdMode(session) = mode;
     auto& slots = CIpodCommPeer::IpodTransactionIds(session);
     std::fill(std::begin(slots), std::end(slots), std::uint16_t{0x5A5A});

@@ -71,7 +71,7 @@ TEST_P(Stories, IdentifiedBrowsedPlayedAndFollowedWithoutAMistake) {
   World world({GetParam()});
   world.line().PlugModel(ipod);
   {
-    CIpodComm session;
+    test::ChosenSession session;
     world.Advance(2 * kSecond);
     ASSERT_EQ(session.Open(), 0);
     const Story story = Tell(world, session);
@@ -112,7 +112,7 @@ TEST_P(FaultyStories, EndInTimeAndTheSessionWorksAfterwards) {
     ipodsim::SimulatedIpod sound_ipod(sound);
     World world({seed});
     world.line().PlugModel(faulty_ipod);
-    CIpodComm session;
+    test::ChosenSession session;
     world.Advance(2 * kSecond);
     ASSERT_EQ(session.Open(), 0) << where;
     const std::int64_t start_us = world.now_us();
@@ -143,7 +143,7 @@ TEST(Story, SilentIpodIsGivenUpAndASoundOneIsIdentifiedAfterwards) {
   ipodsim::SimulatedIpod sound(ipodsim::Settings{});
   World world({1});
   world.line().PlugModel(silent);
-  CIpodComm session;
+  test::ChosenSession session;
   world.Advance(2 * kSecond);
   ASSERT_EQ(session.Open(), 0);
   session.SetIDPSEnable(1);

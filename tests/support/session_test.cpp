@@ -1,9 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "support/session_test.h"
 
+#include <cstdlib>
+
 namespace test {
 
 namespace {
+
+// "NAME=value " when the variable is set.
+std::string Setting(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : std::string(name) + "=" + value + " ";
+}
 
 // Tells worlds about the test that runs, so that a failure prints how to repeat it.
 [[maybe_unused]] const bool hooks_set = [] {
@@ -11,7 +19,8 @@ namespace {
       {[] { return ::testing::Test::HasFailure(); },
        [] {
          const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-         return std::string(::testing::internal::GetArgvs().front()) +
+         return Setting("IPODCOMM_CONDUCT") + Setting("IPODCOMM_DELIVERY") +
+                ::testing::internal::GetArgvs().front() +
                 " --gtest_filter=" + info->test_suite_name() + "." + info->name();
        }});
   return true;
@@ -39,10 +48,10 @@ std::vector<std::string> DockTest::DrainSent() {
 
 void DockTest::Arrive(std::string_view bytes) {
   // The line needs 0.2 ms per byte, the read thread 2 ms, and the answer to a request 20 ms and
-  // more.
+  // more. No delivery makes that 200 ms more.
   const Bytes sent = Hex(bytes);
   ipod_.Send(sent);
-  world_.Advance(static_cast<std::int64_t>(sent.size()) * 5 * kMillisecond + 100 * kMillisecond);
+  world_.Advance(static_cast<std::int64_t>(sent.size()) * 5 * kMillisecond + 300 * kMillisecond);
 }
 
 void DockTest::Answer(std::string_view request, std::string_view reply, std::int64_t delay_us) {
@@ -58,6 +67,7 @@ std::vector<std::string> DockTest::DrainDebugOutput() {
 
 SessionTest::SessionTest() {
   world_.Advance(2 * kSecond);
+  ChooseConduct(session_);
   EXPECT_EQ(session_.Open(), 0);
   DrainSent();
   DrainDebugOutput();

@@ -12,6 +12,7 @@
 
 #include "ipodcomm/CIpodComm.h"
 #include "support/bytes.h"
+#include "support/chosen_conduct.h"
 #include "support/peers.h"
 #include "support/trace_log.h"
 #include "world/line/scripted_device.h"
@@ -23,6 +24,14 @@ using ipodcomm::virtual_platform::kMillisecond;
 using ipodcomm::virtual_platform::kSecond;
 using ipodcomm::virtual_platform::ScriptedDevice;
 using ipodcomm::virtual_platform::World;
+
+/// The first and the last of some texts, an empty one when there are none.
+inline std::string First(const std::vector<std::string>& texts) {
+  return texts.empty() ? "" : texts.front();
+}
+inline std::string Last(const std::vector<std::string>& texts) {
+  return texts.empty() ? "" : texts.back();
+}
 
 /// A world whose COM2: has a scripted iPod, with the library's threads under readable names
 /// ("read", "routing", "notification").
@@ -55,7 +64,8 @@ class DockTest : public ::testing::Test {
   std::size_t debug_lines_taken_ = 0;
 };
 
-/// An open session on it; its construction lies more than a driver restart back.
+/// An open session on it, under the chosen conduct; its construction lies more than a driver
+/// restart back.
 class SessionTest : public DockTest {
  protected:
   SessionTest();

@@ -150,7 +150,7 @@ class StoredDocument : public ::testing::Test {
   const std::string folder_;
   ipodsim::SimulatedIpod ipod_;
   World world_;
-  CIpodComm session_;
+  test::ChosenSession session_;
 };
 
 }  // namespace test

@@ -87,7 +87,7 @@ class WorkoutHour : public ::testing::Test {
 
   ipodsim::SimulatedIpod ipod_{ipodsim::Settings()};
   ipodcomm::virtual_platform::World world_;
-  CIpodComm session_;
+  test::ChosenSession session_;
 };
 
 TEST_F(WorkoutHour, OfAnIntervalASecondLosesDoublesAndPilesUpNothing) {

@@ -54,6 +54,8 @@ class Gym {
     session_.SetIDPSEnable(1);
     EXPECT_NE(session_.Command_IdentifyDeviceLingos(0, nullptr, nullptr, nullptr), 0);
     EXPECT_TRUE(ipod_.identified_by_tokens());
+    // What the iPod asks now is answered before the first command.
+    world_.Advance(kSecond);
     DrainDebugOutput();
   }
   int Start(const Equipment& equipment) {
@@ -127,7 +129,7 @@ class Gym {
 
   ipodsim::SimulatedIpod ipod_;
   World world_;
-  CIpodComm session_;
+  test::ChosenSession session_;
 
  private:
   std::size_t debug_lines_taken_ = 0;

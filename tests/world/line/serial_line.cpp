@@ -29,12 +29,14 @@ void SerialLine::Unplug() {
   const Unwatched unwatched;
   device_ = nullptr;
   owned_device_.reset();
+  delivery_.Cut();
   to_host_.Cut();
 }
 
 void SerialLine::Vanish() {
   const Unwatched unwatched;
   vanished_ = true;
+  delivery_.Cut();
   to_host_.Cut();
   to_device_.Cut();
   if (port_ != nullptr) port_->LineChanged();
@@ -61,8 +63,14 @@ void SerialLine::NoteByte(capture::Direction direction, std::uint8_t byte) {
   if (tap_ != nullptr) tap_->Record(direction, &byte, 1, RecordedTime(clock_));
 }
 
+void SerialLine::SetDelivery(Delivery::Manner manner) {
+  const Unwatched unwatched;
+  delivery_.Choose(manner);
+}
+
 std::int64_t SerialLine::NextEvent() {
-  std::int64_t next_us = std::min(to_host_.NextArrival(), to_device_.NextArrival());
+  std::int64_t next_us =
+      std::min({to_host_.NextArrival(), to_device_.NextArrival(), delivery_.NextEvent()});
   if (device_ != nullptr && !vanished_) {
     next_us = std::min(next_us, device_->NextEvent().value_or(kNever));
   }
@@ -89,9 +97,13 @@ bool SerialLine::RunOnce(std::int64_t now_us, Scheduler& scheduler) {
     if (arrived && port_ != nullptr) port_->ByteArrived(byte);
     return true;
   }
+  if (delivery_.NextEvent() <= now_us) {
+    for (const std::uint8_t sent : delivery_.PopPiece()) to_host_.Send(sent, now_us);
+    return true;
+  }
   if (device_ == nullptr || vanished_) return false;
   if (device_->NextEvent().value_or(kNever) > now_us) return false;
-  for (const std::uint8_t sent : device_->Transmit(now_us)) to_host_.Send(sent, now_us);
+  delivery_.Add(device_->Transmit(now_us), now_us);
   return true;
 }
 

@@ -9,6 +9,7 @@
 
 #include "platform/services.h"
 #include "world/clock.h"
+#include "world/line/delivery.h"
 #include "world/line/line_recording.h"
 #include "world/line/serial_device.h"
 #include "world/line/wire.h"
@@ -51,6 +52,8 @@ class SerialLine {
   void Restore();
 
   void SetSpeed(std::uint32_t baud, std::uint32_t bits_per_byte = 10);
+  /// How the device's bytes come from now on; at first as the environment says.
+  void SetDelivery(Delivery::Manner manner);
 
   bool vanished() const { return vanished_; }
   /// Whether the host has the port open.
@@ -75,6 +78,7 @@ class SerialLine {
 
   const Clock& clock_;
   const std::unique_ptr<capture::LineTap> tap_;
+  Delivery delivery_;
   Wire to_host_;
   Wire to_device_;
   SerialDevice* device_ = nullptr;
