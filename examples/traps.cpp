@@ -63,6 +63,7 @@ int main() {
   std::setlocale(LC_ALL, "");
   std::FILE* const output = TakeStandardOutput();
   CIpodComm session;
+  session.SetConduct(&IPOD_CONDUCT_ROBUST);
   session.SetIDPSEnable(1);
   const bool done = Succeed(session) && session.Command_ResetDBSelection() == 1 &&
                     PlayAndPrint(session) && PlayQuietly(session) && BorrowModes(session);

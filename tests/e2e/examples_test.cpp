@@ -209,7 +209,6 @@ TEST(LegacyWorkoutExample, SaysThatNoIpodAnswers) {
 // What the page on traps says of them, on an iPod that does not tell the album.
 TEST(TrapsExample, GetsAroundThem) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
-  settings.remote_ui_is_pending_first = false;
   settings.refused[{0x04, 0x0024}] = AckStatus::kFailed;
   const DockedIpod dock(settings);
   const Ended ended = RunToEnd("traps", dock);
