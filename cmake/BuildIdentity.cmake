@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The target build_identity, which programs link to tell their version, commit and date. It is looked
 # at in every build, and compiled when it has changed.
 set(identity ${PROJECT_BINARY_DIR}/build_identity.cpp)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles through ccache where there is one, unless a launcher was asked for.
 find_program(IPODCOMM_CCACHE ccache)
 if(IPODCOMM_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)

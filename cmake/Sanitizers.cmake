@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 if(IPODCOMM_SANITIZE)
   # More optimisation takes minutes on instrumented code and finds nothing more; lines are all that a
   # report needs to know.

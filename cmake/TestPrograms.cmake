@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What all test programs have in common.
 include(GoogleTest)
 

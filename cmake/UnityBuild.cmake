@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Most of what a compiler does for a source here is reading headers and instantiating the same
 # templates again, GoogleTest's above all. Eight sources in one translation unit take less than half of
 # the time that they take one by one.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Every target of the project is built with these; a warning is an error.
 add_compile_options(-Wall -Wextra -Wconversion -Wshadow -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

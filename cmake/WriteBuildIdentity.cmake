@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Writes OUTPUT: the version, the commit and the date of the tree SOURCE. The commit of a tree without
 # git is what the environment variable IPODCOMM_COMMIT says. SOURCE_DATE_EPOCH goes before the commit's
 # date; a tree that has neither has the date of this day.

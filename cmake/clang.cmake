@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiles with Clang: for AddressSanitizer, whose code it makes in half of the time that GCC takes,
 # and for script/tidy. Everything passes the warnings of a second compiler so. Not for ThreadSanitizer,
 # whose runtime of Clang lets no program count its memory by an operator new of its own.

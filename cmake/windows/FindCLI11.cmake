@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 include(${CMAKE_CURRENT_LIST_DIR}/HostHeaders.cmake)
 ipodcomm_add_host_headers(CLI11::CLI11 CLI)
 set(CLI11_FOUND ${ipodcomm_host_headers_found})

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # GoogleTest for the target, built from the sources that the distribution ships.
 set(googletest_folder /usr/src/googletest)
 if(EXISTS ${googletest_folder}/CMakeLists.txt)

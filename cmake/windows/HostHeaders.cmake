@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Headers of the build machine that suit every target, without the rest of its include folder.
 #
 # A header-only library installed here serves the cross-build as well, but its folder also holds this

@@ -21,6 +21,7 @@ class MarkdownPage : public PageWriter {
 
  private:
   std::string text_ =
+      "<!-- SPDX-License-Identifier: MIT -->\n"
       "<!-- Made from the table in wire/ by the target write_wire_pages. Change the table. -->\n";
 };
 
