@@ -7,7 +7,12 @@ namespace {
 
 class MarkdownPage : public PageWriter {
  public:
-  void Title(const std::string& text) override { text_ += "# " + text + "\n"; }
+  void Title(const std::string& text) override {
+    text_ =
+        "# " + text +
+        "\n<!-- SPDX-License-Identifier: MIT -->\n"
+        "<!-- Made from the table in wire/ by the target write_wire_pages. Change the table. -->\n";
+  }
   void Lingo(const std::string& text) override { text_ += "\n## " + text + "\n"; }
   void Command(const std::string& text) override { text_ += "\n### " + text + "\n"; }
   void Paragraph(const std::string& text) override { text_ += "\n" + text + "\n"; }
@@ -20,9 +25,7 @@ class MarkdownPage : public PageWriter {
   const std::string& text() const { return text_; }
 
  private:
-  std::string text_ =
-      "<!-- SPDX-License-Identifier: MIT -->\n"
-      "<!-- Made from the table in wire/ by the target write_wire_pages. Change the table. -->\n";
+  std::string text_;
 };
 
 }  // namespace
