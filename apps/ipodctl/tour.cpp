@@ -98,12 +98,13 @@ void Tour::ShowDevice(Session& session) {
     output_.Fact(lingo.name, VersionText(*lingo.version));
     lingoes[lingo.name] = VersionText(*lingo.version);
   }
-  output_.Object({{"step", "device"},
-                  {"name", info.name.value_or("")},
-                  {"model", info.model.value_or("")},
-                  {"color", static_cast<int>(info.color)},
-                  {"sports", info.sports.value_or(false)},
-                  {"lingoes", lingoes}});
+  Json device = {{"step", "device"}};
+  if (info.name) device["name"] = *info.name;
+  if (info.model) device["model"] = *info.model;
+  device["color"] = static_cast<int>(info.color);
+  if (info.sports) device["sports"] = *info.sports;
+  device["lingoes"] = lingoes;
+  output_.Object(device);
 }
 
 // From the artists down to a list of at least two tracks, so that there is one to skip to.
