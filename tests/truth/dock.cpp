@@ -3,6 +3,7 @@
 #include "dock.h"
 
 #include <algorithm>
+#include <csignal>
 #include <iterator>
 #include <utility>
 
@@ -142,8 +143,8 @@ bool Dock::MeddleWithRequest(const Frame& frame) {
     return true;
   }
   constexpr Meddling kWithRequests[] = {
-      Meddling::kLost,     Meddling::kRefused, Meddling::kRefusedAlways, Meddling::kPending,
-      Meddling::kQuestion, Meddling::kRestart, Meddling::kHangUp};
+      Meddling::kLost,     Meddling::kRefused,   Meddling::kRefusedAlways, Meddling::kPending,
+      Meddling::kQuestion, Meddling::kInterrupt, Meddling::kRestart,       Meddling::kHangUp};
   const bool meddles = std::find(std::begin(kWithRequests), std::end(kWithRequests),
                                  trouble_.meddling) != std::end(kWithRequests);
   if (!meddles || !Strikes(account_.requests)) return false;
@@ -181,6 +182,10 @@ bool Dock::MeddleWithRequest(const Frame& frame) {
            ipodsim::BuildFrame({ipodsim::kGeneral, ipodsim::general::kGetAccessoryInfo, question}));
       return false;
     }
+    case Meddling::kInterrupt:
+      account_.struck = true;
+      std::raise(SIGINT);
+      return false;
     case Meddling::kRestart:
       CutOff();
       back_us_ = now_us_ + kRestartTime;

@@ -69,15 +69,20 @@ Judgement Judge(const Case& run, const Finished& finished, const ipodsim::Simula
   if (outcome.seconds > kLongestSeconds) {
     return {Verdict::kHang, "took " + std::to_string(static_cast<int>(outcome.seconds)) + " s"};
   }
+  constexpr int kInterrupted = 130;
   const bool succeeded = outcome.status == 0;
+  const bool interrupted = outcome.status == kInterrupted &&
+                           run.trouble->meddling == Meddling::kInterrupt && account.struck;
   const std::string untrue = succeeded ? WhatIsUntrue(run, outcome.out, account, ipod, now_us)
-                                       : WhatIsNotTheCause(run, outcome, account, ipod);
+                             : interrupted
+                                 ? WhatIsUntrueSoFar(run, outcome.out, account, ipod, now_us)
+                                 : WhatIsNotTheCause(run, outcome, account, ipod);
   if (untrue.empty()) {
     return succeeded ? Judgement{Verdict::kRight, ""}
                      : Judgement{Verdict::kHonest, outcome.message};
   }
   if (account.checksum_held) return {Verdict::kCollision, untrue};
-  return {succeeded ? Verdict::kLie : Verdict::kFalseCause, untrue};
+  return {succeeded || interrupted ? Verdict::kLie : Verdict::kFalseCause, untrue};
 }
 
 std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Account& account,
@@ -86,6 +91,7 @@ std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Acc
   const ipodsim::Traits& traits = ipodsim::TraitsOf(run.profile);
   const std::string said = "exit " + std::to_string(outcome.status) + ": " + message;
   if (outcome.status == 64 || outcome.status == 2) return said + " [the run itself is wrong]";
+  if (Says(message, "interrupted")) return said + " [nobody did]";
   if (Says(message, "too old") && run.profile != ipodsim::Profile::kOld &&
       !KnowsNoSuchLingo(account)) {
     return said + " [it is not]";

@@ -39,6 +39,10 @@ Judgement Judge(const Case& run, const Finished& finished, const ipodsim::Simula
 std::string WhatIsUntrue(const Case& run, const std::string& out, const Account& account,
                          const ipodsim::SimulatedIpod& ipod, std::int64_t now_us);
 
+/// What is untrue in the output of a command that was interrupted; much may be missing.
+std::string WhatIsUntrueSoFar(const Case& run, const std::string& out, const Account& account,
+                              const ipodsim::SimulatedIpod& ipod, std::int64_t now_us);
+
 /// What is untrue in the sentence with which a command failed; empty when nothing is.
 std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Account& account,
                               const ipodsim::SimulatedIpod& ipod);

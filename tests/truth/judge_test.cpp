@@ -140,6 +140,34 @@ TEST(Judge, LetsTrueCausesStand) {
       << "the refusal was of something long before";
 }
 
+// A command that was interrupted after it had said `out`.
+Judgement JudgeInterrupted(const char* name, const std::string& out) {
+  const Case run = CaseOf(name);
+  const ipodsim::SimulatedIpod ipod(run.settings());
+  Account account;
+  account.struck = true;
+  return Judge(run, {{130, out, "interrupted before it was done", 1, false}, account}, ipod, 0);
+}
+
+TEST(Judge, HoldsWhatWasSaidBeforeAnInterruptAgainstTheTruth) {
+  const char* const run = "browse-artists/nano/fast/interrupt@9/1";
+  EXPECT_EQ(JudgeInterrupted(run, "").verdict, Verdict::kHonest);
+  EXPECT_EQ(JudgeInterrupted(run, R"({"index":0,"name":"Artist 0"})").verdict, Verdict::kHonest);
+  const Judgement lie = JudgeInterrupted(run, R"({"index":0,"name":"Artist 1"})");
+  EXPECT_EQ(lie.verdict, Verdict::kLie);
+  EXPECT_EQ(lie.why, R"(record 0 "Artist 1" instead of "Artist 0")");
+  EXPECT_EQ(JudgeInterrupted("browse-artists/nano/fast/late@9/1", "").verdict, Verdict::kFalseCause)
+      << "nobody interrupted it";
+}
+
+TEST(Judge, FindsAStepOfTheTourThatIsMissingOrWrong) {
+  EXPECT_EQ(JudgeOutput("tour/nano/fast/none@0/1", R"({"step":"close"})").why, "only close ");
+  const Judgement wrong =
+      JudgeOutput("tour/nano/fast/none@0/1", R"({"step":"artists","total":6,"names":[]})");
+  EXPECT_EQ(wrong.verdict, Verdict::kLie);
+  EXPECT_EQ(wrong.why, "artists: total 6 instead of 5");
+}
+
 TEST(Judge, CallsWhatLastsTenMinutesAHang) {
   const Case run = CaseOf("info/nano/fast/none@0/1");
   const ipodsim::SimulatedIpod ipod(run.settings());

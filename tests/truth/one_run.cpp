@@ -8,6 +8,7 @@
 
 #include "command_line/command_line.h"
 #include "console/failure.h"
+#include "console/interrupt.h"
 #include "console/output.h"
 #include "context.h"
 #include "run.h"
@@ -61,6 +62,7 @@ Outcome RunProgram(const std::vector<std::string>& arguments) {
   {
     ipodctl::Output output(stream, line.options->json);
     ipodctl::DockLine dock(*line.options);
+    ipodctl::CatchInterrupts();
     try {
       ipodctl::RunCommand({*line.options, dock, output});
       outcome.status = ipodctl::kSuccess;

@@ -109,6 +109,7 @@ const std::vector<Scene>& AllScenes() {
       {"prefs-set", {"prefs", "set", "line-out", "on"}},
       {"userdata", {"userdata"}},
       {"userdata-weight", {"userdata", "--weight", "82"}},
+      {"tour", {"tour"}},
       {"workout", {"workout", "--duration", "30", "--interval", "5", "--speed", "30"}},
       {"legacy-info", {"info"}},
       {"legacy-browse", {"browse"}},

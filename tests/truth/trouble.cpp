@@ -37,6 +37,7 @@ const std::vector<Trouble>& Meddlings() {
       {"refused-always", Meddling::kRefusedAlways, kOnce, kFatal},
       {"pending", Meddling::kPending},
       {"question", Meddling::kQuestion},
+      {"interrupt", Meddling::kInterrupt, kOnce, kFatal},
       {"restart", Meddling::kRestart, kOnce, kFatal},
       {"hang-up", Meddling::kHangUp, kOnce, kFatal},
       {"loopback", Meddling::kLoopback, kOnce, kFatal},

@@ -35,6 +35,7 @@ enum class Meddling {
   kRefusedAlways,  // so is every other of its command
   kPending,        // it is acknowledged as pending before its answer
   kQuestion,       // the iPod asks something in between
+  kInterrupt,      // the user presses Ctrl-C as it passes
   // To the iPod.
   kRestart,   // it is away for a second and a half and has forgotten the accessory
   kHangUp,    // it says nothing any more

@@ -27,6 +27,7 @@ struct Question {
   const Account& account;
   const ipodsim::SimulatedIpod& ipod;
   std::int64_t now_us;
+  bool so_far = false;  // it was interrupted
 
   const Json& last() const { return said.back(); }
   const ipodsim::Traits& traits() const { return ipodsim::TraitsOf(run.profile); }
@@ -220,21 +221,8 @@ std::string UntrueOverview(const Question& question) {
   return "";
 }
 
-std::string UntrueList(const Question& question) {
-  const std::vector<std::string>& path = question.options.path;
-  if (path.empty()) return UntrueOverview(question);
-  ipodsim::Database database(&question.ipod.settings().library);
-  Category category = CategoryOf(path.front());
-  for (std::size_t i = 1; i < path.size(); ++i) {
-    database.Select(category, IndexOf(database, category, path[i]));
-    category = Below(category);
-  }
-  // The sorted selection, which is fallen back on, lists by name.
-  if (path.size() > 1 &&
-      WasRefused(question, ipodsim::kExtended, ipodsim::extended::kSelectDbRecord)) {
-    database.SetSort(ipodsim::Sort::kName);
-  }
-  const std::vector<std::string> names = NamesIn(database, category);
+// The records that were told, against all that there are.
+std::string UntrueRecords(const Question& question, const std::vector<std::string>& names) {
   const std::size_t from = question.options.from;
   const std::size_t count = question.options.count.value_or(names.size() - from);
   for (const Json& line : question.said) {
@@ -249,7 +237,26 @@ std::string UntrueList(const Question& question) {
       return Differs("record " + std::to_string(from + i), records[i].second, names[from + i]);
     }
   }
+  if (question.so_far && records.size() < count) return "";
   return records.size() == count ? "" : Differs("records", records.size(), count);
+}
+
+// The sorted selection, which is fallen back on, lists by name.
+bool ListsByName(const Question& question) {
+  return WasRefused(question, ipodsim::kExtended, ipodsim::extended::kSelectDbRecord);
+}
+
+std::string UntrueList(const Question& question) {
+  const std::vector<std::string>& path = question.options.path;
+  if (path.empty()) return UntrueOverview(question);
+  ipodsim::Database database(&question.ipod.settings().library);
+  Category category = CategoryOf(path.front());
+  for (std::size_t i = 1; i < path.size(); ++i) {
+    database.Select(category, IndexOf(database, category, path[i]));
+    category = Below(category);
+  }
+  if (path.size() > 1 && ListsByName(question)) database.SetSort(ipodsim::Sort::kName);
+  return UntrueRecords(question, NamesIn(database, category));
 }
 
 // The player
@@ -470,6 +477,74 @@ std::string UntrueWorkout(const Question& question) {
   return untrue;
 }
 
+// The tour
+
+// The names of a list, of which the tour reads the first ones.
+std::string UntrueNames(const Json& told, const std::vector<std::string>& names) {
+  constexpr std::size_t kMost = 24;
+  const std::vector<std::string> first(names.begin(),
+                                       names.begin() + std::min(names.size(), kMost));
+  return FirstOf(Expect(told, "total", names.size()), Expect(told, "names", first));
+}
+
+// It goes down to the first album of the first artist, who has several tracks, and plays there.
+std::string UntrueStep(const Question& question, const Json& told, ipodsim::Database* database) {
+  const std::string step = told.value("step", "");
+  const std::vector<Json> alone = {told};
+  const Question part = {question.run,     question.options, alone,
+                         question.account, question.ipod,    question.now_us};
+  if (step == "device") {
+    return FirstOf(ExpectUnlessRefused(part, told, "name", question.ipod.settings().library.name),
+                   ExpectUnlessRefused(part, told, "model", question.traits().model_number),
+                   UntrueSports(part), UntrueLingoes(part));
+  }
+  if (step == "artists") return UntrueNames(told, NamesIn(*database, Category::kArtist));
+  if (step == "albums") {
+    database->Select(Category::kArtist, 0);
+    return UntrueNames(told, NamesIn(*database, Category::kAlbum));
+  }
+  if (step == "tracks") {
+    database->Select(Category::kAlbum, 0);
+    return UntrueNames(told, NamesIn(*database, Category::kTrack));
+  }
+  if (!told.contains("title")) return "";
+  const std::vector<std::string> tracks = NamesIn(*database, Category::kTrack);
+  return Expect(told, "title", tracks.at(told.value("index", 0U) % tracks.size()));
+}
+
+std::string UntrueTourThrough(const Question& question, ipodsim::Database database) {
+  std::string steps;
+  for (const Json& told : question.said) {
+    const std::string untrue = UntrueStep(question, told, &database);
+    if (!untrue.empty()) return told.value("step", "event") + ": " + untrue;
+    if (told.contains("step")) steps += told.value("step", "") + " ";
+  }
+  if (question.so_far) return "";
+  if (steps != "identify device artists albums tracks shuffle close ") return "only " + steps;
+  const Player& player = question.ipod.player();
+  if (question.account.cut_off) return "";
+  if (player.index() != 1) return "it is at " + std::to_string(player.index());
+  return question.MayBe(PlayerState::kPlaying) ? "" : "it is " + StateName(player.state());
+}
+
+std::string UntrueTour(const Question& question) {
+  ipodsim::Database database(&question.ipod.settings().library);
+  const std::string untrue = UntrueTourThrough(question, database);
+  if (untrue.empty() || !ListsByName(question)) return untrue;
+  database.SetSort(ipodsim::Sort::kName);
+  return UntrueTourThrough(question, database);
+}
+
+// What was said, an object on each line.
+std::string Parse(const std::string& out, std::vector<Json>* said) {
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);) {
+    said->push_back(Json::parse(line, nullptr, false));
+    if (!said->back().is_object()) return "not JSON: " + line;
+  }
+  return "";
+}
+
 std::string UntrueAnswer(const Question& question) {
   const std::string& command = question.options.command;
   if (command == "info") {
@@ -481,6 +556,7 @@ std::string UntrueAnswer(const Question& question) {
   if (command == "prefs") return UntruePreferences(question);
   if (command == "userdata") return UntrueUserData(question);
   if (command == "workout") return UntrueWorkout(question);
+  if (command == "tour") return UntrueTour(question);
   return UntruePlayer(question);
 }
 
@@ -489,14 +565,21 @@ std::string UntrueAnswer(const Question& question) {
 std::string WhatIsUntrue(const Case& run, const std::string& out, const Account& account,
                          const ipodsim::SimulatedIpod& ipod, std::int64_t now_us) {
   std::vector<Json> said;
-  std::istringstream lines(out);
-  for (std::string line; std::getline(lines, line);) {
-    said.push_back(Json::parse(line, nullptr, false));
-    if (!said.back().is_object()) return "not JSON: " + line;
-  }
+  const std::string no_json = Parse(out, &said);
+  if (!no_json.empty()) return no_json;
   if (said.empty()) return "nothing said";
   const ipodctl::CommandLine command = ipodctl::ParseCommandLine(run.arguments());
   return UntrueAnswer({run, *command.options, said, account, ipod, now_us});
+}
+
+// Only lists and events are told piece by piece, and the tour.
+std::string WhatIsUntrueSoFar(const Case& run, const std::string& out, const Account& account,
+                              const ipodsim::SimulatedIpod& ipod, std::int64_t now_us) {
+  std::vector<Json> said;
+  const std::string no_json = Parse(out, &said);
+  if (!no_json.empty() || said.empty()) return no_json;
+  const ipodctl::CommandLine command = ipodctl::ParseCommandLine(run.arguments());
+  return UntrueAnswer({run, *command.options, said, account, ipod, now_us, true});
 }
 
 }  // namespace truth
