@@ -48,13 +48,20 @@ class PortRecording : public ::testing::Test {
     EXPECT_TRUE(ReadFile(port, buffer.data(), count, &received, nullptr));
     EXPECT_EQ(received, count);
   }
-  // The writer is a thread: waits until the recording has its end.
+  // The writer is a thread: waits until the recording has its end, and shows what there is when
+  // that never comes.
   static ReadRecording ReadClosed(std::size_t ends = 1) {
+    const auto given_up = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     for (;;) {
       const ReadRecording recording = ReadPcapngFile(FileOfTest());
       std::size_t found = 0;
       for (const auto& packet : recording.packets) found += packet.event == 6 ? 1 : 0;
       if (found == ends) return recording;
+      if (std::chrono::steady_clock::now() > given_up) {
+        ADD_FAILURE() << found << " ends of " << ends << ": "
+                      << ::testing::PrintToString(recording.Lines());
+        return recording;
+      }
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
   }
