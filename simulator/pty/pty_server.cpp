@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <mutex>
 #include <thread>
 
@@ -196,7 +197,8 @@ class PtyServer::Impl {
 
   void Wait(int master, Microseconds wait) const {
     pollfd states[2] = {{wake_, POLLIN, 0}, {master, POLLIN, 0}};
-    timespec time{wait / kSecond, (wait % kSecond) * 1000};
+    const timespec time{static_cast<std::time_t>(wait / kSecond),
+                        static_cast<long>(wait % kSecond * 1000)};
     ppoll(states, 2, wait < 0 ? nullptr : &time, nullptr);
     std::uint64_t ignored = 0;
     static_cast<void>(!read(wake_, &ignored, sizeof ignored));

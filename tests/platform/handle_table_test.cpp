@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <set>
 
 namespace ipodcomm::test {
@@ -30,7 +31,7 @@ TEST(HandleTable, FindsWhatWasAdded) {
 TEST(HandleTable, RefusesEveryHandleItDidNotGive) {
   HandleTable table;
   const auto value = reinterpret_cast<std::uintptr_t>(table.Add(NewObject()));
-  for (unsigned bit = 0; bit < 64; ++bit) {
+  for (int bit = 0; bit < std::numeric_limits<std::uintptr_t>::digits; ++bit) {
     EXPECT_EQ(table.Find(reinterpret_cast<HANDLE>(value ^ (std::uintptr_t{1} << bit))), nullptr);
   }
   EXPECT_EQ(table.Find(nullptr), nullptr);

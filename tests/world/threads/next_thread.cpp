@@ -74,7 +74,10 @@ class Replay : public Schedule {
   explicit Replay(std::vector<int> decisions) : decisions_(std::move(decisions)) {}
 
   int Choose(std::uint64_t step, const std::vector<int>& ready, int running) override {
-    if (step < decisions_.size() && Contains(ready, decisions_[step])) return decisions_[step];
+    if (step < decisions_.size()) {
+      const int decided = decisions_[static_cast<std::size_t>(step)];
+      if (Contains(ready, decided)) return decided;
+    }
     return running != kNobody ? running : ready.front();
   }
 
