@@ -4,11 +4,9 @@
 #include <string>
 
 #include "simulator/simulated_ipod.h"
+#include "support/properties.h"
 #include "support/session_test.h"
 #include "workout/workout_text.h"
-
-// Stands on GoogleTest, which comes with the headers above.
-#include <rapidcheck/gtest.h>
 
 namespace {
 
@@ -275,6 +273,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Overcome{Mishap::kWriteThenAckDamaged, 2 * kSecond, 3 * kSecond},
                       Overcome{Mishap::kAckLate, 500 * kMillisecond, kSecond}));
 
+#if IPODCOMM_HAS_RAPIDCHECK
+
 // ---- Random workouts
 
 Name DrawName() {
@@ -350,5 +350,14 @@ RC_GTEST_PROP(WorkoutStory, RandomWorkoutIsStoredByteForByte, ()) { WriteRandomW
 RC_GTEST_PROP(WorkoutStory, RandomWorkoutIsStoredByteForByteThoughFramesAreLost, ()) {
   WriteRandomWorkout(true);
 }
+
+#else
+
+TEST(WorkoutStory, RandomWorkoutIsStoredByteForByte) { GTEST_SKIP() << test::kNoRapidcheck; }
+TEST(WorkoutStory, RandomWorkoutIsStoredByteForByteThoughFramesAreLost) {
+  GTEST_SKIP() << test::kNoRapidcheck;
+}
+
+#endif
 
 }  // namespace
