@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Cross-builds the library for Windows CE. The compiler is whichever you have, and is named by
 # -DIPODCOMM_CE_COMPILER=...: it must know C++17, and find CE's headers and libraries by itself.
 # docs/porting.md tells what is known of such builds, and what is not.
