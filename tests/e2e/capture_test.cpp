@@ -2,6 +2,7 @@
 // Recordings of whole sessions, by ipodctl and by ipodsim.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <sstream>
@@ -50,6 +51,17 @@ TEST(IpodctlCapture, OnStandardOutputMovesTheCommandsTextAside) {
   EXPECT_EQ(ended.status, 0);
   EXPECT_TRUE(IsClosed(ReadPcapng(BytesOf(ended.out))));
   EXPECT_THAT(ended.err, AllOf(HasSubstr("Model"), HasSubstr("MB598LL")));
+}
+
+TEST(IpodctlCapture, IntoAPipeIsReadToItsEnd) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  Process monitor(IPODCTL_PROGRAM, {"monitor", "--capture-from", folder.path("pipe")});
+  EXPECT_EQ(Ipodctl({"--simulated", "--capture", folder.path("pipe"), "info"}).status, 0);
+  const Ended ended = monitor.Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(ended.out, AllOf(HasSubstr(" > General StartIDPS\n"),
+                               HasSubstr("lingo Storage, version 1.02\n")));
 }
 
 TEST(IpodctlCapture, ThatCannotBeMadeIsSaidBeforeAnythingIsDone) {

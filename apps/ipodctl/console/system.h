@@ -15,6 +15,8 @@ std::vector<std::string> Utf8Arguments(int argc, char** argv);
 void PrepareConsole();
 
 bool IsTerminal(std::FILE* stream);
+/// Has standard input read as bytes, where it would be text otherwise.
+void ReadInputAsBytes();
 /// Width of the terminal behind `stream`; 80 when unknown.
 int TerminalColumns(std::FILE* stream);
 

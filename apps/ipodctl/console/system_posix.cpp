@@ -39,6 +39,8 @@ void PrepareConsole() {}
 
 bool IsTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) != 0; }
 
+void ReadInputAsBytes() {}
+
 int TerminalColumns(std::FILE* stream) {
   winsize size = {};
   const bool known = ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
@@ -94,7 +96,10 @@ std::string CaptureLine(const std::string& file, std::FILE* output) {
   const std::string path = file == "-" ? "/dev/fd/" + std::to_string(::fileno(output)) : file;
   const int made = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
   if (made < 0) return std::strerror(errno);
-  ::close(made);
+  // The reader of a pipe is to see no end before the library writes: its end stays open.
+  struct stat status = {};
+  const bool is_pipe = ::fstat(made, &status) == 0 && S_ISFIFO(status.st_mode);
+  if (!is_pipe) ::close(made);
   SetEnvironment("IPODCOMM_CAPTURE", path);
   return {};
 }

@@ -36,6 +36,8 @@ void PrepareConsole() { SetConsoleOutputCP(CP_UTF8); }
 
 bool IsTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
+void ReadInputAsBytes() { _setmode(_fileno(stdin), _O_BINARY); }
+
 int TerminalColumns(std::FILE* stream) {
   CONSOLE_SCREEN_BUFFER_INFO info = {};
   const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));

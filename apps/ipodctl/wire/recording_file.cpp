@@ -7,6 +7,7 @@
 
 #include "console/failure.h"
 #include "console/interrupt.h"
+#include "console/system.h"
 
 namespace ipodctl {
 
@@ -25,6 +26,7 @@ std::string Reason() { return errno != 0 ? std::strerror(errno) : "the system do
 RecordingFile::RecordingFile(const std::string& name, bool follow) {
   if (name == "-") {
     name_ = "standard input";
+    ReadInputAsBytes();
     return;
   }
   name_ = name;

@@ -44,6 +44,15 @@ TEST(RecordingTest, AFileThatCannotBeMadeHasAReason) {
   EXPECT_EQ(error, "No such file or directory");
 }
 
+// A session does not wait for a reader of its recording.
+TEST(RecordingTest, APipeThatNobodyReadsIsRefusedAtOnce) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  std::string error;
+  EXPECT_EQ(Recording::Start(folder.path("pipe"), &error), nullptr);
+  EXPECT_EQ(error, "No such device or address");
+}
+
 TEST(RecordingTest, WhatWaitsIsWrittenBeforeTheRecordingIsGone) {
   const TemporaryFolder folder;
   std::string error;
