@@ -1,60 +1,186 @@
 // SPDX-License-Identifier: MIT
+// Identifies, tells each step, and tries what might help.
 #include "diagnose.h"
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "console/failure.h"
+#include "console/interrupt.h"
 #include "console/system.h"
+#include "console/text.h"
 #include "ipod/dock_line.h"
+#include "ipod/refusal.h"
 #include "ipod/session.h"
+#include "wire/failure_finding.h"
 #include "wire/findings_view.h"
+#include "wire/line_watch.h"
+#include "wire/table.h"
 
 namespace ipodctl {
 
 namespace {
 
-// Where the attempt is recorded: in the file that was asked for, or else in memory.
-std::string RecordingOf(const Options& options) {
-  if (!options.capture.empty()) return options.capture;
-  std::string path;
-  const std::string reason = CaptureLineInMemory(&path);
-  if (!reason.empty()) throw CommandFailure(kCannotCreate, "cannot record the attempt: " + reason);
-  return path;
-}
+constexpr unsigned kWaitMs = 5000;
 
 struct Outcome {
   ExitStatus status = kSuccess;
   std::string sentence;
   std::string finding;  // its code, where it is known without the recording
+  tagIPOD_IDENTIFY_REPORT steps = {};
 };
 
+bool AnythingCame(const Outcome& outcome) {
+  for (std::uint32_t i = 0; i < outcome.steps.steps; ++i) {
+    if (outcome.steps.step[i].result != IPOD_EXCHANGE_UNANSWERED) return true;
+  }
+  return false;
+}
+
+void ListenAt(std::uint32_t baud, LineSpeed* speed) {
+  if (baud == 0 || speed->Set(baud)) return;
+  throw CommandFailure(
+      kFailed, "this line cannot be heard at " + std::to_string(baud) + " baud; leave out --baud");
+}
+
 // Identifies, and looks whether the iPod may be controlled.
-Outcome Attempt(const Options& options, Output& output) {
-  DockLine dock(options);
-  output.Line("Identifying to what is docked on " + dock.device() + " ...");
+Outcome Attempt(const Options& options, const DockLine& dock) {
+  Outcome outcome;
+  std::optional<LineSpeed> speed;
+  if (options.line_baud != 0) speed.emplace(dock.device());
+  std::optional<Session> session;
   try {
-    Session session(options, dock);
-    session.Identify();
-    session.EnterRemoteUi();
-    return {kSuccess, "the iPod accepted the accessory by " + session.IdentifiedBy(), ""};
+    session.emplace(options, dock);
+    if (speed) ListenAt(options.line_baud, &*speed);
+    session->Identify();
+    session->EnterRemoteUi();
+    outcome.sentence = "the iPod accepted the accessory by " + session->IdentifiedBy();
   } catch (const CommandFailure& failure) {
     if (failure.status() == kInterrupted) throw;
-    return {failure.status(), failure.what(), failure.finding()};
+    outcome.status = failure.status();
+    outcome.sentence = failure.what();
+    outcome.finding = failure.finding();
+  }
+  if (session) session->ipod().GetIdentifyReport(&outcome.steps);
+  return outcome;
+}
+
+// ---- What is shown ------------------------------------------------------------------------------
+
+std::string NameOf(const tagIPOD_EXCHANGE& step) {
+  constexpr std::uint16_t kAsksForAVersion = 0x0F;
+  constexpr std::uint16_t kAsksForOptions = 0x4B;
+  const std::string name =
+      ipodwire::CommandName(step.lingo, step.command, ipodwire::Sender::kAccessory);
+  const bool is_about_a_lingo =
+      step.lingo == 0 && (step.command == kAsksForAVersion || step.command == kAsksForOptions);
+  return is_about_a_lingo ? name + " " + ipodwire::LingoName(step.argument) : name;
+}
+
+const char* WordFor(tagIPOD_EXCHANGE_RESULT result) {
+  switch (result) {
+    case IPOD_EXCHANGE_ANSWERED:
+      return "answered";
+    case IPOD_EXCHANGE_REFUSED:
+      return "refused";
+    case IPOD_EXCHANGE_DAMAGED:
+      return "damaged answer";
+    case IPOD_EXCHANGE_ECHOED:
+      return "came back as it was sent";
+    default:
+      return "no answer";
+  }
+}
+
+void ShowStep(const tagIPOD_EXCHANGE& step, Output& output) {
+  std::string result = WordFor(step.result);
+  if (step.result == IPOD_EXCHANGE_REFUSED) result += " (" + StatusText(step.status) + ")";
+  if (step.attempts > 1) result += ", asked " + std::to_string(step.attempts) + " times";
+  if (step.took_ms > 0) result += ", " + std::to_string(step.took_ms) + " ms";
+  output.Line("  " + Padded(NameOf(step), 46) + result);
+  output.Object({{"step", NameOf(step)},
+                 {"result", WordFor(step.result)},
+                 {"status", step.status},
+                 {"attempts", step.attempts},
+                 {"took_ms", step.took_ms}});
+}
+
+void ShowAttempt(const Outcome& outcome, const char* what, Output& output) {
+  for (std::uint32_t i = 0; i < outcome.steps.steps; ++i) ShowStep(outcome.steps.step[i], output);
+  output.Line("Outcome: " + outcome.sentence + ".");
+  output.Object({{"attempt", what},
+                 {"outcome", outcome.sentence},
+                 {"status", static_cast<int>(outcome.status)}});
+}
+
+// ---- What might help ----------------------------------------------------------------------------
+
+struct Remedy {
+  const char* what;
+  const char* advice;  // when it helped
+  bool needs_answers;  // of no use where nothing comes at all
+  unsigned wait_ms;
+  void (*change)(Options& options);
+};
+
+constexpr Remedy kRemedies[] = {
+    {"again, after five seconds",
+     "The iPod needs time: wait some seconds after docking it, or try a failed command again.",
+     false, kWaitMs, [](Options& /*options*/) {}},
+    {"without tokens", "Leave the tokens out: give every command --no-idps.", true, 0,
+     [](Options& options) { options.idps = false; }},
+};
+
+void TryRemedies(const Options& options, const DockLine& dock, const Outcome& first,
+                 Output& output) {
+  for (const Remedy& remedy : kRemedies) {
+    Options changed = options;
+    remedy.change(changed);
+    if (remedy.needs_answers && (!AnythingCame(first) || !options.idps)) continue;
+    output.Line("");
+    output.Line(std::string("Identifying ") + remedy.what + " ...");
+    if (!PauseMs(remedy.wait_ms)) StopIfInterrupted();
+    const Outcome outcome = Attempt(changed, dock);
+    ShowAttempt(outcome, remedy.what, output);
+    if (outcome.status != kSuccess) continue;
+    output.Line(remedy.advice);
+    output.Object({{"advice", remedy.advice}});
+    return;
+  }
+}
+
+// What the evidence suggests that only this command can do.
+void OfferRate(const std::vector<ipodwire::Finding>& findings, const Options& options,
+               Output& output) {
+  for (const ipodwire::Finding& finding : findings) {
+    if (finding.rate == 0) continue;
+    const std::string command =
+        "ipodctl" + IpodArguments(options) + " diagnose --baud " + std::to_string(finding.rate);
+    output.Line("");
+    output.Line("Try it at that rate: " + command);
+    output.Line("The library itself always opens the line at 57600 baud, so set the dock to that.");
+    output.Object({{"try", command}});
   }
 }
 
 }  // namespace
 
 int RunDiagnose(const Options& options, Output& output) {
-  const std::string recording = RecordingOf(options);
-  const Outcome outcome = Attempt(options, output);
-  output.Line("Outcome: " + outcome.sentence + ".");
-  output.Object({{"outcome", outcome.sentence}, {"status", static_cast<int>(outcome.status)}});
+  WatchLine(options.verbose, options.line_baud);
+  DockLine dock(options);
+  output.Line("Identifying to what is docked on " + dock.device() + " ...");
+  const Outcome outcome = Attempt(options, dock);
+  ShowAttempt(outcome, "first", output);
+  if (outcome.status == kNothingDocked) TryRemedies(options, dock, outcome, output);
   output.Line("");
-  if (outcome.status != kPortUnavailable) {
-    ShowFindingsOf(recording, /*follow=*/true, output);
-  } else if (!outcome.finding.empty()) {
-    ShowPage(*ipodwire::FindFindingPage(outcome.finding), output);
+  if (outcome.status == kPortUnavailable) {
+    if (!outcome.finding.empty()) ShowPage(*ipodwire::FindFindingPage(outcome.finding), output);
+  } else if (const auto findings = FindingsOfWatchedLine()) {
+    ShowFindings(*findings, output);
+    OfferRate(*findings, options, output);
+  } else {
+    output.Line("The line cannot be recorded on this system, so there is no more to tell.");
   }
   return outcome.status;
 }

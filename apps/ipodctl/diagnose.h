@@ -7,8 +7,9 @@
 
 namespace ipodctl {
 
-/// Makes a dock and a session of its own, and records the line.
-/// @return the exit status that the attempt has: 0 when the iPod accepted the accessory
+/// Makes a dock and sessions of its own, and watches the line. Where nothing accepts the accessory
+/// it tries also what might help.
+/// @return the exit status of the first attempt: 0 when the iPod accepted the accessory
 int RunDiagnose(const Options& options, Output& output);
 
 }  // namespace ipodctl

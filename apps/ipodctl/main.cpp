@@ -18,7 +18,8 @@
 #include "wire/extcap_follower.h"
 #include "wire/extcap_interfaces.h"
 #include "wire/extcap_session.h"
-#include "wire/live_lines.h"
+#include "wire/failure_finding.h"
+#include "wire/line_watch.h"
 
 namespace ipodctl {
 
@@ -52,7 +53,7 @@ int Fail(const CommandFailure& failure, const Options& options) {
 }
 
 int RunOnDock(const Options& options, Output& output) {
-  if (options.verbose) ShowLineLive();
+  WatchLine(options.verbose);
   DockLine dock(options);
   const Context context{options, dock, output};
   int status = kSuccess;
@@ -60,6 +61,7 @@ int RunOnDock(const Options& options, Output& output) {
     RunCommand(context);
   } catch (const CommandFailure& failure) {
     status = Fail(failure, options);
+    ExplainFailure(failure, options);
   }
   const int mistakes = ReportMistakes(context);
   return status != kSuccess ? status : mistakes;

@@ -71,6 +71,9 @@ struct Options {
   // decode, monitor
   std::string recording;  // a file; "-" is standard input
 
+  // diagnose
+  std::uint32_t line_baud = 0;  // at which the line is heard; 0: the library's own
+
   // report
   std::string document;
   std::string page;  // empty: beside the document

@@ -38,6 +38,23 @@ void ExpectRefused(const Ended& ended, int status, const std::string& part) {
   EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
 }
 
+// The sentence, then the most important finding and the command that tells more.
+void ExpectExplained(const Ended& ended, int status, const std::string& part,
+                     const std::string& finding, const std::string& command) {
+  const std::size_t explanation = ended.err.find("\n  E");
+  ASSERT_NE(explanation, std::string::npos) << ended.err;
+  ExpectRefused({ended.status, ended.out, ended.err.substr(0, explanation + 1)}, status, part);
+  const std::string text = ended.err.substr(explanation + 1);
+  EXPECT_THAT(text, StartsWith("  " + finding));
+  EXPECT_THAT(text, EndsWith(".\n  What that means and what to do: " + command + "\n"));
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2) << text;
+}
+
+void ExpectPortExplained(const Ended& ended, const std::string& port, const std::string& part,
+                         const std::string& finding) {
+  ExpectExplained(ended, 2, part, finding + " (proved)", "ipodctl --port " + port + " diagnose");
+}
+
 TEST(IpodctlUsage, RefusesWrongArguments) {
   ExpectRefused(Ipodctl({}), 64, "no command given; see 'ipodctl --help'");
   ExpectRefused(Ipodctl({"dance"}), 64, "dance");
@@ -133,18 +150,21 @@ TEST(IpodctlUsage, CompletesCommandsInBash) {
 }
 
 TEST(IpodctlPort, NamesAMissingDevice) {
-  ExpectRefused(Ipodctl({"--port", "/dev/no-such-dock", "info"}), 2,
-                "cannot open /dev/no-such-dock: there is no such device");
+  ExpectPortExplained(Ipodctl({"--port", "/dev/no-such-dock", "info"}), "/dev/no-such-dock",
+                      "cannot open /dev/no-such-dock: there is no such device",
+                      "E101  The port does not exist");
 }
 
 TEST(IpodctlPort, RefusesWhatIsNoSerialLine) {
   const TemporaryFolder folder;
   const std::string file = folder.Write("dock", "");
-  ExpectRefused(Ipodctl({"--port", file, "info"}), 2,
-                "cannot open " + file + ": it is not a serial line");
-  ExpectRefused(Ipodctl({"--port", folder.path(""), "info"}), 2, "it is not a serial line");
-  ExpectRefused(Ipodctl({"--port", "/dev/null", "info"}), 2,
-                "cannot open /dev/null: it does not work as a serial line");
+  const std::string finding = "E104  The device is no serial line";
+  ExpectPortExplained(Ipodctl({"--port", file, "info"}), file,
+                      "cannot open " + file + ": it is not a serial line", finding);
+  ExpectPortExplained(Ipodctl({"--port", folder.path(""), "info"}), folder.path(""),
+                      "it is not a serial line", finding);
+  ExpectPortExplained(Ipodctl({"--port", "/dev/null", "info"}), "/dev/null",
+                      "cannot open /dev/null: it does not work as a serial line", finding);
 }
 
 TEST(IpodctlPort, SaysWhatPermissionIsMissing) {
@@ -152,14 +172,18 @@ TEST(IpodctlPort, SaysWhatPermissionIsMissing) {
   std::filesystem::permissions(dock.device(), std::filesystem::perms::none);
   Process stranger(IPODCTL_PROGRAM, {"--port", dock.device(), "info"},
                    Process::Setting::kBoundByFileModes);
-  ExpectRefused(stranger.Wait(), 2, "cannot open " + dock.device() + ": permission denied; join");
+  ExpectPortExplained(stranger.Wait(), dock.device(),
+                      "cannot open " + dock.device() + ": permission denied; join",
+                      "E103  The port may not be opened");
 }
 
 TEST(IpodctlPort, RefusesADeviceInUseUntilCtrlCReleasesIt) {
   const DockedIpod dock;
   const auto owner = dock.Start({"now", "--follow"});
   ASSERT_TRUE(owner->WaitForOutput("Stopped\n"));
-  ExpectRefused(dock.Ipodctl({"info"}), 2, "cannot open " + dock.device() + ": it is in use");
+  ExpectPortExplained(dock.Ipodctl({"info"}), dock.device(),
+                      "cannot open " + dock.device() + ": it is in use",
+                      "E102  The port is in use");
   owner->Signal(SIGINT);
   const Ended ended = owner->Wait();
   EXPECT_EQ(ended.status, 0);
@@ -204,23 +228,30 @@ TEST(IpodctlProfiles, EachIpodIsTakenForWhatItIs) {
   EXPECT_THAT(no_sports.out, HasSubstr("  Workouts            not supported\n"));
   EXPECT_THAT(no_sports.out, HasSubstr("  Storage             not supported\n"));
 
-  ExpectRefused(old.Wait(), 4,
-                "too old to be controlled (General 1.01, needs 1.02; Display Remote 1.00, needs "
-                "1.01; Extended Interface 1.07, needs 1.08); update");
+  ExpectExplained(old.Wait(), 4,
+                  "too old to be controlled (General 1.01, needs 1.02; Display Remote 1.00, needs "
+                  "1.01; Extended Interface 1.07, needs 1.08); update",
+                  "E306  The iPod is too old (proved): General has version 1.01 and needs 1.02",
+                  "ipodctl --simulated=old diagnose");
   const Ended tour = old_tour.Wait();
   EXPECT_EQ(tour.status, 4);
   EXPECT_THAT(tour.out, HasSubstr("Protocol mistakes seen by the simulated iPod: 0\n"));
   EXPECT_THAT(tour.err, HasSubstr("too old"));
   const Ended nobody = silent.Wait();
-  ExpectRefused(nobody, 3, "no iPod answers on /dev/pts/");
+  ExpectExplained(nobody, 3, "no iPod answers on /dev/pts/",
+                  "E201  Nothing came from the iPod (proved): 9 frames went out and not one byte",
+                  "ipodctl --simulated=silent diagnose");
   EXPECT_THAT(nobody.err, HasSubstr(" (no answer to any of "));
 }
 
 TEST(IpodctlProfiles, LineThatIsWiredToItselfIsNoIpod) {
   Process echo(IPODCTL_PROGRAM, {"--simulated=echo", "info"});
   Process legacy(IPODCTL_PROGRAM, {"--simulated=echo", "--legacy", "info"});
-  ExpectRefused(echo.Wait(), 3, " comes back: the line is wired to itself");
-  ExpectRefused(legacy.Wait(), 3, " comes back: the line is wired to itself");
+  for (Process* process : {&echo, &legacy}) {
+    ExpectExplained(process->Wait(), 3, " comes back: the line is wired to itself",
+                    "E202  Only what was sent came back (proved): all that came, ",
+                    "ipodctl --simulated=echo diagnose");
+  }
 }
 
 TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {
@@ -247,6 +278,14 @@ TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {
   const Ended ended = second.Wait();
   EXPECT_EQ(ended.status, 0) << ended.out;
   EXPECT_THAT(ended.out, HasSubstr("0 protocol mistakes"));
+}
+
+TEST(IpodctlFailure, NamesTheRecordingThatTellsMoreAndLeavesMachinesAlone) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path("the line.pcapng");
+  const Ended ended = Ipodctl({"--simulated=old", "--capture", file, "--json", "info"});
+  ExpectExplained(ended, 4, "too old", "E306  The iPod is too old (proved): General has version",
+                  "ipodctl explain '" + file + "'");
 }
 
 TEST(IpodctlFailure, TellsAnInterruptFromSuccess) {

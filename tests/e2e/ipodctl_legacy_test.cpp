@@ -315,9 +315,12 @@ TEST(IpodctlLegacy, CommandsItDoesNotHaveAreWrongUsage) {
                 "the legacy interface writes kilometres, and a stepper counts floors");
 }
 
-TEST(IpodctlLegacy, PortsThatDoNotOpenAreOneSentence) {
-  ExpectRefused(Ipodctl({"--port", "/dev/no-such-dock", "--legacy", "info"}), 2,
-                "cannot open /dev/no-such-dock: there is no such device");
+TEST(IpodctlLegacy, PortsThatDoNotOpenAreOneSentenceAndWhatIsKnownOfTheCause) {
+  const Ended missing = Ipodctl({"--port", "/dev/no-such-dock", "--legacy", "info"});
+  EXPECT_EQ(missing.status, 2);
+  EXPECT_THAT(missing.err,
+              AllOf(StartsWith("ipodctl: cannot open /dev/no-such-dock: there is no such device"),
+                    HasSubstr("\n  E101  The port does not exist (proved).\n")));
   ExpectRefused(Ipodctl({"--port", "/dev/null", "--legacy", "info"}), 2,
                 "cannot open /dev/null: it is in use, or does not work as a serial line");
   const DockedIpod dock;
@@ -329,9 +332,12 @@ TEST(IpodctlLegacy, PortsThatDoNotOpenAreOneSentence) {
   EXPECT_EQ(owner->Wait().status, 0);
 }
 
-TEST(IpodctlLegacy, SilentIpodIsOneSentence) {
-  Process silent(IPODCTL_PROGRAM, {"--simulated=silent", "--legacy", "browse"});
-  ExpectRefused(silent.Wait(), 3, "no iPod answers on /dev/pts/");
+TEST(IpodctlLegacy, SilentIpodIsExplained) {
+  const Ended ended = Ipodctl({"--simulated=silent", "--legacy", "browse"});
+  EXPECT_EQ(ended.status, 3);
+  EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: no iPod answers on /dev/pts/"),
+                               HasSubstr(".\n  E201  Nothing came from the iPod (proved): "),
+                               EndsWith(": ipodctl --simulated=silent diagnose\n")));
 }
 
 TEST(IpodctlLegacy, RecordsThatAreNotThereAreOneSentence) {

@@ -22,6 +22,7 @@ struct Finding {
   Certainty certainty = Certainty::kProved;
   std::string seen;                    ///< the evidence, in one sentence without a full stop
   std::vector<std::uint64_t> packets;  ///< the numbers of the packets that show it, a few at most
+  std::uint32_t rate = 0;  ///< in baud, at which the iPod is proved to send; 0 otherwise
 };
 
 /// What a code stands for. Texts are sentences.

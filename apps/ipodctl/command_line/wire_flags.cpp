@@ -46,14 +46,20 @@ constexpr const char* kExplainFooter =
     "  ipodctl explain E301";
 
 constexpr const char* kDiagnoseFooter =
-    "Identifies to what is docked, records the line meanwhile, and says how that went and what "
-    "was\n"
-    "found, as 'ipodctl explain' does of a recording. --capture FILE keeps the recording. The "
-    "exit\n"
-    "status is that of the attempt.\n"
+    "Identifies to what is docked, tells each step, and says what was found on the line "
+    "meanwhile,\n"
+    "as 'ipodctl explain' does of a recording. Where nothing accepts the accessory it tries again\n"
+    "after some seconds, and without tokens. --capture FILE keeps the recording. The exit status "
+    "is\n"
+    "that of the first attempt.\n"
+    "\n"
+    "--baud hears the line at another rate, for a dock that is set to one. Every other command "
+    "and\n"
+    "the library itself always open the line at 57600 baud.\n"
     "\n"
     "Examples:\n"
     "  ipodctl --port /dev/ttyUSB0 diagnose\n"
+    "  ipodctl --port /dev/ttyUSB0 diagnose --baud 19200\n"
     "  ipodctl --simulated=old diagnose --json";
 
 }  // namespace
@@ -76,9 +82,17 @@ void AddWireCommands(CommandLineParser& parser) {
       ->option_text("FILE|CODE");
   CLI::App* diagnose = parser.AddCommand("diagnose", "The line",
                                          "Say why an iPod does not accept us", "", kDiagnoseFooter);
+  diagnose->add_option("--baud", options.line_baud, "Hear the line at this rate (57600)")
+      ->check(CLI::IsMember({9600, 19200, 38400, 57600, 115200}))
+      ->option_text("N");
   parser.AddCheck([&options, diagnose] {
-    if (!diagnose->parsed() || options.capture != "-") return;
-    throw UsageProblem{"diagnose reads its recording again, so --capture needs a file"};
+    if (!diagnose->parsed() || options.capture.empty()) return;
+    if (options.capture == "-") {
+      throw UsageProblem{"diagnose reads its recording again, so --capture needs a file"};
+    }
+    if (options.line_baud != 0) {
+      throw UsageProblem{"a recording tells the library's rate, so --capture excludes --baud"};
+    }
   });
   parser.AddCheck([&options, decode, monitor, explain] {
     const bool reads = decode->parsed() || monitor->parsed() || explain->parsed();

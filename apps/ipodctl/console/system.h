@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -39,9 +40,23 @@ PortProblem WhyNotOpened(const std::string& device, long code);
 /// Makes the library record its line in `file`; "-" stands for what `output` leads to.
 /// @return why it cannot, the rest of a sentence; empty when it can
 std::string CaptureLine(const std::string& file, std::FILE* output);
-/// The same in a file that is in memory only, until the program ends.
-/// @param path by which the file can be read
-std::string CaptureLineInMemory(std::string* path);
+
+/// Changes the speed of a serial line that the library has open, behind its back: the library
+/// itself always opens it at the same speed.
+class LineSpeed {
+ public:
+  /// To be made before the library opens the device, which keeps others out.
+  explicit LineSpeed(const std::string& device);
+  ~LineSpeed();
+  LineSpeed(const LineSpeed&) = delete;
+  LineSpeed& operator=(const LineSpeed&) = delete;
+
+  /// False where it cannot be changed so, or the device does not know that speed.
+  bool Set(std::uint32_t baud);
+
+ private:
+  int line_ = -1;
+};
 
 /// Lets go of standard output: whatever is written to it is dropped.
 void DropStandardOutput();

@@ -4,12 +4,14 @@
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <optional>
 
 #include "console/system.h"
 
@@ -23,6 +25,24 @@ constexpr const char* kDefaultDevice = "/dev/ttyS1";
 void* Map(int file, std::size_t bytes, int access) {
   void* const view = ::mmap(nullptr, bytes, access, MAP_SHARED, file, 0);
   return view == MAP_FAILED ? nullptr : view;
+}
+
+// None for a speed that serial lines do not have.
+std::optional<speed_t> SpeedOf(std::uint32_t baud) {
+  switch (baud) {
+    case 9600:
+      return B9600;
+    case 19200:
+      return B19200;
+    case 38400:
+      return B38400;
+    case 57600:
+      return B57600;
+    case 115200:
+      return B115200;
+    default:
+      return std::nullopt;
+  }
 }
 
 void Unmap(void* view, std::size_t bytes) {
@@ -104,11 +124,18 @@ std::string CaptureLine(const std::string& file, std::FILE* output) {
   return {};
 }
 
-std::string CaptureLineInMemory(std::string* path) {
-  const int file = ::memfd_create("line", MFD_CLOEXEC);
-  if (file < 0) return std::strerror(errno);
-  *path = "/proc/self/fd/" + std::to_string(file);
-  return CaptureLine(*path, nullptr);
+LineSpeed::LineSpeed(const std::string& device)
+    : line_(::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {}
+
+LineSpeed::~LineSpeed() {
+  if (line_ >= 0) ::close(line_);
+}
+
+bool LineSpeed::Set(std::uint32_t baud) {
+  termios settings = {};
+  const auto speed = SpeedOf(baud);
+  return speed && ::tcgetattr(line_, &settings) == 0 && ::cfsetspeed(&settings, *speed) == 0 &&
+         ::tcsetattr(line_, TCSANOW, &settings) == 0;
 }
 
 void DropStandardOutput() {

@@ -57,8 +57,6 @@ bool ChoosePortDevice(const std::string& device) {
   return SameName(device, "COM2") || SameName(device, "COM2:");
 }
 
-std::string CaptureLineInMemory(std::string* /*path*/) { return CaptureLine({}, nullptr); }
-
 PortProblem WhyNotOpened(const std::string& /*device*/, long code) {
   switch (code) {
     case ERROR_FILE_NOT_FOUND:
@@ -83,6 +81,13 @@ void DropStandardOutput() {
   _dup2(nowhere, _fileno(stdout));
   _close(nowhere);
 }
+
+// A port that is open is kept from everybody else here.
+LineSpeed::LineSpeed(const std::string& /*device*/) {}
+
+LineSpeed::~LineSpeed() = default;
+
+bool LineSpeed::Set(std::uint32_t /*baud*/) { return false; }
 
 StdoutGuard::StdoutGuard(Others others) {
   std::fflush(stdout);

@@ -34,9 +34,11 @@ void DockLine::FailToFindIpod(const std::string& evidence) const {
 }
 
 void DockLine::FailForEcho() const {
-  throw CommandFailure(kNothingDocked, "what is sent on " + device_ +
-                                           " comes back: the line is wired to itself, or bridged "
-                                           "with no iPod behind it; check the cable");
+  throw CommandFailure(kNothingDocked,
+                       "what is sent on " + device_ +
+                           " comes back: the line is wired to itself, or bridged "
+                           "with no iPod behind it; check the cable",
+                       "E202");
 }
 
 void DockLine::FailToReachIpod() const {

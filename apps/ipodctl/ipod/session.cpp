@@ -69,9 +69,10 @@ void Session::FailIdentification() {
                              evidence.WhatIsTooOld() + ")");
   }
   if (identified_ == IPOD_IDENTIFY_RESULT_TOOOLD) {
-    throw CommandFailure(kIpodTooOld, "this iPod is too old to be controlled (" +
-                                          evidence.WhatIsTooOld() +
-                                          "); update its software or dock a newer one");
+    throw CommandFailure(kIpodTooOld,
+                         "this iPod is too old to be controlled (" + evidence.WhatIsTooOld() +
+                             "); update its software or dock a newer one",
+                         "E306");
   }
   if (identified_ == IPOD_IDENTIFY_RESULT_ECHO) dock_.FailForEcho();
   if (!evidence.AnyAnswer()) dock_.FailToFindIpod(evidence.WhatCame());

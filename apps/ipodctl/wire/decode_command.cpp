@@ -38,8 +38,7 @@ class ReadingProgress {
 
 int RunDecode(const Options& options, Output& output) {
   RecordingFile file(options.recording, options.command == "monitor");
-  ipodwire::RecordingReader reader(
-      [&](std::uint8_t* bytes, std::size_t count) { return file.Read(bytes, count); });
+  ipodwire::RecordingReader reader(file.source());
   WireLines lines(output);
   ipodwire::Transcript transcript([&](const ipodwire::Told& told) { lines.Print(told); });
   ipodwire::Packet packet;

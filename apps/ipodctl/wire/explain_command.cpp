@@ -36,7 +36,7 @@ int ExplainCode(std::string code, Output& output) {
 
 int RunExplain(const Options& options, Output& output) {
   if (IsCode(options.recording)) return ExplainCode(options.recording, output);
-  ShowFindingsOf(options.recording, /*follow=*/false, output);
+  ShowFindingsOf(options.recording, output);
   return kSuccess;
 }
 

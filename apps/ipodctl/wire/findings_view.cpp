@@ -51,6 +51,21 @@ void ShowFinding(const Finding& finding, Output& output) {
                  {"what_to_do", page.remedy}});
 }
 
+// All that a recording tells; where it is damaged, up to there.
+std::vector<Finding> ReadFindings(RecordingFile& file, ipodwire::RecordingReader& reader) {
+  ipodwire::EvidenceCollector collector;
+  ipodwire::Transcript transcript([&](const ipodwire::Told& told) { collector.Add(told); });
+  ipodwire::Packet packet;
+  while (!Interrupted() && reader.Next(&packet)) {
+    if (packet.event == ipodwire::Packet::Event::kComplete) file.StopFollowing();
+    collector.set_baud(packet.baud);
+    transcript.Add(packet);
+  }
+  StopIfInterrupted();
+  transcript.End();
+  return FindingsOf(collector.evidence());
+}
+
 }  // namespace
 
 void ShowPage(const FindingPage& page, Output& output) {
@@ -65,34 +80,34 @@ void ShowPage(const FindingPage& page, Output& output) {
                  {"what_to_do", page.remedy}});
 }
 
+std::string HeadlineOf(const Finding& finding) {
+  const std::string title = finding.code + "  " + ipodwire::FindFindingPage(finding.code)->title +
+                            " (" + NameOf(finding.certainty) + ")";
+  return finding.seen.empty() ? title : title + ": " + finding.seen;
+}
+
 void ShowFindings(const std::vector<Finding>& findings, Output& output) {
+  if (findings.empty()) output.Line("Nothing that went wrong is recorded.");
   for (std::size_t i = 0; i < findings.size(); ++i) {
     if (i > 0) output.Line("");
     ShowFinding(findings[i], output);
   }
 }
 
-void ShowFindingsOf(const std::string& recording, bool follow, Output& output) {
-  RecordingFile file(recording, follow);
-  ipodwire::RecordingReader reader(
-      [&](std::uint8_t* bytes, std::size_t count) { return file.Read(bytes, count); });
-  ipodwire::EvidenceCollector collector;
-  ipodwire::Transcript transcript([&](const ipodwire::Told& told) { collector.Add(told); });
-  ipodwire::Packet packet;
-  while (!Interrupted() && reader.Next(&packet)) {
-    collector.set_baud(packet.baud);
-    transcript.Add(packet);
-  }
-  StopIfInterrupted();
-  transcript.End();
-  const std::vector<Finding> findings = FindingsOf(collector.evidence());
+void ShowFindingsOf(const std::string& recording, Output& output) {
+  RecordingFile file(recording, /*follow=*/false);
+  ipodwire::RecordingReader reader(file.source());
+  const std::vector<Finding> findings = ReadFindings(file, reader);
   // Of a file that is no recording nothing was seen, which finds nothing either.
-  if (findings.empty()) {
-    file.RequireEnd(reader);
-    output.Line("Nothing that went wrong is recorded.");
-  }
+  if (findings.empty()) file.RequireEnd(reader);
   ShowFindings(findings, output);
   file.RequireEnd(reader);
+}
+
+std::vector<Finding> FindingsOfRecording(const std::string& recording) {
+  RecordingFile file(recording, /*follow=*/true);
+  ipodwire::RecordingReader reader(file.source());
+  return ReadFindings(file, reader);
 }
 
 }  // namespace ipodctl

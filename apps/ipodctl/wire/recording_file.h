@@ -26,6 +26,12 @@ class RecordingFile {
   std::size_t Read(std::uint8_t* bytes, std::size_t count);
   /// The same without waiting, of a file that is followed: 0 while there is nothing more.
   std::size_t Look(std::uint8_t* bytes, std::size_t count);
+  /// For a reader; the file must outlive it.
+  ipodwire::RecordingReader::Source source() {
+    return [this](std::uint8_t* bytes, std::size_t count) { return Read(bytes, count); };
+  }
+  /// The recording has been closed: nothing more will come.
+  void StopFollowing() { follow_ = false; }
   /// Throws unless the reading ended where the recording was closed.
   void RequireEnd(const ipodwire::RecordingReader& reader) const;
 

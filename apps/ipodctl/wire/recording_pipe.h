@@ -21,14 +21,23 @@ class RecordingPipe {
   RecordingPipe(const RecordingPipe&) = delete;
   RecordingPipe& operator=(const RecordingPipe&) = delete;
 
-  /// For the reader. Waits for what is recorded next until the process ends; then 0.
+  /// Ends the thread sooner, once the library's port is closed, with what was recorded until then.
+  void Finish();
+
+  /// For the reader. Waits for what is recorded next until the end is asked for; then 0.
   /// @param meanwhile is called several times a second while it waits
   std::size_t Read(
       std::uint8_t* bytes, std::size_t count, const std::function<void()>& meanwhile = [] {});
+  /// For the reader: whether a line is being recorded, whose end Finish() awaits.
+  void set_recording(bool recording);
 
  private:
+  void End();
+
   int read_end_ = -1;
+  int wake_ = -1;  // readable once the end is asked for
   std::atomic<bool> ending_ = false;
+  std::atomic<int> patience_ms_ = 0;
   std::thread reader_;  // the last member: it uses the others
 };
 

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "wire/failure_finding.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "wire/findings_view.h"
+#include "wire/line_watch.h"
+
+namespace ipodctl {
+
+namespace {
+
+using ipodwire::Finding;
+
+bool IsOfTheLine(ExitStatus status) {
+  return status == kPortUnavailable || status == kNothingDocked || status == kIpodTooOld;
+}
+
+// What the command knows itself comes first: it is what ended it.
+std::optional<Finding> MostImportant(const std::string& known) {
+  const std::vector<Finding> findings = FindingsOfWatchedLine().value_or(std::vector<Finding>());
+  if (known.empty()) return findings.empty() ? std::nullopt : std::optional(findings.front());
+  const auto found = std::find_if(findings.begin(), findings.end(),
+                                  [&](const Finding& finding) { return finding.code == known; });
+  return found != findings.end() ? *found : Finding{known, ipodwire::Certainty::kProved, "", {}};
+}
+
+// As a shell takes it.
+std::string Quoted(const std::string& word) {
+  const bool plain = !word.empty() && word.find_first_not_of(
+                                          "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                          "0123456789_./:,+=@%-") == std::string::npos;
+  if (plain) return word;
+  std::string quoted = "'";
+  for (const char character : word) {
+    quoted += character == '\'' ? std::string("'\\''") : std::string(1, character);
+  }
+  return quoted + "'";
+}
+
+std::string Simulated(const SimulationOptions& simulation) {
+  const SimulationOptions defaults;
+  std::string words = " --simulated";
+  if (simulation.profile != defaults.profile) words += "=" + Quoted(simulation.profile);
+  for (const std::string& habit : simulation.habits) words += " --habit " + Quoted(habit);
+  for (const std::string& fault : simulation.faults) words += " --fault " + Quoted(fault);
+  if (simulation.seed != defaults.seed) words += " --seed " + std::to_string(simulation.seed);
+  if (simulation.baud != defaults.baud) words += " --baud " + std::to_string(simulation.baud);
+  return words;
+}
+
+std::string CommandThatTellsMore(const Options& options) {
+  const bool recorded = !options.capture.empty() && options.capture != "-";
+  if (recorded) return "ipodctl explain " + Quoted(options.capture);
+  return "ipodctl" + IpodArguments(options) + " diagnose";
+}
+
+}  // namespace
+
+void ExplainFailure(const CommandFailure& failure, const Options& options) {
+  if (!IsOfTheLine(failure.status())) return;
+  const std::optional<Finding> finding = MostImportant(failure.finding());
+  if (!finding) return;
+  std::fprintf(stderr, "  %s.\n  What that means and what to do: %s\n",
+               HeadlineOf(*finding).c_str(), CommandThatTellsMore(options).c_str());
+}
+
+std::string IpodArguments(const Options& options) {
+  if (options.simulation) return Simulated(*options.simulation);
+  return options.port.empty() ? "" : " --port " + Quoted(options.port);
+}
+
+}  // namespace ipodctl
