@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 
 #include "wire/numbers.h"
@@ -54,6 +55,23 @@ bool IsAnswer(const DecodedFrame& frame) {
          });
 }
 
+// Many answers repeat what was asked about, such as the lingo whose version is told. A question
+// with another one is another question.
+bool RepeatsOf(const std::vector<DecodedField>& question, const std::vector<DecodedField>& answer) {
+  constexpr const char* kRepeated[] = {"lingo", "type", "track index", "chapter index"};
+  return std::all_of(std::begin(kRepeated), std::end(kRepeated), [&](const char* name) {
+    const DecodedField* const asked = FindField(question, name);
+    const DecodedField* const told = FindField(answer, name);
+    return asked == nullptr || told == nullptr || asked->number == told->number;
+  });
+}
+
+// What begins an identification, or ends identifiers, is answered in either way.
+bool BeginsIdentification(const Frame& frame) {
+  return frame.lingo == lingo::kGeneral &&
+         (frame.command == general::kStartIdps || frame.command == general::kIdentifyDeviceLingoes);
+}
+
 std::vector<std::uint8_t> DataWithoutIdentifier(const DecodedFrame& frame) {
   const std::vector<std::uint8_t>& data = frame.frame.data;
   return {data.begin() + (frame.identifier ? 2 : 0), data.end()};
@@ -75,10 +93,14 @@ const char* NameOf(Note::Kind kind) {
       return "unanswered";
     case Note::Kind::kUnasked:
       return "unasked";
+    case Note::Kind::kOtherOrder:
+      return "other-order";
     case Note::Kind::kLate:
       return "late";
     case Note::Kind::kOtherIdentifier:
       return "other-identifier";
+    case Note::Kind::kNoIdentifier:
+      return "no-identifier";
     case Note::Kind::kOtherSender:
       return "other-sender";
     case Note::Kind::kNoFrame:
@@ -161,23 +183,25 @@ void Conversation::NoticeSilence(const DecodedFrame& frame, Nanoseconds now,
     if (asked_again) continue;  // which is told as a retry
     question.reported = true;
     notes->push_back({Note::Kind::kUnanswered,
-                      Number(question.number) + " " + question.command->name + " is unanswered"});
+                      Number(question.number) + " " + question.command->name + " is unanswered",
+                      question.number});
   }
 }
 
 void Conversation::NoticeQuestion(const DecodedFrame& frame, Told* told) {
   Question question = {
-      told->observed.number, told->observed.time,         frame.sender, frame.frame, frame.command,
-      frame.identifier,      DataWithoutIdentifier(frame)};
+      told->observed.number, told->observed.time,          frame.sender, frame.frame, frame.command,
+      frame.identifier,      DataWithoutIdentifier(frame), frame.fields, std::nullopt};
   for (Question& earlier : questions_) {
     if (earlier.answered || earlier.sender != question.sender ||
         earlier.command != question.command || earlier.data != question.data) {
       continue;
     }
     if (!earlier.reported) {
-      told->notes.push_back({Note::Kind::kRetry, "retry of " + Number(earlier.number) +
-                                                     ", unanswered for " +
-                                                     Seconds(question.time - earlier.time)});
+      told->notes.push_back({Note::Kind::kRetry,
+                             "retry of " + Number(earlier.number) + ", unanswered for " +
+                                 Seconds(question.time - earlier.time),
+                             earlier.number});
     }
     earlier.reported = true;
   }
@@ -192,13 +216,16 @@ Conversation::Question* Conversation::FindQuestion(const DecodedFrame& answer) {
   const auto acknowledged = answer.Number("command");
   Question* best = nullptr;
   int best_rank = 0;
+  bool has_come = false;
   for (Question& question : questions_) {
     if (question.sender == answer.sender || question.frame.lingo != answer.frame.lingo) continue;
     const bool fits =
         ack ? acknowledged == question.frame.command : IsAnswerTo(answer, *question.command);
     const bool streams = question.command->reply.kind == Reply::Kind::kStream;
-    if (!fits || (question.answered && !streams)) continue;
     const bool same = answer.identifier && answer.identifier == question.identifier;
+    if (fits && same && question.answered && !streams) has_come = true;
+    if (!fits || (question.answered && !streams)) continue;
+    if (!ack && !RepeatsOf(question.fields, answer.fields)) continue;
     const int rank = (same ? 4 : 0) + (question.answered ? 1 : question.reported ? 2 : 3);
     // Of equals the later one when it has been answered already, and otherwise the earlier.
     if (rank > best_rank || (rank == best_rank && question.answered)) {
@@ -206,7 +233,9 @@ Conversation::Question* Conversation::FindQuestion(const DecodedFrame& answer) {
       best_rank = rank;
     }
   }
-  return best;
+  // Under an identifier that has been answered it comes a second time, whoever waits by now.
+  const bool is_best_by_identifier = best != nullptr && best->identifier == answer.identifier;
+  return has_come && !is_best_by_identifier ? nullptr : best;
 }
 
 void Conversation::NoticeAnswer(const DecodedFrame& frame, Told* told) {
@@ -252,7 +281,25 @@ void Conversation::Settle(const DecodedFrame& answer, Question* question, Told* 
     told->notes.push_back({Note::Kind::kOtherIdentifier, "not under its question's identifier, " +
                                                              Hexadecimal(*question->identifier)});
   }
+  if (!answer.identifier && question->identifier && answer.sender == Sender::kIpod &&
+      !BeginsIdentification(question->frame)) {
+    told->notes.push_back({Note::Kind::kNoIdentifier, "without an identifier, its question has " +
+                                                          Hexadecimal(*question->identifier)});
+  }
+  NoticeOrder(answer, question, told);
   question->answered = true;
+}
+
+// Records come one after the other, and each once.
+void Conversation::NoticeOrder(const DecodedFrame& answer, Question* question, Told* told) {
+  const auto record = answer.Number("record index");
+  if (!record || question->command->reply.kind != Reply::Kind::kStream) return;
+  const auto last = std::exchange(question->last_record, record);
+  if (!last || *record == *last + 1) return;
+  const char* const what = *record > *last    ? "records before it are missing"
+                           : *record == *last ? "a record that has come already"
+                                              : "a record that comes after a later one";
+  told->notes.push_back({Note::Kind::kOtherOrder, what});
 }
 
 std::vector<Note> Conversation::End() const {
@@ -260,7 +307,8 @@ std::vector<Note> Conversation::End() const {
   for (const Question& question : questions_) {
     if (question.answered || question.reported) continue;
     notes.push_back({Note::Kind::kUnanswered,
-                     Number(question.number) + " " + question.command->name + " is unanswered"});
+                     Number(question.number) + " " + question.command->name + " is unanswered",
+                     question.number});
   }
   return notes;
 }

@@ -29,9 +29,11 @@ struct Note {
     kRefused,          ///< by the iPod, or the accessory
     kRetry,            ///< the same question again
     kUnanswered,       ///< no answer came to an earlier question
-    kUnasked,          ///< an answer without a question
+    kUnasked,          ///< an answer without a question, such as one that comes twice
+    kOtherOrder,       ///< a record of a stream that does not follow the one before it
     kLate,             ///< an answer to a question that was given up
     kOtherIdentifier,  ///< an answer under another identifier than its question
+    kNoIdentifier,     ///< an answer without an identifier, which its question has
     kOtherSender,      ///< a command that belongs to the other side, such as an echo
     kNoFrame,          ///< bytes that are no frame
     kLine,             ///< the line itself: a framing error, a break, a line that has gone
@@ -39,6 +41,7 @@ struct Note {
   };
   Kind kind;
   std::string text;
+  std::uint64_t question = 0;  ///< of a retry, and of what is unanswered: the question's number
 };
 
 /// The name of a kind of note, as machines are told it: "bad-checksum".
@@ -75,6 +78,8 @@ class Conversation {
     const Command* command;
     std::optional<std::uint16_t> identifier;
     std::vector<std::uint8_t> data;  // without the identifier
+    std::vector<DecodedField> fields;
+    std::optional<std::uint64_t> last_record;  // of a stream
     bool answered = false;
     bool reported = false;  // as unanswered, or asked again
     bool extended = false;  // the other side asked for time
@@ -87,6 +92,7 @@ class Conversation {
   void NoticeAnswer(const DecodedFrame& frame, Told* told);
   void NoticeAck(const DecodedFrame& frame, Question* question, Told* told);
   Question* FindQuestion(const DecodedFrame& answer);
+  static void NoticeOrder(const DecodedFrame& answer, Question* question, Told* told);
   void Settle(const DecodedFrame& answer, Question* question, Told* told);
 
   std::deque<Question> questions_;  // the oldest first

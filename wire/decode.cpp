@@ -23,10 +23,15 @@ bool NeverCarriesIdentifier(const Frame& frame, const Command* command) {
 
 }  // namespace
 
-std::optional<std::uint64_t> DecodedFrame::Number(const std::string& field) const {
+const DecodedField* FindField(const std::vector<DecodedField>& fields, const char* name) {
   const auto found = std::find_if(fields.begin(), fields.end(),
-                                  [&](const DecodedField& each) { return each.name == field; });
-  return found == fields.end() ? std::nullopt : found->number;
+                                  [&](const DecodedField& each) { return each.name == name; });
+  return found != fields.end() ? &*found : nullptr;
+}
+
+std::optional<std::uint64_t> DecodedFrame::Number(const char* field) const {
+  const DecodedField* const found = FindField(fields, field);
+  return found != nullptr ? found->number : std::nullopt;
 }
 
 DecodedFrame Decode(const Frame& frame, Sender sender, Identifier identifier) {

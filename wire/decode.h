@@ -27,6 +27,9 @@ struct DecodedField {
   std::vector<std::vector<DecodedField>> items;  ///< of a list: the fields of each item
 };
 
+/// The field of that name; null where there is none.
+const DecodedField* FindField(const std::vector<DecodedField>& fields, const char* name);
+
 struct DecodedFrame {
   Frame frame;
   Sender sender = Sender::kAccessory;
@@ -39,7 +42,7 @@ struct DecodedFrame {
   std::string lingo_name() const { return LingoName(frame.lingo); }
   std::string command_name() const { return CommandName(frame.lingo, frame.command, sender); }
   /// The number in the field of that name; none where there is no such field.
-  std::optional<std::uint64_t> Number(const std::string& field) const;
+  std::optional<std::uint64_t> Number(const char* field) const;
 };
 
 enum class Identifier { kAbsent, kPresent };

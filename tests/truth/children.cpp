@@ -12,6 +12,8 @@
 #include <exception>
 #include <nlohmann/json.hpp>
 
+#include "finding_judge.h"
+
 namespace truth {
 
 namespace {
@@ -36,16 +38,29 @@ std::string Packed(const Report& report) {
                      report.seconds,
                      report.requests,
                      report.answers,
-                     report.struck};
+                     report.struck,
+                     report.has_a_name,
+                     report.named,
+                     report.findings,
+                     report.not_proved};
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+Report Hung(const Case& run, const std::string& why) {
+  Report report;
+  report.run = run;
+  report.judgement = {Verdict::kHang, why};
+  return report;
 }
 
 Report Unpacked(const Case& run, const std::string& text, const std::string& ended) {
   const Json json = Json::parse(text, nullptr, false);
-  if (!json.is_array()) return {run, {Verdict::kHang, ended}, 0, 0, 0, false};
+  if (!json.is_array()) return Hung(run, ended);
   return {run,     {static_cast<Verdict>(json.at(0).get<int>()), json.at(1)},
           json[2], json[3],
-          json[4], json[5]};
+          json[4], json[5],
+          json[6], json[7],
+          json[8], json[9]};
 }
 
 [[noreturn]] void BeChild(const Case& run, int pipe) {
@@ -57,7 +72,7 @@ Report Unpacked(const Case& run, const std::string& text, const std::string& end
   try {
     text = Packed(RunHere(run, false));
   } catch (const std::exception& error) {
-    text = Packed({run, {Verdict::kHang, error.what()}, 0, 0, 0, false});
+    text = Packed(Hung(run, error.what()));
   }
   const ssize_t written = write(pipe, text.data(), text.size());
   _exit(written == static_cast<ssize_t>(text.size()) ? 0 : 1);
@@ -111,9 +126,19 @@ Report RunHere(const Case& run, bool trace) {
   report.requests = finished.account.requests;
   report.answers = finished.account.answers;
   report.struck = finished.account.struck;
+  report.has_a_name = HasAName(run, finished.account);
+  report.named = IsNamed(run, finished.findings);
+  report.not_proved = WhatIsNotProved(run, finished.account, finished.findings);
+  for (const ipodwire::Finding& finding : finished.findings) {
+    report.findings.push_back(finding.code);
+  }
   if (trace) {
     std::fputs(finished.outcome.out.c_str(), stdout);
     std::printf("exit %d  %s\n", finished.outcome.status, finished.outcome.message.c_str());
+    for (const ipodwire::Finding& finding : finished.findings) {
+      std::printf("%s (%s): %s\n", finding.code.c_str(), NameOf(finding.certainty),
+                  finding.seen.c_str());
+    }
   }
   return report;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "judge.h"
@@ -17,6 +18,10 @@ struct Report {
   unsigned requests = 0;
   unsigned answers = 0;
   bool struck = false;
+  bool has_a_name = false;            // what went wrong
+  bool named = false;                 // by one of the findings
+  std::vector<std::string> findings;  // their codes, the most important first
+  std::string not_proved;             // what is said to be, in words
 };
 
 /// Runs and judges it here. One per process.

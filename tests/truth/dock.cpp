@@ -51,6 +51,20 @@ bool DamagesBytes(Meddling meddling) {
          meddling == Meddling::kJunk;
 }
 
+// What the iPod says of its own accord: its questions, and its news.
+bool IsUnasked(const Frame& frame) {
+  constexpr std::pair<std::uint8_t, std::uint16_t> kUnasked[] = {
+      {ipodsim::kGeneral, ipodsim::general::kNotifyIpodStateChange},
+      {ipodsim::kGeneral, ipodsim::general::kGetAccessoryInfo},
+      {ipodsim::kGeneral, ipodsim::general::kIpodNotification},
+      {ipodsim::kExtended, ipodsim::extended::kPlayStatusChangeNotification},
+      {ipodsim::kSports, ipodsim::sports::kGetDeviceVersion},
+      {ipodsim::kSports, ipodsim::sports::kGetDeviceCaps},
+      {ipodsim::kStorage, ipodsim::storage::kGetAccessoryCaps}};
+  return std::find(std::begin(kUnasked), std::end(kUnasked),
+                   std::make_pair(frame.lingo, frame.command)) != std::end(kUnasked);
+}
+
 // The refusal that a frame is, if it is one. Identifiers come first where there are any.
 std::optional<Refusal> RefusalIn(const Frame& frame) {
   if (frame.command != ipodsim::AckCommand(frame.lingo)) return std::nullopt;
@@ -151,6 +165,7 @@ bool Dock::MeddleWithRequest(const Frame& frame) {
   switch (trouble_.meddling) {
     case Meddling::kLost:
       account_.struck = true;
+      account_.noticeable = IsAnswered(frame);
       return true;
     case Meddling::kRefused:
     case Meddling::kRefusedAlways:
@@ -240,6 +255,7 @@ void Dock::OnAnswer(const Frame& frame, const Bytes& wire) {
   const bool between = swapped_.has_value();
   if (!between && trouble_.meddling <= Meddling::kStateChange && Strikes(answers_seen_)) {
     account_.struck = true;
+    if (!IsUnasked(frame)) account_.noticeable = true;
     if (DamagesBytes(trouble_.meddling)) damaged_ = true;
     Meddle(frame, wire);
     return;
@@ -257,9 +273,11 @@ void Dock::Meddle(const Frame& frame, Bytes wire) {
   const std::int64_t later_us = now_us_ + kDelays[Drawn(std::size(kDelays))];
   switch (trouble_.meddling) {
     case Meddling::kLate:
+      account_.longest_delay_us = std::max(account_.longest_delay_us, later_us - now_us_);
       Send(later_us, wire);
       return;
     case Meddling::kHeldUp:
+      account_.longest_delay_us = std::max(account_.longest_delay_us, later_us - now_us_);
       held_until_us_ = later_us;
       Send(later_us, wire);
       return;

@@ -25,10 +25,12 @@ struct Refusal {
 
 /// What passed the dock.
 struct Account {
-  unsigned requests = 0;  // whole frames from the accessory
-  unsigned answers = 0;   // whole frames to it
-  bool struck = false;    // the trouble happened
-  bool cut_off = false;   // the iPod was away, or is
+  unsigned requests = 0;    // whole frames from the accessory
+  unsigned answers = 0;     // whole frames to it
+  bool struck = false;      // the trouble happened
+  bool noticeable = false;  // to a frame that the accessory waits for, or with which it asks
+  bool cut_off = false;     // the iPod was away, or is
+  std::int64_t longest_delay_us = 0;  // of an answer
   /// What the player did before the iPod went away, which pauses it.
   std::optional<ipodsim::PlayerState> state_before;
   /// A damaged frame whose checksum holds: nobody can tell it from a good one.

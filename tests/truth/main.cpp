@@ -16,14 +16,16 @@ int main(int argc, char** argv) {
   std::string scene;
   std::string trouble;
   bool honest = false;
+  bool findings = false;
   app.add_option("--runs", runs, "How many (10000)");
   app.add_option("--seed", seed, "Which ones (1)");
   app.add_option("--jobs", jobs, "How many at a time (2)");
   app.add_option("--only", only, "This run, with every frame");
   app.add_option("--scene", scene, "Runs of this command alone");
   app.add_option("--trouble", trouble, "Runs with this trouble alone");
-  app.add_flag("--honest", honest, "Show honest failures too");
+  app.add_flag("--honest", honest, "Show honest failures too; with --findings what is not named");
+  app.add_flag("--findings", findings, "Which troubles are found out as what");
   CLI11_PARSE(app, argc, argv);
   if (!only.empty()) return truth::Repeat(only);
-  return truth::Survey({runs, seed, jobs, scene, trouble, honest}).Run() ? 0 : 1;
+  return truth::Survey({runs, seed, jobs, scene, trouble, honest, findings}).Run() ? 0 : 1;
 }

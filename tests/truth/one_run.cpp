@@ -12,6 +12,7 @@
 #include "console/output.h"
 #include "context.h"
 #include "run.h"
+#include "wiretap.h"
 #include "world/world.h"
 
 namespace truth {
@@ -91,13 +92,15 @@ Finished Run(const Case& run, bool trace,
     });
   }
   Dock dock(ipod, *run.trouble, run.place, run.seed);
+  Wiretap line(dock, trace);
   World world({run.seed});
-  world.line().Plug(dock);
+  world.line().Plug(line);
   Finished finished;
   world.Advance(kBefore);
   finished.outcome = RunProgram(run.arguments());
   finished.outcome.seconds = static_cast<double>(world.now_us() - kBefore) / 1e6;
   finished.account = dock.account();
+  finished.findings = line.Findings();
   look(finished, ipod, world.now_us());
   world.line().Unplug();
   return finished;

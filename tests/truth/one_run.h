@@ -8,6 +8,7 @@
 
 #include "dock.h"
 #include "scenes.h"
+#include "wire/findings/finding.h"
 
 namespace truth {
 
@@ -23,6 +24,7 @@ struct Outcome {
 struct Finished {
   Outcome outcome;
   Account account;
+  std::vector<ipodwire::Finding> findings;  // of what went over the line
 };
 
 /// Runs ipodctl on the present world's line, with the program's own arguments.

@@ -22,10 +22,6 @@ unsigned Count(const std::array<unsigned, kVerdicts>& figures, Verdict verdict) 
   return figures[static_cast<std::size_t>(verdict)];
 }
 
-double Share(unsigned part, unsigned whole) {
-  return whole == 0 ? 0 : 100.0 * part / static_cast<double>(whole);
-}
-
 void PrintReport(const Report& report) {
   std::printf("%s: %s\n  script/truth --only %s\n", NameOf(report.judgement.verdict),
               report.judgement.why.c_str(), report.run.name().c_str());
@@ -42,6 +38,10 @@ bool Survey::Run() {
     run.place = DrawPlace(run, untroubled.requests, untroubled.answers);
   }
   RunInChildren(runs, options_.jobs, [this](const Report& report) { Take(report); });
+  if (options_.findings) {
+    findings_.Print();
+    return findings_.Good();
+  }
   PrintTable();
   PrintTotals();
   return Count(all_, Verdict::kLie) + Count(all_, Verdict::kFalseCause) +
@@ -78,6 +78,10 @@ void Survey::MeasureUntroubled(const std::vector<Case>& runs) {
 }
 
 void Survey::Take(const Report& report) {
+  if (options_.findings) {
+    findings_.Take(report, options_.shows_honest);
+    return;
+  }
   const auto verdict = static_cast<std::size_t>(report.judgement.verdict);
   const Trouble& trouble = *report.run.trouble;
   ++all_[verdict];
@@ -109,7 +113,7 @@ void Survey::PrintTotals() const {
       Count(all_, Verdict::kLie), Count(all_, Verdict::kFalseCause), Count(all_, Verdict::kHang),
       Count(all_, Verdict::kCollision));
   std::printf("right under one trouble that need not spoil the result: %.1f %% of %u (goal 95)\n",
-              Share(Count(curable_, Verdict::kRight), Sum(curable_)), Sum(curable_));
+              Percent(Count(curable_, Verdict::kRight), Sum(curable_)), Sum(curable_));
 }
 
 int Repeat(const std::string& name) {

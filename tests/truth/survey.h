@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "children.h"
+#include "finding_matrix.h"
 
 namespace truth {
 
@@ -18,13 +19,15 @@ struct SurveyOptions {
   std::string scene;    // empty: all
   std::string trouble;  // empty: all
   bool shows_honest = false;
+  bool findings = false;  // what they are instead of whether the commands told the truth
 };
 
 class Survey {
  public:
   explicit Survey(SurveyOptions options) : options_(std::move(options)) {}
 
-  /// Prints each bad run as it comes, and the figures at the end. False when there was a bad one.
+  /// Prints each bad run as it comes, and the figures at the end. False when there was a bad one,
+  /// or a figure is not reached.
   bool Run();
 
  private:
@@ -44,6 +47,7 @@ class Survey {
   SurveyOptions options_;
   std::map<std::string, Untroubled> untroubled_;  // by scene, profile and conduct
   std::map<std::string, Figures> by_trouble_;
+  FindingMatrix findings_;
   Figures all_{};
   // Where one trouble struck, which need not spoil a result that is right without it.
   Figures curable_{};

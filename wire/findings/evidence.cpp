@@ -15,16 +15,14 @@ constexpr std::string_view kLineGone = "the line is gone";
 
 constexpr std::size_t kMostNoiseRuns = 64;
 constexpr std::size_t kMostRefusedTokens = 16;
+// Frames that may still come back.
+constexpr std::size_t kMostSent = 16;
+// Questions whose answers may still come, late.
+constexpr std::size_t kMostAsked = 64;
 
 bool Has(const Told& told, Note::Kind kind) {
   return std::any_of(told.notes.begin(), told.notes.end(),
                      [&](const Note& note) { return note.kind == kind; });
-}
-
-const DecodedField* FindField(const std::vector<DecodedField>& fields, const char* name) {
-  const auto field = std::find_if(fields.begin(), fields.end(),
-                                  [&](const DecodedField& each) { return each.name == name; });
-  return field != fields.end() ? &*field : nullptr;
 }
 
 std::string ValueOf(const std::vector<DecodedField>& fields, const char* name) {
@@ -42,6 +40,16 @@ std::string NameOfToken(const std::vector<DecodedField>& token) {
   return name;
 }
 
+bool Contains(const std::deque<std::uint64_t>& packets, std::uint64_t packet) {
+  return std::find(packets.begin(), packets.end(), packet) != packets.end();
+}
+
+// The last of them only.
+void Remember(std::uint64_t packet, std::deque<std::uint64_t>* packets) {
+  packets->push_back(packet);
+  if (packets->size() > kMostAsked) packets->pop_front();
+}
+
 bool BeginsFrame(const std::vector<std::uint8_t>& bytes) {
   return bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0x55;
 }
@@ -54,6 +62,7 @@ void Sightings::Add(std::uint64_t packet) {
 }
 
 void EvidenceCollector::Add(const Told& told) {
+  NoticeSilence(told);
   if (told.is_event) {
     AddEvent(told);
   } else if (told.observed.sender == Sender::kIpod) {
@@ -77,15 +86,19 @@ void EvidenceCollector::AddSent(const Told& told) {
   if (!told.frame) return;
   const std::uint64_t packet = told.observed.number;
   const DecodedFrame& frame = *told.frame;
+  if (Has(told, Note::Kind::kBadChecksum)) evidence_.damaged_sent.Add(packet);
   evidence_.sent.Add(packet);
-  last_sent_ = told.observed.bytes;
+  sent_.push_back(told.observed.bytes);
+  if (sent_.size() > kMostSent) sent_.pop_front();
   if (frame.command != nullptr && frame.command->reply.kind != Reply::Kind::kNone) {
     evidence_.unanswered.Add(packet);
+    Remember(packet, &asked_);
   }
   if (frame.frame.lingo != lingo::kGeneral) return;
   if (frame.frame.command == general::kStartIdps) {
     (frame.identifier ? evidence_.start_with_identifier : evidence_.start_without_identifier)
         .Add(packet);
+    Remember(packet, &starts_);
   }
   if (frame.frame.command == general::kRequestLingoProtocolVersion) {
     last_version_asked_ = static_cast<std::uint8_t>(frame.Number("lingo").value_or(0));
@@ -95,6 +108,7 @@ void EvidenceCollector::AddSent(const Told& told) {
 void EvidenceCollector::AddReceived(const Told& told) {
   const std::uint64_t packet = told.observed.number;
   evidence_.bytes_received += told.observed.bytes.size();
+  if (evidence_.cut_frame) evidence_.unfinished.Add(*evidence_.cut_frame);
   evidence_.cut_frame.reset();
   if (IsEcho(told)) {
     evidence_.echoes.Add(packet);
@@ -106,18 +120,84 @@ void EvidenceCollector::AddReceived(const Told& told) {
   }
   if (Has(told, Note::Kind::kBadChecksum)) {
     evidence_.damaged.Add(packet);
+    evidence_.damage.AddDamaged(told.observed.bytes);
     return;
   }
   evidence_.received.Add(packet);
+  evidence_.damage.AddGood(told.observed.bytes);
   evidence_.unanswered = {};
+  NoticeAnswer(told);
   if (Has(told, Note::Kind::kLate)) evidence_.late.Add(packet);
   if (Has(told, Note::Kind::kOtherIdentifier)) evidence_.foreign_identifiers.Add(packet);
+  if (Has(told, Note::Kind::kNoIdentifier) && !Has(told, Note::Kind::kDamaged)) {
+    (evidence_.identified_by_tokens ? evidence_.forgetful : evidence_.without_identifier)
+        .Add(packet);
+  }
+  if (Has(told, Note::Kind::kUnasked)) evidence_.unasked.Add(packet);
+  if (Has(told, Note::Kind::kOtherOrder)) evidence_.other_order.Add(packet);
+  if (Has(told, Note::Kind::kDamaged) && told.frame->command != nullptr) {
+    evidence_.misshapen.Add(packet);
+  }
+  // What does not fit its command says nothing else.
+  if (Has(told, Note::Kind::kDamaged) && told.frame->command != nullptr) return;
   if (told.frame->frame.lingo == lingo::kGeneral) AddGeneral(*told.frame, packet);
   if (told.frame->frame.lingo == lingo::kStorage) AddStorageAck(*told.frame, packet);
-  const bool is_ack = told.frame->command != nullptr && FindField(told.frame->fields, "command");
-  if (is_ack && told.frame->Number("status") == status::kNotAuthenticated) {
+  if (Has(told, Note::Kind::kRefused)) AddRefusal(*told.frame, packet);
+}
+
+// Those that have a finding of their own are not counted here.
+void EvidenceCollector::AddRefusal(const DecodedFrame& frame, std::uint64_t packet) {
+  const auto status = frame.Number("status");
+  const auto command = frame.Number("command");
+  if (status == status::kNotAuthenticated) {
     evidence_.not_authenticated.Add(packet);
+    return;
   }
+  const bool in_identification =
+      frame.frame.lingo == lingo::kGeneral &&
+      (command == general::kStartIdps || command == general::kIdentifyDeviceLingoes ||
+       command == general::kRequestLingoProtocolVersion);
+  const bool is_full = frame.frame.lingo == lingo::kStorage && status == status::kOutOfResources;
+  if (in_identification || is_full) return;
+  if (!evidence_.refused) {
+    evidence_.first_refusal = {ValueOf(frame.fields, "command"), ValueOf(frame.fields, "status"),
+                               packet, status == status::kUnknownId};
+  }
+  evidence_.refused.Add(packet);
+}
+
+// A question that was asked again, or followed by others, may still be answered late.
+void EvidenceCollector::NoticeSilence(const Told& told) {
+  for (const Note& note : told.notes) {
+    const bool silent = note.kind == Note::Kind::kRetry || note.kind == Note::Kind::kUnanswered;
+    if (!silent || !Contains(asked_, note.question)) continue;
+    if (Contains(starts_, note.question)) {
+      evidence_.silent_starts.Add(note.question);
+      continue;
+    }
+    silent_.push_back({note.question, false});
+    if (silent_.size() <= kMostAsked) continue;
+    if (silent_.front().passed_over) evidence_.left_out.Add(silent_.front().question);
+    silent_.pop_front();
+  }
+}
+
+void EvidenceCollector::NoticeAnswer(const Told& told) {
+  const auto is_answered = [&](const Silent& silent) { return silent.question == told.question; };
+  silent_.erase(std::remove_if(silent_.begin(), silent_.end(), is_answered), silent_.end());
+  for (Silent& silent : silent_) silent.passed_over = true;
+}
+
+// Where StartIDPS went unanswered for good, that is told by itself.
+Evidence EvidenceCollector::evidence() const {
+  Evidence all = evidence_;
+  for (const Silent& silent : silent_) {
+    if (silent.passed_over) all.left_out.Add(silent.question);
+  }
+  if (all.start_accepted && !all.start_accepted_with_identifier) {
+    for (const std::uint64_t start : all.silent_starts.packets) all.left_out.Add(start);
+  }
+  return all;
 }
 
 // The line was cut if nothing follows the beginning of a frame.
@@ -134,8 +214,12 @@ void EvidenceCollector::AddNoFrame(const Told& told) {
   }
 }
 
-bool EvidenceCollector::IsEcho(const Told& told) const {
-  return !last_sent_.empty() && told.observed.bytes == last_sent_;
+// Each frame comes back once.
+bool EvidenceCollector::IsEcho(const Told& told) {
+  const auto sent = std::find(sent_.begin(), sent_.end(), told.observed.bytes);
+  if (sent == sent_.end()) return false;
+  sent_.erase(sent);
+  return true;
 }
 
 void EvidenceCollector::AddGeneral(const DecodedFrame& frame, std::uint64_t packet) {
@@ -164,6 +248,7 @@ void EvidenceCollector::AddGeneral(const DecodedFrame& frame, std::uint64_t pack
       break;
     case general::kIdpsStatus:
       evidence_.identified = frame.Number("status") == status::kOk;
+      evidence_.identified_by_tokens = evidence_.identified;
       if (!evidence_.identified) {
         evidence_.tokens_failed = {"EndIDPS", ValueOf(frame.fields, "status"), packet, false};
       }
@@ -181,6 +266,7 @@ void EvidenceCollector::AddGeneralAck(const DecodedFrame& frame, std::uint64_t p
   switch (frame.Number("command").value_or(0xFFFF)) {
     case general::kStartIdps:
       if (status == status::kOk) {
+        evidence_.identified_by_tokens = false;
         evidence_.start_accepted = packet;
         evidence_.start_accepted_with_identifier =
             static_cast<bool>(evidence_.start_with_identifier);
@@ -191,6 +277,7 @@ void EvidenceCollector::AddGeneralAck(const DecodedFrame& frame, std::uint64_t p
     case general::kIdentifyDeviceLingoes:
       if (status == status::kOk) {
         evidence_.identified = true;
+        evidence_.identified_by_tokens = false;
       } else {
         evidence_.lingoes_refused = refusal;
       }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "wire/conversation.h"
+#include "wire/findings/damage.h"
 
 namespace ipodwire {
 
@@ -43,12 +45,16 @@ struct Evidence {
   Sightings noise;                                    ///< received bytes that are no frame
   std::vector<std::vector<std::uint8_t>> noise_runs;  ///< the first of them
   Sightings damaged;                                  ///< received frames with bad checksums
+  Damage damage;                                      ///< what these have in common
+  Sightings damaged_sent;                             ///< frames to the iPod with bad checksums
+  Sightings unfinished;                               ///< beginnings of frames, before others
   Sightings line_errors;                              ///< told by the driver
   std::optional<std::uint64_t> cut_frame;             ///< the packet, when it is the last that came
   std::optional<std::uint64_t> line_gone;
 
   Sightings start_without_identifier;
   Sightings start_with_identifier;
+  Sightings silent_starts;  ///< that stayed unanswered
   std::optional<std::uint64_t> start_accepted;
   bool start_accepted_with_identifier = false;
   std::optional<Refusal> start_refused;
@@ -56,6 +62,7 @@ struct Evidence {
   std::optional<Refusal> tokens_failed;  ///< the status with which the iPod ended them
   std::optional<Refusal> lingoes_refused;
   bool identified = false;
+  bool identified_by_tokens = false;
   Sightings authentication;     ///< demands of the iPod
   Sightings identify_requests;  ///< demands to identify, once it had accepted us
   /// Versions by lingo, major and minor, with the packet that told them.
@@ -63,7 +70,15 @@ struct Evidence {
   std::map<std::uint8_t, std::uint64_t> lingoes_without_version;
 
   Sightings late;
+  Sightings left_out;  ///< questions that stayed unanswered, while others were answered
+  Sightings unasked;
+  Sightings other_order;
+  Sightings misshapen;  ///< good frames whose data do not fit their command
+  Sightings refused;    ///< questions, with a status that has no meaning of its own here
+  std::optional<Refusal> first_refusal;
   Sightings foreign_identifiers;
+  Sightings without_identifier;  ///< answers to questions that have one
+  Sightings forgetful;           ///< of these, those of an iPod that had accepted our tokens
   Sightings not_authenticated;
   Sightings no_room;
   /// Questions since the iPod last said anything.
@@ -80,21 +95,31 @@ class EvidenceCollector {
     if (baud != 0) evidence_.baud = baud;
   }
 
-  const Evidence& evidence() const { return evidence_; }
+  Evidence evidence() const;
 
  private:
   void AddEvent(const Told& told);
   void AddSent(const Told& told);
   void AddReceived(const Told& told);
   void AddNoFrame(const Told& told);
-  bool IsEcho(const Told& told) const;
+  bool IsEcho(const Told& told);
+  void AddRefusal(const DecodedFrame& frame, std::uint64_t packet);
+  void NoticeSilence(const Told& told);
+  void NoticeAnswer(const Told& told);
   void AddGeneral(const DecodedFrame& frame, std::uint64_t packet);
   void AddGeneralAck(const DecodedFrame& frame, std::uint64_t packet);
   void AddTokenAcks(const DecodedFrame& frame, std::uint64_t packet);
   void AddStorageAck(const DecodedFrame& frame, std::uint64_t packet);
 
   Evidence evidence_;
-  std::vector<std::uint8_t> last_sent_;
+  std::deque<std::vector<std::uint8_t>> sent_;  // the last, which may come back
+  struct Silent {
+    std::uint64_t question;
+    bool passed_over;  // the iPod has said something else since
+  };
+  std::deque<Silent> silent_;         // questions whose answers may still come
+  std::deque<std::uint64_t> asked_;   // the last questions
+  std::deque<std::uint64_t> starts_;  // StartIDPS among them
   std::uint8_t last_version_asked_ = 0;
 };
 

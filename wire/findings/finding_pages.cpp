@@ -59,6 +59,15 @@ const std::vector<FindingPage> kPages = {
      "not "
      "quite right, or the machine is too busy.",
      "As for damaged frames; check also the load of the machine."},
+    {"E206", "Frames came without their end", kListening,
+     "They stop in the middle, and others follow: bytes are lost on their way, or come so late "
+     "that "
+     "they no longer belong to their frame.",
+     "As for damaged frames; an iPod that was taken out and put back does it once."},
+    {"E207", "Bytes came between the frames", kListening,
+     "They belong to no frame: noise on the line, or what is left of a frame whose beginning was "
+     "lost.",
+     "As for damaged frames; a few of them right after docking are of no account."},
 
     {"E301", "The iPod wants an identifier on StartIDPS", kIdentifying,
      "It left StartIDPS unanswered until it carried a transaction identifier.",
@@ -107,6 +116,26 @@ const std::vector<FindingPage> kPages = {
     {"E404", "The iPod wants an authenticated accessory for this", kAsking,
      "It acknowledged the question with the status for want of authentication.",
      "Nothing on this dock; what else was asked for may still work."},
+    {"E405", "The iPod refused what it was asked", kAsking,
+     "It acknowledged a command with a status other than success. Older iPods do not know newer "
+     "commands, and many refuse one that does not fit what they are doing.",
+     "Look the status up in the recording (ipodctl decode); where it is 'unknown ID', do without "
+     "that command on this iPod."},
+    {"E406", "Questions stayed unanswered", kAsking,
+     "The iPod answers others, so these or their answers were lost on the way, or it was away for "
+     "a "
+     "moment.",
+     "Nothing while it happens seldom: the question is asked again. Else check the cable."},
+    {"E407", "Answers came that nobody had asked for", kAsking,
+     "They come a second time, or for a question that had been given up.",
+     "Choose the robust conduct, which tells such answers apart."},
+    {"E408", "Records came twice, in another order, or not at all", kAsking,
+     "A list does not come in one piece, each record once.",
+     "Choose the robust conduct, which puts them in order and asks for missing ones again."},
+    {"E409", "Answers do not hold what they should", kAsking,
+     "The frame is whole and its checksum holds, but its data are too short or too long for the "
+     "command: the iPod's software differs from what is known, or it cut them off.",
+     "Choose the robust conduct, which asks for them again."},
 
     {"E501", "The line broke off in the middle of a frame", kAsking,
      "The last that came is a frame without its end: the cable was pulled, or the iPod taken out, "

@@ -44,13 +44,19 @@ Found PortGone(const Evidence& evidence) {
 
 Found CutFrame(const Evidence& evidence) {
   if (!evidence.cut_frame || !evidence.received) return {};
-  return Proved("E501", "the last that came is the beginning of a frame", {*evidence.cut_frame});
+  // A frame may also lose its end on the line, just before a session ends by itself.
+  return Likely("E501", "the last that came is the beginning of a frame", {*evidence.cut_frame});
 }
 
 Found Restarted(const Evidence& evidence) {
-  if (!evidence.identify_requests) return {};
-  return Likely("E504", "an iPod that had accepted the accessory asked it to identify itself",
-                evidence.identify_requests.packets);
+  if (evidence.identify_requests) {
+    return Likely("E504", "an iPod that had accepted the accessory asked it to identify itself",
+                  evidence.identify_requests.packets);
+  }
+  if (!evidence.forgetful) return {};
+  return Likely("E504",
+                "an iPod that had accepted the accessory by tokens answers without identifiers",
+                evidence.forgetful.packets);
 }
 
 Found FellSilent(const Evidence& evidence) {
@@ -86,20 +92,46 @@ Found OnlyNoise(const Evidence& evidence) {
   if (!rate)
     return Finding{"E203", Certainty::kNotExcluded,
                    seen + "; the rate at which they were sent is unknown", evidence.noise.packets};
-  return Proved("E203",
-                seen + "; they are frames sent at " + std::to_string(*rate) +
-                    " baud and heard at " + std::to_string(evidence.baud),
-                evidence.noise.packets);
+  Finding found = Proved("E203",
+                         seen + "; they are frames sent at " + std::to_string(*rate) +
+                             " baud and heard at " + std::to_string(evidence.baud),
+                         evidence.noise.packets);
+  found.rate = *rate;
+  return found;
+}
+
+std::string DamagedFrames(const Sightings& damaged, const char* direction) {
+  return Frames(damaged.count) + direction +
+         (damaged.count == 1 ? " has a bad checksum" : " have bad checksums");
 }
 
 Found Damaged(const Evidence& evidence) {
-  if (!evidence.damaged) return {};
-  return Proved(
-      "E204",
-      Frames(evidence.damaged.count) + " from the iPod " +
-          (evidence.damaged.count == 1 ? "has a bad checksum, " : "have bad checksums, ") +
-          std::to_string(evidence.received.count) + " good ones came",
-      evidence.damaged.packets);
+  if (!evidence.damaged) {
+    if (!evidence.damaged_sent) return {};
+    return Proved("E204", DamagedFrames(evidence.damaged_sent, " to the iPod"),
+                  evidence.damaged_sent.packets);
+  }
+  std::string seen = DamagedFrames(evidence.damaged, " from the iPod") + ", " +
+                     std::to_string(evidence.received.count) + " good ones came";
+  const std::string pattern = evidence.damage.Pattern();
+  if (!pattern.empty()) seen += "; " + pattern;
+  return Proved("E204", seen, evidence.damaged.packets);
+}
+
+Found Unfinished(const Evidence& evidence) {
+  if (!evidence.unfinished) return {};
+  return Proved("E206",
+                Count(evidence.unfinished.count, "frame was", "frames were") +
+                    " begun and not ended before others came",
+                evidence.unfinished.packets);
+}
+
+Found NoiseBetweenFrames(const Evidence& evidence) {
+  if (!evidence.noise || !evidence.received) return {};
+  return Proved("E207",
+                Count(evidence.noise.count, "run", "runs") + " of bytes belonged to no frame, " +
+                    std::to_string(evidence.received.count) + " good frames came",
+                evidence.noise.packets);
 }
 
 Found LineErrors(const Evidence& evidence) {
@@ -159,9 +191,20 @@ Found WantsAuthentication(const Evidence& evidence) {
 
 Found WantsIdentifier(const Evidence& evidence) {
   if (!evidence.start_without_identifier || !evidence.start_accepted_with_identifier) return {};
-  return Proved("E301",
+  // The answer to the one without may have been lost.
+  return Likely("E301",
                 "StartIDPS was accepted with an identifier, after it stayed unanswered without",
                 {evidence.start_without_identifier.packets.front(), *evidence.start_accepted});
+}
+
+// Nobody tried what such an iPod wants, so it may be one.
+Found MayWantIdentifier(const Evidence& evidence) {
+  const bool ignored = evidence.start_without_identifier && !evidence.start_with_identifier &&
+                       !evidence.start_accepted && !evidence.start_refused;
+  if (!ignored || !evidence.received) return {};
+  return Finding{"E301", Certainty::kNotExcluded,
+                 "StartIDPS stayed unanswered, and was never sent with an identifier",
+                 evidence.start_without_identifier.packets};
 }
 
 Found TokensUnknown(const Evidence& evidence) {
@@ -189,7 +232,7 @@ Found LingoesRefused(const Evidence& evidence) {
 }
 
 Found TokensFailed(const Evidence& evidence) {
-  if (!evidence.tokens_failed) return {};
+  if (!evidence.tokens_failed || evidence.identified) return {};
   return Proved("E304", "EndIDPS was answered by: " + evidence.tokens_failed->status,
                 {evidence.tokens_failed->packet});
 }
@@ -220,6 +263,48 @@ Found NotAuthenticated(const Evidence& evidence) {
                 evidence.not_authenticated.packets);
 }
 
+Found Refused(const Evidence& evidence) {
+  if (!evidence.refused) return {};
+  const Refusal& first = *evidence.first_refusal;
+  std::string seen = first.what + " was refused: " + first.status;
+  if (evidence.refused.count > 1) {
+    seen += "; " + Count(evidence.refused.count - 1, "other refusal", "other refusals") + " came";
+  }
+  return Proved("E405", seen, evidence.refused.packets);
+}
+
+Found LeftOut(const Evidence& evidence) {
+  if (!evidence.left_out || !evidence.received) return {};
+  return Proved("E406",
+                Count(evidence.left_out.count, "question", "questions") +
+                    " stayed unanswered, others did not",
+                evidence.left_out.packets);
+}
+
+Found Unasked(const Evidence& evidence) {
+  if (!evidence.unasked) return {};
+  return Proved("E407",
+                Count(evidence.unasked.count, "answer", "answers") +
+                    " came that no open question had asked for",
+                evidence.unasked.packets);
+}
+
+Found OtherOrder(const Evidence& evidence) {
+  if (!evidence.other_order) return {};
+  return Proved(
+      "E408",
+      Count(evidence.other_order.count, "record", "records") + " did not follow the one before",
+      evidence.other_order.packets);
+}
+
+Found Misshapen(const Evidence& evidence) {
+  if (!evidence.misshapen) return {};
+  return Proved("E409",
+                Count(evidence.misshapen.count, "good frame does", "good frames do") +
+                    " not hold what its command is made of",
+                evidence.misshapen.packets);
+}
+
 Found Slow(const Evidence& evidence) {
   if (!evidence.late) return {};
   return Proved("E402",
@@ -228,35 +313,49 @@ Found Slow(const Evidence& evidence) {
 }
 
 Found ForeignIdentifiers(const Evidence& evidence) {
-  if (!evidence.foreign_identifiers) return {};
-  return Proved("E401",
-                Count(evidence.foreign_identifiers.count, "answer", "answers") +
-                    " came not under the question's identifier",
-                evidence.foreign_identifiers.packets);
+  if (evidence.foreign_identifiers) {
+    return Proved("E401",
+                  Count(evidence.foreign_identifiers.count, "answer", "answers") +
+                      " came not under the question's identifier",
+                  evidence.foreign_identifiers.packets);
+  }
+  if (!evidence.without_identifier) return {};
+  return Likely("E401",
+                Count(evidence.without_identifier.count, "answer", "answers") +
+                    " came without an identifier, the questions have one",
+                evidence.without_identifier.packets);
 }
 
 // What ended a session before what hampered it, and what explains others before those.
 constexpr Found (*kRules[])(const Evidence&) = {
     PortGone,
-    CutFrame,
     OnlyEchoes,
     NothingCame,
     OnlyNoise,
-    Restarted,
-    FellSilent,
     TooOld,
     LingoesRefused,
     TokensFailed,
     WantsAuthentication,
     TokenRefused,
+    Restarted,
+    CutFrame,
+    FellSilent,
     NoRoom,
     NotAuthenticated,
-    WantsIdentifier,
     Damaged,
+    Unfinished,
+    NoiseBetweenFrames,
     LineErrors,
+    Misshapen,
+    Refused,
     Slow,
+    LeftOut,
+    Unasked,
+    OtherOrder,
+    WantsIdentifier,
     ForeignIdentifiers,
     TokensUnknown,
+    MayWantIdentifier,
     NoWorkouts,
 };
 

@@ -37,6 +37,7 @@ class RecordingPipe {
   int read_end_ = -1;
   int wake_ = -1;  // readable once the end is asked for
   std::atomic<bool> ending_ = false;
+  std::atomic<bool> drained_ = false;  // all that is recorded is in the pipe
   std::atomic<int> patience_ms_ = 0;
   std::thread reader_;  // the last member: it uses the others
 };

@@ -33,7 +33,7 @@ RecordingPipe::RecordingPipe(const std::function<void(RecordingPipe&)>& reader) 
 
 // By now all that is recorded is in the pipe.
 RecordingPipe::~RecordingPipe() {
-  patience_ms_ = 0;
+  drained_ = true;
   End();
   if (read_end_ < 0) return;
   ::close(read_end_);
@@ -59,7 +59,8 @@ std::size_t RecordingPipe::Read(std::uint8_t* bytes, std::size_t count,
   pollfd ends[] = {{read_end_, POLLIN, 0}, {wake_, POLLIN, 0}};
   while (true) {
     const bool ending = ending_;
-    const int ready = ::poll(ends, ending ? 1 : 2, ending ? patience_ms_.load() : kPollMs);
+    const int patience_ms = drained_ ? 0 : patience_ms_.load();
+    const int ready = ::poll(ends, ending ? 1 : 2, ending ? patience_ms : kPollMs);
     if (ready > 0 && ends[0].revents != 0) {
       const ssize_t read = ::read(read_end_, bytes, count);
       return read > 0 ? static_cast<std::size_t>(read) : 0;
