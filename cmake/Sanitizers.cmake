@@ -7,3 +7,8 @@ if(IPODCOMM_SANITIZE)
                       -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${IPODCOMM_SANITIZE})
 endif()
+if(IPODCOMM_FUZZ)
+  # What a fuzzer's input reaches is counted everywhere; only its own program has libFuzzer's main.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -37,6 +37,7 @@ Row RowOf(Meddling meddling) {
     case Meddling::kNotification:
     case Meddling::kStateChange:
     case Meddling::kSlow:
+    case Meddling::kInterrupt:
       return {};
     case Meddling::kPending:
       return {{}, {"E408"}};

@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::uint64_t kRuns = 240;
 // Shares no factor with the numbers of commands and of troubles.
-constexpr std::uint64_t kStride = 997;
-constexpr unsigned kFrames = 20;
+constexpr std::uint64_t kFindingStride = 997;
+constexpr unsigned kFindingFrames = 20;
 
 TEST(Findings, ProveNothingWrongAndNameNearlyEveryTrouble) {
   std::vector<Case> runs;
   for (std::uint64_t number = 0; number < kRuns; ++number) {
-    Case run = CaseByNumber(number * kStride, 2);
-    run.place = DrawPlace(run, kFrames, kFrames);
+    Case run = CaseByNumber(number * kFindingStride, 2);
+    run.place = DrawPlace(run, kFindingFrames, kFindingFrames);
     runs.push_back(run);
   }
   unsigned to_name = 0;

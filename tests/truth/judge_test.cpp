@@ -19,13 +19,13 @@ Case CaseOf(const char* name) { return *CaseByName(name); }
 Judgement JudgeOutput(const char* name, const std::string& out, Account account = {}) {
   const Case run = CaseOf(name);
   const ipodsim::SimulatedIpod ipod(run.settings());
-  return Judge(run, {{0, out, "", 1, false}, std::move(account)}, ipod, 0);
+  return Judge(run, {{0, out, "", 1, false}, std::move(account), {}}, ipod, 0);
 }
 
 Judgement JudgeFailure(const char* name, const std::string& message, Account account = {}) {
   const Case run = CaseOf(name);
   const ipodsim::SimulatedIpod ipod(run.settings());
-  return Judge(run, {{1, "", message, 1, false}, std::move(account)}, ipod, 0);
+  return Judge(run, {{1, "", message, 1, false}, std::move(account), {}}, ipod, 0);
 }
 
 constexpr const char* kArtists =
@@ -146,7 +146,7 @@ Judgement JudgeInterrupted(const char* name, const std::string& out) {
   const ipodsim::SimulatedIpod ipod(run.settings());
   Account account;
   account.struck = true;
-  return Judge(run, {{130, out, "interrupted before it was done", 1, false}, account}, ipod, 0);
+  return Judge(run, {{130, out, "interrupted before it was done", 1, false}, account, {}}, ipod, 0);
 }
 
 TEST(Judge, HoldsWhatWasSaidBeforeAnInterruptAgainstTheTruth) {
@@ -171,9 +171,9 @@ TEST(Judge, FindsAStepOfTheTourThatIsMissingOrWrong) {
 TEST(Judge, CallsWhatLastsTenMinutesAHang) {
   const Case run = CaseOf("info/nano/fast/none@0/1");
   const ipodsim::SimulatedIpod ipod(run.settings());
-  EXPECT_EQ(Judge(run, {{1, "", "the iPod refused", 601, false}, {}}, ipod, 0).verdict,
+  EXPECT_EQ(Judge(run, {{1, "", "the iPod refused", 601, false}, {}, {}}, ipod, 0).verdict,
             Verdict::kHang);
-  EXPECT_EQ(Judge(run, {{-1, "", "host waits for ever", 5, true}, {}}, ipod, 0).verdict,
+  EXPECT_EQ(Judge(run, {{-1, "", "host waits for ever", 5, true}, {}, {}}, ipod, 0).verdict,
             Verdict::kHang);
 }
 

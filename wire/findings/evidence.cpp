@@ -50,6 +50,18 @@ void Remember(std::uint64_t packet, std::deque<std::uint64_t>* packets) {
   if (packets->size() > kMostAsked) packets->pop_front();
 }
 
+// Whether a General command is one of those with which an accessory identifies itself.
+bool Identifies(std::optional<std::uint64_t> command) {
+  switch (command.value_or(0)) {
+    case general::kStartIdps:
+    case general::kIdentifyDeviceLingoes:
+    case general::kRequestLingoProtocolVersion:
+      return true;
+    default:
+      return false;
+  }
+}
+
 bool BeginsFrame(const std::vector<std::uint8_t>& bytes) {
   return bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0x55;
 }
@@ -153,12 +165,8 @@ void EvidenceCollector::AddRefusal(const DecodedFrame& frame, std::uint64_t pack
     evidence_.not_authenticated.Add(packet);
     return;
   }
-  const bool in_identification =
-      frame.frame.lingo == lingo::kGeneral &&
-      (command == general::kStartIdps || command == general::kIdentifyDeviceLingoes ||
-       command == general::kRequestLingoProtocolVersion);
   const bool is_full = frame.frame.lingo == lingo::kStorage && status == status::kOutOfResources;
-  if (in_identification || is_full) return;
+  if (is_full || (frame.frame.lingo == lingo::kGeneral && Identifies(command))) return;
   if (!evidence_.refused) {
     evidence_.first_refusal = {ValueOf(frame.fields, "command"), ValueOf(frame.fields, "status"),
                                packet, status == status::kUnknownId};

@@ -43,7 +43,7 @@ Found PortGone(const Evidence& evidence) {
 }
 
 Found CutFrame(const Evidence& evidence) {
-  if (!evidence.cut_frame || !evidence.received) return {};
+  if (!evidence.cut_frame) return {};
   // A frame may also lose its end on the line, just before a session ends by itself.
   return Likely("E501", "the last that came is the beginning of a frame", {*evidence.cut_frame});
 }
@@ -86,7 +86,8 @@ Found OnlyEchoes(const Evidence& evidence) {
 }
 
 Found OnlyNoise(const Evidence& evidence) {
-  if (!evidence.noise || evidence.received) return {};
+  const bool any_frame = evidence.received || evidence.damaged || evidence.echoes;
+  if (any_frame || evidence.cut_frame || evidence.bytes_received == 0) return {};
   const auto rate = SendingRate(evidence.noise_runs, evidence.baud);
   std::string seen = std::to_string(evidence.bytes_received) + " bytes came and no whole frame";
   if (!rate)

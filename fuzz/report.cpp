@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Workout documents, and the page that is made of them.
+#include <string_view>
+
+#include "fuzz.h"
+#include "report/page.h"
+#include "report/workout_figures.h"
+#include "report/workout_reader.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const ipodctl::WorkoutDocument document = ipodctl::ParseWorkoutDocument(text);
+  if (size > 4096) return 0;  // pages of long documents take long
+  fuzz::Require(!RenderPage(document, FiguresOf(document), "workout.xml").empty());
+  return 0;
+}
