@@ -115,14 +115,17 @@ struct COMSTAT {
 
 /// Opens the port `name` ("COM2:"; "COM2" and any case will do). Only existing ports with read and
 /// write access and no sharing are asked for. INVALID_HANDLE_VALUE on failure: 2 no such port, 5 no
-/// permission or already open (in this process or another), 87 unusable arguments.
+/// permission or already open (in this process or another; Wine opens a port twice), 87 unusable
+/// arguments.
 HANDLE CreateFileW(const wchar_t* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
                    DWORD disposition, DWORD flags, HANDLE file_template);
 /// Closes a port, thread or event. A thread goes on; a read, write or wait in progress on a closed
-/// port ends at once and fails. 6 for a handle that is not open, however often it is tried.
+/// port ends at once and fails (under Wine a read ends with the next byte or its time-out). 6 for a
+/// handle that is not open, however often it is tried.
 BOOL CloseHandle(HANDLE handle);
 BOOL GetCommState(HANDLE port, DCB* state);
-/// 6 for a bad handle, 87 for settings that the line cannot have.
+/// 6 for a bad handle, 87 for settings that the line cannot have. Wine refuses those with 50, lets
+/// a wrong length and a speed of 0 pass, and tells two stop bits where one and a half were set.
 BOOL SetCommState(HANDLE port, DCB* state);
 BOOL GetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts);
 BOOL SetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts);
@@ -130,11 +133,13 @@ BOOL SetCommTimeouts(HANDLE port, COMMTIMEOUTS* timeouts);
 BOOL SetCommMask(HANDLE port, DWORD events);
 /// Blocks until one of the chosen events, without a limit; the port's closing and the line's going
 /// away end it with failure. One thread at a time; 87 when no events are chosen. Whether bytes that
-/// came before the wait and are still unread end it differs.
+/// came before the wait and are still unread end it differs. On a pseudo-terminal Wine does not
+/// wait: it returns at once, with success and no events.
 BOOL WaitCommEvent(HANDLE port, DWORD* events, OVERLAPPED* overlapped);
 /// Reads up to `count` bytes. Blocks at most the total time-out (multiplier x count + constant),
 /// less when the gap between two bytes exceeds the interval. An empty read succeeds with 0 bytes.
-/// Fails on a closed port (6) and on a line that has gone away (another code), at once. A write of
+/// Fails on a closed port (6) and on a line that has gone away (another code), at once; under Wine
+/// a pseudo-terminal that has gone away reads as a silent line, and writes alone fail. A write of
 /// another thread goes on meanwhile.
 BOOL ReadFile(HANDLE port, void* buffer, DWORD count, DWORD* read, OVERLAPPED* overlapped);
 /// Writes all `count` bytes unless it fails or a write time-out is set and passes; blocks while the

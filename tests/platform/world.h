@@ -23,8 +23,21 @@ using Bytes = std::vector<std::uint8_t>;
 struct Traits {
   /// The port kPort exists and World's far-end members work.
   bool has_port = false;
-  /// CreateFileW refuses arguments that the library never gives, with 87.
+  /// CreateFileW refuses arguments that the library never gives, with 87; else a port may be opened
+  /// for reading alone.
   bool checks_open_arguments = false;
+  /// A port that is open is denied with 5; else it opens again.
+  bool opens_a_port_once = false;
+  /// One and a half stop bits read back as such; else as two.
+  bool keeps_stop_bits = false;
+  /// SetCommState refuses all impossible settings with 87; else some only, with 50.
+  bool checks_line_settings = false;
+  /// WaitCommEvent waits; else it returns at once, with success and no events.
+  bool waits_for_events = false;
+  /// Closing a port ends a read in progress; else the read goes on to its own end.
+  bool closing_ends_reads = false;
+  /// A read on a line that has gone away fails; else it succeeds at once with 0 bytes.
+  bool fails_reads_of_vanished_lines = false;
   /// The value of a closed handle never stands for anything again.
   bool retires_handles = false;
   /// TerminateThread lets the thread reach a point where it holds no lock, and unwinds its stack.
@@ -34,9 +47,10 @@ struct Traits {
   bool tolerates_lock_misuse = false;
   /// LocalFree refuses what the heap did not hand out.
   bool checks_heap_blocks = false;
-  /// DeactivateDevice refuses a handle that ActivateDevice did not hand out.
+  /// DeactivateDevice refuses a handle that ActivateDevice did not hand out; else it takes any that
+  /// may be one.
   bool checks_device_handles = false;
-  /// Conversions and formatting that were cut leave text that ends with a terminator.
+  /// Conversions that were cut leave text that ends with a terminator.
   bool terminates_cut_conversions = false;
   /// How far the tick count may lag behind.
   DWORD tick_step_ms = 1;

@@ -45,6 +45,12 @@ Traits World::traits() const {
   Traits traits;
   traits.has_port = true;
   traits.checks_open_arguments = true;
+  traits.opens_a_port_once = true;
+  traits.keeps_stop_bits = true;
+  traits.checks_line_settings = true;
+  traits.waits_for_events = true;
+  traits.closing_ends_reads = true;
+  traits.fails_reads_of_vanished_lines = true;
   traits.retires_handles = true;
   traits.ends_threads_at_safe_points = true;
   traits.tolerates_lock_misuse = true;
