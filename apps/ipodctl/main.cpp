@@ -85,7 +85,12 @@ int RunAny(const Options& options, Output& output) {
 
 int Run(const Options& options) {
   SetVerbose(options.verbose);
-  if (options.verbose) SetEnvironment("IPODCOMM_DEBUG", "1");
+  if (options.verbose) {
+    SetEnvironment("IPODCOMM_DEBUG", "1");
+  } else {
+    // The sentence with which a command fails says what a logged error would.
+    SetEnvironment("IPODCOMM_TRACE", "off");
+  }
   const StdoutGuard guard(options.verbose ? StdoutGuard::Others::kToStandardError
                                           : StdoutGuard::Others::kDropped);
   Output output(options.capture == "-" ? stderr : guard.stream(), options.json);

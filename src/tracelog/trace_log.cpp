@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Writes logged software errors to standard error, one line each: "source: message".
+// Writes logged software errors to standard error, one line each: "source: message". With
+// IPODCOMM_TRACE=off in the environment it writes none, for a host that tells of errors itself.
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string>
 
@@ -57,9 +60,15 @@ std::string ToUtf8(const std::wstring& text) { return ipodcomm::platform::WideTo
 
 #endif
 
+bool IsOff() {
+  const char* const setting = std::getenv("IPODCOMM_TRACE");
+  return setting != nullptr && std::strcmp(setting, "off") == 0;
+}
+
 }  // namespace
 
 void CKORVATrace::LogSoftwareError(const wchar_t* source, const wchar_t* format, ...) {
+  if (IsOff()) return;
   std::va_list arguments;
   va_start(arguments, format);
   try {

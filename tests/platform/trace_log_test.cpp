@@ -2,6 +2,7 @@
 // The stand-in for the maker's trace library writes one line per logged error.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "ipodcomm/TraceLog.h"
@@ -31,6 +32,22 @@ TEST(TraceLog, TakesTextOfAnyLengthAndNoSource) {
   ::testing::internal::CaptureStderr();
   CKORVATrace::LogSoftwareError(nullptr, L"%s", std::wstring(5000, L'a').c_str());
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), ": " + std::string(5000, 'a') + "\n");
+}
+
+TEST(TraceLog, IsSilentOnRequest) {
+  const auto set = [](const char* value) {
+#if defined(_WIN32)
+    _putenv_s("IPODCOMM_TRACE", value);
+#else
+    setenv("IPODCOMM_TRACE", value, 1);
+#endif
+  };
+  set("off");
+  ::testing::internal::CaptureStderr();
+  CKORVATrace::LogSoftwareError(L"source", L"not told");
+  set("on");
+  CKORVATrace::LogSoftwareError(L"source", L"told");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "source: told\n");
 }
 
 }  // namespace
