@@ -26,6 +26,7 @@ constexpr const char* kProgramFooter =
     "\n"
     "The dock:\n"
     "  --port names it; else the environment variable IPODCOMM_COM2 does, else it is /dev/ttyS1.\n"
+    "  On Windows it is always COM2, and no simulated one takes its place.\n"
     "  --simulated puts a simulated iPod into this program, on a real pseudo-terminal. It is one "
     "of\n"
     "  nano (all services), classic (no token identification), old (too old), nosports, silent,\n"
