@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # On Windows a program or a library says in a resource what it is and of which version. Elsewhere the
 # file's name does.
 if(WIN32)

@@ -3,6 +3,7 @@
 // iPod as the accessory's version is in its version resource. So are the versions of what we ship.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -38,15 +39,23 @@ TEST(HostProgram, AMissingProgramHasNoVersion) {
   EXPECT_EQ(minor, -2);
 }
 
-// What Windows shows of a file beside this program.
+// A file of the build's program folder, which is beside that of this program.
+std::wstring Path(const wchar_t* file) {
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  return std::filesystem::path(program).parent_path().parent_path() / L"bin" / file;
+}
+
+// What Windows shows of a file.
 class Shipped : public ::testing::TestWithParam<const wchar_t*> {
  protected:
   void SetUp() override {
     DWORD unused = 0;
-    const DWORD size = GetFileVersionInfoSizeW(GetParam(), &unused);
+    const std::wstring path = Path(GetParam());
+    const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &unused);
     ASSERT_NE(size, 0U);
     block_.resize(size);
-    ASSERT_TRUE(GetFileVersionInfoW(GetParam(), 0, size, block_.data()));
+    ASSERT_TRUE(GetFileVersionInfoW(path.c_str(), 0, size, block_.data()));
   }
 
   std::wstring Text(const std::wstring& name) {
