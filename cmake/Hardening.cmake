@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What is shipped is hardened as distributions harden their packages. script/check-hardening tells of a
 # build whether it is.
 include(CheckCXXCompilerFlag)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Makes LIBRARY of the sources of the targets PARTS, optimised when it is linked, as a whole: what is
 # called in one place is inlined there and what is called nowhere is left out, which makes it some
 # 16 kB smaller. The sources are compiled anew for it. The objects of the parts stay such as any
