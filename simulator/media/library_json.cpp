@@ -167,6 +167,8 @@ LibraryResult ParseLibrary(std::string_view json, const std::string& source) {
     root = Json::parse(json);
   } catch (const Json::parse_error& problem) {
     return {std::nullopt, where + " is not valid JSON at " + PlaceOf(json, problem.byte)};
+  } catch (const Json::out_of_range&) {
+    return {std::nullopt, where + " holds a number that is too large"};
   }
   if (!root.is_object()) return {std::nullopt, where + " does not hold an object"};
   if (!root.contains("tracks")) return {std::nullopt, where + " has no \"tracks\""};
