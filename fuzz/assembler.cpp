@@ -39,6 +39,14 @@ Frames InRuns(const std::uint8_t* data, std::size_t size, std::size_t longest) {
   return frames;
 }
 
+// It begins with FF 55, or behind a lone FF with 55 alone, and its checksum holds.
+bool IsFrame(const std::vector<std::uint8_t>& bytes) {
+  const std::size_t start = bytes[0] == 0xFF ? 1 : 0;
+  unsigned sum = 0;
+  for (std::size_t i = start + 1; i < bytes.size(); ++i) sum += bytes[i];
+  return bytes.size() >= start + 4 && bytes[start] == 0x55 && sum % 256 == 0;
+}
+
 }  // namespace
 
 // The first byte is the length of the runs.
@@ -46,8 +54,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const Frames frames = ByteByByte(data + 1, size - 1);
   fuzz::Require(InRuns(data + 1, size - 1, std::size_t{data[0]} + 1) == frames);
-  for (const std::vector<std::uint8_t>& frame : frames) {
-    fuzz::Require(frame.size() >= 5 && frame[0] == 0xFF && frame[1] == 0x55);
-  }
+  fuzz::Require(std::all_of(frames.begin(), frames.end(), IsFrame));
   return 0;
 }
