@@ -19,6 +19,15 @@ std::string HonestFailure(const char* name) {
   return message;
 }
 
+void ExpectRight(const char* name) {
+  unsigned runs = 0;
+  RunInChildren({*CaseByName(name)}, 1, [&runs](const Report& report) {
+    ++runs;
+    EXPECT_EQ(report.judgement.verdict, Verdict::kRight) << report.judgement.why;
+  });
+  EXPECT_EQ(runs, 1U);
+}
+
 TEST(Cured, AnIpodWhoseRefusalIsCutShortIsThereAllTheSame) {
   EXPECT_EQ(HonestFailure("legacy-info/strict/fast/cut@12/1008"),
             "the iPod did not answer when asked to tell its General version");
@@ -27,6 +36,16 @@ TEST(Cured, AnIpodWhoseRefusalIsCutShortIsThereAllTheSame) {
 TEST(Cured, AnIpodWhoseRefusalsAreOftenCutShortIsThereAllTheSame) {
   EXPECT_EQ(HonestFailure("legacy-prefs/strict/fast/often-cut@0/2011"),
             "the iPod did not answer when asked to tell its preferences");
+}
+
+TEST(Cured, AnIpodThatRefusesToTellOfWorkoutsIsNotSaidToTakeNone) {
+  for (const char* name : {"legacy-info/nano/fast/refused-always@9/5033",
+                           "legacy-info/nano/fast/refused-always@10/5033"}) {
+    ExpectRight(name);
+  }
+  EXPECT_EQ(HonestFailure("legacy-workout/nano/fast/refused-always@5/5033"),
+            "the iPod refused to tell whether it takes workouts (status 4, unknown to it); try "
+            "without --legacy");
 }
 
 }  // namespace

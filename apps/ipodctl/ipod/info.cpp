@@ -181,8 +181,9 @@ void RunLegacyInfo(const Context& context, LegacySession& session) {
   }
   const std::vector<LegacyFact> facts = ReadLegacyFacts(session);
   // Which models take workouts is known by their number.
-  std::optional<bool> workouts;
+  WorkoutSupport workouts;
   if (session.model().answered()) workouts = session.AcceptsWorkouts();
+  const bool is_told = session.model().answered() && !workouts.refusal;
 
   Output& output = context.output;
   nlohmann::ordered_json json = {{"device", context.dock.device()}};
@@ -192,8 +193,10 @@ void RunLegacyInfo(const Context& context, LegacySession& session) {
     if (fact.text) json[fact.key] = *fact.text;
     output.Fact(fact.label, ToldOrNot(fact.text));
   }
-  if (workouts) json["sports"] = *workouts;
-  output.Fact("Workouts", !workouts ? "(not told)" : *workouts ? "supported" : "not supported");
+  if (is_told) json["sports"] = workouts.accepted;
+  output.Fact("Workouts", !is_told            ? "(not told)"
+                          : workouts.accepted ? "supported"
+                                              : "not supported");
   output.Object(json);
 }
 

@@ -94,10 +94,10 @@ bool LegacySession::Answers() {
   return ipodctl::Answers(ipod_);
 }
 
-bool LegacySession::AcceptsWorkouts() {
+WorkoutSupport LegacySession::AcceptsWorkouts() {
   Require(model_, "tell its model");
   const std::string family = model_number_.substr(0, 4);
-  if (family != "0014" && family != "0017") return false;
+  if (family != "0014" && family != "0017") return {};
   constexpr std::uint8_t kSportsAck = 0x80;
   constexpr unsigned kNeeded =
       ipod::IPOD_SPORTS_GETIPODCAPS_MASK_GYM | ipod::IPOD_SPORTS_GETIPODCAPS_MASK_USERDATA;
@@ -109,9 +109,9 @@ bool LegacySession::AcceptsWorkouts() {
                 false,
                 {},
                 kSportsAck});
-  if (sports.refused()) return false;
+  if (sports.refused()) return {false, sports.status};
   Require(sports, "tell its Sports capabilities");
-  if ((sports.data[1] & kNeeded) != kNeeded) return false;
+  if ((sports.data[1] & kNeeded) != kNeeded) return {};
   constexpr std::size_t kStorageBytes = 22;
   const LegacyAnswer storage =
       AskShort({[](ipod& docked) { return docked.command_storagegetipodcaps(); },
@@ -121,9 +121,9 @@ bool LegacySession::AcceptsWorkouts() {
                 false,
                 {},
                 ipod::IPOD_COMMAND_STORAGE_ACK});
-  if (storage.refused()) return false;
+  if (storage.refused()) return {false, storage.status};
   Require(storage, "tell its Storage capabilities");
-  return true;
+  return {true, {}};
 }
 
 // An iPod that does not know the question refuses it, and so is there, however damaged the refusal

@@ -3,6 +3,7 @@
 // do.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "ipod/dock_line.h"
@@ -10,6 +11,12 @@
 #include "ipodcomm/ipod.h"
 
 namespace ipodctl {
+
+/// Whether an iPod accepts workouts, as far as it tells.
+struct WorkoutSupport {
+  bool accepted = false;
+  std::optional<std::uint8_t> refusal;  // status of the ACK with which it refused to tell
+};
 
 class LegacySession {
  public:
@@ -49,7 +56,7 @@ class LegacySession {
   /// Whether the iPod accepts workouts. The interface announces the workout lingoes to some models
   /// only, by the beginning of their model number; the others are not asked. Throws a
   /// CommandFailure when the iPod does not answer.
-  bool AcceptsWorkouts();
+  WorkoutSupport AcceptsWorkouts();
 
  private:
   const DockLine& dock_;

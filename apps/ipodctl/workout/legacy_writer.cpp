@@ -7,6 +7,7 @@
 
 #include "console/failure.h"
 #include "console/text.h"
+#include "ipod/refusal.h"
 
 namespace ipodctl {
 
@@ -55,7 +56,12 @@ LegacyWorkoutWriter::LegacyWorkoutWriter(LegacySession& session, Output& output,
     : WorkoutLog(dock), session_(session), output_(output) {}
 
 void LegacyWorkoutWriter::RequireRoom(std::size_t /*largest_piece*/, std::size_t /*file_size*/) {
-  if (session_.AcceptsWorkouts()) return;
+  const WorkoutSupport workouts = session_.AcceptsWorkouts();
+  if (workouts.accepted) return;
+  if (workouts.refusal) {
+    throw CommandFailure(kFailed, Refusal("tell whether it takes workouts; try without --legacy",
+                                          *workouts.refusal));
+  }
   session_.RequireAnswers();
   throw CommandFailure(kFailed,
                        "this iPod does not take workouts from the legacy interface; dock one that "
