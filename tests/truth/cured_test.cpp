@@ -48,5 +48,9 @@ TEST(Cured, AnIpodThatRefusesToTellOfWorkoutsIsNotSaidToTakeNone) {
             "without --legacy");
 }
 
+TEST(Cured, ARestartedIpodPlaysFromItsFirstTrackOn) {
+  ExpectRight("play/classic/robust/sim-restart@0/5042");
+}
+
 }  // namespace
 }  // namespace truth

@@ -331,8 +331,10 @@ std::string NotPlayed(const Question& question) {
   const ipodsim::Library& library = question.ipod.settings().library;
   if (path.empty()) {
     ipodsim::Database database(&library);
-    const std::string& title = database.Name(Category::kTrack, kFirstTrack);
-    return player.current()->title == title ? "" : "it plays " + player.current()->title;
+    const std::string& plays = player.current()->title;
+    // After a restart it may begin again.
+    if (question.account.cut_off && plays == database.Name(Category::kTrack, 0)) return "";
+    return plays == database.Name(Category::kTrack, kFirstTrack) ? "" : "it plays " + plays;
   }
   ipodsim::Database database(&library);
   Category category = CategoryOf(path.front());
