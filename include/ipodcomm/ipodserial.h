@@ -15,10 +15,10 @@ struct tagIPOD_LEGACY_CONDUCT {
   /// 1 ends the pause after the sync byte once a whole frame has been read, until the port is
   /// opened anew; else 0.
   std::int32_t sync_pause_until_answered;
-  /// Before the port is closed and opened again between two lines of a workout; at most 10000. What
-  /// arrives in this time is discarded with the opening. Without it a doubled acknowledgement is
-  /// taken for that of the next line, whose bytes the opening after that discards before they have
-  /// left.
+  /// Before the port is closed and opened again between two lines of a workout, and before its file
+  /// is closed; at most 10000. What arrives in this time is discarded. Without it a doubled
+  /// acknowledgement is taken for that of the next line, whose bytes the opening after that
+  /// discards before they have left.
   std::uint32_t line_pause_ms;
 };
 
@@ -90,7 +90,7 @@ class IPODCOMM_API ipodserial {
   friend class ipod;
   friend struct ipodserialPeer;  // the tests' look inside
 
-  void PauseBetweenLines() const;
+  bool PauseBetweenLines() const;  // whether the conduct has one
   unsigned long WriteFrame(unsigned char* frame, unsigned length);
   unsigned long ReadSome(unsigned char* buffer, unsigned long most);
   unsigned long BytesToRead(unsigned long most, bool* told) const;

@@ -30,8 +30,10 @@ int ipodserial::GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const {
   return 1;
 }
 
-void ipodserial::PauseBetweenLines() const {
-  if (conduct_.line_pause_ms != 0) Sleep(conduct_.line_pause_ms);
+bool ipodserial::PauseBetweenLines() const {
+  if (conduct_.line_pause_ms == 0) return false;
+  Sleep(conduct_.line_pause_ms);
+  return true;
 }
 
 // The sync byte goes out alone, ahead of the rest, and the iPod's receiver wakes up on it. Returns

@@ -211,6 +211,8 @@ int ipod::finishworkout(unsigned int seconds, unsigned int kcal, float km, float
   lines.Write(L"\t\t<pace>%d</pace>\n", pace);
   lines.Write(L"\t\t<bpm>%d</bpm>\n", bpm);
   lines.Write(L"\t</workoutSummary>\n");
+  // A doubled acknowledgement of the last line is not taken for that of closing.
+  if (serial_.PauseBetweenLines()) serial_.purgerx();
   // Closed also when a line failed: the iPod keeps what it has.
   std::uint8_t status = 0;
   const bool closed = command_storagecloseipodfile() != 0 && AwaitStorageAck(&status);

@@ -281,6 +281,30 @@ TEST_F(WorkoutEnd, WithoutAStartWritesToNoFile) {
   EXPECT_EQ(answering_.DrainLines(0, 0).size(), 7U);
 }
 
+// ---- An iPod that acknowledges twice
+
+constexpr char kAckTwice[] = "FF 55 04 0C 00 00 07 E9 FF 55 04 0C 00 00 07 E9";
+
+class DoublyAcknowledged : public WorkoutTest {
+ protected:
+  // Its close is not answered.
+  int FinishUnder(const tagIPOD_LEGACY_CONDUCT& conduct) {
+    EXPECT_EQ(legacy_.SetConduct(&conduct), 1);
+    Begin();
+    answering_.Answer("0C 07", kAckTwice);
+    answering_.Answer("0C 08", "");
+    return Finish();
+  }
+};
+
+TEST_F(DoublyAcknowledged, ALastLineDoesNotAcknowledgeTheCloseUnderRobust) {
+  EXPECT_EQ(FinishUnder(IPOD_LEGACY_CONDUCT_ROBUST), 0);
+}
+
+TEST_F(DoublyAcknowledged, ALastLineAcknowledgesTheCloseByDefault) {
+  EXPECT_EQ(FinishUnder(IPOD_LEGACY_CONDUCT_FIELD), 1);
+}
+
 // ---- The document's size
 
 class WorkoutSize : public WorkoutTest {};

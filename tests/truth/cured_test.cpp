@@ -52,5 +52,9 @@ TEST(Cured, ARestartedIpodPlaysFromItsFirstTrackOn) {
   ExpectRight("play/classic/robust/sim-restart@0/5042");
 }
 
+TEST(Cured, AWorkoutIsClosedAlthoughItsLastLineIsAcknowledgedTwice) {
+  ExpectRight("legacy-workout/nano/fast/often-doubled@0/2049");
+}
+
 }  // namespace
 }  // namespace truth
