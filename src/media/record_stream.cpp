@@ -15,6 +15,11 @@ using ipodcomm::RecordStream;
 
 namespace {
 
+// For what is left of the stream.
+ipodcomm::RecordRequest Request(const RecordStream& stream) {
+  return {stream.category, stream.next, stream.left};
+}
+
 // What a frame is to a stream of records.
 enum class Verdict {
   kForeign,  // no record of this stream, or one that came before
@@ -50,23 +55,23 @@ unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned lon
                        static_cast<std::uint32_t>(start),
                        static_cast<std::uint32_t>(count),
                        {}};
-  const ipodcomm::RecordRequest request(browsing_.records.category, start, count);
   if (conduct_.robust != 0 && transaction_id_mode_ == 0) {
-    AwaitQuiet(request.Write());
-    earlier_.Note(request.Write(), 0);
+    AwaitQuiet(Request(browsing_.records).Write());
   }
   std::uint16_t transaction_id = 0;
   return AskForRecords(&transaction_id) ? transaction_id : 0UL;
 }
 
-// Asks for what is left of the stream.
+// Without identifiers nothing tells a record from one of another list, so that each one asked for
+// is owed until it comes.
 bool CIpodComm::AskForRecords(std::uint16_t* transaction_id) {
   RecordStream& stream = browsing_.records;
-  const ipodcomm::RecordRequest request(stream.category, stream.next, stream.left);
+  const ipodcomm::RecordRequest request = Request(stream);
   const bool with_id = transaction_id_mode_ != 0;
   LimitQueues();
   if (Send(request.Write(), transaction_id) != IPOD_COMM_OK) return false;
   if (with_id) stream.sent.Add(*transaction_id);
+  if (conduct_.robust != 0 && !with_id) earlier_.NoteMore(request.Write(), stream.left);
   return true;
 }
 
@@ -115,13 +120,16 @@ bool CIpodComm::AwaitNextRecord(bool stop_at_gap, tagIPOD_READ_PARAMS* read) {
     ReceivedFrame frame = ipodcomm::ParseFrame(FrameBytes(packet));
     switch (Judge(stream, &frame)) {
       case Verdict::kNext:
+        earlier_.NoteArrival(frame);
         ipodcomm::StoreData(frame, read);
         return true;
       case Verdict::kRefusal:
+        earlier_.Settle(Request(stream).Write());
         stream.left = 0;
         return false;
       case Verdict::kDamaged:
       case Verdict::kLater:
+        earlier_.NoteArrival(frame);
         if (stop_at_gap) return false;
         break;
       case Verdict::kForeign:

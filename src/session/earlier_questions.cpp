@@ -44,6 +44,11 @@ void EarlierQuestions::Note(const tagIPOD_WRITE_PARAMS& question, std::uint32_t 
   last_ = index;
 }
 
+void EarlierQuestions::NoteMore(const tagIPOD_WRITE_PARAMS& question, std::uint32_t owed) {
+  const std::uint32_t index = IndexOf(question);
+  Note(question, index == kMost ? owed : questions_[index].owed + owed);
+}
+
 void EarlierQuestions::NoteArrival(const ReceivedFrame& frame) {
   Ack ack = {};
   const bool is_ack = ReadAck(frame, &ack);

@@ -10,18 +10,21 @@ using ::testing::ElementsAre;
 
 constexpr char kAll[] = "FF 55 0C 04 00 1A 05 00 00 00 00 00 00 00 03 CE";
 constexpr char kFromSecond[] = "FF 55 0C 04 00 1A 05 00 00 00 01 00 00 00 02 CE";
+constexpr char kArtists[] = "FF 55 0C 04 00 1A 02 00 00 00 00 00 00 00 01 D3";
 const std::string kA = "FF 55 09 04 00 1B 00 00 00 00 41 00 97 ";
 const std::string kB = "FF 55 09 04 00 1B 00 00 00 01 42 00 95 ";
 const std::string kC = "FF 55 09 04 00 1B 00 00 00 02 43 00 93 ";
+const std::string kZ = "FF 55 09 04 00 1B 00 00 00 00 5A 00 7E ";
 const std::string kBWithoutTerminator = "FF 55 08 04 00 1B 00 00 00 01 42 96 ";
 const std::string kRefusal = "FF 55 06 04 00 01 04 00 1A D7 ";
 
 class RecordStream : public SessionTest {
  protected:
   void BeRobust() { ASSERT_EQ(session_.SetConduct(&IPOD_CONDUCT_ROBUST), 1); }
-  // Asks for three tracks, and takes records until there is none: "0 A", ...
-  std::vector<std::string> ThreeTracks() {
-    session_.Command_RetrieveCategorizedDatabaseRecords(0, 3, 5);
+  std::vector<std::string> ThreeTracks() { return Records(3, 5); }
+  // Asks for records, and takes them until there is none: "0 A", ...
+  std::vector<std::string> Records(unsigned long count, unsigned char category) {
+    session_.Command_RetrieveCategorizedDatabaseRecords(0, count, category);
     std::vector<std::string> records;
     unsigned long index = 0;
     wchar_t name[8];
@@ -114,6 +117,48 @@ TEST_F(RecordStream, ARefusalEndsTheStreamAtOnce) {
   Answer(kAll, kRefusal);
   const auto elapsed_us = Elapsed([&] { EXPECT_THAT(ThreeTracks(), ::testing::IsEmpty()); });
   EXPECT_LT(elapsed_us, 200 * test::kMillisecond);
+}
+
+// Three tracks are asked for, nothing comes for a second, and they are asked for again: what the
+// first request brings is believed, and what the second one brings after it is no list of artists.
+TEST_F(RecordStream, ALateCopyIsNotTakenForTheNextList) {
+  BeRobust();
+  Answer(kAll, kA + kB + kC, 1200 * test::kMillisecond);
+  Answer(kArtists, kZ, 1200 * test::kMillisecond);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  EXPECT_THAT(Records(1, 2), ElementsAre("0 Z"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll, kAll, kArtists, kArtists));
+}
+
+TEST_F(RecordStream, WhatAllCameOfIsNotWaitedForBeforeTheNextList) {
+  BeRobust();
+  Answer(kAll, kA + kB + kC);
+  Answer(kArtists, kZ);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  EXPECT_LT(Elapsed([&] { EXPECT_THAT(Records(1, 2), ElementsAre("0 Z")); }),
+            300 * test::kMillisecond);
+}
+
+TEST_F(RecordStream, ALostRecordIsWaitedForOnceBeforeTheNextList) {
+  BeRobust();
+  Answer(kAll, kA + kC);
+  Answer(kFromSecond, kB + kC);
+  Answer(kArtists, kZ);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  const auto elapsed_us = Elapsed([&] { EXPECT_THAT(Records(1, 2), ElementsAre("0 Z")); });
+  EXPECT_GE(elapsed_us, 2 * test::kSecond);
+  EXPECT_LT(elapsed_us, 2300 * test::kMillisecond);
+  EXPECT_LT(Elapsed([&] { EXPECT_THAT(Records(1, 2), ElementsAre("0 Z")); }),
+            300 * test::kMillisecond);
+}
+
+TEST_F(RecordStream, ARefusedListLeavesNothingToWaitFor) {
+  BeRobust();
+  Answer(kAll, kRefusal);
+  Answer(kArtists, kZ);
+  EXPECT_THAT(ThreeTracks(), ::testing::IsEmpty());
+  EXPECT_LT(Elapsed([&] { EXPECT_THAT(Records(1, 2), ElementsAre("0 Z")); }),
+            300 * test::kMillisecond);
 }
 
 TEST_F(RecordStream, ARecordUnderAnOlderIdentifierBelongsToAnotherStream) {

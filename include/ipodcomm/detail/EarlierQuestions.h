@@ -27,9 +27,12 @@ class EarlierQuestions {
 
   /// `question` has been asked, and `owed` answers to it may still come.
   void Note(const tagIPOD_WRITE_PARAMS& question, std::uint32_t owed);
-  /// A frame came that the running exchange has no use for.
+  /// The same, beside what such a command is owed already.
+  void NoteMore(const tagIPOD_WRITE_PARAMS& question, std::uint32_t owed);
+  /// A frame came; if it answers a command of which answers are owed, one less is.
   void NoteArrival(const ReceivedFrame& frame);
-  /// The line has been quiet: nothing is owed to such a command any more.
+  /// Nothing is owed to such a command any more: the line has been quiet, or a refusal has ended
+  /// it.
   void Settle(const tagIPOD_WRITE_PARAMS& question);
 
  private:
