@@ -39,7 +39,10 @@ void SerialLine::Vanish() {
   delivery_.Cut();
   to_host_.Cut();
   to_device_.Cut();
-  if (port_ != nullptr) port_->LineChanged();
+  if (port_ == nullptr) return;
+  port_->LineChanged();
+  if (tap_ == nullptr) return;
+  tap_->Record(capture::Event::kStatus, RecordedTime(clock_), "the line is gone: No such device");
 }
 
 void SerialLine::Restore() {

@@ -45,5 +45,21 @@ TEST(LineRecording, HoldsBothDirectionsAtTheWorldsOwnTime) {
   EXPECT_EQ(recording.packets[1].time_ns, 500'174'000U);
 }
 
+TEST(LineRecording, TellsThatTheLineIsGone) {
+  const test::TemporaryFolder folder;
+  ::setenv("IPODCOMM_CAPTURE", folder.path("line.pcapng").c_str(), 1);
+  {
+    World world;
+    OpenPort();
+    world.Advance(kSecond);
+    world.line().Vanish();
+  }
+  ::unsetenv("IPODCOMM_CAPTURE");
+  const test::ReadRecording recording = test::ReadPcapngFile(folder.path("line.pcapng"));
+  EXPECT_THAT(recording.Lines(), ElementsAre("event 0", "event 6"));
+  EXPECT_EQ(recording.packets[0].time_ns, 1'000'000'000U);
+  EXPECT_THAT(recording.packets[0].comments, ElementsAre("the line is gone: No such device"));
+}
+
 }  // namespace
 }  // namespace ipodcomm::virtual_platform
