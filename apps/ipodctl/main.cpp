@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // ipodctl: drives a docked iPod from the command line.
 #include <cstdio>
+#include <cstdlib>
+#include <initializer_list>
 #include <nlohmann/json.hpp>
+#include <string>
 
 #include "command_line/command_line.h"
 #include "console/failure.h"
@@ -74,6 +77,22 @@ void BeginCapture(const std::string& file, std::FILE* output) {
     throw CommandFailure(kCannotCreate, "cannot record to " + file + ": " + reason);
 }
 
+// Whether the command opens the dock and then records as the library's variable says.
+bool OpensDock(const Options& options) {
+  for (const char* other : {"report", "decode", "monitor", "explain", "diagnose"}) {
+    if (options.command == other) return false;
+  }
+  return true;
+}
+
+// The standard output that the library's variable names is kept from the library, whose own prints
+// must not stand among what the command says.
+std::string CaptureAskedFor(const Options& options) {
+  if (!options.capture.empty() || !OpensDock(options)) return options.capture;
+  const char* const file = std::getenv("IPODCOMM_CAPTURE");
+  return file != nullptr && std::string(file) == "-" ? "-" : "";
+}
+
 int RunAny(const Options& options, Output& output) {
   if (options.command == "report") return RunReport(options, output);
   if (options.command == "decode" || options.command == "monitor")
@@ -93,10 +112,11 @@ int Run(const Options& options) {
   }
   const StdoutGuard guard(options.verbose ? StdoutGuard::Others::kToStandardError
                                           : StdoutGuard::Others::kDropped);
-  Output output(options.capture == "-" ? stderr : guard.stream(), options.json);
+  const std::string capture = CaptureAskedFor(options);
+  Output output(capture == "-" ? stderr : guard.stream(), options.json);
   CatchInterrupts();
   try {
-    BeginCapture(options.capture, guard.stream());
+    BeginCapture(capture, guard.stream());
     const int status = RunAny(options, output);
     if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
     return status;

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "support/pcapng_reader.h"
 #include "support/process.h"
@@ -51,6 +52,18 @@ TEST(IpodctlCapture, OnStandardOutputMovesTheCommandsTextAside) {
   EXPECT_EQ(ended.status, 0);
   EXPECT_TRUE(IsClosed(ReadPcapng(BytesOf(ended.out))));
   EXPECT_THAT(ended.err, AllOf(HasSubstr("Model"), HasSubstr("MB598LL")));
+}
+
+TEST(IpodctlCapture, OnStandardOutputIsAskedForByTheVariableToo) {
+  std::vector<std::string> arguments = {"IPODCOMM_CAPTURE=-", IPODCTL_PROGRAM, "--simulated",
+                                        "info"};
+  for (const char* more : {"--json", "-v"}) {
+    arguments.emplace_back(more);
+    const Ended ended = test::RunProgram("/usr/bin/env", arguments);
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_TRUE(IsClosed(ReadPcapng(BytesOf(ended.out))));
+    EXPECT_THAT(ended.err, HasSubstr("MB598LL"));
+  }
 }
 
 TEST(IpodctlCapture, IntoAPipeIsReadToItsEnd) {

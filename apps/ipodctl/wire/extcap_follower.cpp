@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "wire/extcap_follower.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <vector>
 
@@ -16,6 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr unsigned kGrowthLookMs = 100;
+// What a recording begins with, in either byte order.
+constexpr std::uint8_t kBeginning[] = {0x0A, 0x0D, 0x0D, 0x0A};
 
 class Follower {
  public:
@@ -53,8 +56,19 @@ class Follower {
       const std::size_t read = file->Look(bytes, count);
       if (read > 0) return read;
       if (is_recording_) Pass();
+      RequireBeginning();
       if (!GoOn()) return 0;
     }
+  }
+
+  // However little there is, nothing that comes behind it makes a recording of something else.
+  void RequireBeginning() const {
+    const std::size_t count = is_recording_ ? 0 : std::min(waiting_.size(), sizeof kBeginning);
+    if (std::equal(waiting_.begin(), waiting_.begin() + static_cast<std::ptrdiff_t>(count),
+                   kBeginning)) {
+      return;
+    }
+    throw CommandFailure(kInputFile, name_ + " is no recording");
   }
 
   void Pass() {

@@ -28,7 +28,12 @@ class Copy {
  public:
   /// @param name empty for none
   explicit Copy(std::string name) : name_(std::move(name)) {
-    if (!name_.empty()) file_.reset(std::fopen(name_.c_str(), "wbe"));
+    if (name_.empty()) return;
+    errno = 0;
+    file_.reset(std::fopen(name_.c_str(), "wbe"));
+    if (file_ != nullptr) return;
+    std::fprintf(stderr, "ipodctl: nothing is recorded, %s: %s\n", name_.c_str(),
+                 std::strerror(errno));
   }
 
   // A full disk ends the recording, not the session.

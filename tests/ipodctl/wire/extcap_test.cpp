@@ -97,6 +97,10 @@ TEST(Extcap, SaysWhatIsWrongWithARecording) {
   const Ended no_recording = follow(text);
   EXPECT_EQ(no_recording.status, 66);
   EXPECT_EQ(no_recording.err, "ipodctl: " + text + " is no recording.\n");
+  const std::string word = folder.Write("word.txt", "Ha");
+  const Ended short_text = follow(word);
+  EXPECT_EQ(short_text.status, 66);
+  EXPECT_EQ(short_text.err, "ipodctl: " + word + " is no recording.\n");
   const Ended no_file = follow("/dev/null");
   EXPECT_EQ(no_file.status, 66);
   EXPECT_EQ(no_file.err,
