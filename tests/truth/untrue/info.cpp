@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// What the iPod tells of itself.
+#include <cstdio>
+#include <map>
+
+#include "untrue/subjects.h"
+
+namespace truth {
+
+namespace {
+
+std::string VersionText(const ipodsim::Version& version) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%u.%02u", version.major, version.minor);
+  return text;
+}
+
+}  // namespace
+
+std::string UntrueLingoes(const Question& question) {
+  const std::map<std::uint8_t, const char*> names = {
+      {0x00, "General"},        {0x02, "Simple Remote"},
+      {0x03, "Display Remote"}, {0x04, "Extended Interface"},
+      {0x09, "Sports"},         {0x0C, "Storage"}};
+  const Json told = question.last().value("lingoes", Json::object());
+  for (const auto& [lingo, name] : names) {
+    const ipodsim::LingoSupport* support = question.traits().Lingo(lingo);
+    if (support == nullptr) {
+      if (told.contains(name)) return std::string(name) + " " + told.at(name).dump();
+    } else if (told.contains(name) || !question.was_refused()) {
+      const std::string untrue = Expect(told, name, VersionText(support->version));
+      if (!untrue.empty()) return untrue;
+    }
+  }
+  return "";
+}
+
+std::string UntrueLegacyInfo(const Question& question) {
+  const ipodsim::Traits& traits = question.traits();
+  char number[16];
+  std::snprintf(number, sizeof number, "%04X|%04X", traits.model_id >> 16,
+                traits.model_id & 0xFFFF);
+  const std::string software = std::to_string(traits.software[0]) + "." +
+                               std::to_string(traits.software[1]) + "." +
+                               std::to_string(traits.software[2]);
+  const ipodsim::Version general = traits.Lingo(0)->version;
+  const std::string version =
+      "0 - " + std::to_string(general.major) + "." + std::to_string(general.minor);
+  const bool sports = traits.Lingo(ipodsim::kSports) != nullptr && traits.model_id >> 16 == 0x0014;
+  const std::pair<const char*, Json> facts[] = {{"name", question.ipod.settings().library.name},
+                                                {"model", traits.model_number},
+                                                {"model_number", number},
+                                                {"serial_number", traits.serial_number},
+                                                {"software_version", software},
+                                                {"lingo_version", version},
+                                                {"sports", sports}};
+  for (const auto& [member, truth] : facts) {
+    const std::string untrue = ExpectUnlessRefused(question, question.last(), member, truth);
+    if (!untrue.empty()) return untrue;
+  }
+  return "";
+}
+
+// An iPod that refuses to tell the version of its Sports lingo is taken for one without.
+std::string UntrueSports(const Question& question) {
+  const Json& info = question.last();
+  const bool sports = question.traits().Lingo(ipodsim::kSports) != nullptr;
+  const bool may_be_denied =
+      question.was_refused() &&
+      WasRefused(question, ipodsim::kGeneral, ipodsim::general::kRequestLingoProtocolVersion);
+  if (may_be_denied && info.contains("sports") && info.at("sports") == false) return "";
+  return ExpectUnlessRefused(question, info, "sports", sports);
+}
+
+std::string UntrueInfo(const Question& question) {
+  const Json& info = question.last();
+  const ipodsim::Traits& traits = question.traits();
+  // An iPod that was away has forgotten it.
+  const char* const by = question.ipod.identified_by_tokens() ? "tokens" : "lingoes";
+  const std::string identified = question.account.cut_off ? "" : Expect(info, "identified_by", by);
+  std::string payload;
+  if (traits.identifies_by_tokens) {
+    payload = ExpectUnlessRefused(question, info, "max_payload", 506);
+  }
+  return FirstOf(ExpectUnlessRefused(question, info, "name", question.ipod.settings().library.name),
+                 ExpectUnlessRefused(question, info, "model", traits.model_number),
+                 ExpectUnlessRefused(question, info, "model_id", traits.model_id), identified,
+                 UntrueSports(question), payload, UntrueLingoes(question));
+}
+
+}  // namespace truth
