@@ -47,8 +47,10 @@ class IpodTexts : public SessionTest {
   int AskModel(unsigned long capacity) {
     return session_.Command_RequestIpodModelNum(&model_id_, text_.data(), capacity);
   }
-  // The text up to its terminator.
-  std::wstring Text() const { return text_.data(); }
+  // The text up to its terminator, where there is one.
+  std::wstring Text() const {
+    return {text_.begin(), std::find(text_.begin(), text_.end(), L'\0')};
+  }
   void ExpectUntouchedFrom(std::size_t first) {
     for (std::size_t i = first; i < text_.size(); ++i) ASSERT_EQ(text_[i], kUntouched) << i;
   }
