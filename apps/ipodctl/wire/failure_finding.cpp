@@ -20,8 +20,8 @@ bool IsOfTheLine(ExitStatus status) {
 }
 
 // What the command knows itself comes first: it is what ended it.
-std::optional<Finding> MostImportant(const std::string& known) {
-  const std::vector<Finding> findings = FindingsOfWatchedLine().value_or(std::vector<Finding>());
+std::optional<Finding> MostImportant(const std::string& known,
+                                     const std::vector<Finding>& findings) {
   if (known.empty()) return findings.empty() ? std::nullopt : std::optional(findings.front());
   const auto found = std::find_if(findings.begin(), findings.end(),
                                   [&](const Finding& finding) { return finding.code == known; });
@@ -52,9 +52,11 @@ std::string Simulated(const SimulationOptions& simulation) {
   return words;
 }
 
-std::string CommandThatTellsMore(const Options& options) {
+// Where the line cannot be watched, the handshake has no more to tell than the finding's page.
+std::string CommandThatTellsMore(const Options& options, bool watched, const std::string& code) {
   const bool recorded = !options.capture.empty() && options.capture != "-";
   if (recorded) return "ipodctl explain " + Quoted(options.capture);
+  if (!watched) return "ipodctl explain " + code;
   return "ipodctl" + IpodArguments(options) + " diagnose";
 }
 
@@ -62,10 +64,13 @@ std::string CommandThatTellsMore(const Options& options) {
 
 void ExplainFailure(const CommandFailure& failure, const Options& options) {
   if (!IsOfTheLine(failure.status())) return;
-  const std::optional<Finding> finding = MostImportant(failure.finding());
+  const std::optional<std::vector<Finding>> watched = FindingsOfWatchedLine();
+  const std::optional<Finding> finding =
+      MostImportant(failure.finding(), watched.value_or(std::vector<Finding>()));
   if (!finding) return;
   std::fprintf(stderr, "  %s.\n  What that means and what to do: %s\n",
-               HeadlineOf(*finding).c_str(), CommandThatTellsMore(options).c_str());
+               HeadlineOf(*finding).c_str(),
+               CommandThatTellsMore(options, watched.has_value(), finding->code).c_str());
 }
 
 std::string IpodArguments(const Options& options) {
