@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "command_line.h"
 
-#include <algorithm>
-
 #include "simulator/settings/habits.h"
 #include "simulator/settings/ipod_faults.h"
+#include "simulator/settings/names.h"
 #include "simulator/settings/profile.h"
 #include "usage/build.h"
 #include "usage/completion_script.h"
@@ -22,14 +21,6 @@ std::string List(const Things& things) {
     list += "  " + name + std::string(18 - name.size(), ' ') + thing.description + "\n";
   }
   return list;
-}
-
-template <typename Things>
-std::vector<std::string> NamesOf(const Things& things) {
-  std::vector<std::string> names(things.size());
-  std::transform(things.begin(), things.end(), names.begin(),
-                 [](const auto& thing) { return thing.name; });
-  return names;
 }
 
 std::string Footer() {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The simulated iPod on a thread of its own behind a pseudo-terminal.
-#include <algorithm>
 #include <utility>
 
 #include "console/failure.h"
@@ -8,18 +7,11 @@
 #include "simulator/files/folder_files.h"
 #include "simulator/pty/pty_server.h"
 #include "simulator/settings/habits.h"
+#include "simulator/settings/names.h"
 
 namespace ipodctl {
 
 namespace {
-
-template <typename Things>
-std::vector<std::string> NamesOf(const Things& things) {
-  std::vector<std::string> names(things.size());
-  std::transform(things.begin(), things.end(), names.begin(),
-                 [](const auto& thing) { return thing.name; });
-  return names;
-}
 
 std::string ProfileNames() {
   std::string names;
@@ -74,8 +66,8 @@ ipodsim::Settings SettingsFor(const SimulationOptions& options) {
 }  // namespace
 
 SimulationNames NamesForSimulation() {
-  return {NamesOf(ipodsim::AllProfiles()), NamesOf(ipodsim::AllHabits()),
-          NamesOf(ipodsim::Faults::All())};
+  return {ipodsim::NamesOf(ipodsim::AllProfiles()), ipodsim::NamesOf(ipodsim::AllHabits()),
+          ipodsim::NamesOf(ipodsim::Faults::All())};
 }
 
 class SimulatedIpod::Server : public ipodsim::PtyServer {
