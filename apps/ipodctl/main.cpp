@@ -102,6 +102,12 @@ int RunAny(const Options& options, Output& output) {
   return RunOnDock(options, output);
 }
 
+// A terminal that was closed and a reader who left have interrupted the program.
+[[noreturn]] void FailToWrite() {
+  if (Interrupted()) throw CommandFailure(kInterrupted, "nobody reads the output any more");
+  throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
+}
+
 int Run(const Options& options) {
   SetVerbose(options.verbose);
   if (options.verbose) {
@@ -118,7 +124,7 @@ int Run(const Options& options) {
   try {
     BeginCapture(capture, guard.stream());
     const int status = RunAny(options, output);
-    if (!output.Good()) throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
+    if (status == kSuccess && !output.Good()) FailToWrite();
     return status;
   } catch (const CommandFailure& failure) {
     return Fail(failure, options);

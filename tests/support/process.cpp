@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -40,11 +41,19 @@ Ends MakeTerminal() {
   return {master, ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC)};
 }
 
+// Makes `terminal` that of the process, and all its streams.
+void EnterTerminal(int terminal) {
+  ::setsid();
+  ::ioctl(terminal, TIOCSCTTY, 0);
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(terminal, stream);
+}
+
 }  // namespace
 
 Process::Process(const std::string& program, const std::vector<std::string>& arguments,
                  Setting setting) {
-  const Ends out = MakePipe();
+  const bool in_terminal = setting == Setting::kInTerminal;
+  const Ends out = in_terminal ? MakeTerminal() : MakePipe();
   const Ends err = setting == Setting::kErrorsOnTerminal ? MakeTerminal() : MakePipe();
   std::vector<char*> argv = {const_cast<char*>(program.c_str())};
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
@@ -56,6 +65,7 @@ Process::Process(const std::string& program, const std::vector<std::string>& arg
     ::dup2(nothing, STDIN_FILENO);
     ::dup2(out.write, STDOUT_FILENO);
     ::dup2(err.write, STDERR_FILENO);
+    if (in_terminal) EnterTerminal(out.write);
     ::execv(program.c_str(), argv.data());
     ::_exit(127);
   }
@@ -80,6 +90,18 @@ bool Process::WaitForOutput(const std::string& text) {
 
 void Process::Signal(int signal) {
   if (!ended_) ::kill(pid_, signal);
+}
+
+void Process::StopReading() {
+  if (out_ >= 0) ::close(out_);
+  out_ = -1;
+}
+
+void Process::Resize(unsigned short columns) {
+  winsize size = {};
+  size.ws_row = 24;
+  size.ws_col = columns;
+  for (const int terminal : {out_, err_}) ::ioctl(terminal, TIOCSWINSZ, &size);
 }
 
 Ended Process::Wait() {

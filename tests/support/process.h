@@ -22,6 +22,7 @@ class Process {
   enum class Setting {
     kPlain,
     kErrorsOnTerminal,  // standard error is a terminal
+    kInTerminal,        // all streams are the terminal that the program belongs to
     kBoundByFileModes,  // also when the tests run as root, whom files' modes do not bind
   };
 
@@ -37,6 +38,10 @@ class Process {
   /// first.
   bool WaitForOutput(const std::string& text);
   void Signal(int signal);
+  /// Closes the reading end of standard output, or the terminal of a program that is in one.
+  void StopReading();
+  /// Sets the width of the terminal.
+  void Resize(unsigned short columns);
   /// Waits for the end, at most a minute; kills the program then.
   Ended Wait();
 

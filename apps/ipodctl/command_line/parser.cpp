@@ -48,7 +48,9 @@ constexpr const char* kProgramFooter =
     "  65  a file is damaged or cut short; what it holds is shown\n"
     "  66  a file is missing or malformed\n"
     "  73  the file of a recording cannot be made\n"
-    "  130  interrupted before the command was done\n"
+    "  130  interrupted before the command was done: by Ctrl-C, by closing the terminal, or "
+    "because\n"
+    "       nobody reads the output any more\n"
     "\n"
     "Data goes to standard output, everything else to standard error.\n"
     "'ipodctl help COMMAND' explains a command and shows examples.";

@@ -8,6 +8,7 @@
 
 #include "console/clock.h"
 #include "console/failure.h"
+#include "console/system.h"
 
 namespace ipodctl {
 
@@ -21,11 +22,15 @@ extern "C" void NoteInterrupt(int signal) {
   std::signal(signal, SIG_DFL);
 }
 
+// Comes twice when a terminal is closed, from the system and from the shell.
+extern "C" void NoteHangUp(int /*signal*/) { interrupted = true; }
+
 }  // namespace
 
 void CatchInterrupts() {
   std::signal(SIGINT, NoteInterrupt);
   std::signal(SIGTERM, NoteInterrupt);
+  CatchHangUp(NoteHangUp);
 }
 
 bool Interrupted() { return interrupted; }

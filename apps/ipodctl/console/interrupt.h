@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Ctrl-C: the first asks the program to end in good order, the second ends it at once.
+// Ctrl-C: the first asks the program to end in good order, the second ends it at once. A terminal
+// that is closed, and a reader of the output that leaves, ask for the same.
 #pragma once
 
 namespace ipodctl {

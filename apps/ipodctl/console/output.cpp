@@ -2,9 +2,11 @@
 // Writes lines and JSON objects, each as soon as it is known.
 #include "console/output.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "console/interrupt.h"
 #include "console/system.h"
 #include "console/text.h"
 
@@ -41,9 +43,13 @@ std::string Output::Dim(const std::string& text) const { return Styled("\x1b[2m"
 
 bool Output::Good() const { return std::fflush(stream_) == 0 && std::ferror(stream_) == 0; }
 
+// A command whose reader has left has nobody to go on for.
 void Output::Write(const std::string& line) {
-  std::fprintf(stream_, "%s\n", line.c_str());
-  std::fflush(stream_);
+  if (unread_) return;
+  errno = 0;
+  const bool written = std::fprintf(stream_, "%s\n", line.c_str()) >= 0 && Good();
+  unread_ = !written && errno == EPIPE;
+  if (unread_) Interrupt();
 }
 
 std::string Output::Styled(const char* code, const std::string& text) const {

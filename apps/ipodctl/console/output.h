@@ -29,6 +29,8 @@ class Output {
 
   /// False when something could not be written, such as to a full disk.
   bool Good() const;
+  /// Whether it was a pipe that nobody reads any more; the program is interrupted then.
+  bool unread() const { return unread_; }
 
  private:
   void Write(const std::string& line);
@@ -37,6 +39,7 @@ class Output {
   std::FILE* stream_;
   bool json_;
   bool styled_;
+  bool unread_ = false;
 };
 
 }  // namespace ipodctl

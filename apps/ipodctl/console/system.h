@@ -21,6 +21,10 @@ void ReadInputAsBytes();
 /// Width of the terminal behind `stream`; 80 when unknown.
 int TerminalColumns(std::FILE* stream);
 
+/// Has `note` called when the terminal is closed, and writing to a pipe that nobody reads fail
+/// rather than end the program.
+void CatchHangUp(void (*note)(int signal));
+
 void SetEnvironment(const char* name, const std::string& value);
 
 /// The device that the library's port name stands for.

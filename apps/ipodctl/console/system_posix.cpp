@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program's few needs of a POSIX system; watched memory needs Linux.
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -65,6 +66,14 @@ int TerminalColumns(std::FILE* stream) {
   winsize size = {};
   const bool known = ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
   return known ? size.ws_col : 80;
+}
+
+// Who runs the program under nohup has the closing of a terminal ignored already.
+void CatchHangUp(void (*note)(int signal)) {
+  struct sigaction before = {};
+  ::sigaction(SIGHUP, nullptr, &before);
+  if (before.sa_handler != SIG_IGN) ::signal(SIGHUP, note);
+  ::signal(SIGPIPE, SIG_IGN);
 }
 
 void SetEnvironment(const char* name, const std::string& value) {

@@ -45,6 +45,9 @@ int TerminalColumns(std::FILE* stream) {
   return info.srWindow.Right - info.srWindow.Left + 1;
 }
 
+// A closed console ends programs here before they could end anything in good order.
+void CatchHangUp(void (* /*note*/)(int signal)) {}
+
 void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
 
 std::string CaptureLine(const std::string& /*file*/, std::FILE* /*output*/) {

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// Terminals that are closed, and readers that leave, while ipodctl is at work.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "docked_ipod.h"
+
+using e2e::DockedIpod;
+using test::Ended;
+using test::Process;
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+// A workout of an hour that has begun.
+std::unique_ptr<Process> BeginWorkout(const DockedIpod& dock,
+                                      Process::Setting setting = Process::Setting::kPlain) {
+  auto workout = std::make_unique<Process>(
+      IPODCTL_PROGRAM,
+      std::vector<std::string>{"--port", dock.device(), "workout", "--interval", "1", "--speed",
+                               "10", "--json", "--duration", "1:00:00"},
+      setting);
+  EXPECT_TRUE(workout->WaitForOutput("\"start\""));
+  return workout;
+}
+
+void ExpectFinished(const DockedIpod& dock) {
+  dock.server().Inspect([](const ipodsim::SimulatedIpod& ipod) {
+    EXPECT_THAT(ipod.feature_files().Read("gym-0001.xml"),
+                AllOf(HasSubstr("<event>end</event>"), HasSubstr("</workoutSummary>"),
+                      EndsWith("</gymData>")));
+    EXPECT_TRUE(ipod.open_feature_files().empty());
+  });
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+constexpr const char* kInterrupted = "ipodctl: interrupted at 0:";
+constexpr const char* kComplete =
+    "; the workout until then is complete in workout file 1 on the iPod.\n";
+
+TEST(IpodctlLeaving, AHangUpFinishesAWorkoutAndItsSummary) {
+  const DockedIpod dock;
+  const auto workout = BeginWorkout(dock);
+  workout->Signal(SIGHUP);
+  const Ended ended = workout->Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_THAT(ended.out, HasSubstr("\"saved\""));
+  EXPECT_THAT(ended.err, AllOf(StartsWith(kInterrupted), EndsWith(kComplete)));
+  ExpectFinished(dock);
+}
+
+// A shell hands on what it gets itself.
+TEST(IpodctlLeaving, AHangUpThatComesTwiceEndsNothingSooner) {
+  const DockedIpod dock;
+  const auto workout = BeginWorkout(dock);
+  workout->Signal(SIGHUP);
+  workout->Signal(SIGHUP);
+  usleep(50000);
+  workout->Signal(SIGHUP);
+  EXPECT_EQ(workout->Wait().status, 130);
+  ExpectFinished(dock);
+}
+
+TEST(IpodctlLeaving, AClosedTerminalFinishesAWorkout) {
+  const DockedIpod dock;
+  const auto workout = BeginWorkout(dock, Process::Setting::kInTerminal);
+  workout->StopReading();
+  EXPECT_EQ(workout->Wait().status, 130);
+  ExpectFinished(dock);
+}
+
+TEST(IpodctlLeaving, AReaderThatLeavesFinishesAWorkout) {
+  const DockedIpod dock;
+  const auto workout = BeginWorkout(dock);
+  workout->StopReading();
+  const Ended ended = workout->Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_THAT(ended.err, AllOf(StartsWith(kInterrupted), EndsWith(kComplete)));
+  ExpectFinished(dock);
+}
+
+TEST(IpodctlLeaving, AReaderThatLeavesEndsAListInGoodOrder) {
+  ipodsim::Settings settings;
+  settings.library = e2e::NumberedTracks(900);
+  const DockedIpod dock(settings);
+  const auto list = dock.Start({"browse", "tracks"});
+  ASSERT_TRUE(list->WaitForOutput("Track 003"));
+  list->StopReading();
+  const Ended ended = list->Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_THAT(ended.err, StartsWith("ipodctl: interrupted before it was done; it had read "));
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLeaving, AReaderThatLeavesEndsFollowing) {
+  const DockedIpod dock;
+  const auto play = dock.Ipodctl({"play", "tracks"});
+  const auto now = dock.Start({"now", "--follow", "--json"});
+  ASSERT_TRUE(now->WaitForOutput("\"start\""));
+  now->StopReading();
+  const Ended ended = now->Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_EQ(ended.err, "ipodctl: nobody reads the output any more.\n");
+}
+
+TEST(IpodctlLeaving, ACommandWhoseReaderIsGoneFromTheStartSaysSo) {
+  const DockedIpod dock;
+  const auto info = dock.Start({"info"});
+  info->StopReading();
+  const Ended ended = info->Wait();
+  EXPECT_EQ(ended.status, 130);
+  EXPECT_EQ(ended.err, "ipodctl: nobody reads the output any more.\n");
+}
+
+}  // namespace
