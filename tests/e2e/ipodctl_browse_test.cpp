@@ -113,6 +113,17 @@ TEST(IpodctlBrowse, WalksDownByNameInAnyCaseAndScript) {
   EXPECT_EQ(dock.mistakes() + kanji_dock.mistakes(), "");
 }
 
+// The accents of one are composed, of the other not, and an eszett is two letters in capitals.
+TEST(IpodctlBrowse, FindsANameHoweverItsLettersAreWritten) {
+  const DockedIpod dock;
+  const DockedIpod decomposed_dock;
+  const auto decomposed = decomposed_dock.Start({"browse", "artists", "Ju\u0308rgen Gro\u0308ße"});
+  const Ended ended = dock.Ipodctl({"browse", "artists", "JÜRGEN GRÖSSE"});
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_EQ(ended.out, "JÜRGEN GRÖSSE > albums (1)\n  0  Straßen\n");
+  EXPECT_THAT(decomposed->Wait().out, HasSubstr("\n  0  Straßen\n"));
+}
+
 TEST(IpodctlBrowse, ListsARangeAnotherCategoryOrAnotherHierarchy) {
   const DockedIpod range_dock;
   const auto range =

@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <nlohmann/json.hpp>
 
 #include "docked_ipod.h"
+#include "live_lines.h"
 #include "support/json_lines.h"
 #include "support/temporary_folder.h"
 
@@ -43,6 +45,18 @@ TEST(IpodctlSelftest, GoodIpodPassesEveryStep) {
             "All 5 steps passed\n");
   EXPECT_EQ(dock.state(), ipodsim::PlayerState::kStopped);
   EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlSelftest, NarrowTerminalShowsTheBeginningOfEachAction) {
+  const DockedIpod dock;
+  Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "selftest"},
+                      Process::Setting::kErrorsOnTerminal);
+  on_terminal.Resize(20);
+  const Ended ended = on_terminal.Wait();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_THAT(ended.err, HasSubstr("\rStep 2: Select Tra…\x1b[K"));
+  const std::vector<std::size_t> columns = e2e::ColumnsOfLiveLines(ended.err);
+  EXPECT_EQ(*std::max_element(columns.begin(), columns.end()), 19U);
 }
 
 // The library writes the text while its call lasts; the tracks' stand for two seconds each.

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "docked_ipod.h"
+#include "live_lines.h"
 #include "support/json_lines.h"
 #include "support/temporary_folder.h"
 
@@ -224,6 +225,23 @@ TEST(IpodctlWorkout, ShowsALiveLineOnATerminal) {
   EXPECT_THAT(ended.err, AllOf(HasSubstr("Waking and identifying"), HasSubstr("\r  Working  █"),
                                HasSubstr(" km  "), HasSubstr(" kcal  "), HasSubstr(" bpm  "),
                                HasSubstr(" bytes"), Not(HasSubstr("IDPS"))));
+}
+
+TEST(IpodctlWorkout, CutsTheLiveLineToTheWindowAlsoWhenItChanges) {
+  const DockedIpod dock;
+  Process terminal(IPODCTL_PROGRAM,
+                   {"--port", dock.device(), "workout", "--duration", "30", "--speed", "15"},
+                   Process::Setting::kErrorsOnTerminal);
+  terminal.Resize(40);
+  ASSERT_TRUE(terminal.WaitForOutput("start"));
+  terminal.Resize(30);
+  const Ended ended = terminal.Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  const std::vector<std::size_t> columns = e2e::ColumnsOfLiveLines(ended.err);
+  ASSERT_GT(columns.size(), 20U);
+  EXPECT_EQ(*std::max_element(columns.begin(), columns.end()), 39U);
+  EXPECT_EQ(*std::max_element(columns.end() - 10, columns.end()), 29U);
+  EXPECT_THAT(ended.err, HasSubstr("\r  Working  0:"));
 }
 
 TEST(IpodctlWorkout, PassesTheLibrarysDebugOutputOnWhenVerbose) {

@@ -25,10 +25,10 @@ constexpr const char* kEmpty = "░";
 
 std::string RenderBar(const std::string& label, std::uint64_t done, std::uint64_t total,
                       const std::string& figures, int columns) {
-  // One column stays free: a full line would make some terminals scroll.
-  const int around = static_cast<int>(label.size() + figures.size()) + 4;
+  // A full line would make some terminals scroll.
+  const int around = static_cast<int>(Columns(label) + Columns(figures)) + 4;
   const int width = std::min(columns - 1 - around, kLongestBar);
-  if (width < kShortestBar) return label + "  " + figures;
+  if (width < kShortestBar) return label + "  " + figures;  // which the line cuts
   const std::uint64_t shown = std::min(done, total);
   const int full =
       total == 0 ? 0 : static_cast<int>(shown * static_cast<std::uint64_t>(width) / total);
@@ -44,7 +44,9 @@ StatusLine::~StatusLine() { Hide(); }
 
 void StatusLine::Show(const std::string& text) {
   if (!terminal_) return;
-  std::fprintf(stderr, "\r%s\x1b[K", text.c_str());
+  // Asked each time: the window may have changed. One column stays free.
+  const auto columns = static_cast<std::size_t>(TerminalColumns(stderr) - 1);
+  std::fprintf(stderr, "\r%s\x1b[K", Cut(text, columns).c_str());
   std::fflush(stderr);
   shown_ = true;
 }

@@ -8,8 +8,8 @@
 
 namespace ipodctl {
 
-/// "Reading artists  ███████░░░░░░  45/143" in at most `columns` characters.
-/// @param label, @param figures ASCII
+/// "Reading artists  ███████░░░░░░  45/143" in less than `columns`, or without the bar where there
+/// is no room for one.
 std::string RenderBar(const std::string& label, std::uint64_t done, std::uint64_t total,
                       const std::string& figures, int columns);
 
@@ -22,6 +22,7 @@ class StatusLine {
   StatusLine& operator=(const StatusLine&) = delete;
 
   bool visible() const { return terminal_; }
+  /// Cut to the width that the terminal has now.
   void Show(const std::string& text);
   void ShowBar(const std::string& label, std::uint64_t done, std::uint64_t total,
                const std::string& figures);

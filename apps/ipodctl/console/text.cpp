@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "console/unicode.h"
+
 namespace ipodctl {
 
 namespace {
@@ -54,13 +56,6 @@ std::uint32_t ReadPoint(const std::string& utf8, std::size_t* i) {
   }
   *i += following;
   return point;
-}
-
-std::string Folded(std::string text) {
-  for (char& letter : text) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return text;
 }
 
 }  // namespace
@@ -119,11 +114,11 @@ std::string ShownName(const std::string& utf8) {
 }
 
 bool SameName(const std::string& left, const std::string& right) {
-  return Folded(left) == Folded(right);
+  return CaseFolded(left) == CaseFolded(right);
 }
 
 bool Contains(const std::string& whole, const std::string& part) {
-  return Folded(whole).find(Folded(part)) != std::string::npos;
+  return CaseFolded(whole).find(CaseFolded(part)) != std::string::npos;
 }
 
 std::string Clock(std::uint64_t seconds) {
@@ -149,8 +144,27 @@ std::string Counted(std::uint64_t count, const std::string& noun) {
 }
 
 std::string Padded(std::string text, std::size_t width) {
-  if (text.size() < width) text.append(width - text.size(), ' ');
+  const std::size_t columns = Columns(text);
+  if (columns < width) text.append(width - columns, ' ');
   return text;
+}
+
+std::size_t Columns(const std::string& utf8) {
+  std::size_t columns = 0;
+  for (std::size_t i = 0; i < utf8.size();) columns += ColumnsOf(ReadPoint(utf8, &i));
+  return columns;
+}
+
+std::string Cut(const std::string& utf8, std::size_t columns) {
+  if (Columns(utf8) <= columns) return utf8;
+  if (columns == 0) return {};
+  std::size_t end = 0;
+  std::size_t taken = 1;  // by the ellipsis
+  for (std::size_t i = 0; i < utf8.size(); end = i) {
+    taken += ColumnsOf(ReadPoint(utf8, &i));
+    if (taken > columns) break;
+  }
+  return utf8.substr(0, end) + "…";
 }
 
 }  // namespace ipodctl

@@ -15,7 +15,7 @@ std::wstring Wide(const std::string& utf8);
 std::string Printable(const std::string& utf8);
 /// The same of a name, and "(no name)" for a blank one.
 std::string ShownName(const std::string& utf8);
-/// Whether two names are equal but for the case of their Latin letters.
+/// Whether two names are equal but for the case of their letters and how these are composed.
 bool SameName(const std::string& left, const std::string& right);
 /// Whether `part` occurs in `whole`, in any case.
 bool Contains(const std::string& whole, const std::string& part);
@@ -25,7 +25,11 @@ std::string Clock(std::uint64_t seconds);
 std::string Grouped(std::uint64_t number);
 /// "1 track", "2 tracks". @param noun singular, with a regular plural
 std::string Counted(std::uint64_t count, const std::string& noun);
-/// `text` filled up with spaces to `width` bytes (for ASCII).
+/// `text` filled up with spaces to `width` columns.
 std::string Padded(std::string text, std::size_t width);
+/// How many columns of a terminal a text takes.
+std::size_t Columns(const std::string& utf8);
+/// The text, or as much of it as fits into `columns` with an ellipsis behind.
+std::string Cut(const std::string& utf8, std::size_t columns);
 
 }  // namespace ipodctl

@@ -46,6 +46,43 @@ TEST(Text, ComparesNamesInAnyCase) {
   EXPECT_FALSE(Contains("The Hum", "hut"));
 }
 
+TEST(Text, ComparesNamesInTheCaseOfEveryAlphabet) {
+  EXPECT_TRUE(SameName("HÉLÈNE & NOËL", "Hélène & Noël"));
+  EXPECT_TRUE(SameName("ΟΔΟΣ", "οδος"));
+  EXPECT_TRUE(SameName("STRASSEN", "Straßen"));
+  EXPECT_TRUE(Contains("Жёлтый луч", "ЛУЧ"));
+  EXPECT_FALSE(SameName("Helene", "Hélène"));
+}
+
+TEST(Text, ComparesNamesHoweverTheirAccentsAreComposed) {
+  EXPECT_TRUE(SameName("Noe\u0308l", "NO\u00CBL"));
+  EXPECT_TRUE(Contains("Jurgen u\u0308ber", "\u00FCB"));
+}
+
+TEST(Text, ComparesWhatIsNoUtf8AsItStands) {
+  EXPECT_TRUE(SameName("\xFF", "\xFF"));
+  EXPECT_FALSE(SameName("\xFF", "\xFE"));
+}
+
+TEST(Text, CountsTheColumnsOfWideAndCombiningCharacters) {
+  EXPECT_EQ(Columns("abc"), 3U);
+  EXPECT_EQ(Columns("橋 7"), 4U);
+  EXPECT_EQ(Columns("e\u0301"), 1U);
+  EXPECT_EQ(Columns("█░"), 2U);
+  EXPECT_EQ(Padded("橋", 4) + "|", "橋  |");
+}
+
+TEST(Text, CutsAtAColumnAndNeverThroughACharacter) {
+  EXPECT_EQ(Cut("Working", 7), "Working");
+  EXPECT_EQ(Cut("Working", 6), "Worki…");
+  EXPECT_EQ(Cut("橋橋橋", 6), "橋橋橋");
+  EXPECT_EQ(Cut("橋橋橋", 5), "橋橋…");
+  EXPECT_EQ(Cut("橋橋橋", 4), "橋…");
+  EXPECT_EQ(Cut("e\u0301e\u0301e\u0301", 2), "e\u0301…");
+  EXPECT_EQ(Cut("abc", 1), "…");
+  EXPECT_EQ(Cut("abc", 0), "");
+}
+
 TEST(Text, WritesTimesAsClocksDo) {
   EXPECT_EQ(Clock(0), "0:00");
   EXPECT_EQ(Clock(187), "3:07");
