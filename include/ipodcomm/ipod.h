@@ -555,7 +555,8 @@ class IPODCOMM_API ipod {
   int openport();
   /// @return 1, also when no port is open.
   int closeport();
-  /// The pause behind each frame's sync byte, and how much a read asks for: as ipodserial's.
+  /// The pause behind each frame's sync byte, how much a read asks for, and whether a question of
+  /// the iPod's is answered in every wait: as ipodserial's.
   int SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct);
   /// Tells what was chosen. @return 1, or 0 for null.
   int GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const;
@@ -598,7 +599,8 @@ class IPODCOMM_API ipod {
   int extractdatafrompacket(unsigned char expected_command, wchar_t* text, unsigned char capacity,
                             unsigned char offset, int ignored);
   /// Reads one frame with a two-byte command, or two when the first is an accepting ACK and no ACK
-  /// is expected. The command counts as its high byte times ten and its low byte, in 8 bits.
+  /// is expected. The command counts as its high byte times ten and its low byte, in 8 bits. What
+  /// the iPod asks instead is taken for that frame, unless the conduct has such questions answered.
   /// @return 1, or 0 for another command, a bad checksum, and fewer than 7 bytes. The last
   /// prints a line to the debug output and discards what the port has received.
   int ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t* text,
@@ -1024,6 +1026,8 @@ class IPODCOMM_API ipod {
   int ExtractReply(std::uint8_t command, bool (*is_reply)(const ipodcomm::FrameBytes& frame),
                    wchar_t* text, std::uint8_t capacity, std::uint8_t offset);
   bool AnswerRequest(const ipodcomm::FrameBytes& frame);
+  bool AnswerQuestionInBetween(unsigned char* bytes, unsigned long length);
+  unsigned long ReadExtendedFrame(unsigned char* bytes);
   bool AwaitStorageAck(std::uint8_t* status);
   void NoteModel();
 

@@ -7,7 +7,8 @@
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
-/// How the legacy interface treats the line (ipodserial::SetConduct, ipod::SetConduct).
+/// How the legacy interface treats the line, and the questions on it (ipodserial::SetConduct,
+/// ipod::SetConduct).
 struct tagIPOD_LEGACY_CONDUCT {
   std::uint32_t sync_pause_ms;  ///< after the sync byte of every frame sent; at most 10000
   std::uint32_t
@@ -20,15 +21,22 @@ struct tagIPOD_LEGACY_CONDUCT {
   /// acknowledgement is taken for that of the next line, whose bytes the opening after that
   /// discards before they have left.
   std::uint32_t line_pause_ms;
+  /// 1: what the iPod asks while a reply with a two-byte command is awaited, such as an ACK of the
+  /// Extended Interface, is answered, and the wait goes on; 0: it is taken for the reply, stays
+  /// unanswered, and each exchange after it reads the reply to the one before. In other waits it is
+  /// answered in any case. Of `ipod` alone: raw reads answer nothing.
+  std::int32_t answers_questions;
 };
 
 /// A pause behind every sync byte and one byte per read: what docks in the field bear.
-constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FIELD = {5, 1, 0, 0};
-/// The same, and a pause between the lines of a workout: for iPods that acknowledge twice.
-constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_ROBUST = {5, 1, 0, 10};
-/// The speed of the line. The pause wakes an iPod's receiver from sleep, so it is kept until the
-/// iPod has answered once. Whether a dock bears the rest is for the host that ships it to try.
-constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FAST = {5, 256, 1, 0};
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FIELD = {5, 1, 0, 0, 0};
+/// The same, and a pause between the lines of a workout, for iPods that acknowledge twice; and the
+/// iPod's questions are answered at any time.
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_ROBUST = {5, 1, 0, 10, 1};
+/// Robust, and at the speed of the line. The pause wakes an iPod's receiver from sleep, so it is
+/// kept until the iPod has answered once. Whether a dock bears the rest is for the host that ships
+/// it to try.
+constexpr tagIPOD_LEGACY_CONDUCT IPOD_LEGACY_CONDUCT_FAST = {5, 256, 1, 10, 1};
 
 /// Opens a port, writes raw bytes and reads one frame at a time, by default byte by byte, on the
 /// caller's thread.

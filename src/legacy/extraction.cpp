@@ -28,17 +28,6 @@ ReceivedBytes ReadFrame(ipodserial* serial) {
   return received;
 }
 
-// The same for a reply with a two-byte command; of length 0 when nothing of use came.
-ReceivedBytes ReadExtendedFrame(ipodserial* serial) {
-  ReceivedBytes received = ReadFrame(serial);
-  if (received.length < kShortestExtendedFrame) {
-    NKDbgPrintfW(L"Error reading port, purging rx...\r\n");
-    serial->purgerx();
-    received.length = 0;
-  }
-  return received;
-}
-
 bool IsFrom(const FrameBytes& frame, std::uint8_t lingo, std::uint8_t command) {
   return frame[ipod::IPOD_PACKET_LINGO_LOC] == lingo &&
          frame[ipod::IPOD_PACKET_COMMAND_LOC] == command;
@@ -121,13 +110,38 @@ bool ipod::AnswerRequest(const FrameBytes& frame) {
   return false;
 }
 
+// Only under a conduct that says so: hosts in the field take the next frame for the reply, whatever
+// it is. One that is damaged is no question.
+bool ipod::AnswerQuestionInBetween(unsigned char* bytes, unsigned long length) {
+  if (serial_.conduct_.answers_questions == 0) return false;
+  if (VerifyReceivePacketChecksum(bytes, length) == 0) return false;
+  const FrameBytes frame(bytes, static_cast<std::uint32_t>(length));
+  return AnswerRequest(frame) ||
+         IsFrom(frame, IPOD_LINGO_SPORTS, IPOD_COMMAND_SPORTS_GETDEVICEVERSION);
+}
+
+// A frame with a two-byte command, into a buffer of zeros. Returns its length, 0 when nothing of
+// use came.
+unsigned long ipod::ReadExtendedFrame(unsigned char* bytes) {
+  unsigned long length = 0;
+  do {
+    std::fill_n(bytes, kFrameCapacity, static_cast<unsigned char>(0));
+    length = serial_.readport(bytes, kFrameCapacity);
+  } while (AnswerQuestionInBetween(bytes, length));
+  if (length >= kShortestExtendedFrame) return length;
+  NKDbgPrintfW(L"Error reading port, purging rx...\r\n");
+  serial_.purgerx();
+  return 0;
+}
+
 int ipod::ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t* text,
                                         unsigned char capacity, unsigned char offset,
                                         int /*ignored*/) {
-  ReceivedBytes received = ReadExtendedFrame(&serial_);
+  ReceivedBytes received;
+  received.length = ReadExtendedFrame(received.bytes);
   if (VerifyReceivePacketChecksum(received.bytes, received.length) == 0) return 0;
   if (expected_command != IPOD_COMMAND_EXTENDEDACK && IsAcceptingAck(received.frame())) {
-    received = ReadExtendedFrame(&serial_);
+    received.length = ReadExtendedFrame(received.bytes);
     if (VerifyReceivePacketChecksum(received.bytes, received.length) == 0) return 0;
   }
   const FrameBytes frame = received.frame();
@@ -138,7 +152,8 @@ int ipod::ExtractDataFromPacketExtended(unsigned short expected_command, wchar_t
 
 int ipod::ExtractDataFromPacketExtendedRaw(unsigned short /*ignored_command*/, void* buffer,
                                            unsigned long count) {
-  ReceivedBytes received = ReadExtendedFrame(&serial_);
+  ReceivedBytes received;
+  received.length = ReadExtendedFrame(received.bytes);
   if (VerifyReceivePacketChecksum(received.bytes, received.length) == 0) return 0;
   if (buffer == nullptr) return 1;
   const FrameBytes frame = received.frame();

@@ -20,6 +20,7 @@ int ipodserial::SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct) {
   if (conduct->bytes_per_read < 1 || conduct->bytes_per_read > kMostBytesPerRead) return 0;
   if (conduct->line_pause_ms > kLongestPauseMs) return 0;
   if (conduct->sync_pause_until_answered < 0 || conduct->sync_pause_until_answered > 1) return 0;
+  if (conduct->answers_questions < 0 || conduct->answers_questions > 1) return 0;
   conduct_ = *conduct;
   return 1;
 }

@@ -87,6 +87,21 @@ ipodsim::Settings AskingBefore(std::uint16_t command) {
   return settings;
 }
 
+TEST(LegacyInterface, AnswersAQuestionInTheMiddleOfAnExchangeUnderRobustAndFast) {
+  for (const auto& conduct : {IPOD_LEGACY_CONDUCT_ROBUST, IPOD_LEGACY_CONDUCT_FAST}) {
+    DockedLegacy dock(AskingBefore(ipodsim::extended::kGetNumberCategorizedDbRecords));
+    EXPECT_EQ(dock.legacy.SetConduct(&conduct), 1);
+    dock.EnterRemoteUi();
+    unsigned long count = 0;
+    EXPECT_EQ(dock.legacy.selecttop(test::kTracks, &count, 0), 1);
+    EXPECT_EQ(count, 60UL);
+    EXPECT_EQ(dock.Name(0), L"T000");
+    EXPECT_EQ(dock.Name(1), L"T001");
+    EXPECT_FALSE(dock.simulated.accessory_information(0).empty());
+    EXPECT_TRUE(dock.simulated.mistakes().empty());
+  }
+}
+
 TEST(LegacyInterface, IsOffByOneBehindAQuestionAndLeavesItUnanswered) {
   DockedLegacy dock(AskingBefore(ipodsim::extended::kGetNumberCategorizedDbRecords));
   dock.EnterRemoteUi();

@@ -55,20 +55,23 @@ TEST_F(LegacyConduct, IsFieldUnlessAnotherIsChosen) {
   EXPECT_EQ(conduct.bytes_per_read, 1U);
   EXPECT_EQ(conduct.sync_pause_until_answered, 0);
   EXPECT_EQ(conduct.line_pause_ms, 0U);
-  EXPECT_EQ(Choose({7, 8, 1, 9}), 1);
+  EXPECT_EQ(conduct.answers_questions, 0);
+  EXPECT_EQ(Choose({7, 8, 1, 9, 1}), 1);
   EXPECT_EQ(legacy_.GetConduct(&conduct), 1);
   EXPECT_EQ(conduct.sync_pause_ms, 7U);
   EXPECT_EQ(conduct.bytes_per_read, 8U);
   EXPECT_EQ(conduct.sync_pause_until_answered, 1);
   EXPECT_EQ(conduct.line_pause_ms, 9U);
+  EXPECT_EQ(conduct.answers_questions, 1);
   EXPECT_EQ(legacy_.GetConduct(nullptr), 0);
 }
 
 TEST_F(LegacyConduct, ASenselessOneIsRefusedAndChangesNothing) {
   for (const tagIPOD_LEGACY_CONDUCT senseless :
-       {tagIPOD_LEGACY_CONDUCT{10001, 1, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 0, 0, 0},
-        tagIPOD_LEGACY_CONDUCT{5, 1025, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 2, 0},
-        tagIPOD_LEGACY_CONDUCT{5, 1, -1, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 0, 10001}}) {
+       {tagIPOD_LEGACY_CONDUCT{10001, 1, 0, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 0, 0, 0, 0},
+        tagIPOD_LEGACY_CONDUCT{5, 1025, 0, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 2, 0, 0},
+        tagIPOD_LEGACY_CONDUCT{5, 1, -1, 0, 0}, tagIPOD_LEGACY_CONDUCT{5, 1, 0, 10001, 0},
+        tagIPOD_LEGACY_CONDUCT{5, 1, 0, 0, 2}, tagIPOD_LEGACY_CONDUCT{5, 1, 0, 0, -1}}) {
     EXPECT_EQ(Choose(senseless), 0);
   }
   EXPECT_EQ(legacy_.SetConduct(nullptr), 0);
@@ -77,10 +80,10 @@ TEST_F(LegacyConduct, ASenselessOneIsRefusedAndChangesNothing) {
 }
 
 TEST_F(LegacyConduct, ThePauseIsTheOneChosen) {
-  EXPECT_EQ(Choose({12, 1, 0, 0}), 1);
+  EXPECT_EQ(Choose({12, 1, 0, 0, 0}), 1);
   EXPECT_THAT(CallsOfSending(),
               ElementsAre("WriteFile(port1, FF)", "Sleep(12)", "WriteFile(port1, 55 02 00 07 F7)"));
-  EXPECT_EQ(Choose({0, 1, 0, 0}), 1);
+  EXPECT_EQ(Choose({0, 1, 0, 0, 0}), 1);
   EXPECT_THAT(CallsOfSending(), ElementsAre("WriteFile(port1, FF 55 02 00 07 F7)"));
 }
 
@@ -145,14 +148,16 @@ TEST_F(LegacyConduct, RobustPausesBeforeThePortIsOpenedForTheNextLineOfAWorkout)
   EXPECT_THAT(field[0], testing::StartsWith("CloseHandle(port"));
 }
 
-TEST_F(LegacyConduct, RobustDiscardsADoubledAcknowledgementOfALine) {
+TEST_F(LegacyConduct, RobustAndFastDiscardADoubledAcknowledgementOfALine) {
   constexpr char kAckTwice[] = "FF 55 04 0C 00 00 07 E9 FF 55 04 0C 00 00 07 E9";
   wchar_t line[] = L"x";
-  EXPECT_EQ(Choose(IPOD_LEGACY_CONDUCT_ROBUST), 1);
-  ipod_.SendAt(world_.now_us() + 40 * kMillisecond, test::Hex(kAckTwice));
-  EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
-  // Nothing acknowledges the second line, and the doubled acknowledgement does not either.
-  EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 0);
+  for (const auto& conduct : {IPOD_LEGACY_CONDUCT_ROBUST, IPOD_LEGACY_CONDUCT_FAST}) {
+    EXPECT_EQ(Choose(conduct), 1);
+    ipod_.SendAt(world_.now_us() + 40 * kMillisecond, test::Hex(kAckTwice));
+    EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
+    // Nothing acknowledges the second line, and the doubled acknowledgement does not either.
+    EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 0);
+  }
 }
 
 TEST_F(LegacyConduct, ByDefaultADoubledAcknowledgementIsTakenForTheNextLines) {

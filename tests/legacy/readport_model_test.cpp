@@ -76,7 +76,7 @@ void ExpectAlike(const Bytes& arrived) {
   world.line().Plug(device);
   ipodserial serial;
   const auto bytes_per_read = *rc::gen::element<std::uint32_t>(1, 2, 7, 256, 1024);
-  const tagIPOD_LEGACY_CONDUCT conduct = {5, bytes_per_read, 0, 0};
+  const tagIPOD_LEGACY_CONDUCT conduct = {5, bytes_per_read, 0, 0, 0};
   RC_ASSERT(serial.SetConduct(&conduct) == 1);
   RC_ASSERT(serial.openport() == 1);
   device.Send(arrived);
