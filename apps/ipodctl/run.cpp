@@ -66,7 +66,7 @@ void RunLegacyCommand(const Context& context) {
   }
   for (const Command<LegacySession>& command : kLegacyCommands) {
     if (name != command.name) continue;
-    LegacySession session(context.dock);
+    LegacySession session(context.options, context.dock);
     RunIn(session, command, context);
     return;
   }

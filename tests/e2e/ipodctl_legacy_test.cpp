@@ -309,7 +309,7 @@ TEST(IpodctlLegacy, CommandsItDoesNotHaveAreWrongUsage) {
                 "--follow does not go with the legacy interface");
   ExpectRefused(Ipodctl({"--legacy", "now", "--for", "3"}), 64, "--follow does not go");
   ExpectRefused(Ipodctl({"--legacy", "info", "--no-idps"}), 64, "--no-idps does not go");
-  ExpectRefused(Ipodctl({"--legacy", "info", "--conduct", "fast"}), 64, "--conduct does not go");
+  ExpectRefused(Ipodctl({"selftest", "--conduct", "fast"}), 64, "--conduct does not go");
   ExpectRefused(Ipodctl({"--legacy", "info", "--model", "X"}), 64, "--model does not go");
   ExpectRefused(Ipodctl({"--legacy", "workout", "--equipment", "stepper"}), 64,
                 "the legacy interface writes kilometres, and a stepper counts floors");

@@ -35,6 +35,8 @@ TEST(Cured, AnIpodWhoseRefusalIsCutShortIsThereAllTheSame) {
 
 TEST(Cured, AnIpodWhoseRefusalsAreOftenCutShortIsThereAllTheSame) {
   EXPECT_EQ(HonestFailure("legacy-prefs/strict/fast/often-cut@0/2011"),
+            "the iPod refused to tell any preference");
+  EXPECT_EQ(HonestFailure("legacy-prefs/strict/robust/often-cut@0/2012"),
             "the iPod did not answer when asked to tell its preferences");
 }
 

@@ -137,11 +137,8 @@ bool Case::legacy() const { return std::string(scene->name).rfind("legacy-", 0) 
 std::vector<std::string> Case::arguments() const {
   std::vector<std::string> all = scene->arguments;
   all.emplace_back("--json");
-  if (legacy()) {
-    all.emplace_back("--legacy");
-  } else {
-    all.insert(all.end(), {"--conduct", conduct});
-  }
+  if (legacy()) all.emplace_back("--legacy");
+  all.insert(all.end(), {"--conduct", conduct});
   return all;
 }
 

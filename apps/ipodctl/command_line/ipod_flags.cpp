@@ -50,7 +50,9 @@ void CheckLegacy(CommandLineParser& parser) {
     throw UsageProblem{"the legacy interface has no '" + options.command + "', only " +
                        LegacyCommandNames()};
   }
-  if (!options.conduct.empty()) Refuse("--conduct", "it knows one only");
+  if (!options.conduct.empty() && options.command == "selftest") {
+    throw UsageProblem{"--conduct does not go with the self-test: that is the library's own"};
+  }
   if (!options.idps) Refuse("--no-idps", "it never identifies by tokens");
   // The document of a workout names a model, whichever interface writes it.
   if (!options.model.empty() && options.command != "workout") {

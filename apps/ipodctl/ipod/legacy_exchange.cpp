@@ -157,7 +157,7 @@ LegacyAnswer AskLegacyShort(ipod& docked, const LegacyQuestion& question) {
     }
     if (answer.answered()) return answer;
     if (verdict == Verdict::kDamaged) none.result = Result::kUnclear;
-    if (verdict == Verdict::kDamaged || attempt != 1) continue;
+    if (verdict == Verdict::kDamaged || attempt == 2) continue;
     answer = AskForAck(docked, question);
     if (answer.refused()) return answer;
     if (answer.result == Result::kUnclear) none.result = Result::kUnclear;

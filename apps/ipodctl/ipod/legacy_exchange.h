@@ -47,7 +47,8 @@ struct LegacyAnswer {
 LegacyAnswer AskLegacy(ipod& docked, const LegacyQuestion& question);
 
 /// The same of a command of another lingo, whose number has one byte. The interface passes over the
-/// ACK of one that the iPod refuses, so after a silence that is asked for.
+/// ACK of one that the iPod refuses, so after the first silence that is asked for, and after the
+/// last, as the first may have come damaged.
 LegacyAnswer AskLegacyShort(ipod& docked, const LegacyQuestion& question);
 
 /// Sends a command of another lingo than the Extended Interface and reads its ACK alone, which

@@ -8,6 +8,7 @@
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
+#include "ipod/conduct.h"
 #include "ipod/display_text.h"
 #include "ipod/refusal.h"
 
@@ -31,8 +32,9 @@ bool SendsUnreadableFrames(ipod& docked) {
 
 }  // namespace
 
-LegacySession::LegacySession(const DockLine& dock) : dock_(dock) {
-  ipod_.SetConduct(&IPOD_LEGACY_CONDUCT_ROBUST);
+LegacySession::LegacySession(const Options& options, const DockLine& dock) : dock_(dock) {
+  const tagIPOD_LEGACY_CONDUCT conduct = LegacyConductOf(options);
+  ipod_.SetConduct(&conduct);
   Note("opening " + dock.device());
   if (ipod_.openport() == 0) dock.FailToOpen();
 }

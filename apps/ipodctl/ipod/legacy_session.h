@@ -21,7 +21,7 @@ struct WorkoutSupport {
 class LegacySession {
  public:
   /// Opens the port. Throws a CommandFailure when it cannot be.
-  explicit LegacySession(const DockLine& dock);
+  LegacySession(const Options& options, const DockLine& dock);
   /// Closes the port.
   ~LegacySession();
   LegacySession(const LegacySession&) = delete;

@@ -6,6 +6,7 @@
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
+#include "ipod/conduct.h"
 #include "ipod/identify_evidence.h"
 #include "ipod/refusal.h"
 
@@ -16,14 +17,6 @@ namespace {
 constexpr unsigned char kGeneralLingo = 0x00;
 constexpr int kLowPower = 0;
 constexpr std::size_t kLongestAnswer = 1024;
-
-tagIPOD_CONDUCT ConductOf(const Options& options) {
-  if (options.conduct == "field") return IPOD_CONDUCT_FIELD;
-  if (options.conduct == "robust") return IPOD_CONDUCT_ROBUST;
-  if (options.conduct == "fast") return IPOD_CONDUCT_FAST;
-  // Whether a dock bears the fast one is for whoever owns it to find out.
-  return options.simulation ? IPOD_CONDUCT_FAST : IPOD_CONDUCT_ROBUST;
-}
 
 }  // namespace
 
