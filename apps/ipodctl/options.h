@@ -77,6 +77,9 @@ struct Options {
   // report
   std::string document;
   std::string page;  // empty: beside the document
+  std::string language = "en";
+  std::string units = "metric";
+  std::optional<unsigned> max_heart_rate;
 
   // prefs: an empty value reads
   std::string preference;

@@ -7,8 +7,6 @@
 
 namespace ipodctl {
 
-namespace {
-
 double RoundNumber(double at_least) {
   const double power = std::pow(10, std::floor(std::log10(at_least)));
   for (const double factor : {1.0, 2.0, 5.0}) {
@@ -17,6 +15,8 @@ double RoundNumber(double at_least) {
   }
   return 10 * power;
 }
+
+namespace {
 
 double RoundTime(double at_least) {
   constexpr double kHour = 3600;

@@ -15,6 +15,9 @@ struct Scale {
   std::vector<double> ticks;  // ascending, from low to high
 };
 
+/// 1, 2 or 5 times a power of ten. @param at_least more than 0
+double RoundNumber(double at_least);
+
 /// A scale in steps of 1, 2 or 5 times a power of ten that takes in [low, high].
 /// @param smallest_step steps are at least so large
 Scale NumberScale(double low, double high, std::size_t most_ticks, double smallest_step);

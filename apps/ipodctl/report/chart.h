@@ -6,13 +6,14 @@
 #include <vector>
 
 #include "report/axis.h"
+#include "report/presentation.h"
 #include "report/workout_figures.h"
 
 namespace ipodctl {
 
 /// One course and its axis.
 struct Panel {
-  const char* name;  // its class in the style sheet
+  const char* name = "";  // its class in the style sheet
   std::string title;
   std::string unit;
   std::string detail;   // its average or total
@@ -22,14 +23,16 @@ struct Panel {
   int decimals = 0;
   bool clock = false;       // labels are clock times
   bool low_on_top = false;  // so that faster is higher where fewer seconds are faster
-  bool filled = false;      // down to the axis
+  bool filled = false;      // down to 0
   bool cut_off = false;     // some samples are beyond the scale, and drawn at its edge
 };
 
 struct Chart {
+  Wording words = Wording();
   std::vector<Panel> panels;  // empty when there is nothing to draw
   std::vector<Pause> pauses;
   double end = 1;  // seconds
+  bool speed_from_distance = false;
 };
 
 /// How a picture is laid out, in units that are pixels where it is shown at its own size.
@@ -44,7 +47,11 @@ struct ChartShape {
 constexpr ChartShape kWideChart = {"wide", 760, 132, 9};
 constexpr ChartShape kNarrowChart = {"narrow", 340, 116, 5};
 
-Chart PlanChart(const WorkoutDocument& document, const WorkoutFigures& figures);
+Chart PlanChart(const WorkoutDocument& document, const WorkoutFigures& figures,
+                const Presentation& presentation = {});
+
+/// A value of the panel as it is written, without its unit.
+std::string ValueText(const Panel& panel, double value, const Wording& words);
 
 /// @returns an <svg> element for use inside a page
 std::string RenderChart(const Chart& chart, const ChartShape& shape);

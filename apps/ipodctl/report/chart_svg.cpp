@@ -26,11 +26,13 @@ class Drawing {
   std::string Render();
 
  private:
+  int PanelStep() const { return kTitle + shape_.panel_height + kGap; }
   double PlotWidth() const { return shape_.width - kLeft - kRight; }
   double X(double seconds) const { return kLeft + seconds / chart_.end * PlotWidth(); }
   double Y(const Panel& panel, double top, double value) const;
   std::string Id(const char* part) const { return std::string("chart-") + shape_.name + part; }
 
+  std::string Plots() const;
   void Describe();
   void DrawPanel(const Panel& panel, double top);
   void DrawPauses(double top);
@@ -62,18 +64,20 @@ void Drawing::Line(double x1, double y1, double x2, double y2) {
 }
 
 void Drawing::Describe() {
+  const Wording& words = chart_.words;
   std::string text;
   for (const Panel& panel : chart_.panels) text += panel.summary + ". ";
-  text += "Time from 0:00 to " + ClockText(chart_.end) + ".";
+  text += words.Say(Phrase::kTimeFromTo, {ClockText(0), ClockText(chart_.end)}) + ".";
   if (!chart_.pauses.empty()) {
-    const Pause& first = chart_.pauses.front();
+    const std::string from = ClockText(chart_.pauses.front().from);
+    const std::string to = ClockText(chart_.pauses.front().to);
     const std::size_t count = chart_.pauses.size();
-    text +=
-        count == 1 ? " Paused from " : " Paused " + std::to_string(count) + " times, first from ";
-    text += ClockText(first.from) + " to " + ClockText(first.to) + ".";
+    text += " " +
+            (count == 1 ? words.Say(Phrase::kPausedFromTo, {from, to})
+                        : words.Say(Phrase::kPausedTimes, {std::to_string(count), from, to})) +
+            ".";
   }
-  svg_ += "<title id=\"" + Id("-title") + "\">The workout over time</title>\n<desc id=\"" +
-          Id("-desc") + "\">" + Escaped(text) + "</desc>\n";
+  svg_ += "<desc id=\"" + Id("-desc") + "\">" + Escaped(text) + "</desc>\n";
 }
 
 // Pauses that would nearly touch are drawn as one.
@@ -98,7 +102,8 @@ void Drawing::DrawTicks(const Panel& panel, double top) {
   for (const double tick : panel.scale.ticks) {
     const double y = Y(panel, top, tick);
     Line(kLeft, y, kLeft + PlotWidth(), y);
-    Text("tick value", kLeft - 7, y + 4, panel.clock ? ClockText(tick) : Short(tick, 2));
+    Text("tick value", kLeft - 7, y + 4,
+         panel.clock ? ClockText(tick) : chart_.words.Short(tick, 2));
   }
 }
 
@@ -106,7 +111,8 @@ void Drawing::DrawCourse(const Panel& panel, double top) {
   // As many columns as can be told apart, two points to each way of a zigzag.
   const auto columns = static_cast<std::size_t>(PlotWidth() / 2);
   const std::vector<Sample> course = Thinned(panel.course, chart_.end, columns);
-  const std::string bottom = Px(top + shape_.panel_height);
+  const double base = std::clamp(0.0, panel.scale.low, panel.scale.high);
+  const std::string bottom = Px(Y(panel, top, base));
   std::string line;
   std::string area;
   for (std::size_t i = 0; i < course.size(); ++i) {
@@ -138,25 +144,36 @@ void Drawing::DrawTimeAxis(double top) {
   for (const double time : TimeTicks(chart_.end, shape_.most_time_ticks)) {
     Text("tick time", X(time), top + 16, ClockText(time));
   }
-  Text("axis", kLeft, top + 38, chart_.end < 3600 ? "Time, min:s" : "Time, h:min:s");
+  const Wording& words = chart_.words;
+  Text("axis", kLeft, top + 38,
+       words.Say(chart_.end < 3600 ? Phrase::kTimeMinutes : Phrase::kTimeHours));
   if (chart_.pauses.empty()) return;
-  svg_ += "<rect class=\"pause\" x=\"" + Px(shape_.width - kRight - 66) + "\" y=\"" + Px(top + 28) +
+  const double key = shape_.width - kRight;
+  svg_ += "<rect class=\"pause\" x=\"" + Px(key - 14) + "\" y=\"" + Px(top + 28) +
           "\" width=\"14\" height=\"12\"/>\n";
-  Text("key", shape_.width - kRight - 46, top + 38, "Paused");
+  Text("key", key - 20, top + 38, words.Say(Phrase::kPaused));
+}
+
+// Where the plots are, for the script that reads values off them.
+std::string Drawing::Plots() const {
+  return " data-left=\"" + std::to_string(kLeft) + "\" data-width=\"" + Px(PlotWidth()) +
+         "\" data-top=\"" + std::to_string(kTitle) + "\" data-step=\"" +
+         std::to_string(PanelStep()) + "\" data-height=\"" + std::to_string(shape_.panel_height) +
+         "\"";
 }
 
 std::string Drawing::Render() {
-  const int panel_step = kTitle + shape_.panel_height + kGap;
-  const int height = static_cast<int>(chart_.panels.size()) * panel_step - kGap + kFoot;
+  const int height = static_cast<int>(chart_.panels.size()) * PanelStep() - kGap + kFoot;
   svg_ = "<svg class=\"" + std::string(shape_.name) + "\" viewBox=\"0 0 " +
          std::to_string(shape_.width) + " " + std::to_string(height) +
-         "\" role=\"img\" aria-labelledby=\"" + Id("-title") + " " + Id("-desc") +
-         "\" xmlns=\"http://www.w3.org/2000/svg\">\n";
+         "\" role=\"img\" aria-label=\"" + Escaped(chart_.words.Say(Phrase::kChartTitle)) +
+         "\" aria-describedby=\"" + Id("-desc") + "\"" + Plots() +
+         " xmlns=\"http://www.w3.org/2000/svg\">\n";
   Describe();
   double top = kTitle;
   for (const Panel& panel : chart_.panels) {
     DrawPanel(panel, top);
-    top += panel_step;
+    top += PanelStep();
   }
   DrawTimeAxis(top - kTitle - kGap);
   return svg_ + "</svg>\n";

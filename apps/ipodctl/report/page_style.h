@@ -9,13 +9,15 @@ constexpr const char* kPageStyle = R"css(
 :root {
   color-scheme: light dark;
   --page: #f3f5f7; --card: #ffffff; --ink: #1a1f26; --soft: #5a6572; --rule: #e1e5ea;
-  --heart: #c62f4b; --speed: #1f62b8; --distance: #1c7c54; --pause: #8a94a3;
+  --heart: #c62f4b; --speed: #1f62b8; --cadence: #9a5200; --incline: #7440b0; --distance: #1c7c54;
+  --pause: #8a94a3;
   --note: #fff6e0; --note-rule: #d99a1c;
 }
 @media screen and (prefers-color-scheme: dark) {
   :root {
     --page: #101317; --card: #191e24; --ink: #eef1f4; --soft: #a3adb9; --rule: #2d343d;
-    --heart: #ff8296; --speed: #79b2ff; --distance: #5fd3a0; --pause: #8a94a3;
+    --heart: #ff8296; --speed: #79b2ff; --cadence: #f0a95c; --incline: #c4a2f5; --distance: #5fd3a0;
+    --pause: #8a94a3;
     --note: #2b2413; --note-rule: #d99a1c;
   }
 }
@@ -23,7 +25,7 @@ constexpr const char* kPageStyle = R"css(
 body {
   margin: 0; background: var(--page); color: var(--ink);
   font: 1rem/1.5 system-ui, -apple-system, "Segoe UI", Roboto, "Helvetica Neue", Arial, sans-serif;
-  -webkit-text-size-adjust: 100%;
+  -webkit-text-size-adjust: 100%; overflow-wrap: anywhere;
 }
 main { max-width: 54rem; margin: 0 auto; padding: 2rem 1rem 3rem; }
 h1 { margin: 0; font-size: 1.9rem; line-height: 1.2; letter-spacing: -0.01em; }
@@ -53,21 +55,52 @@ svg { display: block; width: 100%; height: auto; overflow: visible; }
 svg.narrow { display: none; }
 svg text { fill: var(--soft); font-size: 12px; font-variant-numeric: tabular-nums; }
 svg .title { font-size: 14px; font-weight: 600; }
-svg .title .heart { fill: var(--heart); }
-svg .title .speed { fill: var(--speed); }
-svg .title .distance { fill: var(--distance); }
+.heart { --own: var(--heart); }
+.speed { --own: var(--speed); }
+.cadence { --own: var(--cadence); }
+.incline { --own: var(--incline); }
+.distance { --own: var(--distance); }
+svg .title tspan { fill: var(--own); }
 svg .title .unit { fill: var(--soft); font-size: 13px; font-weight: 400; }
-svg .detail, svg .value { text-anchor: end; }
+svg .detail, svg .value, svg .key { text-anchor: end; }
 svg .time { text-anchor: middle; }
 svg .grid { stroke: var(--rule); }
 svg .pause { fill: var(--pause); fill-opacity: 0.28; }
 svg .line {
   fill: none; stroke-width: 1.75; stroke-linejoin: round; stroke-linecap: round;
 }
-svg .line.heart { stroke: var(--heart); }
-svg .line.speed { stroke: var(--speed); }
-svg .line.distance { stroke: var(--distance); }
-svg .area { stroke: none; fill: var(--distance); fill-opacity: 0.12; }
+svg .line { stroke: var(--own); }
+svg .area { stroke: none; fill: var(--own); fill-opacity: 0.12; }
+figure svg { touch-action: pan-y; }
+svg .moment { stroke: var(--soft); stroke-dasharray: 3 3; pointer-events: none; }
+svg .dot { fill: var(--own); stroke: var(--card); stroke-width: 1.5; pointer-events: none; }
+.values {
+  position: sticky; top: 0; z-index: 1; display: flex; flex-wrap: wrap; gap: 0.2rem 1.2rem;
+  list-style: none; margin: 0 0 0.9rem; padding: 0.5rem 0; background: var(--card);
+  border-bottom: 1px solid var(--rule); font-size: 0.9rem;
+}
+.values[hidden], .slider[hidden] { display: none; }
+.values span { margin-right: 0.35rem; color: var(--own, var(--soft)); }
+.values b {
+  display: inline-block; min-width: 3.4em; font-weight: 600;
+  font-variant-numeric: tabular-nums;
+}
+.slider { display: flex; align-items: center; gap: 0.75rem; margin-top: 0.6rem; }
+.slider label { flex: none; color: var(--soft); font-size: 0.85rem; }
+.slider input { flex: 1; min-width: 0; margin: 0; accent-color: var(--speed); }
+a { color: var(--speed); }
+nav { margin-top: 0.6rem; font-size: 0.9rem; }
+.caption { margin-top: 0.8rem; color: var(--soft); font-size: 0.85rem; }
+.rows th, .rows td {
+  padding: 0.4rem 0.75rem 0.4rem 0; border-top: 1px solid var(--rule); font-size: 0.95rem;
+  font-variant-numeric: tabular-nums;
+}
+.rows thead th, .rows thead td { border-top: 0; font-size: 0.85rem; vertical-align: bottom; }
+.rows tbody th { color: var(--ink); }
+.rows .bar { width: 34%; padding-right: 0; }
+.rows tbody .bar {
+  background: linear-gradient(var(--own), var(--own)) left center / var(--share) 0.6rem no-repeat;
+}
 .facts tbody { display: grid; grid-template-columns: 1fr 1fr; column-gap: 2.5rem; }
 .facts tr { display: flex; padding: 0.45rem 0; border-top: 1px solid var(--rule); }
 .facts th { flex: 0 0 42%; padding-right: 1rem; font-size: 0.95rem; }
@@ -82,6 +115,8 @@ footer { margin-top: 1.25rem; color: var(--soft); font-size: 0.85rem; overflow-w
   .facts tbody { grid-template-columns: 1fr; }
   svg.wide { display: none; }
   svg.narrow { display: block; }
+  .rows .bar { width: 18%; }
+  .values { font-size: 0.85rem; gap: 0.1rem 0.9rem; }
 }
 @media print {
   @page { margin: 14mm; }
@@ -95,6 +130,9 @@ footer { margin-top: 1.25rem; color: var(--soft); font-size: 0.85rem; overflow-w
   section, .note, tr { break-inside: avoid; }
   h2 { break-after: avoid; }
   svg .pause { fill-opacity: 0.4; }
+  .values, .slider, nav, svg .moment, svg .dot { display: none; }
+  .rows th, .rows td { padding-top: 0.15rem; padding-bottom: 0.15rem; }
+  .rows .bar { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 }
 )css";
 

@@ -2,6 +2,7 @@
 // Reads a document, writes its page beside it, and sums it up.
 #include "report/report.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -53,12 +54,27 @@ void WritePage(const std::string& html, const std::string& path) {
   throw CommandFailure(kFailed, "cannot write " + path + ": " + why);
 }
 
-std::string Headline(const WorkoutDocument& document, const WorkoutFigures& figures) {
+Presentation PresentationOf(const Options& options) {
+  const std::vector<std::string>& codes = LanguageCodes();
+  const auto code = std::find(codes.begin(), codes.end(), options.language);
+  Presentation presentation;
+  presentation.words = Wording(static_cast<Language>(code - codes.begin()));
+  presentation.measures = Measures(options.units == "imperial" ? Units::kImperial : Units::kMetric);
+  presentation.max_heart_rate = options.max_heart_rate;
+  return presentation;
+}
+
+// For the terminal, whose language is not the page's.
+std::string Headline(const WorkoutDocument& document, const WorkoutFigures& figures,
+                     const Measures& measures) {
   std::string text;
   const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
   if (!document.equipment.type.empty()) add(Printable(document.equipment.type));
   if (figures.seconds.value) add(ClockText(*figures.seconds.value));
-  if (figures.km.value) add(Fixed(*figures.km.value, 2) + " km");
+  if (figures.km.value) {
+    add(Fixed(measures.Distance(*figures.km.value), 2) + " " +
+        Wording().Say(measures.distance_unit()));
+  }
   if (figures.floors.value) add(Short(*figures.floors.value, 1) + " floors");
   add(Counted(static_cast<unsigned long>(document.intervals.size()), "interval"));
   return text;
@@ -72,11 +88,12 @@ int RunReport(const Options& options, Output& output) {
   const std::string page = PagePath(options);
   RequireAnotherFile(options.document, page);
   const std::string name = fs::u8path(options.document).filename().u8string();
-  WritePage(RenderPage(document, figures, name), page);
+  const Presentation presentation = PresentationOf(options);
+  WritePage(RenderPage(document, figures, name, presentation), page);
   nlohmann::ordered_json json = SummaryJson(document, figures);
   json["page"] = page;
   output.Object(json);
-  output.Line("Wrote " + page + ": " + Headline(document, figures) + ".");
+  output.Line("Wrote " + page + ": " + Headline(document, figures, presentation.measures) + ".");
   if (!document.problem) return kSuccess;
   throw CommandFailure(kDamaged, options.document + " " + ProblemText(*document.problem) + "; " +
                                      page + " shows what comes before that place");

@@ -32,12 +32,29 @@ std::optional<double> Largest(const WorkoutDocument& document, Reading reading) 
   return largest;
 }
 
+// Tells which intervals belong to a pause, its ends included. To be asked about one after the
+// other.
+class PauseWatch {
+ public:
+  bool Covers(WorkoutEvent event) {
+    const bool was_paused = paused_;
+    if (event == WorkoutEvent::kPause) paused_ = true;
+    if (event == WorkoutEvent::kResume || event == WorkoutEvent::kEnd) paused_ = false;
+    return was_paused || paused_;
+  }
+
+ private:
+  bool paused_ = false;
+};
+
 std::optional<double> Mean(const WorkoutDocument& document, Reading reading) {
   double sum = 0;
   double count = 0;
+  PauseWatch pause;
   for (const DocumentInterval& interval : document.intervals) {
+    const bool paused = pause.Covers(interval.event);
     const std::optional<double>& value = interval.readings.*reading;
-    if (!value) continue;
+    if (!value || (paused && *value == 0)) continue;
     sum += *value;
     ++count;
   }
@@ -50,10 +67,13 @@ Figure StatedOr(const WorkoutDocument& document, Reading reading,
   return {computed, computed.has_value()};
 }
 
-// From the distance, which pauses and uneven intervals do not falsify; else the mean.
+// From the distance, which pauses and uneven intervals do not falsify; else the mean. The intervals
+// of a ride may hold revolutions in place of a pace.
 std::optional<double> AveragePace(const WorkoutDocument& document, const WorkoutFigures& figures) {
   const std::optional<double> mean = Mean(document, &Readings::pace);
-  if (!mean || !figures.seconds.value || !figures.km.value || *figures.km.value <= 0) return mean;
+  const bool has_pace = mean || IsRide(document);
+  if (!has_pace || !figures.seconds.value || !figures.km.value || *figures.km.value <= 0)
+    return mean;
   const double moving = *figures.seconds.value - figures.paused_seconds;
   return moving > 0 ? moving / *figures.km.value : mean;
 }
@@ -76,6 +96,10 @@ SpeedKind SpeedKindOf(const WorkoutDocument& document) {
   return found;
 }
 
+bool IsRide(const WorkoutDocument& document) {
+  return document.equipment.type == "Bike" || SpeedKindOf(document) == SpeedKind::kRpm;
+}
+
 DistanceKind DistanceKindOf(const WorkoutDocument& document) {
   const std::ptrdiff_t km = Count(document, &Readings::km);
   const std::ptrdiff_t floors = Count(document, &Readings::floors);
@@ -84,6 +108,11 @@ DistanceKind DistanceKindOf(const WorkoutDocument& document) {
     return Summarised(document, &Readings::floors) ? DistanceKind::kFloors : DistanceKind::kNone;
   }
   return km >= floors ? DistanceKind::kKm : DistanceKind::kFloors;
+}
+
+double KilometresPerHour(double pace) {
+  constexpr double kSecondsPerHour = 3600;
+  return kSecondsPerHour / pace;
 }
 
 std::vector<Pause> PausesOf(const WorkoutDocument& document) {
@@ -111,14 +140,17 @@ std::vector<Sample> CourseOf(const WorkoutDocument& document, Reading reading,
   std::vector<Sample> course;
   bool missing = true;
   bool after_pause = false;
+  PauseWatch pause;
   for (const DocumentInterval& interval : document.intervals) {
+    const bool stands_still = pause.Covers(interval.event) && across == AcrossPauses::kBreaks;
     const std::optional<double>& seconds = interval.readings.seconds;
     const std::optional<double>& value = interval.readings.*reading;
+    const bool measured = value && !(stands_still && *value == 0);
     if (!seconds) continue;
     if (after_pause && interval.event == WorkoutEvent::kResume) missing = true;
     after_pause = across == AcrossPauses::kBreaks && interval.event == WorkoutEvent::kPause;
-    if (value) course.push_back({*seconds, *value, missing});
-    missing = !value;
+    if (measured) course.push_back({*seconds, *value, missing});
+    missing = !measured;
   }
   std::stable_sort(course.begin(), course.end(), [](const Sample& left, const Sample& right) {
     return left.seconds < right.seconds;

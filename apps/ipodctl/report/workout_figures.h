@@ -46,6 +46,9 @@ struct WorkoutFigures {
 
 WorkoutFigures FiguresOf(const WorkoutDocument& document);
 
+/// @param pace seconds per kilometre, more than 0
+double KilometresPerHour(double pace);
+
 /// From each pause to what ends it (a resume, the end, or the last interval), in the order of time.
 std::vector<Pause> PausesOf(const WorkoutDocument& document);
 
@@ -55,13 +58,16 @@ enum class AcrossPauses {
   kGoesOn,  // a distance stays what it was
 };
 
-/// The reading in the order of time, from the intervals that have a time.
+/// The reading in the order of time, from the intervals that have a time. Nothing is measured in a
+/// pause, so that a 0 there is none, but for courses that go on.
 std::vector<Sample> CourseOf(const WorkoutDocument& document,
                              std::optional<double> Readings::*reading, AcrossPauses across);
 
 /// What most of the intervals measure. The summary may have another kind of speed: its
 /// element goes by the kind of distance.
 SpeedKind SpeedKindOf(const WorkoutDocument& document);
+/// Whether one rides, and thinks of the speed in distance for a time, not in time for a distance.
+bool IsRide(const WorkoutDocument& document);
 DistanceKind DistanceKindOf(const WorkoutDocument& document);
 
 /// The latest time of any interval, in seconds.

@@ -22,6 +22,7 @@ using test::RunProgram;
 using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 namespace {
@@ -85,6 +86,61 @@ TEST_F(ReportCommand, MakesPagesThatAreWellFormed) {
     const Ended checked = RunProgram("/usr/bin/xmllint", {"--nonet", "--noout", Path("w.html")});
     EXPECT_EQ(checked.status, 0) << checked.err;
   }
+}
+
+// Any other script, such as one that a document brought in, has another sum and is not run.
+TEST_F(ReportCommand, AllowsOnlyThePagesOwnScript) {
+  Ipodctl({"report", Write("run.xml", report::kRun)});
+  const std::string page = Content(Path("run.html"));
+  const std::string tag = "<script>";
+  const std::size_t from = page.find(tag) + tag.size();
+  const std::string script = page.substr(from, page.find("</script>") - from);
+  const Ended sum =
+      RunProgram("/usr/bin/python3",
+                 {"-c",
+                  "import base64, hashlib, sys\n"
+                  "text = open(sys.argv[1], 'rb').read()\n"
+                  "print(base64.b64encode(hashlib.sha256(text).digest()).decode(), end='')",
+                  Write("script", script)});
+  ASSERT_EQ(sum.status, 0) << sum.err;
+  EXPECT_THAT(page, HasSubstr("content=\"default-src 'none'; "));
+  EXPECT_THAT(page, HasSubstr("script-src 'sha256-" + sum.out + "'\"/>"));
+}
+
+TEST_F(ReportCommand, MakesPagesInAnotherLanguageAndOtherUnits) {
+  const std::string document = Write("run.xml", report::kRun);
+  const Ended ended = Ipodctl({"report", document, "--language", "es", "--units", "imperial"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.out, "Wrote " + Path("run.html") + ": Treadmill, 4:00, 0.38 mi, 5 intervals.\n");
+  EXPECT_THAT(Content(Path("run.html")),
+              AllOf(HasSubstr("<html lang=\"es\""), HasSubstr("Entrenamiento en cinta de correr"),
+                    HasSubstr("<b>0,38</b> <span class=\"unit\">mi</span>"),
+                    HasSubstr("<b>8:11</b> <span class=\"unit\">min/mi</span>"),
+                    HasSubstr("<bdi>159,8 lb</bdi>")));
+}
+
+TEST_F(ReportCommand, ShowsHeartRateZonesOfAKnownMaximum) {
+  const std::string document = Write("run.xml", report::kRun);
+  Ipodctl({"report", document});
+  EXPECT_THAT(Content(Path("run.html")), Not(HasSubstr("zones</h2>")));
+  EXPECT_EQ(Ipodctl({"report", document, "--max-heart-rate", "200"}).status, 0);
+  // 120 bpm from 1:00 to 2:00; 100 from 3:00 to 4:00.
+  EXPECT_THAT(Content(Path("run.html")),
+              AllOf(HasSubstr("<h2>Time in heart-rate zones</h2>"),
+                    HasSubstr("Zone 2, light</th><td>120–139</td><td>1:00</td><td>50\u00A0%</td>"),
+                    HasSubstr("Zone 1, very light</th><td>100–119</td><td>1:00</td>"),
+                    HasSubstr("Zone 5, maximum</th><td>180–200</td><td>0:00</td>"),
+                    HasSubstr("For a maximum heart rate of 200 bpm.")));
+}
+
+TEST_F(ReportCommand, ShowsSplits) {
+  const std::string run = report::Document(report::KmAt(0, "0") + report::KmAt(330, "1.00") +
+                                           report::KmAt(495, "1.50"));
+  Ipodctl({"report", Write("run.xml", run)});
+  EXPECT_THAT(Content(Path("run.html")),
+              AllOf(HasSubstr("<h2>Splits</h2>"),
+                    HasSubstr("<th scope=\"row\">1</th><td>5:30</td><td>5:30</td>"),
+                    HasSubstr("<th scope=\"row\">1.5</th><td>2:45</td><td>5:30</td>")));
 }
 
 TEST_F(ReportCommand, PrintsTheFiguresForMachines) {
@@ -179,6 +235,11 @@ TEST_F(ReportCommand, RefusesWrongArguments) {
   refused({"report", ""}, "FILE needs the name of a workout document");
   refused({"report", "a", "b"}, "b");
   refused({"report", "a", "-o", ""}, "--output needs the name of a file");
+  refused({"report", "a", "--language", "xx"}, "--language");
+  refused({"report", "a", "--units", "furlongs"}, "--units");
+  for (const char* rate : {"59", "251", "-1", "nan", "1e2", ""}) {
+    refused({"report", "a", "--max-heart-rate", rate}, "--max-heart-rate");
+  }
 }
 
 TEST_F(ReportCommand, NeedsNoIpod) {
@@ -190,7 +251,7 @@ TEST_F(ReportCommand, NeedsNoIpod) {
 TEST_F(ReportCommand, ExplainsItself) {
   const Ended help = Ipodctl({"report", "--help"});
   EXPECT_EQ(help.status, 0);
-  EXPECT_THAT(help.out, AllOf(HasSubstr("Usage: ipodctl report FILE [-o PAGE]"),
+  EXPECT_THAT(help.out, AllOf(HasSubstr("Usage: ipodctl report FILE [OPTIONS]"),
                               HasSubstr("Examples:\n"), HasSubstr("65")));
   EXPECT_THAT(Ipodctl({"--help"}).out, AllOf(HasSubstr("\n  report "), HasSubstr("\n  65  ")));
   EXPECT_THAT(Ipodctl({"--complete", "report", "--o"}).out,

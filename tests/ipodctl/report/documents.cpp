@@ -134,6 +134,10 @@ std::string IntervalAt(int seconds, const std::string& elements, const std::stri
          std::to_string(seconds) + "</sec>" + elements + "</interval>\n";
 }
 
+std::string KmAt(int seconds, const char* km, const std::string& event) {
+  return IntervalAt(seconds, std::string("<km>") + km + "</km>", event);
+}
+
 std::string Replaced(std::string text, const std::string& part, const std::string& replacement) {
   return text.replace(text.find(part), part.size(), replacement);
 }

@@ -17,6 +17,8 @@ std::string RunUpTo(const std::string& text);
 std::string Document(const std::string& elements);
 /// An interval at `seconds` that holds these elements besides.
 std::string IntervalAt(int seconds, const std::string& elements, const std::string& event = {});
+/// The same with a distance.
+std::string KmAt(int seconds, const char* km, const std::string& event = {});
 /// `text` with the first occurrence of `part` replaced.
 std::string Replaced(std::string text, const std::string& part, const std::string& replacement);
 

@@ -181,6 +181,20 @@ TEST(Course, BreaksAcrossAPauseOfWhichNothingIsKnown) {
   EXPECT_EQ(starts(before + between + after, AcrossPauses::kBreaks), "MLLLL");
 }
 
+TEST(Course, HasNoZerosOfAPause) {
+  const WorkoutDocument document = ParseWorkoutDocument(Document(
+      IntervalAt(5, "<rpm>0</rpm>") + IntervalAt(10, "<rpm>80</rpm>") +
+      IntervalAt(15, "<rpm>0</rpm>", "pause") + IntervalAt(20, "<rpm>0</rpm>", "continue") +
+      IntervalAt(25, "<rpm>0</rpm>", "resume") + IntervalAt(30, "<rpm>70</rpm>")));
+  const std::vector<Sample> course = CourseOf(document, &Readings::rpm, AcrossPauses::kBreaks);
+  ASSERT_EQ(course.size(), 3U);
+  EXPECT_EQ(course[0].value, 0);  // who rolls does not pedal
+  EXPECT_EQ(course[1].value, 80);
+  EXPECT_EQ(course[2].value, 70);
+  EXPECT_TRUE(course[2].starts_anew);
+  ExpectFigure(FiguresOf(document).rpm, 50, true);  // of 0, 80 and 70
+}
+
 TEST(Course, RunsInTheOrderOfTime) {
   const WorkoutDocument document = ParseWorkoutDocument(
       Document(IntervalAt(20, "<km>2</km>") + IntervalAt(10, "<km>1</km>") +
