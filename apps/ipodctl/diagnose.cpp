@@ -78,7 +78,8 @@ std::string NameOf(const tagIPOD_EXCHANGE& step) {
   return is_about_a_lingo ? name + " " + ipodwire::LingoName(step.argument) : name;
 }
 
-const char* WordFor(tagIPOD_EXCHANGE_RESULT result) {
+// In words, for people.
+const char* TextFor(tagIPOD_EXCHANGE_RESULT result) {
   switch (result) {
     case IPOD_EXCHANGE_ANSWERED:
       return "answered";
@@ -93,17 +94,37 @@ const char* WordFor(tagIPOD_EXCHANGE_RESULT result) {
   }
 }
 
+// In one word, for machines.
+const char* WordFor(tagIPOD_EXCHANGE_RESULT result) {
+  switch (result) {
+    case IPOD_EXCHANGE_ANSWERED:
+      return "answered";
+    case IPOD_EXCHANGE_REFUSED:
+      return "refused";
+    case IPOD_EXCHANGE_DAMAGED:
+      return "damaged";
+    case IPOD_EXCHANGE_ECHOED:
+      return "echoed";
+    default:
+      return "unanswered";
+  }
+}
+
+nlohmann::ordered_json ToJson(const tagIPOD_EXCHANGE& step) {
+  nlohmann::ordered_json json = {{"step", NameOf(step)}, {"result", WordFor(step.result)}};
+  if (step.result == IPOD_EXCHANGE_REFUSED) json["ack"] = step.status;
+  json["attempts"] = step.attempts;
+  json["took_ms"] = step.took_ms;
+  return json;
+}
+
 void ShowStep(const tagIPOD_EXCHANGE& step, Output& output) {
-  std::string result = WordFor(step.result);
+  std::string result = TextFor(step.result);
   if (step.result == IPOD_EXCHANGE_REFUSED) result += " (" + StatusText(step.status) + ")";
   if (step.attempts > 1) result += ", asked " + std::to_string(step.attempts) + " times";
   if (step.took_ms > 0) result += ", " + std::to_string(step.took_ms) + " ms";
   output.Line("  " + Padded(NameOf(step), 46) + result);
-  output.Object({{"step", NameOf(step)},
-                 {"result", WordFor(step.result)},
-                 {"status", step.status},
-                 {"attempts", step.attempts},
-                 {"took_ms", step.took_ms}});
+  output.Object(ToJson(step));
 }
 
 void ShowAttempt(const Outcome& outcome, const char* what, Output& output) {
@@ -164,6 +185,22 @@ void OfferRate(const std::vector<ipodwire::Finding>& findings, const Options& op
   }
 }
 
+// Shows what explains the outcome. @return its finding's code, where there is one
+std::string Explain(const Outcome& outcome, const Options& options, Output& output) {
+  if (outcome.status == kPortUnavailable) {
+    if (!outcome.finding.empty()) ShowPage(*ipodwire::FindFindingPage(outcome.finding), output);
+    return outcome.finding;
+  }
+  const auto findings = FindingsOfWatchedLine();
+  if (!findings) {
+    output.Line("The line cannot be recorded on this system, so there is no more to tell.");
+    return outcome.finding;
+  }
+  ShowFindings(*findings, output);
+  OfferRate(*findings, options, output);
+  return findings->empty() ? outcome.finding : findings->front().code;
+}
+
 }  // namespace
 
 int RunDiagnose(const Options& options, Output& output) {
@@ -174,14 +211,9 @@ int RunDiagnose(const Options& options, Output& output) {
   ShowAttempt(outcome, "first", output);
   if (outcome.status == kNothingDocked) TryRemedies(options, dock, outcome, output);
   output.Line("");
-  if (outcome.status == kPortUnavailable) {
-    if (!outcome.finding.empty()) ShowPage(*ipodwire::FindFindingPage(outcome.finding), output);
-  } else if (const auto findings = FindingsOfWatchedLine()) {
-    ShowFindings(*findings, output);
-    OfferRate(*findings, options, output);
-  } else {
-    output.Line("The line cannot be recorded on this system, so there is no more to tell.");
-  }
+  const std::string finding = Explain(outcome, options, output);
+  if (outcome.status == kSuccess) return kSuccess;
+  output.Object(ToJson(CommandFailure(outcome.status, outcome.sentence, finding)));
   return outcome.status;
 }
 

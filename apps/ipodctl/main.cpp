@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "command_line/command_line.h"
 #include "console/failure.h"
@@ -34,7 +35,7 @@ int Fail(const CommandFailure& failure) {
 }
 
 // Takes the simulated iPod out of the dock and reports the protocol mistakes that it saw.
-int ReportMistakes(const Context& context) {
+std::vector<std::string> ReportMistakes(const Context& context) {
   const std::vector<std::string> mistakes = context.dock.Undock();
   for (const std::string& mistake : mistakes) {
     std::fprintf(stderr, "ipodctl: the simulated iPod saw a protocol mistake: %s.\n",
@@ -44,15 +45,31 @@ int ReportMistakes(const Context& context) {
     context.output.Line("");
     context.output.Line("Protocol mistakes seen by the simulated iPod: " +
                         std::to_string(mistakes.size()));
-    context.output.Object({{"step", "undock"}, {"protocol_mistakes", mistakes.size()}});
+    context.output.BeginStep("undock");
+    context.output.Object({{"protocol_mistakes", mistakes.size()}});
   }
-  return mistakes.empty() ? kSuccess : kFailed;
+  return mistakes;
 }
 
 // Who watches a session knows that it has been ended.
 int Fail(const CommandFailure& failure, const Options& options) {
   const bool as_asked = options.watched && failure.status() == kInterrupted;
   return as_asked ? static_cast<int>(kSuccess) : Fail(failure);
+}
+
+// Tells a failure to people, and with the finding that explains it to machines.
+int FailOnDock(const CommandFailure& failure, const Context& context) {
+  const int status = Fail(failure, context.options);
+  const std::string finding = ExplainFailure(failure, context.options);
+  if (status != kSuccess) {
+    context.output.Object(ToJson(CommandFailure(failure.status(), failure.what(), finding)));
+  }
+  return status;
+}
+
+CommandFailure FailureFor(const std::vector<std::string>& mistakes) {
+  return {kFailed, "the simulated iPod saw " + Counted(mistakes.size(), "protocol mistake") +
+                       ", the first: " + mistakes.front()};
 }
 
 int RunOnDock(const Options& options, Output& output) {
@@ -63,11 +80,12 @@ int RunOnDock(const Options& options, Output& output) {
   try {
     RunCommand(context);
   } catch (const CommandFailure& failure) {
-    status = Fail(failure, options);
-    ExplainFailure(failure, options);
+    status = FailOnDock(failure, context);
   }
-  const int mistakes = ReportMistakes(context);
-  return status != kSuccess ? status : mistakes;
+  const std::vector<std::string> mistakes = ReportMistakes(context);
+  if (status != kSuccess || mistakes.empty()) return status;
+  output.Object(ToJson(FailureFor(mistakes)));
+  return kFailed;
 }
 
 void BeginCapture(const std::string& file, std::FILE* output) {
@@ -127,18 +145,22 @@ int Run(const Options& options) {
     if (status == kSuccess && !output.Good()) FailToWrite();
     return status;
   } catch (const CommandFailure& failure) {
-    return Fail(failure, options);
+    const int status = Fail(failure, options);
+    if (status != kSuccess) output.Object(ToJson(failure));
+    return status;
   }
 }
 
 int Run(const CommandLine& line) {
   if (line.options) return Run(*line.options);
-  if (line.status != kSuccess) {
-    std::fprintf(stderr, "ipodctl: %s.\n", line.text.c_str());
-  } else {
+  if (line.status == kSuccess) {
     std::fputs(line.text.c_str(), stdout);
+    return kSuccess;
   }
-  return line.status;
+  const CommandFailure failure(kUsage, line.text);
+  const int status = Fail(failure);
+  Output(stdout, line.json).Object(ToJson(failure));
+  return status;
 }
 
 // Wireshark shows what comes on standard error, and reads nothing else than the recording.

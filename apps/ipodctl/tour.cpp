@@ -38,7 +38,7 @@ class Tour {
   void Run();
 
  private:
-  void Step(const std::string& title);
+  void Step(const std::string& name, const std::string& title);
   void ShowDevice(Session& session);
   void Browse(MediaLibrary& library, LibraryWalk& walk);
   std::vector<std::string> ShowList(MediaLibrary& library, const LibraryWalk& walk);
@@ -59,11 +59,11 @@ void Tour::Run() {
   } else {
     output_.Line("The dock is on " + context_.dock.device() + ".");
   }
-  Step("Wake the iPod and introduce ourselves");
+  Step("identify", "Wake the iPod and introduce ourselves");
   Session session(context_.options, context_.dock);
   session.Identify();
   output_.Line("  The iPod accepted us by " + session.IdentifiedBy() + ".");
-  output_.Object({{"step", "identify"}, {"identified_by", session.IdentifiedBy()}});
+  output_.Object({{"identified_by", session.IdentifiedBy()}});
   ShowDevice(session);
   session.EnterRemoteUi();
   SessionLibrary library(session);
@@ -72,44 +72,37 @@ void Tour::Run() {
   Play(session, walk);
   Control(session);
   Shuffle(session);
-  Step("Close");
+  Step("close", "Close");
   session.Close();
   output_.Line("  The port is closed.");
-  output_.Object({{"step", "close"}});
+  output_.Object(Json::object());
 }
 
-void Tour::Step(const std::string& title) {
+// Every object until the next step bears the name.
+void Tour::Step(const std::string& name, const std::string& title) {
   StopIfInterrupted();
+  output_.BeginStep(name);
   output_.Line("");
   output_.Line(output_.Bold(std::to_string(++step_) + ". " + title));
 }
 
 void Tour::ShowDevice(Session& session) {
-  Step("Ask who it is");
+  Step("device", "Ask who it is");
   const DeviceInfo info = ReadDeviceInfo(session);
   output_.Fact("Name", ShownName(info.name.value_or("")));
   output_.Fact("Model", ShownName(info.model.value_or("")));
   output_.Fact("Colour",
                info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
   output_.Fact("Workouts", WorkoutsText(info));
-  Json lingoes = Json::object();
   for (const LingoVersion& lingo : info.lingoes) {
-    if (!lingo.version) continue;
-    output_.Fact(lingo.name, VersionText(*lingo.version));
-    lingoes[lingo.name] = VersionText(*lingo.version);
+    if (lingo.version) output_.Fact(lingo.name, VersionText(*lingo.version));
   }
-  Json device = {{"step", "device"}};
-  if (info.name) device["name"] = *info.name;
-  if (info.model) device["model"] = *info.model;
-  device["color"] = static_cast<int>(info.color);
-  if (info.sports) device["sports"] = *info.sports;
-  device["lingoes"] = lingoes;
-  output_.Object(device);
+  output_.Object(ToJson(info, context_.dock.device()));
 }
 
 // From the artists down to a list of at least two tracks, so that there is one to skip to.
 void Tour::Browse(MediaLibrary& library, LibraryWalk& walk) {
-  Step("Browse: artists");
+  Step("artists", "Browse: artists");
   walk.EnterTop(kArtists);
   const std::vector<std::string> artists = ShowList(library, walk);
   for (unsigned long artist = 0; artist < artists.size(); ++artist) {
@@ -117,11 +110,11 @@ void Tour::Browse(MediaLibrary& library, LibraryWalk& walk) {
     walk.EnterRecord(artist, kTracks);
     if (walk.count() < 2) continue;
     walk.EnterTop(kArtists);
-    Step("Browse: albums of " + Printable(artists[artist]));
+    Step("albums", "Browse: albums of " + Printable(artists[artist]));
     walk.EnterRecord(artist, kAlbums);
     const std::vector<std::string> albums = ShowList(library, walk);
     if (albums.empty()) continue;
-    Step("Browse: tracks of " + Printable(albums.front()));
+    Step("tracks", "Browse: tracks of " + Printable(albums.front()));
     walk.EnterRecord(0UL, kTracks);
     ShowList(library, walk);
     return;
@@ -148,12 +141,12 @@ std::vector<std::string> Tour::ShowList(MediaLibrary& library, const LibraryWalk
   if (walk.count() > kShownNames) {
     output_.Line(output_.Dim("  ... " + Counted(walk.count(), category.singular) + " in all"));
   }
-  output_.Object({{"step", category.name}, {"total", walk.count()}, {"names", names}});
+  output_.Object({{"total", walk.count()}, {"names", names}});
   return names;
 }
 
 void Tour::Play(Session& session, LibraryWalk& walk) {
-  Step("Play the first track, and follow it by notifications");
+  Step("play", "Play the first track, and follow it by notifications");
   PlayListed(session, {0, walk.NameOf(0)});
   PlaybackView view(output_, kPlainLineEverySeconds);
   unsigned positions = 0;
@@ -166,9 +159,9 @@ void Tour::Play(Session& session, LibraryWalk& walk) {
 }
 
 void Tour::Control(Session& session) {
-  Step("Pause");
+  Step("pause", "Pause");
   Show(session, PressFor(session, kPauseButton, kPaused, "pause"));
-  Step("Skip to the next track");
+  Step("next", "Skip to the next track");
   PressFor(session, kPlayButton, kPlaying, "play on");
   Show(session, Skip(session, true));
 }
@@ -179,12 +172,12 @@ void Tour::Show(Session& session, NowPlaying now) {
 }
 
 void Tour::Shuffle(Session& session) {
-  Step("Shuffle");
+  Step("shuffle", "Shuffle");
   const std::string before = ReadShuffle(session);
   SetShuffle(session, "tracks", false);
   const std::string now = ReadShuffle(session);
   output_.Line("  Shuffle was " + before + " and is now " + now + ".");
-  output_.Object({{"step", "shuffle"}, {"before", before}, {"now", now}});
+  output_.Object({{"shuffle", now}, {"before", before}});
   session.Require(now == "tracks", "shuffle");
   SetShuffle(session, before, false);
   output_.Line("  It is back to " + ReadShuffle(session) + ".");

@@ -58,12 +58,17 @@ TEST(DiagnoseCommand, PrintsStepsOutcomeAndFindingsForMachines) {
   const json step = ObjectWith(out, "step");
   EXPECT_EQ(step["step"], "StartIDPS");
   EXPECT_EQ(step["result"], "refused");
-  EXPECT_EQ(step["status"], 4);
+  EXPECT_EQ(step["ack"], 4);
   EXPECT_EQ(step["attempts"], 1);
   const json outcome = ObjectWith(out, "outcome");
   EXPECT_EQ(outcome["attempt"], "first");
   EXPECT_EQ(outcome["status"], 4);
-  EXPECT_EQ(ObjectWith(out, "code")["code"], "E306");
+  EXPECT_EQ(ObjectWith(out, "finding")["finding"], "E306");
+  const json failure = test::Objects(out).back();
+  EXPECT_EQ(failure.value("error", ""), "ipod-too-old");
+  EXPECT_EQ(failure["message"], outcome["outcome"]);
+  EXPECT_EQ(failure["status"], 4);
+  EXPECT_EQ(failure["finding"], "E306");
 }
 
 // It takes no answers at all, so only time might help.

@@ -55,7 +55,7 @@ TEST(ExplainCommand, PrintsAnObjectForEachFinding) {
   const test::TemporaryFolder folder;
   const Ended ended = Ipodctl({"explain", Record(folder, "old", "info"), "--json"});
   const json finding = json::parse(ended.out.substr(0, ended.out.find('\n')));
-  EXPECT_EQ(finding["code"], "E306");
+  EXPECT_EQ(finding["finding"], "E306");
   EXPECT_EQ(finding["certainty"], "proved");
   EXPECT_EQ(finding["title"], "The iPod is too old");
   EXPECT_TRUE(finding["packets"].is_array());

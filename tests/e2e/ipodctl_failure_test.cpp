@@ -55,6 +55,35 @@ void ExpectPortExplained(const Ended& ended, const std::string& port, const std:
   ExpectExplained(ended, 2, part, finding + " (proved)", "ipodctl --port " + port + " diagnose");
 }
 
+// To machines the sentence is an object, too, with one word for the exit status.
+json FailureTold(const Ended& ended) {
+  const std::vector<json> objects = Objects(ended.out);
+  if (objects.empty()) return {};
+  const json& failure = objects.back();
+  EXPECT_THAT(ended.err, StartsWith("ipodctl: " + failure.value("message", "none") + ".\n"));
+  EXPECT_EQ(failure.value("status", 0), ended.status);
+  return failure.value("error", "none");
+}
+
+TEST(IpodctlFailure, IsAnObjectForMachines) {
+  EXPECT_EQ(FailureTold(Ipodctl({"dance", "--json"})), "usage");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "--simulated=none", "info"})), "usage");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "--port", "/dev/none", "info"})), "port-unavailable");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "--simulated=old", "info"})), "ipod-too-old");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "--simulated=echo", "info"})), "nothing-docked");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "--simulated", "seek", "back"})), "failed");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "report", "/none.xml"})), "input-file");
+  EXPECT_EQ(FailureTold(Ipodctl({"--json", "--simulated", "--capture", "/none/x", "info"})),
+            "cannot-create");
+}
+
+TEST(IpodctlFailure, TellsMachinesTheCodeOfTheFinding) {
+  EXPECT_EQ(Objects(Ipodctl({"--json", "--port", "/dev/none", "info"}).out).at(0).at("finding"),
+            "E101");
+  EXPECT_EQ(Objects(Ipodctl({"--json", "--simulated=old", "info"}).out).at(0).at("finding"),
+            "E306");
+}
+
 TEST(IpodctlUsage, RefusesWrongArguments) {
   ExpectRefused(Ipodctl({}), 64, "no command given; see 'ipodctl --help'");
   ExpectRefused(Ipodctl({"dance"}), 64, "dance");
@@ -280,10 +309,10 @@ TEST(IpodctlFailure, SurvivesThePulledCableAndWorksAgainAfterwards) {
   EXPECT_THAT(ended.out, HasSubstr("0 protocol mistakes"));
 }
 
-TEST(IpodctlFailure, NamesTheRecordingThatTellsMoreAndLeavesMachinesAlone) {
+TEST(IpodctlFailure, NamesTheRecordingThatTellsMore) {
   const TemporaryFolder folder;
   const std::string file = folder.path("the line.pcapng");
-  const Ended ended = Ipodctl({"--simulated=old", "--capture", file, "--json", "info"});
+  const Ended ended = Ipodctl({"--simulated=old", "--capture", file, "info"});
   ExpectExplained(ended, 4, "too old", "E306  The iPod is too old (proved): General has version",
                   "ipodctl explain '" + file + "'");
 }

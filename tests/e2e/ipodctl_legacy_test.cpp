@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <nlohmann/json.hpp>
 
@@ -18,6 +19,7 @@ using ipodsim::Profile;
 using nlohmann::json;
 using test::Ended;
 using test::Ipodctl;
+using test::Object;
 using test::Objects;
 using test::Process;
 using test::TemporaryFolder;
@@ -55,15 +57,21 @@ TEST(IpodctlLegacy, TellsWhatIsInTheDockInItsOwnWords) {
                                         "  Software version    1.0.4\n"
                                         "  Lingo version       0 - 1.9\n"
                                         "  Workouts            supported\n");
-  const json info = json::parse(Legacy(dock, {"info", "--json"}));
+  EXPECT_EQ(dock.mistakes(), "");
+}
+
+TEST(IpodctlLegacy, TellsMachinesWhatIsInTheDockAsTheOtherInterfaceDoes) {
+  const DockedIpod dock;
+  const json info = Object(Legacy(dock, {"info", "--json"}));
   EXPECT_EQ(info, (json{{"device", dock.device()},
                         {"name", "Zoë's iPod"},
                         {"model", "MB598LL"},
-                        {"model_number", "0014|0000"},
+                        {"model_id", 0x00140000},
+                        {"color", 2},
                         {"serial_number", "5U8250SIM01"},
                         {"software_version", "1.0.4"},
-                        {"lingo_version", "0 - 1.9"},
-                        {"sports", true}}));
+                        {"sports", true},
+                        {"lingoes", {{"General", "1.09"}}}}));
   EXPECT_EQ(dock.mistakes(), "");
 }
 
@@ -110,10 +118,13 @@ TEST(IpodctlLegacy, NameTooLongForItIsSaidToBeUnreadable) {
   EXPECT_EQ(ended.status, 1);
   EXPECT_EQ(ended.err, "ipodctl: could not read the names of 1 of 3 tracks.\n");
   const std::vector<json> lines = Objects(ended.out);
-  ASSERT_EQ(lines.size(), 4U);
+  ASSERT_EQ(lines.size(), 5U);
   EXPECT_EQ(lines[1], json({{"index", 0}, {"name", "Track 000"}}));
   EXPECT_EQ(lines[2], json({{"index", 1}, {"name", nullptr}}));
   EXPECT_EQ(lines[3], json({{"index", 2}, {"name", "Track 002"}}));
+  EXPECT_EQ(lines[4], json({{"error", "failed"},
+                            {"message", "could not read the names of 1 of 3 tracks"},
+                            {"status", 1}}));
 }
 
 TEST(IpodctlLegacy, PlaysPausesAndTellsWhatItPlays) {
@@ -128,14 +139,16 @@ TEST(IpodctlLegacy, PlaysPausesAndTellsWhatItPlays) {
   EXPECT_EQ(dock.state(), PlayerState::kPlaying);
   // The port was closed in between; the iPod went on.
   const json now = json::parse(Legacy(dock, {"now", "--json"}));
-  EXPECT_EQ(now.at("state"), "Playing");
+  EXPECT_EQ(now.at("state"), "playing");
+  EXPECT_EQ(now.at("index"), 1);
   EXPECT_EQ(now.at("title"), "Arches");
   EXPECT_EQ(now.at("video"), false);
   EXPECT_EQ(now.at("length_ms"), 200000);
   EXPECT_GT(now.at("position_ms"), 0);
+  EXPECT_FALSE(now.contains("chapter"));
   // Both are the beginning of the last payload sent: the index of the track asked about.
-  EXPECT_EQ(now.at("track_length"), "1");
-  EXPECT_EQ(now.at("track_position"), "1");
+  EXPECT_THAT(Legacy(dock, {"now"}), HasSubstr("  Track length        1\n"
+                                               "  Track position      1\n"));
   EXPECT_THAT(Legacy(dock, {"pause"}), StartsWith("  State               Paused\n"));
   EXPECT_EQ(dock.state(), PlayerState::kPaused);
   // Pausing again leaves it paused.
@@ -163,7 +176,7 @@ TEST(IpodctlLegacy, TellsChaptersAndVideos) {
 TEST(IpodctlLegacy, NothingPlaysAtFirst) {
   const DockedIpod dock;
   EXPECT_EQ(Legacy(dock, {"now"}), "  State               Stopped\n");
-  EXPECT_EQ(Legacy(dock, {"pause", "--json"}), "{\"state\":\"Stopped\"}\n");
+  EXPECT_EQ(Object(Legacy(dock, {"pause", "--json"})), json({{"state", "stopped"}}));
 }
 
 TEST(IpodctlLegacy, SortsByNameOnModelsThatWantIt) {
@@ -192,9 +205,26 @@ TEST(IpodctlLegacy, ShowsAndSetsPreferences) {
             "  pause-on-removal    off\n");
   EXPECT_EQ(Legacy(dock, {"prefs", "set", "video-out", "ask"}), "video-out: Ask User\n");
   EXPECT_EQ(Legacy(dock, {"prefs", "set", "connection", "s-video"}), "connection: S-Video\n");
-  EXPECT_EQ(Legacy(dock, {"prefs", "get", "connection", "--json"}),
-            "{\"connection\":\"S-Video\"}\n");
-  EXPECT_EQ(json::parse(Legacy(dock, {"prefs", "--json"})).at("video-out"), "Ask User");
+  for (const auto& [name, setting, shown] :
+       {std::array<const char*, 3>{"screen", "fit", "Fit Edge To Screen"},
+        {"signal", "pal", "PAL"},
+        {"line-out", "on", "Enabled"},
+        {"aspect", "16:9", "16 by 9"}}) {
+    EXPECT_EQ(Legacy(dock, {"prefs", "set", name, setting}),
+              std::string(name) + ": " + shown + "\n");
+  }
+  EXPECT_EQ(Object(Legacy(dock, {"prefs", "get", "connection", "--json"})),
+            json({{"connection", "s-video"}}));
+  EXPECT_EQ(Object(Legacy(dock, {"prefs", "--json"})), json({{"video-out", "ask"},
+                                                             {"screen", "fit"},
+                                                             {"signal", "pal"},
+                                                             {"line-out", "on"},
+                                                             {"connection", "s-video"},
+                                                             {"captions", "off"},
+                                                             {"aspect", "16:9"},
+                                                             {"subtitles", "off"},
+                                                             {"alternate-audio", "off"},
+                                                             {"pause-on-removal", "off"}}));
   EXPECT_EQ(dock.mistakes(), "");
 }
 

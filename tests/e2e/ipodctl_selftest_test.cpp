@@ -81,13 +81,13 @@ TEST(IpodctlSelftest, JsonHasAnObjectForEachStepAndOneForAll) {
   EXPECT_EQ(ended.status, 0) << ended.err;
   const std::vector<json> objects = Objects(ended.out);
   ASSERT_EQ(objects.size(), 6u);
-  EXPECT_EQ(objects[0], (json{{"step", 0},
-                              {"title", "Set Up Connection Test"},
+  EXPECT_EQ(objects[0], (json{{"step", "Set Up Connection Test"},
+                              {"number", 0},
                               {"detail", "Enter Remote UI mode"},
                               {"passed", true}}));
   EXPECT_EQ(
       objects[4],
-      (json{{"step", 4}, {"title", "End of Regression Test"}, {"detail", ""}, {"passed", true}}));
+      (json{{"step", "End of Regression Test"}, {"number", 4}, {"detail", ""}, {"passed", true}}));
   EXPECT_EQ(objects[5], (json{{"steps", 5}, {"failures", 0}}));
 }
 

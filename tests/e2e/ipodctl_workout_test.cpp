@@ -19,6 +19,7 @@ using ipodsim::AckStatus;
 using ipodsim::Profile;
 using nlohmann::json;
 using test::Ended;
+using test::Object;
 using test::Objects;
 using test::Process;
 using test::TemporaryFolder;
@@ -473,10 +474,9 @@ TEST(IpodctlUserdata, ShowsAndSetsWhatTheIpodKnowsAboutItsUser) {
             "  Weight              755\n"
             "  Flag (data type 2)  set\n"
             "  Value (data type 4) 41\n");
-  EXPECT_EQ(dock.Ipodctl({"userdata", "--weight", "65535", "--json"}).out,
-            "{\"weight\":65535,\"flag\":true,\"value\":41}\n");
-  EXPECT_EQ(dock.Ipodctl({"userdata", "--json"}).out,
-            "{\"weight\":65535,\"flag\":true,\"value\":41}\n");
+  const json heaviest = {{"weight", 65535}, {"flag", true}, {"value", 41}};
+  EXPECT_EQ(Object(dock.Ipodctl({"userdata", "--weight", "65535", "--json"}).out), heaviest);
+  EXPECT_EQ(Object(dock.Ipodctl({"userdata", "--json"}).out), heaviest);
   EXPECT_EQ(dock.mistakes(), "");
 
   ExpectSentence(no_data->Wait(), 1,

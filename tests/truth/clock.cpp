@@ -11,6 +11,10 @@ std::chrono::microseconds SteadyTime() {
   return std::chrono::microseconds(ipodcomm::virtual_platform::CurrentWorld()->clock.now_us());
 }
 
+std::chrono::milliseconds UnixTime() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(SteadyTime());
+}
+
 // The services sleep whole milliseconds.
 void SleepFor(std::chrono::microseconds duration) {
   Sleep(static_cast<DWORD>((duration.count() + 999) / 1000));

@@ -15,6 +15,7 @@ struct CommandLine {
   std::optional<Options> options;
   std::string text;
   int status = 0;
+  bool json = false;  // wrong arguments are told to a machine, too
 };
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

@@ -2,6 +2,7 @@
 // The command line: its options for every command, its help, and the sentences for wrong arguments.
 #include "command_line/parser.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "command_line/flags.h"
@@ -36,7 +37,9 @@ constexpr const char* kProgramFooter =
     "The legacy interface:\n"
     "  --legacy takes info, browse, play, pause, now, prefs and workout through the library's "
     "older,\n"
-    "  synchronous interface and shows its display texts as they stand; selftest always does.\n"
+    "  synchronous interface and shows its display texts as they stand; selftest always does. "
+    "With\n"
+    "  --json the words are those of the other interface.\n"
     "\n"
     "Exit status:\n"
     "  0  done\n"
@@ -52,8 +55,16 @@ constexpr const char* kProgramFooter =
     "because\n"
     "       nobody reads the output any more\n"
     "\n"
-    "Data goes to standard output, everything else to standard error.\n"
+    "Data goes to standard output, everything else to standard error. With --json a failure goes "
+    "to\n"
+    "both, on standard output as an object with \"error\", \"message\" and \"status\".\n"
     "'ipodctl help COMMAND' explains a command and shows examples.";
+
+// Also of arguments that cannot be understood.
+bool AsksForJson(const std::vector<std::string>& arguments) {
+  const auto end = std::find(arguments.begin(), arguments.end(), "--");
+  return std::find(arguments.begin(), end, "--json") != end;
+}
 
 }  // namespace
 
@@ -153,12 +164,12 @@ std::vector<usage::ManualPage> CommandLineParser::ManualPages() const {
 }
 
 CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) {
-  const auto refuse = [this](std::string sentence) {
+  const auto refuse = [&](std::string sentence) {
     const bool starts_with_word = sentence.size() > 1 && std::islower(sentence[1]) != 0;
     if (starts_with_word) {
       sentence.front() = static_cast<char>(std::tolower(sentence.front()));
     }
-    return CommandLine{{}, sentence + "; see " + HelpHint(), kUsage};
+    return CommandLine{{}, sentence + "; see " + HelpHint(), kUsage, AsksForJson(arguments)};
   };
   if (!arguments.empty() && arguments.front() == usage::kCompleteArgument) {
     return {{}, usage::Complete(app_, values_, {arguments.begin() + 1, arguments.end()}), kSuccess};

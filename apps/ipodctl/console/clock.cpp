@@ -11,6 +11,11 @@ std::chrono::microseconds SteadyTime() {
       std::chrono::steady_clock::now().time_since_epoch());
 }
 
+std::chrono::milliseconds UnixTime() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::system_clock::now().time_since_epoch());
+}
+
 void SleepFor(std::chrono::microseconds duration) { std::this_thread::sleep_for(duration); }
 
 }  // namespace ipodctl

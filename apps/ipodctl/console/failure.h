@@ -2,6 +2,7 @@
 // How a command ends when it cannot do what was asked: the exit status, and a sentence.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -36,5 +37,9 @@ class CommandFailure : public std::runtime_error {
   ExitStatus status_;
   std::string finding_;
 };
+
+/// It as a JSON object: "error" is one word for the exit status, which stays the same whatever the
+/// sentence in "message" says.
+nlohmann::ordered_json ToJson(const CommandFailure& failure);
 
 }  // namespace ipodctl

@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "console/clock.h"
 #include "console/interrupt.h"
 #include "console/system.h"
 #include "console/text.h"
+#include "console/timestamp.h"
 
 namespace ipodctl {
 
@@ -34,7 +36,15 @@ void Output::Fact(const std::string& label, const std::string& value) {
 }
 
 void Output::Object(const nlohmann::ordered_json& object) {
-  if (json_) Write(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+  if (json_) ObjectAt(UnixTime(), object);
+}
+
+void Output::ObjectAt(std::chrono::milliseconds since_1970, const nlohmann::ordered_json& object) {
+  if (!json_) return;
+  nlohmann::ordered_json stamped = {{"time", Timestamp(since_1970)}};
+  if (!step_.empty()) stamped["step"] = step_;
+  stamped.update(object);
+  Write(stamped.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 std::string Output::Bold(const std::string& text) const { return Styled("\x1b[1m", text); }

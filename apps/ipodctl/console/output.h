@@ -2,6 +2,7 @@
 // Standard output: readable text for people, or JSON for machines.
 #pragma once
 
+#include <chrono>
 #include <cstdio>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
@@ -20,8 +21,12 @@ class Output {
   void Line(const std::string& text);
   /// "Name      Anna's iPod": one fact in a column of its own.
   void Fact(const std::string& label, const std::string& value);
-  /// One JSON object on a line of its own.
+  /// One JSON object on a line of its own, stamped with the present time as "time".
   void Object(const nlohmann::ordered_json& object);
+  /// The same of something that happened at another time.
+  void ObjectAt(std::chrono::milliseconds since_1970, const nlohmann::ordered_json& object);
+  /// From now on every object begins with the name of the step that it belongs to, as "step".
+  void BeginStep(const std::string& name) { step_ = name; }
 
   /// `text` emphasised where the terminal can.
   std::string Bold(const std::string& text) const;
@@ -40,6 +45,7 @@ class Output {
   bool json_;
   bool styled_;
   bool unread_ = false;
+  std::string step_;
 };
 
 }  // namespace ipodctl

@@ -33,22 +33,6 @@ std::string ModelId(std::uint32_t id) {
   return text;
 }
 
-nlohmann::ordered_json ToJson(const DeviceInfo& info, const std::string& device) {
-  nlohmann::ordered_json json;
-  json["device"] = device;
-  if (info.name) json["name"] = *info.name;
-  if (info.model) json["model"] = *info.model;
-  if (info.model) json["model_id"] = info.model_id;
-  json["color"] = static_cast<int>(info.color);
-  json["identified_by"] = info.identified_by;
-  if (info.sports) json["sports"] = *info.sports;
-  if (info.max_payload) json["max_payload"] = *info.max_payload;
-  for (const LingoVersion& lingo : info.lingoes) {
-    if (lingo.version) json["lingoes"][lingo.name] = VersionText(*lingo.version);
-  }
-  return json;
-}
-
 void ReadModel(Session& session, DeviceInfo* info) {
   CIpodComm& ipod = session.ipod();
   wchar_t model[kTextCapacity] = {};
@@ -67,6 +51,25 @@ std::string ToldOrNot(const std::optional<std::string>& text) {
 }
 
 }  // namespace
+
+nlohmann::ordered_json ToJson(const DeviceInfo& info, const std::string& device) {
+  nlohmann::ordered_json json;
+  json["device"] = device;
+  if (info.name) json["name"] = *info.name;
+  if (info.model) json["model"] = *info.model;
+  if (info.model) json["model_id"] = info.model_id;
+  if (info.color != IPOD_COLOR_NONE) json["color"] = static_cast<int>(info.color);
+  if (info.serial_number) json["serial_number"] = *info.serial_number;
+  if (info.software_version) json["software_version"] = *info.software_version;
+  if (info.identified_by) json["identified_by"] = *info.identified_by;
+  if (info.sports) json["sports"] = *info.sports;
+  if (info.max_payload) json["max_payload"] = *info.max_payload;
+  json["lingoes"] = nlohmann::ordered_json::object();
+  for (const LingoVersion& lingo : info.lingoes) {
+    if (lingo.version) json["lingoes"][lingo.name] = VersionText(*lingo.version);
+  }
+  return json;
+}
 
 std::string WorkoutsText(const DeviceInfo& info) {
   if (!info.sports) return "not offered";
@@ -107,7 +110,7 @@ void RunInfo(const Context& context, Session& session) {
               ToldOrNot(info.model) + (info.model ? " (" + ModelId(info.model_id) + ")" : ""));
   output.Fact("Colour",
               info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
-  output.Fact("Identified by", info.identified_by);
+  output.Fact("Identified by", *info.identified_by);
   output.Fact("Workouts", WorkoutsText(info));
   if (info.max_payload)
     output.Fact("Maximum payload", std::to_string(*info.max_payload) + " bytes");
@@ -132,13 +135,17 @@ std::optional<LegacyAnswer> Told(LegacySession& session, const LegacyAnswer& ans
   return answer;
 }
 
-struct LegacyFact {
-  const char* key;
-  const char* label;
-  std::optional<std::string> text;
+// What the iPod answers; none where it refuses to.
+struct LegacyAnswers {
+  std::optional<LegacyAnswer> name;
+  std::optional<LegacyAnswer> model;
+  std::optional<LegacyAnswer> serial_number;
+  std::optional<LegacyAnswer> software_version;
+  std::optional<LegacyAnswer> general;  // number and version of the General lingo
 };
+constexpr std::size_t kIdBytes = 4;  // of the model's number, before its text
 
-std::vector<LegacyFact> ReadLegacyFacts(LegacySession& session) {
+LegacyAnswers ReadLegacyAnswers(LegacySession& session) {
   const LegacyQuestion serial_question = {
       [](ipod& docked) { return docked.command_requestipodserialnum(); },
       ipod::IPOD_COMMAND_REQUESTIPODSERIALNUM, ipod::IPOD_COMMAND_RETURNIPODSERIALNUM, 1, true};
@@ -154,50 +161,57 @@ std::vector<LegacyFact> ReadLegacyFacts(LegacySession& session) {
       3,
       false,
       {ipod::IPOD_LINGO_GENERAL}};
-  constexpr std::size_t kIdBytes = 4;
-  const auto model = Told(session, session.model(), "model");
-  const auto serial = Told(session, session.AskShort(serial_question), "serial number");
-  const auto software = Told(session, session.AskShort(software_question), "software version");
-  const auto lingo = Told(session, session.AskShort(lingo_question), "General version");
-  std::vector<LegacyFact> facts = {{"model", "Model", {}},
-                                   {"model_number", "Model number", {}},
-                                   {"serial_number", "Serial number", {}},
-                                   {"software_version", "Software version", {}},
-                                   {"lingo_version", "Lingo version", {}}};
-  if (model) facts[0].text = TextIn(*model, kIdBytes);
-  if (model) facts[1].text = session.model_number();
-  if (serial) facts[2].text = TextIn(*serial);
-  if (software) facts[3].text = Dotted(software->data, ".");
-  if (lingo) facts[4].text = Dotted(lingo->data, " - ");
-  return facts;
+  LegacyAnswers answers;
+  answers.name = Told(session, session.AskShort(NameQuestion()), "name");
+  answers.model = Told(session, session.model(), "model");
+  answers.serial_number = Told(session, session.AskShort(serial_question), "serial number");
+  answers.software_version = Told(session, session.AskShort(software_question), "software version");
+  answers.general = Told(session, session.AskShort(lingo_question), "General version");
+  return answers;
+}
+
+// As through the current interface.
+DeviceInfo InfoFrom(const LegacyAnswers& answers) {
+  DeviceInfo info;
+  if (answers.name) info.name = TextIn(*answers.name);
+  if (answers.model) {
+    info.model_id = answers.model->Number(0);
+    info.model = TextIn(*answers.model, kIdBytes);
+    info.color = CIpodComm::ColorOfModel(Wide(*info.model).c_str());
+  }
+  if (answers.serial_number) info.serial_number = TextIn(*answers.serial_number);
+  if (answers.software_version) info.software_version = Dotted(answers.software_version->data, ".");
+  if (answers.general) {
+    const std::vector<std::uint8_t>& data = answers.general->data;
+    info.lingoes = {{"General", ipod::IPOD_LINGO_GENERAL, tagIPOD_VERSION{data[1], data[2]}}};
+  }
+  return info;
 }
 
 }  // namespace
 
 void RunLegacyInfo(const Context& context, LegacySession& session) {
-  std::optional<std::string> name;
-  if (const auto told = Told(session, session.AskShort(NameQuestion()), "name")) {
-    name = TextIn(*told);
-  }
-  const std::vector<LegacyFact> facts = ReadLegacyFacts(session);
+  const LegacyAnswers answers = ReadLegacyAnswers(session);
+  DeviceInfo info = InfoFrom(answers);
   // Which models take workouts is known by their number.
-  WorkoutSupport workouts;
-  if (session.model().answered()) workouts = session.AcceptsWorkouts();
-  const bool is_told = session.model().answered() && !workouts.refusal;
+  if (answers.model) {
+    const WorkoutSupport workouts = session.AcceptsWorkouts();
+    if (!workouts.refusal) info.sports = workouts.accepted;
+  }
+  std::optional<std::string> number;
+  if (answers.model) number = session.model_number();
+  std::optional<std::string> general;
+  if (answers.general) general = Dotted(answers.general->data, " - ");
 
   Output& output = context.output;
-  nlohmann::ordered_json json = {{"device", context.dock.device()}};
-  if (name) json["name"] = *name;
-  output.Line(output.Bold(ToldOrNot(name)) + " on " + context.dock.device());
-  for (const LegacyFact& fact : facts) {
-    if (fact.text) json[fact.key] = *fact.text;
-    output.Fact(fact.label, ToldOrNot(fact.text));
-  }
-  if (is_told) json["sports"] = workouts.accepted;
-  output.Fact("Workouts", !is_told            ? "(not told)"
-                          : workouts.accepted ? "supported"
-                                              : "not supported");
-  output.Object(json);
+  output.Object(ToJson(info, context.dock.device()));
+  output.Line(output.Bold(ToldOrNot(info.name)) + " on " + context.dock.device());
+  output.Fact("Model", ToldOrNot(info.model));
+  output.Fact("Model number", ToldOrNot(number));
+  output.Fact("Serial number", ToldOrNot(info.serial_number));
+  output.Fact("Software version", ToldOrNot(info.software_version));
+  output.Fact("Lingo version", ToldOrNot(general));
+  output.Fact("Workouts", info.sports ? WorkoutsText(info) : "(not told)");
 }
 
 }  // namespace ipodctl

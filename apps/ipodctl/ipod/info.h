@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +25,10 @@ struct DeviceInfo {
   std::optional<std::string> model;
   std::uint32_t model_id = 0;
   tagIPOD_COLOR color = IPOD_COLOR_NONE;
-  std::string identified_by;
+  // None: the interface does not tell them, or the iPod refuses to.
+  std::optional<std::string> serial_number;
+  std::optional<std::string> software_version;
+  std::optional<std::string> identified_by;
   // Whether it takes workouts; none where it has the service and did not offer it.
   std::optional<bool> sports;
   std::optional<unsigned> max_payload;  // bytes; none: the iPod does not report it
@@ -32,6 +36,8 @@ struct DeviceInfo {
 };
 
 DeviceInfo ReadDeviceInfo(Session& session);
+/// @param device the line that it is docked on
+nlohmann::ordered_json ToJson(const DeviceInfo& info, const std::string& device);
 /// "supported", "not supported" or "not offered".
 std::string WorkoutsText(const DeviceInfo& info);
 

@@ -81,8 +81,8 @@ Step SelfTest::Perform(int number) {
 }
 
 void SelfTest::Show(const Step& step) {
-  output_.Object({{"step", step.number},
-                  {"title", step.title},
+  output_.Object({{"step", step.title},
+                  {"number", step.number},
                   {"detail", step.detail},
                   {"passed", step.passed}});
   output_.Line(std::string(step.passed ? "pass" : "FAIL") + "  " +

@@ -17,13 +17,13 @@ std::string StateText(unsigned char state) {
   return state < std::size(kStateTexts) ? kStateTexts[state] : "Unknown";
 }
 
-// Few tracks have chapters; the interface shows "Unknown" for the others.
-std::string ReadChapter(LegacySession& session) {
+// Few tracks have chapters.
+std::optional<std::string> ReadChapter(LegacySession& session) {
   const LegacyAnswer chapter =
       session.Ask({[](ipod& docked) { return docked.command_getcurrentplayingtrackchaptername(); },
                    ipod::IPOD_COMMAND_GETCURRENTPLAYINGTRACKCHAPTERNAME,
                    ipod::IPOD_COMMAND_RETURNCURRENTPLAYINGTRACKCHAPTERNAME, 1, true});
-  if (!chapter.answered()) return "Unknown";
+  if (!chapter.answered()) return std::nullopt;
   return TextIn(chapter);
 }
 
@@ -51,32 +51,24 @@ std::optional<bool> ReadVideo(LegacySession& session, unsigned long track) {
 
 void ShowLegacyPlaying(Output& output, LegacySession& session) {
   NowPlaying now = LookAtPlayer(session);
-  nlohmann::ordered_json json = {{"state", StateText(now.state)}};
   output.Fact("State", StateText(now.state));
   if (!now.index) {
-    output.Object(json);
+    output.Object(ToJson(now));
     return;
   }
   ReadTitle(session, &now);
   // These two texts are not times; they show the request that was sent last.
   const std::string length = Utf8(session.interface().getipodtracklength());
   const std::string position = Utf8(session.interface().getipodtrackposition());
-  const std::string chapter = ReadChapter(session);
-  const std::optional<bool> video = ReadVideo(session, *now.index);
-  if (now.title) json["title"] = *now.title;
-  json["chapter"] = chapter;
-  if (video) json["video"] = *video;
-  json["track_length"] = length;
-  json["track_position"] = position;
-  json["length_ms"] = now.length_ms;
-  json["position_ms"] = now.position_ms;
+  now.chapter = ReadChapter(session);
+  now.video = ReadVideo(session, *now.index);
   output.Fact("Title", now.title ? ShownName(*now.title) : "(cannot be read)");
-  output.Fact("Chapter", Printable(chapter));
-  output.Fact("Video", !video ? "(not told)" : *video ? "yes" : "no");
+  output.Fact("Chapter", Printable(now.chapter.value_or("Unknown")));
+  output.Fact("Video", !now.video ? "(not told)" : *now.video ? "yes" : "no");
   output.Fact("Track length", length);
   output.Fact("Track position", position);
   output.Fact("Time", Progress(now));
-  output.Object(json);
+  output.Object(ToJson(now));
 }
 
 void RunLegacyNow(const Context& context, LegacySession& session) {

@@ -25,6 +25,7 @@ nlohmann::ordered_json ToJson(const NowPlaying& now) {
   if (now.title) json["title"] = *now.title;
   if (now.artist) json["artist"] = *now.artist;
   if (now.album) json["album"] = *now.album;
+  if (now.chapter) json["chapter"] = *now.chapter;
   if (now.video) json["video"] = *now.video;
   json["length_ms"] = now.length_ms;
   json["position_ms"] = now.position_ms;

@@ -27,6 +27,7 @@ struct NowPlaying {
   std::optional<std::string> title;
   std::optional<std::string> artist;
   std::optional<std::string> album;
+  std::optional<std::string> chapter;  // of the few tracks that have some
   std::optional<bool> video;
   std::uint64_t length_ms = 0;
   std::uint64_t position_ms = 0;

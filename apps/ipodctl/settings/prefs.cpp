@@ -15,6 +15,11 @@ namespace ipodctl {
 
 namespace {
 
+struct Setting {
+  std::string name;   // as on the command line
+  std::string shown;  // to people: the legacy interface has texts of its own
+};
+
 // The current interface.
 
 // Preferences came with this version of the General lingo.
@@ -31,12 +36,13 @@ void RequirePreferences(Session& session) {
                                     ", needs " + VersionText(kLeastGeneral) + ")");
 }
 
-// The setting's name. None when the iPod does not know the preference, as iPods without video know
-// few of them. An iPod that wants the accessory authenticated tells none.
-std::optional<std::string> Read(Session& session, const Preference& preference) {
+// None when the iPod does not know the preference, as iPods without video know few of them. An iPod
+// that wants the accessory authenticated tells none.
+std::optional<Setting> Read(Session& session, const Preference& preference) {
   unsigned char setting = 0;
   if (session.ipod().Command_GetPreference(preference.code, &setting) != 0) {
-    return SettingName(preference, setting);
+    const std::string name = SettingName(preference, setting);
+    return Setting{name, name};
   }
   const tagIPOD_EXCHANGE last = session.Last();
   const bool refused = last.result == IPOD_EXCHANGE_REFUSED;
@@ -98,10 +104,14 @@ std::optional<unsigned char> ReadNumber(LegacySession& session, const Preference
   return answer.data[1];
 }
 
-std::optional<std::string> Read(LegacySession& session, const Preference& preference) {
+Setting SettingOf(const Preference& preference, unsigned char setting) {
+  return {SettingName(preference, setting), DisplayedSetting(preference, setting)};
+}
+
+std::optional<Setting> Read(LegacySession& session, const Preference& preference) {
   const std::optional<unsigned char> setting = ReadNumber(session, preference);
   if (!setting) return std::nullopt;
-  return DisplayedSetting(preference, *setting);
+  return SettingOf(preference, *setting);
 }
 
 // Sets a preference until the iPod is undocked.
@@ -126,26 +136,26 @@ template <class AnySession>
 void ShowAll(Output& output, AnySession& session) {
   nlohmann::ordered_json json = nlohmann::ordered_json::object();
   for (const Preference& preference : AllPreferences()) {
-    const std::optional<std::string> setting = Read(session, preference);
+    const std::optional<Setting> setting = Read(session, preference);
     if (!setting) continue;
-    json[preference.name] = *setting;
-    output.Fact(preference.name, *setting);
+    json[preference.name] = setting->name;
+    output.Fact(preference.name, setting->shown);
   }
   if (json.empty()) throw CommandFailure(kFailed, "the iPod refused to tell any preference");
   output.Object(json);
 }
 
 template <class AnySession>
-std::string ReadOne(AnySession& session, const Preference& preference) {
-  const std::optional<std::string> setting = Read(session, preference);
+Setting ReadOne(AnySession& session, const Preference& preference) {
+  const std::optional<Setting> setting = Read(session, preference);
   if (setting) return *setting;
   throw CommandFailure(kFailed, std::string("the iPod refused to tell ") + preference.name +
                                     "; it may not know this preference");
 }
 
-void ShowOne(Output& output, const Preference& preference, const std::string& setting) {
-  output.Object({{preference.name, setting}});
-  output.Line(std::string(preference.name) + ": " + setting);
+void ShowOne(Output& output, const Preference& preference, const Setting& setting) {
+  output.Object({{preference.name, setting.name}});
+  output.Line(std::string(preference.name) + ": " + setting.shown);
 }
 
 // What it is afterwards decides, not what the iPod said to it.
@@ -155,11 +165,11 @@ void SetAndShow(Output& output, Session& session, const Preference& preference,
   const tagIPOD_EXCHANGE exchange = session.Last();
   const std::string what = std::string("set ") + preference.name + " to " + wanted;
   if (!accepted && exchange.status == kNotAuthenticated) session.Fail(exchange, what);
-  const std::string setting = ReadOne(session, preference);
-  if (setting != wanted && !accepted) session.Fail(exchange, what + "; it is " + setting);
-  if (setting != wanted) {
+  const Setting setting = ReadOne(session, preference);
+  if (setting.name != wanted) {
+    if (!accepted) session.Fail(exchange, what + "; it is " + setting.shown);
     throw CommandFailure(
-        kFailed, std::string("the iPod accepted, but ") + preference.name + " is " + setting);
+        kFailed, std::string("the iPod accepted, but ") + preference.name + " is " + setting.shown);
   }
   ShowOne(output, preference, setting);
 }
@@ -171,13 +181,13 @@ void SetAndShow(Output& output, LegacySession& session, const Preference& prefer
   const std::optional<unsigned char> now = ReadNumber(session, preference);
   const std::string what = std::string(preference.name) + " to " + wanted;
   if (!now) throw CommandFailure(kFailed, "set " + what + ", but the iPod refuses to tell it");
-  const std::string shown = DisplayedSetting(preference, *now);
+  const Setting set = SettingOf(preference, *now);
   if (*now != setting) {
-    session.Require(answer, "set " + what + "; it is " + shown);
-    throw CommandFailure(kFailed,
-                         std::string("the iPod accepted, but ") + preference.name + " is " + shown);
+    session.Require(answer, "set " + what + "; it is " + set.shown);
+    throw CommandFailure(
+        kFailed, std::string("the iPod accepted, but ") + preference.name + " is " + set.shown);
   }
-  ShowOne(output, preference, shown);
+  ShowOne(output, preference, set);
 }
 
 template <class AnySession>

@@ -62,15 +62,16 @@ std::string CommandThatTellsMore(const Options& options, bool watched, const std
 
 }  // namespace
 
-void ExplainFailure(const CommandFailure& failure, const Options& options) {
-  if (!IsOfTheLine(failure.status())) return;
+std::string ExplainFailure(const CommandFailure& failure, const Options& options) {
+  if (!IsOfTheLine(failure.status())) return failure.finding();
   const std::optional<std::vector<Finding>> watched = FindingsOfWatchedLine();
   const std::optional<Finding> finding =
       MostImportant(failure.finding(), watched.value_or(std::vector<Finding>()));
-  if (!finding) return;
+  if (!finding) return {};
   std::fprintf(stderr, "  %s.\n  What that means and what to do: %s\n",
                HeadlineOf(*finding).c_str(),
                CommandThatTellsMore(options, watched.has_value(), finding->code).c_str());
+  return finding->code;
 }
 
 std::string IpodArguments(const Options& options) {

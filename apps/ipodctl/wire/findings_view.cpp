@@ -41,7 +41,7 @@ void ShowFinding(const Finding& finding, Output& output) {
   output.Fact("Seen", SentenceOf(finding));
   output.Fact("Means", page.meaning);
   output.Fact("What to do", page.remedy);
-  output.Object({{"code", finding.code},
+  output.Object({{"finding", finding.code},
                  {"title", page.title},
                  {"certainty", NameOf(finding.certainty)},
                  {"seen", finding.seen},
@@ -73,7 +73,7 @@ void ShowPage(const FindingPage& page, Output& output) {
   output.Fact("Tried", page.tried);
   output.Fact("Means", page.meaning);
   output.Fact("What to do", page.remedy);
-  output.Object({{"code", page.code},
+  output.Object({{"finding", page.code},
                  {"title", page.title},
                  {"tried", page.tried},
                  {"means", page.meaning},

@@ -2,6 +2,7 @@
 #include "wire/wire_lines.h"
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -53,7 +54,9 @@ const char* Arrow(const ipodwire::Told& told) {
 
 void WireLines::Print(const ipodwire::Told& told) {
   if (output_.json()) {
-    output_.Object(Json(told));
+    output_.ObjectAt(
+        std::chrono::floor<std::chrono::milliseconds>(std::chrono::nanoseconds(told.observed.time)),
+        Json(told));
   } else {
     output_.Line(Text(told));
   }

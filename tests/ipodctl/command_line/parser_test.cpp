@@ -27,6 +27,14 @@ TEST(CommandLine, TakesGlobalOptionsOnBothSidesOfTheCommand) {
   }
 }
 
+TEST(CommandLine, KnowsOfWrongArgumentsWhetherTheyAreAskedByAMachine) {
+  EXPECT_TRUE(ParseCommandLine({"--json", "dance"}).json);
+  EXPECT_TRUE(ParseCommandLine({"browse", "artists", "--count", "x", "--json"}).json);
+  EXPECT_FALSE(ParseCommandLine({"dance"}).json);
+  // A name, not an option.
+  EXPECT_FALSE(ParseCommandLine({"--wrong", "play", "tracks", "--", "--json"}).json);
+}
+
 TEST(CommandLine, SimulatesOnRequestAndForATourWithoutPort) {
   EXPECT_EQ(ParseCommandLine({"--simulated", "info"}).options->simulation->profile, "nano");
   EXPECT_EQ(ParseCommandLine({"--simulated=old", "info"}).options->simulation->profile, "old");

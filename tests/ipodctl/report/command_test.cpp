@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "documents.h"
+#include "support/json_lines.h"
 #include "support/process.h"
 #include "support/temporary_folder.h"
 
@@ -169,7 +170,11 @@ TEST_F(ReportCommand, ShowsADamagedDocumentAndSaysWhereItEnds) {
   ExpectSentence(malformed, 65,
                  bad + " is malformed at line 2, column 13 (mismatched tag); " + Path("bad.html") +
                      " shows what comes before that place");
-  EXPECT_EQ(json::parse(malformed.out).at("problem").at("line"), 2);
+  const std::vector<json> told = test::Objects(malformed.out);
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[0].at("problem").at("line"), 2);
+  EXPECT_EQ(told[1].at("error"), "damaged");
+  EXPECT_EQ(told[1].at("status"), 65);
 }
 
 TEST_F(ReportCommand, RefusesWhatIsNoWorkoutDocument) {

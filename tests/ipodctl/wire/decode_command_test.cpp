@@ -65,14 +65,18 @@ TEST_F(DecodeCommand, PrintsAnObjectForEachFrame) {
       Ipodctl({"--json", "decode", folder_.Write("line.pcapng", TwoFrames() + kClose)});
   EXPECT_EQ(ended.status, 0);
   const std::size_t end = ended.out.find('\n');
-  EXPECT_EQ(json::parse(ended.out.substr(0, end)),
-            json::parse(R"({"packet": 1, "time_ns": 4294967296, "since_previous_ms": 0.0,
+  EXPECT_EQ(
+      json::parse(ended.out.substr(0, end)),
+      json::parse(
+          R"({"time": "1970-01-01T00:00:04.294Z", "packet": 1, "time_ns": 4294967296, "since_previous_ms": 0.0,
                 "from": "accessory", "bytes": "FF 55 02 00 07 F7",
                 "lingo": {"number": 0, "name": "General"},
                 "command": {"number": 7, "name": "RequestiPodName", "known": true},
                 "large": false, "transaction_id": null, "fields": [], "notes": []})"));
-  EXPECT_EQ(json::parse(ended.out.substr(end)),
-            json::parse(R"({"packet": 2, "time_ns": 4794967296, "since_previous_ms": 500.0,
+  EXPECT_EQ(
+      json::parse(ended.out.substr(end)),
+      json::parse(
+          R"({"time": "1970-01-01T00:00:04.794Z", "packet": 2, "time_ns": 4794967296, "since_previous_ms": 500.0,
                 "from": "ipod", "bytes": "FF 55 06 00 08 41 1B 42 00 54",
                 "lingo": {"number": 0, "name": "General"},
                 "command": {"number": 8, "name": "ReturniPodName", "known": true},

@@ -37,28 +37,22 @@ std::string UntrueLingoes(const Question& question) {
 
 std::string UntrueLegacyInfo(const Question& question) {
   const ipodsim::Traits& traits = question.traits();
-  char number[16];
-  std::snprintf(number, sizeof number, "%04X|%04X", traits.model_id >> 16,
-                traits.model_id & 0xFFFF);
   const std::string software = std::to_string(traits.software[0]) + "." +
                                std::to_string(traits.software[1]) + "." +
                                std::to_string(traits.software[2]);
-  const ipodsim::Version general = traits.Lingo(0)->version;
-  const std::string version =
-      "0 - " + std::to_string(general.major) + "." + std::to_string(general.minor);
   const bool sports = traits.Lingo(ipodsim::kSports) != nullptr && traits.model_id >> 16 == 0x0014;
   const std::pair<const char*, Json> facts[] = {{"name", question.ipod.settings().library.name},
                                                 {"model", traits.model_number},
-                                                {"model_number", number},
+                                                {"model_id", traits.model_id},
                                                 {"serial_number", traits.serial_number},
                                                 {"software_version", software},
-                                                {"lingo_version", version},
                                                 {"sports", sports}};
   for (const auto& [member, truth] : facts) {
     const std::string untrue = ExpectUnlessRefused(question, question.last(), member, truth);
     if (!untrue.empty()) return untrue;
   }
-  return "";
+  const Json lingoes = question.last().value("lingoes", Json::object());
+  return ExpectUnlessRefused(question, lingoes, "General", VersionText(traits.Lingo(0)->version));
 }
 
 // An iPod that refuses to tell the version of its Sports lingo is taken for one without.

@@ -28,11 +28,6 @@ std::string StateName(PlayerState state) {
 
 namespace {
 
-std::string Capitalised(std::string text) {
-  if (!text.empty() && text.front() >= 'a') text.front() = static_cast<char>(text.front() - 32);
-  return text;
-}
-
 // A time that was told a while ago, of a player that goes on or stands.
 std::string UntruePosition(const Question& question, const Json& now) {
   if (!now.contains("position_ms")) return "no position_ms";
@@ -52,11 +47,7 @@ std::string UntruePosition(const Question& question, const Json& now) {
 // What is told of the player, against the player.
 std::string UntrueNow(const Question& question, const Json& now) {
   const Player& player = question.ipod.player();
-  const bool legacy = question.run.legacy();
-  const auto is_told = [&](PlayerState state) {
-    const std::string name = StateName(state);
-    return Expect(now, "state", legacy ? Capitalised(name) : name);
-  };
+  const auto is_told = [&](PlayerState state) { return Expect(now, "state", StateName(state)); };
   const bool was_true =
       question.account.state_before && is_told(*question.account.state_before).empty();
   const std::string wrong_state = was_true ? "" : is_told(player.state());
@@ -65,10 +56,10 @@ std::string UntrueNow(const Question& question, const Json& now) {
   const std::string wrong_track =
       FirstOf(ExpectUnlessRefused(question, now, "title", track.title),
               ExpectUnlessRefused(question, now, "video", track.kind == ipodsim::MediaKind::kVideo),
-              Expect(now, "length_ms", track.length_ms), UntruePosition(question, now));
-  if (legacy || !wrong_track.empty()) return wrong_track;
-  return FirstOf(Expect(now, "index", player.index()),
-                 ExpectUnlessRefused(question, now, "artist", track.artist),
+              Expect(now, "length_ms", track.length_ms), Expect(now, "index", player.index()),
+              UntruePosition(question, now));
+  if (question.run.legacy() || !wrong_track.empty()) return wrong_track;
+  return FirstOf(ExpectUnlessRefused(question, now, "artist", track.artist),
                  ExpectUnlessRefused(question, now, "album", track.album));
 }
 

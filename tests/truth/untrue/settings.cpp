@@ -10,24 +10,20 @@ struct Preference {
   const char* name;
   std::uint8_t code;
   std::vector<std::string> settings;
-  std::vector<std::string> legacy;  // as the legacy interface shows them
 };
 
 const std::vector<Preference>& Preferences() {
   static const std::vector<Preference> kAll = {
-      {"video-out", 0, {"off", "on", "ask"}, {"Off", "On", "Ask User"}},
-      {"screen", 1, {"fill", "fit"}, {"Fill Entire Screen", "Fit Edge To Screen"}},
-      {"signal", 2, {"ntsc", "pal"}, {"NTSC", "PAL"}},
-      {"line-out", 3, {"off", "on"}, {"Disabled", "Enabled"}},
-      {"connection",
-       8,
-       {"none", "composite", "s-video", "component"},
-       {"No Connection", "Composite", "S-Video", "Component"}},
-      {"captions", 9, {"off", "on"}, {"Off", "On"}},
-      {"aspect", 10, {"4:3", "16:9"}, {"4 by 3", "16 by 9"}},
-      {"subtitles", 12, {"off", "on"}, {"Off", "On"}},
-      {"alternate-audio", 13, {"off", "on"}, {"Off", "On"}},
-      {"pause-on-removal", 15, {"off", "on"}, {"off", "on"}},
+      {"video-out", 0, {"off", "on", "ask"}},
+      {"screen", 1, {"fill", "fit"}},
+      {"signal", 2, {"ntsc", "pal"}},
+      {"line-out", 3, {"off", "on"}},
+      {"connection", 8, {"none", "composite", "s-video", "component"}},
+      {"captions", 9, {"off", "on"}},
+      {"aspect", 10, {"4:3", "16:9"}},
+      {"subtitles", 12, {"off", "on"}},
+      {"alternate-audio", 13, {"off", "on"}},
+      {"pause-on-removal", 15, {"off", "on"}},
   };
   return kAll;
 }
@@ -58,8 +54,7 @@ std::string UntruePreferences(const Question& question) {
     }
     const bool may_be_missing = wanted.empty() && question.was_refused();
     if (may_be_missing && !question.last().contains(preference.name)) continue;
-    const auto& shown = question.run.legacy() ? preference.legacy : preference.settings;
-    const std::string untrue = Expect(question.last(), preference.name, shown[value]);
+    const std::string untrue = Expect(question.last(), preference.name, preference.settings[value]);
     if (!untrue.empty()) return untrue;
   }
   return "";

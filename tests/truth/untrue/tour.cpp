@@ -49,13 +49,19 @@ std::string UntrueStep(const Question& question, const Json& told, ipodsim::Data
 
 std::string UntrueTourThrough(const Question& question, ipodsim::Database database) {
   std::string steps;
+  std::string last;
   for (const Json& told : question.said) {
     const std::string untrue = UntrueStep(question, told, &database);
-    if (!untrue.empty()) return told.value("step", "event") + ": " + untrue;
-    if (told.contains("step")) steps += told.value("step", "") + " ";
+    if (!untrue.empty()) return told.value("step", "none") + ": " + untrue;
+    // Of some steps more than one thing is told.
+    const std::string step = told.value("step", "none") + " ";
+    if (step != last) steps += step;
+    last = step;
   }
   if (question.so_far) return "";
-  if (steps != "identify device artists albums tracks shuffle close ") return "only " + steps;
+  if (steps != "identify device artists albums tracks play pause next shuffle close ") {
+    return "only " + steps;
+  }
   const Player& player = question.ipod.player();
   if (question.account.cut_off) return "";
   if (player.index() != 1) return "it is at " + std::to_string(player.index());
