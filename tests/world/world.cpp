@@ -47,8 +47,10 @@ std::unique_ptr<WorldState> MakeState(WorldOptions options) {
       options.tick_count_ms ? *options.tick_count_ms : DrawTickCount(seed);
   std::string schedule_text = "given";
   if (options.schedule == nullptr) options.schedule = DrawSchedule(seed, &schedule_text);
-  std::fprintf(stderr, "world: seed %" PRIu64 ", tick count from %" PRIu32 ", schedule %s\n", seed,
-               tick_count_ms, schedule_text.c_str());
+  if (!options.quiet) {
+    std::fprintf(stderr, "world: seed %" PRIu64 ", tick count from %" PRIu32 ", schedule %s\n",
+                 seed, tick_count_ms, schedule_text.c_str());
+  }
   auto state = std::make_unique<WorldState>(seed, std::move(options.schedule));
   state->clock.SetTickCount(tick_count_ms);
   state->lines.Get("COM2:");

@@ -31,6 +31,7 @@ struct WorldOptions {
   std::optional<std::uint64_t> seed = std::nullopt;  ///< else IPODCOMM_SEED, else 1
   std::unique_ptr<Schedule> schedule = nullptr;
   std::optional<std::uint32_t> tick_count_ms = std::nullopt;
+  bool quiet = false;  ///< does not print the seed: for thousands of worlds in a row
 };
 
 /// One at a time. It must be made before and destroyed after everything that uses the services.

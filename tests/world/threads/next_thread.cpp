@@ -3,6 +3,7 @@
 #include "world/threads/next_thread.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "world/seed.h"
@@ -69,6 +70,38 @@ class RandomPriority : public Schedule {
   const unsigned period_;
 };
 
+class ChangePoint : public Schedule {
+ public:
+  ChangePoint(std::uint64_t seed, unsigned depth, unsigned points) : seed_(seed) {
+    for (unsigned i = 0; i < depth; ++i) {
+      changes_.insert(Draw(seed, Purpose::kChangePoint, i) % points);
+    }
+  }
+
+  int Choose(std::uint64_t step, const std::vector<int>& ready, int /*running*/) override {
+    const int chosen = Highest(ready);
+    if (changes_.count(step) == 0) return chosen;
+    fallen_.push_back(chosen);
+    return Highest(ready);
+  }
+
+ private:
+  int Highest(const std::vector<int>& ready) const {
+    return *std::max_element(ready.begin(), ready.end(),
+                             [&](int one, int other) { return Priority(one) < Priority(other); });
+  }
+  // Those that have fallen are behind all others, and behind those that fell before them.
+  std::pair<std::ptrdiff_t, std::uint64_t> Priority(int thread) const {
+    const auto last = std::find(fallen_.rbegin(), fallen_.rend(), thread);
+    if (last != fallen_.rend()) return {last - fallen_.rend(), 0};
+    return {0, Draw(seed_, Purpose::kPriority, static_cast<std::uint64_t>(thread))};
+  }
+
+  const std::uint64_t seed_;
+  std::set<std::uint64_t> changes_;
+  std::vector<int> fallen_;  // in the order in which they fell
+};
+
 class Replay : public Schedule {
  public:
   explicit Replay(std::vector<int> decisions) : decisions_(std::move(decisions)) {}
@@ -99,6 +132,10 @@ std::unique_ptr<Schedule> PrioritySchedule(std::vector<int> priorities) {
 
 std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned period) {
   return std::make_unique<RandomPriority>(seed, std::max(period, 1U));
+}
+
+std::unique_ptr<Schedule> ChangePointSchedule(std::uint64_t seed, unsigned depth, unsigned points) {
+  return std::make_unique<ChangePoint>(seed, depth, std::max(points, 1U));
 }
 
 std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions) {

@@ -37,6 +37,13 @@ std::unique_ptr<Schedule> PrioritySchedule(std::vector<int> priorities);
 /// does.
 std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned period);
 
+/// Probabilistic concurrency testing: every thread has a random priority of its own and the ready
+/// thread with the highest runs, always. At each of `depth` change points, drawn from the first
+/// `points` decisions, the thread that would run falls behind all others for good. A mistake that
+/// takes `depth` steps in a certain order is met with a probability that does not depend on how
+/// many others there are.
+std::unique_ptr<Schedule> ChangePointSchedule(std::uint64_t seed, unsigned depth, unsigned points);
+
 /// Repeats decisions as World::decisions() returned them. A decision that does not fit, or lies
 /// beyond the recording, is taken as CooperativeSchedule takes it.
 std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions);
