@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// What the command line asks for.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "deviations.h"
+#include "scenario.h"
+
+namespace reliability {
+
+enum class Strategy { kChangePoints, kUniform };
+
+struct Options {
+  std::string command;
+  std::uint64_t runs = 1000;
+  std::uint64_t seed = 1;
+  std::optional<unsigned> minutes;  // runs until then instead
+  Strategy strategy = Strategy::kChangePoints;
+  unsigned depth = 3;
+  unsigned points = 500;
+  unsigned first = 0;    // of each kind of fault so many places; 0: all there are
+  std::uint64_t at = 0;  // one place alone
+  std::string service;
+  unsigned long code = 0;
+  std::optional<bool> for_ever_only;
+  std::string action;
+  std::vector<const Scenario*> scenarios;  // all unless named
+  std::optional<Deviations> replay;
+};
+
+/// Prints what is wrong with the command line, or the help, and returns the program's status then.
+std::optional<int> ReadOptions(int count, char** arguments, Options* options);
+
+const char* StrategyName(Strategy strategy);
+
+}  // namespace reliability

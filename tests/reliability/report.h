@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// What a command prints at its end: the figure, the seed, the time and the rate.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "apart.h"
+
+namespace reliability {
+
+class Report {
+ public:
+  /// Prints the figure of a command that has found nothing. @return the program's status
+  int Passed(const std::string& what, std::uint64_t count, std::uint64_t seed) const;
+  /// Prints what was found and the command that repeats it.
+  int Failed(const std::string& where, const std::string& wrong, const std::string& repeat) const;
+  double seconds() const;
+
+ private:
+  std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+};
+
+/// This program, as it was called.
+const std::string& ProgramName();
+void SetProgramName(const char* name);
+
+}  // namespace reliability

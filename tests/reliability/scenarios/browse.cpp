@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// From the artists to the tracks of one, with every name read.
+#include "scenario.h"
+
+namespace reliability {
+namespace {
+
+void ExpectNames(Stage& stage, unsigned char category,
+                 std::initializer_list<const wchar_t*> names) {
+  stage.session().Command_RetrieveCategorizedDatabaseRecords(0, names.size(), category);
+  for (const wchar_t* expected : names) {
+    wchar_t name[32] = {};
+    const int read = stage.session().GetNextCategorizedRecord(name, 32);
+    stage.Expect(read == 1 && std::wstring(name) == expected, "a record has its name");
+  }
+}
+
+void Browse(Stage& stage) {
+  stage.DockIdentified();
+  stage.session().Command_EnterRemoteUIMode();
+  unsigned long count = 0;
+  stage.Expect(stage.session().SelectTop(ipod::IPOD_CATEGORY_ARTIST, &count, 0) == 1 && count == 2,
+               "two artists");
+  ExpectNames(stage, ipod::IPOD_CATEGORY_ARTIST, {L"Ann", L"Bob"});
+  stage.Expect(stage.session().Select(ipod::IPOD_CATEGORY_TRACK, &count, 1) == 1 && count == 3,
+               "three tracks of the second");
+  ExpectNames(stage, ipod::IPOD_CATEGORY_TRACK, {L"Track 3", L"Track 4", L"Track 5"});
+}
+
+}  // namespace
+
+const Scenario kBrowse = {"browse", "artists, and the tracks of one", SmallIpod, Browse};
+
+}  // namespace reliability
