@@ -8,8 +8,10 @@
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
+  std::vector<std::string> unknown_columns;
   try {
-    ipodctl::ReadCsvRecording(stream, "ride.csv", *ipodctl::EquipmentByName("bike"));
+    ipodctl::ReadCsvRecording(stream, "ride.csv", *ipodctl::EquipmentByName("bike"),
+                              &unknown_columns);
   } catch (const ipodctl::CommandFailure& failure) {
     fuzz::Require(failure.what()[0] != '\0');
   }

@@ -7,6 +7,7 @@
 #include "simulator/settings/profile.h"
 #include "usage/build.h"
 #include "usage/completion_script.h"
+#include "usage/numbers.h"
 
 namespace ipodsim {
 
@@ -103,6 +104,7 @@ void CommandLine::AddIpod() {
   app_.add_flag("--ask-during-session", options_.asks_during_session,
                 "ask about Sports and Storage again whenever the accessory asks the same");
   app_.add_option("--seed", options_.seed, "for all that is drawn: media, delays, faults (1)")
+      ->check(usage::WholeNumber())
       ->option_text("N");
 }
 

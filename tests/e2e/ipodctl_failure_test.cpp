@@ -84,6 +84,26 @@ TEST(IpodctlFailure, TellsMachinesTheCodeOfTheFinding) {
             "E306");
 }
 
+// Before any port is opened, so that it takes no time.
+TEST(IpodctlUsage, RefusesNonsenseAtOnce) {
+  const auto refuse = [](const std::vector<std::string>& arguments, const std::string& sentence) {
+    ExpectRefused(Ipodctl(arguments), 64, "ipodctl: " + sentence + "; see 'ipodctl ");
+  };
+  for (const char* step : {"@-1", "@", "@1x", ""}) {
+    refuse(
+        {"play", "tracks", step},
+        "'" + std::string(step) + "' names no record (a name does, or @ and its number from 0 on)");
+  }
+  refuse({"browse", "tracks", "--count", "-1"}, "--count: '-1' is not a whole number, 0 or more");
+  refuse({"--simulated", "--seed", "10000000000000000000000", "info"},
+         "--seed: 10000000000000000000000 is too large; 18446744073709551615 is the largest");
+  refuse({"seek", "forward", "nan"}, "SECONDS: 'nan' is not a number from 0.1 to 600");
+  refuse({"infoo"}, "there is no command 'infoo' (did you mean 'info'?)");
+  const Ended simulator = RunProgram(IPODSIM_PROGRAM, {"--seed", "-1"});
+  EXPECT_EQ(simulator.status, 64);
+  EXPECT_THAT(simulator.err, HasSubstr("--seed: '-1' is not a whole number, 0 or more"));
+}
+
 TEST(IpodctlUsage, RefusesWrongArguments) {
   ExpectRefused(Ipodctl({}), 64, "no command given; see 'ipodctl --help'");
   ExpectRefused(Ipodctl({"dance"}), 64, "dance");

@@ -451,6 +451,48 @@ TEST(IpodctlWorkout, RefusesABadRecordingBeforeAnythingIsSaved) {
       [](const ipodsim::SimulatedIpod& ipod) { EXPECT_FALSE(ipod.identified()); });
 }
 
+constexpr const char* kRide =
+    "Mood;\"Distance (km)\";Heart Rate;Elapsed Time;Calories;Pace\n"
+    "\"good; even very\";0;90;0;0;360\n"
+    "good;0,5;95;4;2,5;360\n";
+
+TEST(IpodctlWorkout, ReadsWhatASpreadsheetHasWrittenAndNamesWhatItIgnores) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("ride.csv", kRide);
+  const DockedIpod dock;
+  const Ended ended = dock.Ipodctl({"workout", "--from", file, "--speed", "100"});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err,
+            "ipodctl: " + file +
+                ": ignoring what no column is named by: 'Mood'; columns are seconds, "
+                "distance, km or floors, energy or kcal, pace, spm or rpm, incline, heart "
+                "rate or bpm, level and event.\n");
+  EXPECT_THAT(FileOf(dock), HasSubstr("<sec>4</sec>\n\t\t<kCal>2.50</kCal>\n\t\t<km>0.50</km>"));
+}
+
+TEST(IpodctlWorkout, ReadsARecordingFromStandardInput) {
+  const TemporaryFolder folder;
+  folder.Write("climb.csv", kClimb);
+  const DockedIpod dock;
+  const auto piped = [&](const std::string& from) {
+    return test::RunProgram(
+        "/bin/sh", {"-c", "exec '" IPODCTL_PROGRAM "' --port " + dock.device() +
+                              " workout --equipment stepper --speed 100 --from - <" + from});
+  };
+  const Ended ended = piped(folder.path("climb.csv"));
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  EXPECT_THAT(FileOf(dock), HasSubstr(kClimbIntervals));
+  ExpectSentence(piped("/dev/null"), 66, "standard input is empty");
+}
+
+TEST(IpodctlWorkout, RefusesADistanceThatGoesBack) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("back.csv", "seconds,km,kcal,pace\n0,1,0,0\n9,0.5,0,0\n");
+  ExpectSentence(
+      test::Ipodctl({"--simulated", "workout", "--from", file}), 66,
+      file + ", line 3: distance goes back from 1 to 0.5; it is counted since the start");
+}
+
 TEST(IpodctlUserdata, ShowsAndSetsWhatTheIpodKnowsAboutItsUser) {
   ipodsim::Settings settings = SettingsOf(Profile::kNano);
   settings.sports.user_data = {2, 755, 41};

@@ -2,6 +2,8 @@
 // The walk into the library, which browsing and playing share; browse.
 #include "command_line/flags.h"
 #include "library/categories.h"
+#include "library/record_number.h"
+#include "usage/numbers.h"
 
 namespace ipodctl {
 
@@ -26,6 +28,12 @@ void CheckPath(const Options& options) {
   if (!options.path.empty() && !CategoryByName(options.path.front())) {
     throw UsageProblem{"'" + options.path.front() + "' is not a category (" + CategoryNames() +
                        ")"};
+  }
+  for (std::size_t i = 1; i < options.path.size(); ++i) {
+    const std::string& step = options.path[i];
+    if (NamesRecord(step)) continue;
+    throw UsageProblem{"'" + step +
+                       "' names no record (a name does, or @ and its number from 0 on)"};
   }
   if (!options.category.empty() && !CategoryByName(options.category)) {
     throw UsageProblem{"'" + options.category + "' is not a category (" + CategoryNames() + ")"};
@@ -63,10 +71,10 @@ void AddBrowseCommand(CommandLineParser& parser) {
   CLI::App* browse = parser.AddCommand("browse", "Looking", "List the media on the iPod",
                                        "[CATEGORY [NAME...]] [OPTIONS]", kBrowseFooter);
   browse->add_option("--from", options.from, "First record to list, counted from 0")
-      ->check(CLI::NonNegativeNumber)
+      ->check(usage::WholeNumber(std::numeric_limits<unsigned long>::max()))
       ->option_text("N");
   browse->add_option("--count", options.count, "How many records to list")
-      ->check(CLI::NonNegativeNumber)
+      ->check(usage::WholeNumber(std::numeric_limits<unsigned long>::max()))
       ->option_text("N");
   AddPathFlags(parser, browse);
   CLI::Option* category =

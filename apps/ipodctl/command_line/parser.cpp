@@ -11,6 +11,7 @@
 #include "usage/build.h"
 #include "usage/complete.h"
 #include "usage/completion_script.h"
+#include "usage/numbers.h"
 
 namespace ipodctl {
 
@@ -102,7 +103,7 @@ void CommandLineParser::AddGlobalOptions() {
           ->option_text("[=PROFILE]");
   simulation_options_ = {
       app_.add_option("--seed", simulation_.seed, "Its media library, by number")
-          ->check(CLI::NonNegativeNumber)
+          ->check(usage::WholeNumber())
           ->option_text("N"),
       app_.add_option("--library", simulation_.library_file, "Its media library, from a JSON file")
           ->option_text("FILE"),

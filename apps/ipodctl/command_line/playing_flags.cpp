@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The player's commands: now; play, pause, stop, next, previous, seek; shuffle, repeat.
 #include "command_line/flags.h"
+#include "usage/numbers.h"
 
 namespace ipodctl {
 
@@ -64,7 +65,8 @@ void AddSeek(CommandLineParser& parser) {
       "DIRECTION", [&options](const std::string& name) { options.forward = name == "forward"; });
   direction->check(CLI::IsMember(directions))->required();
   parser.values().Add(direction, directions);
-  seek->add_option("SECONDS", options.seek_seconds)->check(CLI::Range(0.1, kLongestSeekSeconds));
+  seek->add_option("SECONDS", options.seek_seconds)
+      ->check(usage::NumberBetween(0.1, kLongestSeekSeconds));
 }
 
 void AddMode(CommandLineParser& parser, const char* name, const char* description,

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The command that logs a workout.
 #include <charconv>
-#include <cmath>
 
 #include "command_line/flags.h"
+#include "usage/numbers.h"
 #include "workout/recording.h"
 #include "workout/workout_header.h"
 
@@ -18,12 +18,13 @@ constexpr const char* kAllEquipment = "treadmill|elliptical|stepper|bike|other";
 constexpr const char* kWorkoutFooter =
     "Writes a document with the start, an interval every few seconds, a pause, the end and a\n"
     "summary. The workout is made up, or comes from a CSV file: a header line that names the\n"
-    "columns, then a line for each reading. Its columns are seconds, distance, energy, one of "
-    "pace,\n"
-    "spm and rpm, and if you like incline, heart rate, level, and event (pause or resume). "
-    "Distance\n"
-    "is in kilometres, on a stepper in floors; energy in kilocalories; pace in seconds per "
-    "kilometre.\n"
+    "columns in any order, then a line for each reading. Its columns are seconds, distance, "
+    "energy,\n"
+    "one of pace, spm and rpm, and if you like incline, heart rate, level, and event (pause or\n"
+    "resume). Distance is in kilometres, on a stepper in floors; energy in kilocalories; pace in\n"
+    "seconds per kilometre. Semicolons or tabs may stand between the cells, and quotes around "
+    "them;\n"
+    "other columns are named and ignored.\n"
     "Ctrl-C ends the workout early, and what was done by then is saved; so do closing the "
     "terminal\n"
     "and a reader of the output that leaves.\n"
@@ -66,12 +67,6 @@ void ParseDuration(const std::string& text, WorkoutOptions* workout) {
   workout->duration_s = *seconds;
 }
 
-// The parser's own ranges accept NaN.
-void CheckNumbers(const WorkoutOptions& workout) {
-  if (std::isnan(workout.speed)) throw UsageProblem{"--speed is not a number"};
-  if (std::isnan(workout.weight_kg)) throw UsageProblem{"--weight is not a number"};
-}
-
 void CheckName(const char* option, const std::string& name) {
   constexpr std::size_t kLongest = 200;
   if (EscapedText(name).size() <= kLongest) return;
@@ -100,13 +95,13 @@ void AddWorkoutCommand(CommandLineParser& parser) {
       ->check(CLI::Range(1, kLongestIntervalS))
       ->option_text("SECONDS");
   command->add_option("--speed", workout.speed, "How much faster than real time (1)")
-      ->check(CLI::Range(0.1, 1000.0))
+      ->check(usage::NumberBetween(0.1, 1000))
       ->option_text("N");
-  command->add_option("--from", workout.recording, "A recorded workout")
+  command->add_option("--from", workout.recording, "A recorded workout (-: standard input)")
       ->excludes(duration)
       ->option_text("FILE.csv");
   command->add_option("--weight", workout.weight_kg, "Weight of who works out (75)")
-      ->check(CLI::Range(1.0, 999.0))
+      ->check(usage::NumberBetween(1, 999))
       ->option_text("KG");
   command->add_option("--manufacturer", workout.manufacturer, "Who made the equipment")
       ->option_text("NAME");
@@ -114,7 +109,6 @@ void AddWorkoutCommand(CommandLineParser& parser) {
       ->option_text("TEXT");
   parser.AddCheck([&parser, command] {
     if (!command->parsed()) return;
-    CheckNumbers(parser.options().workout);
     CheckName("--manufacturer", parser.options().workout.manufacturer);
     CheckName("--serial-number", parser.options().workout.serial_number);
     CheckName("--model", parser.options().model);

@@ -3,13 +3,13 @@
 #include "library/walk.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
 #include "console/failure.h"
 #include "console/progress.h"
 #include "console/text.h"
 #include "library/categories.h"
+#include "library/record_number.h"
 
 namespace ipodctl {
 
@@ -19,15 +19,6 @@ constexpr std::size_t kShownCandidates = 4;
 constexpr unsigned long kMostRecords = 50000;  // no iPod held more of anything
 constexpr unsigned long kFirstPortion = 16;
 constexpr unsigned long kLargestPortion = 512;
-
-std::optional<unsigned long> NumberOf(const std::string& step) {
-  unsigned long number = 0;
-  const char* end = step.data() + step.size();
-  if (step.size() < 2 || step.front() != '@') return std::nullopt;
-  const auto result = std::from_chars(step.data() + 1, end, number);
-  if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
-  return number;
-}
 
 std::string Quoted(const std::string& name) { return "'" + Printable(name) + "'"; }
 
@@ -91,7 +82,7 @@ void LibraryWalk::ConfirmCount() {
 }
 
 unsigned long LibraryWalk::Find(const std::string& step) {
-  const std::optional<unsigned long> number = NumberOf(step);
+  const std::optional<unsigned long> number = RecordNumber(step);
   if (!number) return FindByName(step).index;
   if (*number >= count_) {
     throw CommandFailure(kFailed, std::string("there is no ") + CategoryByCode(category_).singular +
@@ -102,7 +93,7 @@ unsigned long LibraryWalk::Find(const std::string& step) {
 }
 
 ListedRecord LibraryWalk::FindNamed(const std::string& step) {
-  if (!NumberOf(step)) return FindByName(step);
+  if (!RecordNumber(step)) return FindByName(step);
   const unsigned long index = Find(step);
   return {index, NameOf(index)};
 }

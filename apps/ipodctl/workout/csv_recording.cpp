@@ -4,147 +4,102 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <fstream>
-#include <optional>
+#include <iostream>
 
 #include "console/failure.h"
+#include "console/system.h"
 #include "console/text.h"
+#include "workout/csv_columns.h"
+#include "workout/csv_rows.h"
 
 namespace ipodctl {
 
 namespace {
 
 constexpr std::size_t kMostReadings = 100000;  // more than a day, one a second
-constexpr int kMostSeconds = 360000;
-
-enum class Quantity { kSeconds, kDistance, kEnergy, kSpeed, kIncline, kHeartRate, kLevel, kEvent };
-
-struct Column {
-  const char* name;
-  Quantity quantity;
-  bool needed;  // a cell may not be empty
-  double least;
-  double most;
-  bool whole;
-  std::optional<tagIPOD_DISTANCE_TYPE> distance_type;
-  std::optional<tagIPOD_SPEED_TYPE> speed_type;
-};
-
-// Within these bounds an interval fits one write to the iPod.
-constexpr Column kColumns[] = {
-    {"seconds", Quantity::kSeconds, true, 0, kMostSeconds, true, {}, {}},
-    {"distance", Quantity::kDistance, true, 0, 99999, false, {}, {}},
-    {"km", Quantity::kDistance, true, 0, 99999, false, IPOD_DISTANCE_TYPE_KM, {}},
-    {"floors", Quantity::kDistance, true, 0, 99999, false, IPOD_DISTANCE_TYPE_FLOORS, {}},
-    {"energy", Quantity::kEnergy, true, 0, 99999, false, {}, {}},
-    {"kcal", Quantity::kEnergy, true, 0, 99999, false, {}, {}},
-    {"pace", Quantity::kSpeed, true, 0, 99999, false, {}, IPOD_SPEED_TYPE_PACE},
-    {"spm", Quantity::kSpeed, true, 0, 99999, false, {}, IPOD_SPEED_TYPE_SPM},
-    {"rpm", Quantity::kSpeed, true, 0, 99999, false, {}, IPOD_SPEED_TYPE_RPM},
-    {"incline", Quantity::kIncline, false, -90, 90, false, {}, {}},
-    {"heart rate", Quantity::kHeartRate, false, 0, 300, true, {}, {}},
-    {"bpm", Quantity::kHeartRate, false, 0, 300, true, {}, {}},
-    {"level", Quantity::kLevel, false, 0, 999, true, {}, {}},
-    {"event", Quantity::kEvent, false, 0, 0, false, {}, {}},
-};
 
 std::string Trimmed(const std::string& text) {
-  const char* const blanks = " \t\r";
+  const char* const blanks = " \t";
   const std::size_t start = text.find_first_not_of(blanks);
   return start == std::string::npos ? std::string()
                                     : text.substr(start, text.find_last_not_of(blanks) - start + 1);
 }
 
-std::vector<std::string> Cells(const std::string& line) {
-  std::vector<std::string> cells;
-  std::size_t start = 0;
-  while (true) {
-    const std::size_t comma = line.find(',', start);
-    cells.push_back(Trimmed(line.substr(start, comma - start)));
-    if (comma == std::string::npos) return cells;
-    start = comma + 1;
-  }
-}
-
-const Column* ColumnByName(std::string name) {
-  std::replace(name.begin(), name.end(), '_', ' ');
-  for (const Column& column : kColumns) {
-    if (SameName(name, column.name)) return &column;
-  }
-  return nullptr;
-}
-
 std::string Bound(double value) { return std::to_string(static_cast<long>(value)); }
+
+std::string Figure(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", value);
+  return text;
+}
 
 class CsvReader {
  public:
-  CsvReader(std::istream& stream, const std::string& name, const Equipment& equipment)
-      : stream_(stream), name_(name) {
+  CsvReader(const std::string& name, const Equipment& equipment,
+            std::vector<std::string>* unknown_columns)
+      : name_(name), unknown_columns_(unknown_columns) {
     recording_ = {equipment.type, equipment.distance_type, equipment.speed_type, {}};
   }
 
-  Recording Read();
+  Recording Read(std::istream& stream);
 
  private:
-  bool NextLine();
-  void ReadHeader();
+  void Take(const CsvRow& row);
+  void ReadHeader(const CsvRow& row);
+  void AddColumn(const CsvColumn& column);
   void RequireColumn(Quantity quantity, const std::string& names) const;
-  Reading ReadReading();
-  void Store(const Column& column, const std::string& cell, Reading* reading);
+  void RequireCells(const CsvRow& row) const;
+  Reading ReadReading(const CsvRow& row);
+  void RequireProgress(const Reading& reading) const;
+  void Store(const CsvColumn& column, const std::string& cell, Reading* reading);
   void StoreEvent(const std::string& cell);
-  double Number(const Column& column, const std::string& cell) const;
+  double Number(const CsvColumn& column, const std::string& cell) const;
   [[noreturn]] void Fail(const std::string& problem) const;
 
-  std::istream& stream_;
   const std::string& name_;
+  std::vector<std::string>* unknown_columns_;
   Recording recording_;
-  std::vector<const Column*> columns_;
-  std::string line_;
-  unsigned line_number_ = 0;
+  std::vector<const CsvColumn*> columns_;  // null where unknown
+  unsigned line_ = 0;
+  char separator_ = ',';
   bool paused_ = false;
 };
 
-Recording CsvReader::Read() {
-  ReadHeader();
-  while (NextLine()) {
-    if (recording_.readings.size() == kMostReadings) {
-      Fail("has more than " + std::to_string(kMostReadings) + " readings");
-    }
-    const Reading reading = ReadReading();
-    if (!recording_.readings.empty() && reading.seconds <= recording_.readings.back().seconds) {
-      Fail("does not come after the line before it");
-    }
-    recording_.readings.push_back(reading);
+Recording CsvReader::Read(std::istream& stream) {
+  try {
+    ReadCsvRows(stream, [this](const CsvRow& row) { Take(row); });
+  } catch (const CsvProblem& problem) {
+    line_ = problem.line;
+    Fail(problem.text);
   }
+  if (columns_.empty()) throw CommandFailure(kInputFile, name_ + " is empty");
   if (recording_.readings.empty()) {
     throw CommandFailure(kInputFile, name_ + " holds no readings");
   }
   return recording_;
 }
 
-// The next line that is not blank.
-bool CsvReader::NextLine() {
-  while (std::getline(stream_, line_)) {
-    ++line_number_;
-    if (line_number_ == 1 && line_.compare(0, 3, "\xEF\xBB\xBF") == 0) line_.erase(0, 3);
-    if (!Trimmed(line_).empty()) return true;
+void CsvReader::Take(const CsvRow& row) {
+  line_ = row.line;
+  separator_ = row.separator;
+  if (columns_.empty()) return ReadHeader(row);
+  if (recording_.readings.size() == kMostReadings) {
+    Fail("has more than " + std::to_string(kMostReadings) + " readings");
   }
-  return false;
+  RequireCells(row);
+  const Reading reading = ReadReading(row);
+  RequireProgress(reading);
+  recording_.readings.push_back(reading);
 }
 
-void CsvReader::ReadHeader() {
-  if (!NextLine()) throw CommandFailure(kInputFile, name_ + " is empty");
-  for (const std::string& cell : Cells(line_)) {
-    const Column* column = ColumnByName(cell);
-    if (column == nullptr) Fail("'" + Printable(cell) + "' is not a column");
-    for (const Column* earlier : columns_) {
-      if (earlier->quantity == column->quantity) {
-        Fail("'" + std::string(earlier->name) + "' and '" + column->name + "' are the same column");
-      }
-    }
+void CsvReader::ReadHeader(const CsvRow& row) {
+  for (const std::string& cell : row.cells) {
+    const CsvColumn* column = CsvColumnByName(cell);
+    if (column != nullptr) AddColumn(*column);
+    if (column == nullptr && !Trimmed(cell).empty()) unknown_columns_->push_back(Trimmed(cell));
     columns_.push_back(column);
-    if (column->distance_type) recording_.distance_type = *column->distance_type;
-    if (column->speed_type) recording_.speed_type = *column->speed_type;
   }
   RequireColumn(Quantity::kSeconds, "seconds");
   RequireColumn(Quantity::kDistance, "distance");
@@ -152,26 +107,60 @@ void CsvReader::ReadHeader() {
   RequireColumn(Quantity::kSpeed, "pace, spm or rpm");
 }
 
-void CsvReader::RequireColumn(Quantity quantity, const std::string& names) const {
-  for (const Column* column : columns_) {
-    if (column->quantity == quantity) return;
+void CsvReader::AddColumn(const CsvColumn& column) {
+  for (const CsvColumn* earlier : columns_) {
+    if (earlier != nullptr && earlier->quantity == column.quantity) {
+      Fail("'" + std::string(earlier->name) + "' and '" + column.name + "' are the same column");
+    }
   }
-  Fail("there is no column " + names);
+  if (column.distance_type) recording_.distance_type = *column.distance_type;
+  if (column.speed_type) recording_.speed_type = *column.speed_type;
 }
 
-Reading CsvReader::ReadReading() {
-  const std::vector<std::string> cells = Cells(line_);
-  if (cells.size() != columns_.size()) {
-    Fail("has " + Counted(cells.size(), "cell") + ", and the header has " +
-         Counted(columns_.size(), "column"));
+void CsvReader::RequireColumn(Quantity quantity, const std::string& names) const {
+  for (const CsvColumn* column : columns_) {
+    if (column != nullptr && column->quantity == quantity) return;
   }
+  Fail("there is no column " + names + "; columns are " + kCsvColumnNames);
+}
+
+// Spreadsheets fill rows up with empty cells.
+void CsvReader::RequireCells(const CsvRow& row) const {
+  const std::size_t count = row.cells.size();
+  const auto empty = [](const std::string& cell) { return Trimmed(cell).empty(); };
+  if (count >= columns_.size() &&
+      std::all_of(row.cells.begin() + static_cast<std::ptrdiff_t>(columns_.size()), row.cells.end(),
+                  empty)) {
+    return;
+  }
+  Fail("has " + Counted(count, "cell") + ", and the header has " +
+       Counted(columns_.size(), "column"));
+}
+
+Reading CsvReader::ReadReading(const CsvRow& row) {
   Reading reading;
-  for (std::size_t i = 0; i < cells.size(); ++i) Store(*columns_[i], cells[i], &reading);
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    if (columns_[i] != nullptr) Store(*columns_[i], Trimmed(row.cells[i]), &reading);
+  }
   reading.paused = paused_;
   return reading;
 }
 
-void CsvReader::Store(const Column& column, const std::string& cell, Reading* reading) {
+// What is counted since the start does not become less.
+void CsvReader::RequireProgress(const Reading& reading) const {
+  if (recording_.readings.empty()) return;
+  const Reading& before = recording_.readings.back();
+  if (reading.seconds <= before.seconds) Fail("does not come after the line before it");
+  const auto require = [this](const char* what, double now, double then) {
+    if (now >= then) return;
+    Fail(std::string(what) + " goes back from " + Figure(then) + " to " + Figure(now) +
+         "; it is counted since the start");
+  };
+  require("distance", reading.distance, before.distance);
+  require("energy", reading.kcal, before.kcal);
+}
+
+void CsvReader::Store(const CsvColumn& column, const std::string& cell, Reading* reading) {
   if (cell.empty() && !column.needed) return;
   if (column.quantity == Quantity::kEvent) return StoreEvent(cell);
   const double number = Number(column, cell);
@@ -213,11 +202,14 @@ void CsvReader::StoreEvent(const std::string& cell) {
   }
 }
 
-double CsvReader::Number(const Column& column, const std::string& cell) const {
+double CsvReader::Number(const CsvColumn& column, const std::string& cell) const {
   const std::string what = std::string(column.name) + " '" + Printable(cell) + "'";
+  std::string text = cell;
+  // Where a comma is no separator, numbers are written with one.
+  if (separator_ != ',') std::replace(text.begin(), text.end(), ',', '.');
   double number = 0;
-  const char* const end = cell.data() + cell.size();
-  const std::from_chars_result result = std::from_chars(cell.data(), end, number);
+  const char* const end = text.data() + text.size();
+  const std::from_chars_result result = std::from_chars(text.data(), end, number);
   const bool out_of_range = result.ec == std::errc::result_out_of_range;
   if ((result.ec != std::errc() && !out_of_range) || result.ptr != end) {
     Fail(what + " is not a number");
@@ -232,21 +224,41 @@ double CsvReader::Number(const Column& column, const std::string& cell) const {
 }
 
 void CsvReader::Fail(const std::string& problem) const {
-  throw CommandFailure(kInputFile,
-                       name_ + ", line " + std::to_string(line_number_) + ": " + problem);
+  throw CommandFailure(kInputFile, name_ + ", line " + std::to_string(line_) + ": " + problem);
+}
+
+void TellIgnored(const std::string& name, const std::vector<std::string>& columns) {
+  if (columns.empty()) return;
+  std::string list;
+  for (const std::string& column : columns) {
+    list += (list.empty() ? "'" : ", '") + Printable(column) + "'";
+  }
+  std::fprintf(stderr, "ipodctl: %s: ignoring what no column is named by: %s; columns are %s.\n",
+               name.c_str(), list.c_str(), kCsvColumnNames);
 }
 
 }  // namespace
 
 Recording ReadCsvRecording(std::istream& stream, const std::string& name,
-                           const Equipment& equipment) {
-  return CsvReader(stream, name, equipment).Read();
+                           const Equipment& equipment, std::vector<std::string>* unknown_columns) {
+  return CsvReader(name, equipment, unknown_columns).Read(stream);
 }
 
 Recording LoadCsvRecording(const std::string& path, const Equipment& equipment) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) throw CommandFailure(kInputFile, "cannot read " + path);
-  return ReadCsvRecording(stream, path, equipment);
+  const bool from_input = path == "-";
+  const std::string name = from_input ? "standard input" : path;
+  std::ifstream file;
+  if (from_input) {
+    ReadInputAsBytes();
+  } else {
+    file.open(path, std::ios::binary);
+    if (!file) throw CommandFailure(kInputFile, "cannot read " + path);
+  }
+  std::vector<std::string> unknown_columns;
+  Recording recording =
+      ReadCsvRecording(from_input ? std::cin : file, name, equipment, &unknown_columns);
+  TellIgnored(name, unknown_columns);
+  return recording;
 }
 
 }  // namespace ipodctl

@@ -68,6 +68,42 @@ TEST(CommandLine, ReadsEachCommandsOwnOptions) {
   EXPECT_EQ(prefs.options->setting, "16:9");
 }
 
+std::string RefusalOf(const std::vector<std::string>& arguments) {
+  const CommandLine line = ParseCommandLine(arguments);
+  EXPECT_EQ(line.status, 64);
+  EXPECT_FALSE(line.options);
+  return line.text;
+}
+
+TEST(CommandLine, RefusesWhatNamesNoRecord) {
+  for (const char* step : {"", "@", "@-1", "@+1", "@1x", "@99999999999999999999999"}) {
+    EXPECT_EQ(RefusalOf({"play", "tracks", step}),
+              "'" + std::string(step) +
+                  "' names no record (a name does, or @ and its number from 0 on); see 'ipodctl "
+                  "play --help'");
+  }
+  for (const char* step : {"@0", "@17", "@home", "1x", "a@1"}) {
+    EXPECT_TRUE(ParseCommandLine({"browse", "artists", step}).options) << step;
+  }
+}
+
+TEST(CommandLine, RefusesNumbersThatAreNone) {
+  for (const char* option : {"--count", "--from"}) {
+    EXPECT_THAT(RefusalOf({"browse", "tracks", option, "-1"}),
+                StartsWith(std::string(option) + ": '-1' is not a whole number, 0 or more; "));
+    EXPECT_THAT(RefusalOf({"browse", "tracks", option, "1.5"}),
+                StartsWith(std::string(option) + ": '1.5' is not a whole number, 0 or more; "));
+  }
+  EXPECT_THAT(RefusalOf({"tour", "--seed", "99999999999999999999"}),
+              StartsWith("--seed: 99999999999999999999 is too large; 18446744073709551615 is the "
+                         "largest; "));
+  EXPECT_TRUE(ParseCommandLine({"tour", "--seed", "18446744073709551615"}).options);
+  for (const char* seconds : {"nan", "inf", "0", "601", "1e999", "2s", ""}) {
+    EXPECT_THAT(RefusalOf({"seek", "forward", seconds}),
+                HasSubstr("'" + std::string(seconds) + "' is not a number from 0.1 to 600; "));
+  }
+}
+
 TEST(CommandLine, ReadsAWorkout) {
   const CommandLine line = ParseCommandLine(
       {"workout", "--equipment", "bike", "--duration", "1:02:03", "--interval", "10", "--speed",

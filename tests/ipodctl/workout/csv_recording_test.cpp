@@ -70,15 +70,74 @@ TEST(CsvRecording, TakesWhatSpreadsheetsWrite) {
   EXPECT_EQ(recording.readings[1].bpm, 91);
 }
 
+TEST(CsvRecording, TakesQuotesAndSemicolonsWithDecimalCommas) {
+  const Recording quoted =
+      Csv("\"seconds\",\"distance\",\"energy\",\"pace\",\"event\"\n"
+          "\"0\",\"0\",\"0\",\"360\",\"\"\n"
+          "\"5\",\"0.01\",\" 1 \",\"355\",\"Pause\"\n");
+  ASSERT_EQ(quoted.readings.size(), 2U);
+  EXPECT_EQ(quoted.readings[1].distance, 0.01);
+  EXPECT_TRUE(quoted.readings[1].paused);
+  const Recording semicolons = Csv("seconds;distance;energy;pace;;\n0;0,5;1,25;360;;\n");
+  ASSERT_EQ(semicolons.readings.size(), 1U);
+  EXPECT_EQ(semicolons.readings[0].distance, 0.5);
+  EXPECT_EQ(semicolons.readings[0].kcal, 1.25);
+  EXPECT_EQ(Csv("seconds\tkm\tkcal\trpm\n0\t1\t2\t3\n").readings[0].kcal, 2);
+}
+
+TEST(CsvRecording, TakesColumnsHoweverTheyAreWritten) {
+  for (const char* header :
+       {"Time (s),Distance (km),Energy [kcal],Pace (s/km),Heart Rate (bpm)",
+        "elapsed_time,distance_km,energy_kcal,pace,heart_rate_bpm",
+        "ElapsedTime,Kilometers,Calories,PACE,HeartRate", "SEC,KM,KCAL,Pace,HR"}) {
+    const Recording recording = Csv(std::string(header) + "\n0,0.5,1,360,90\n", "stepper");
+    EXPECT_EQ(recording.readings[0].distance, 0.5) << header;
+    EXPECT_EQ(recording.readings[0].kcal, 1) << header;
+    EXPECT_EQ(recording.readings[0].bpm, 90) << header;
+    EXPECT_EQ(recording.speed_type, IPOD_SPEED_TYPE_PACE) << header;
+  }
+  EXPECT_EQ(Csv("s,Distance (km),kcal,spm\n0,0,0,0\n", "stepper").distance_type,
+            IPOD_DISTANCE_TYPE_KM);
+}
+
+TEST(CsvRecording, IgnoresUnknownColumnsAndTellsWhich) {
+  std::vector<std::string> unknown;
+  const Recording recording =
+      Csv("mood,seconds,\"shoe, size\",km,kcal,pace,\n\"good, even\nvery\",7,43,0,1,360,\n", "bike",
+          &unknown);
+  EXPECT_EQ(recording.readings.at(0).seconds, 7);
+  EXPECT_EQ(unknown, (std::vector<std::string>{"mood", "shoe, size"}));
+}
+
+TEST(CsvRecording, RefusesWhatGoesBackByItsLine) {
+  const std::string header = "seconds,distance,energy,pace\n0,0,0,0\n5,1.5,2,0\n";
+  EXPECT_EQ(Refusal(header + "6,1.25,2,0\n"),
+            "ride.csv, line 4: distance goes back from 1.5 to 1.25; it is counted since the start");
+  EXPECT_EQ(Refusal(header + "6,1.5,1,0\n"),
+            "ride.csv, line 4: energy goes back from 2 to 1; it is counted since the start");
+}
+
+TEST(CsvRecording, RefusesQuotesThatAreWrong) {
+  const std::string header = "seconds,distance,energy,pace\n";
+  EXPECT_EQ(Refusal(header + "0,0,0,0\n5,\"1,2,0\n6,1,2,0\n"),
+            "ride.csv, line 3: has a quote that is not closed");
+  EXPECT_EQ(Refusal(header + "0,1\"2,0,0\n"), "ride.csv, line 2: has a quote where none can be");
+  EXPECT_EQ(Refusal(header + std::string(70000, '0') + "\n"), "ride.csv, line 2: is too long");
+}
+
 TEST(CsvRecording, NamesTheLineThatIsWrong) {
   const std::string header = "seconds,distance,energy,pace,bpm\n";
   EXPECT_EQ(Refusal(""), "ride.csv is empty");
   EXPECT_EQ(Refusal(header), "ride.csv holds no readings");
-  EXPECT_EQ(Refusal("seconds,distance,shoe size\n"),
-            "ride.csv, line 1: 'shoe size' is not a column");
+  const std::string columns =
+      "; columns are seconds, distance, km or floors, energy or kcal, pace, spm or rpm, incline, "
+      "heart rate or bpm, level and event";
   EXPECT_EQ(Refusal("seconds,distance,energy\n"),
-            "ride.csv, line 1: there is no column pace, spm or rpm");
-  EXPECT_EQ(Refusal("distance,energy,pace\n"), "ride.csv, line 1: there is no column seconds");
+            "ride.csv, line 1: there is no column pace, spm or rpm" + columns);
+  EXPECT_EQ(Refusal("distance,energy,pace\n"),
+            "ride.csv, line 1: there is no column seconds" + columns);
+  EXPECT_EQ(Refusal("seconds,distance (mi),energy,pace\n"),
+            "ride.csv, line 1: there is no column distance" + columns);
   EXPECT_EQ(Refusal("seconds,distance,km,energy,pace\n"),
             "ride.csv, line 1: 'distance' and 'km' are the same column");
   EXPECT_EQ(Refusal(header + "0,0,0,0,0\n\n1,0,0,0\n"),

@@ -25,9 +25,13 @@ inline Recording Kilometres(std::vector<Reading> readings) {
 }
 
 /// The recording that a file "ride.csv" of this text holds.
-inline Recording Csv(const std::string& text, const char* equipment = "treadmill") {
+/// @param[out] unknown_columns those that were ignored
+inline Recording Csv(const std::string& text, const char* equipment = "treadmill",
+                     std::vector<std::string>* unknown_columns = nullptr) {
   std::istringstream stream(text);
-  return ReadCsvRecording(stream, "ride.csv", *EquipmentByName(equipment));
+  std::vector<std::string> dropped;
+  return ReadCsvRecording(stream, "ride.csv", *EquipmentByName(equipment),
+                          unknown_columns != nullptr ? unknown_columns : &dropped);
 }
 
 /// "0 start", "10 continue" ...
