@@ -15,11 +15,17 @@ constexpr const char* kReportFooter =
     "mile, the time in heart-rate zones, and the equipment. It needs no iPod and no network.\n"
     "A document that is cut short or malformed is shown as far as it goes; the exit status is\n"
     "then 65, and a sentence on standard error tells the line and the column.\n"
+    "Of a FOLDER all workout documents (.xml) get pages, and workouts.html an overview with sums "
+    "by\n"
+    "week; -o puts it elsewhere, and the pages beside it. What cannot be read is named and left "
+    "out;\n"
+    "the exit status is then 66.\n"
     "\n"
     "Examples:\n"
     "  ipodctl report workout.xml                  writes workout.html beside it\n"
     "  ipodctl report workout.xml -o /tmp/run.html\n"
     "  ipodctl report workout.xml --language de --max-heart-rate 185\n"
+    "  ipodctl report files -o /tmp/all.html       all workouts of a folder\n"
     "  ipodctl report workout.xml --json           prints the figures too";
 
 }  // namespace
@@ -27,7 +33,7 @@ constexpr const char* kReportFooter =
 void AddReportCommand(CommandLineParser& parser) {
   Options& options = parser.options();
   CLI::App* report = parser.AddCommand("report", "Workouts", "Make a page of a workout document",
-                                       "FILE [OPTIONS]", kReportFooter);
+                                       "FILE|FOLDER [OPTIONS]", kReportFooter);
   report->add_option("FILE", options.document)->required();
   report->add_option("-o,--output", options.page, "Write the page there")->option_text("PAGE");
   report->add_option("--language", options.language, "The page's language (en)")

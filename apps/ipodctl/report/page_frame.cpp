@@ -2,6 +2,8 @@
 // Opens and closes a page.
 #include "report/page_frame.h"
 
+#include <algorithm>
+
 #include "report/markup.h"
 #include "report/page_script.h"
 #include "report/page_style.h"
@@ -28,6 +30,12 @@ std::string NoteTag(const std::string& headline, const std::string& text) {
 std::string RowTag(const std::string& label, const std::string& value) {
   return "<tr role=\"row\"><th role=\"rowheader\" scope=\"row\">" + Escaped(label) +
          "</th><td role=\"cell\">" + value + "</td></tr>\n";
+}
+
+std::string BarCell(const char* kind, double share) {
+  return std::string("<td class=\"bar ") + kind +
+         "\" style=\"--share:" + Fixed(100 * std::clamp(share, 0.0, 1.0), 1) +
+         "%\" aria-hidden=\"true\"></td>";
 }
 
 std::string PageHead(const Wording& words, const std::string& title, const std::string& heading,

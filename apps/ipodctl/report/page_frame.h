@@ -17,6 +17,9 @@ std::string NoteTag(const std::string& headline, const std::string& text);
 /// A heading cell of a table's row, and the cell behind it. @param value HTML
 std::string RowTag(const std::string& label, const std::string& value);
 
+/// A cell with a bar. @param kind its colour, as of the chart's panels @param share of the longest
+std::string BarCell(const char* kind, double share);
+
 /// Everything up to what the page shows. @param title plain text @param heading the same as HTML
 /// @param lead HTML below the heading; may be empty
 std::string PageHead(const Wording& words, const std::string& title, const std::string& heading,

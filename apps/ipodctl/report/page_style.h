@@ -98,6 +98,8 @@ nav { margin-top: 0.6rem; font-size: 0.9rem; }
 .rows thead th, .rows thead td { border-top: 0; font-size: 0.85rem; vertical-align: bottom; }
 .rows tbody th { color: var(--ink); }
 .rows .bar { width: 34%; padding-right: 0; }
+.listed .bar { width: 22%; }
+.listed small { color: var(--soft); }
 .rows tbody .bar {
   background: linear-gradient(var(--own), var(--own)) left center / var(--share) 0.6rem no-repeat;
 }
@@ -116,6 +118,14 @@ footer { margin-top: 1.25rem; color: var(--soft); font-size: 0.85rem; overflow-w
   svg.wide { display: none; }
   svg.narrow { display: block; }
   .rows .bar { width: 18%; }
+  .listed thead { position: absolute; width: 1px; height: 1px; overflow: hidden; clip-path: inset(50%); }
+  .listed, .listed tbody { display: block; }
+  .listed tr { display: flex; flex-wrap: wrap; padding: 0.4rem 0; border-top: 1px solid var(--rule); }
+  .listed tbody tr:first-child { border-top: 0; }
+  .listed th, .listed td { flex: none; padding: 0 0.9rem 0 0; border-top: 0; }
+  .listed tbody th { flex: 1 0 100%; }
+  .listed tbody td { color: var(--soft); font-size: 0.85rem; }
+  .rows.listed .bar { display: none; }
   .values { font-size: 0.85rem; gap: 0.1rem 0.9rem; }
 }
 @media print {

@@ -7,18 +7,12 @@
 
 #include "report/heart_zones.h"
 #include "report/markup.h"
+#include "report/page_frame.h"
 #include "report/splits.h"
 
 namespace ipodctl {
 
 namespace {
-
-// @param share of the longest bar
-std::string BarCell(const char* kind, double share) {
-  return std::string("<td class=\"bar ") + kind +
-         "\" style=\"--share:" + Fixed(100 * std::clamp(share, 0.0, 1.0), 1) +
-         "%\" aria-hidden=\"true\"></td>";
-}
 
 std::string Cell(const std::string& text) { return "<td>" + Escaped(text) + "</td>"; }
 

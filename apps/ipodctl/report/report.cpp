@@ -3,16 +3,15 @@
 #include "report/report.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "console/failure.h"
 #include "console/text.h"
+#include "report/folder_report.h"
 #include "report/markup.h"
 #include "report/page.h"
+#include "report/page_file.h"
 #include "report/summary_json.h"
 #include "report/workout_reader.h"
 
@@ -21,38 +20,6 @@ namespace ipodctl {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string PagePath(const Options& options) {
-  if (!options.page.empty()) return options.page;
-  fs::path page = fs::u8path(options.document);
-  // A document that is itself named so must not be overwritten.
-  if (page.extension() == ".html") {
-    page += ".html";
-  } else {
-    page.replace_extension(".html");
-  }
-  return page.u8string();
-}
-
-void RequireAnotherFile(const std::string& document, const std::string& page) {
-  std::error_code none_there;
-  if (!fs::equivalent(fs::u8path(document), fs::u8path(page), none_there)) return;
-  throw CommandFailure(kUsage, page + " is the workout document itself; name another file with -o");
-}
-
-void WritePage(const std::string& html, const std::string& path) {
-  const fs::path file = fs::u8path(path);
-  errno = 0;
-  std::ofstream stream(file, std::ios::binary | std::ios::trunc);
-  const bool opened = stream.is_open();
-  stream << html;
-  stream.close();
-  if (stream) return;
-  const std::string why = errno != 0 ? std::strerror(errno) : "the system does not say why";
-  std::error_code ignored;
-  if (opened && fs::is_regular_file(file, ignored)) fs::remove(file, ignored);
-  throw CommandFailure(kFailed, "cannot write " + path + ": " + why);
-}
 
 Presentation PresentationOf(const Options& options) {
   const std::vector<std::string>& codes = LanguageCodes();
@@ -83,13 +50,17 @@ std::string Headline(const WorkoutDocument& document, const WorkoutFigures& figu
 }  // namespace
 
 int RunReport(const Options& options, Output& output) {
+  const Presentation presentation = PresentationOf(options);
+  std::error_code ignored;
+  if (fs::is_directory(fs::u8path(options.document), ignored)) {
+    return RunFolderReport(options, presentation, output);
+  }
   const WorkoutDocument document = ReadWorkoutDocument(options.document);
   const WorkoutFigures figures = FiguresOf(document);
-  const std::string page = PagePath(options);
+  const fs::path path = fs::u8path(options.document);
+  const std::string page = options.page.empty() ? PageBeside(path).u8string() : options.page;
   RequireAnotherFile(options.document, page);
-  const std::string name = fs::u8path(options.document).filename().u8string();
-  const Presentation presentation = PresentationOf(options);
-  WritePage(RenderPage(document, figures, name, presentation), page);
+  WritePage(RenderPage(document, figures, path.filename().u8string(), presentation), page);
   nlohmann::ordered_json json = SummaryJson(document, figures);
   json["page"] = page;
   output.Object(json);
