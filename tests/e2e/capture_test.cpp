@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <csignal>
+#include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -70,6 +71,28 @@ TEST(IpodctlCapture, OnStandardOutputIsAskedForByTheVariableToo) {
     EXPECT_EQ(ended.status, 0);
     EXPECT_TRUE(IsClosed(ReadPcapng(BytesOf(ended.out))));
     EXPECT_THAT(ended.err, HasSubstr("MB598LL"));
+  }
+}
+
+TEST(IpodctlCapture, IsReadWithProgressOnATerminalWhenItIsLarge) {
+  const TemporaryFolder folder;
+  Ipodctl({"--simulated", "--capture", folder.path("line.pcapng"), "info"});
+  // Recordings put one behind the other are one of several sections.
+  const test::Bytes recorded = test::ReadWholeFile(folder.path("line.pcapng"));
+  const std::string section(recorded.begin(), recorded.end());
+  std::string large;
+  while (large.size() < (2U << 20U)) large += section;
+  std::ofstream(folder.path("large.pcapng"), std::ios::binary) << large;
+  for (const char* command : {"decode", "explain"}) {
+    Process on_terminal(IPODCTL_PROGRAM, {command, folder.path("large.pcapng")},
+                        Process::Setting::kErrorsOnTerminal);
+    const Ended seen = on_terminal.Wait();
+    EXPECT_EQ(seen.status, 0) << command;
+    EXPECT_THAT(seen.err, HasSubstr("\rReading  ")) << command;
+    EXPECT_THAT(seen.err, HasSubstr("2/2")) << command;
+    const Ended piped = Ipodctl({command, folder.path("large.pcapng")});
+    EXPECT_EQ(piped.err, "") << command;
+    EXPECT_EQ(piped.out, seen.out) << command;
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "console/interrupt.h"
 #include "wire/findings/findings.h"
+#include "wire/reading_progress.h"
 #include "wire/recording_file.h"
 #include "wire/transcript.h"
 
@@ -56,11 +57,14 @@ std::vector<Finding> ReadFindings(RecordingFile& file, ipodwire::RecordingReader
   ipodwire::EvidenceCollector collector;
   ipodwire::Transcript transcript([&](const ipodwire::Told& told) { collector.Add(told); });
   ipodwire::Packet packet;
+  ReadingProgress progress(file.size());
   while (!Interrupted() && reader.Next(&packet)) {
     if (packet.event == ipodwire::Packet::Event::kComplete) file.StopFollowing();
     collector.set_baud(packet.baud);
     transcript.Add(packet);
+    progress.Update(reader.position());
   }
+  progress.Hide();
   StopIfInterrupted();
   transcript.End();
   return FindingsOf(collector.evidence());
