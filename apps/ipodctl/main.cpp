@@ -34,12 +34,15 @@ int Fail(const CommandFailure& failure) {
   return failure.status();
 }
 
+std::string SentenceAbout(const std::string& mistake) {
+  return "the simulated iPod saw a protocol mistake: " + mistake;
+}
+
 // Takes the simulated iPod out of the dock and reports the protocol mistakes that it saw.
 std::vector<std::string> ReportMistakes(const Context& context) {
   const std::vector<std::string> mistakes = context.dock.Undock();
   for (const std::string& mistake : mistakes) {
-    std::fprintf(stderr, "ipodctl: the simulated iPod saw a protocol mistake: %s.\n",
-                 mistake.c_str());
+    std::fprintf(stderr, "ipodctl: %s.\n", SentenceAbout(mistake).c_str());
   }
   if (context.options.command == "tour" && context.dock.simulated()) {
     context.output.Line("");
@@ -67,11 +70,6 @@ int FailOnDock(const CommandFailure& failure, const Context& context) {
   return status;
 }
 
-CommandFailure FailureFor(const std::vector<std::string>& mistakes) {
-  return {kFailed, "the simulated iPod saw " + Counted(mistakes.size(), "protocol mistake") +
-                       ", the first: " + mistakes.front()};
-}
-
 int RunOnDock(const Options& options, Output& output) {
   WatchLine(options.verbose);
   DockLine dock(options);
@@ -84,7 +82,7 @@ int RunOnDock(const Options& options, Output& output) {
   }
   const std::vector<std::string> mistakes = ReportMistakes(context);
   if (status != kSuccess || mistakes.empty()) return status;
-  output.Object(ToJson(FailureFor(mistakes)));
+  output.Object(ToJson(CommandFailure(kFailed, SentenceAbout(mistakes.front()))));
   return kFailed;
 }
 
