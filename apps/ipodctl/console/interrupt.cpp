@@ -35,7 +35,10 @@ void CatchInterrupts() {
 
 bool Interrupted() { return interrupted; }
 
-void Interrupt() { interrupted = true; }
+void Interrupt() {
+  interrupted = true;
+  std::signal(SIGINT, SIG_DFL);
+}
 
 bool PauseMs(unsigned duration_ms) {
   constexpr std::chrono::microseconds kLook = std::chrono::milliseconds(50);

@@ -7,7 +7,7 @@ namespace ipodctl {
 
 void CatchInterrupts();
 bool Interrupted();
-/// Asks the program to end in good order, as the first Ctrl-C does.
+/// Asks the program to end in good order, as the first Ctrl-C does. The next one ends it at once.
 void Interrupt();
 
 /// Pauses. @return false when interrupted, then sooner
