@@ -17,6 +17,7 @@
 #include "ipod/simulated_ipod.h"
 #include "report/report.h"
 #include "run.h"
+#include "screen/console.h"
 #include "wire/decode_command.h"
 #include "wire/explain_command.h"
 #include "wire/extcap_follower.h"
@@ -76,7 +77,7 @@ int RunOnDock(const Options& options, Output& output) {
   const Context context{options, dock, output};
   int status = kSuccess;
   try {
-    RunCommand(context);
+    options.command == "console" ? RunConsole(context) : RunCommand(context);
   } catch (const CommandFailure& failure) {
     status = FailOnDock(failure, context);
   }

@@ -38,6 +38,11 @@ void AddUserdataCommand(CommandLineParser& parser);
 
 // workout_flags.cpp
 void AddWorkoutCommand(CommandLineParser& parser);
+/// Lets `command` accept what describes a workout.
+void AddWorkoutOptions(CommandLineParser& parser, CLI::App* command);
+
+// console_flags.cpp
+void AddConsoleCommand(CommandLineParser& parser);
 
 // report_flags.cpp
 void AddReportCommand(CommandLineParser& parser);

@@ -85,6 +85,7 @@ CommandLineParser::CommandLineParser() {
   AddModeCommands(*this);
   AddPrefsCommand(*this);
   AddWorkoutCommand(*this);
+  AddConsoleCommand(*this);
   AddUserdataCommand(*this);
   AddReportCommand(*this);
   AddWireCommands(*this);

@@ -76,10 +76,8 @@ void CheckName(const char* option, const std::string& name) {
 
 }  // namespace
 
-void AddWorkoutCommand(CommandLineParser& parser) {
+void AddWorkoutOptions(CommandLineParser& parser, CLI::App* command) {
   WorkoutOptions& workout = parser.options().workout;
-  CLI::App* command = parser.AddCommand("workout", "Workouts", "Log a workout on the iPod",
-                                        "[OPTIONS]", kWorkoutFooter);
   std::vector<std::string> names;
   for (const Equipment& equipment : AllEquipment()) names.emplace_back(equipment.name);
   command->add_option("--equipment", workout.equipment, "What is worked out on")
@@ -113,6 +111,11 @@ void AddWorkoutCommand(CommandLineParser& parser) {
     CheckName("--serial-number", parser.options().workout.serial_number);
     CheckName("--model", parser.options().model);
   });
+}
+
+void AddWorkoutCommand(CommandLineParser& parser) {
+  AddWorkoutOptions(parser, parser.AddCommand("workout", "Workouts", "Log a workout on the iPod",
+                                              "[OPTIONS]", kWorkoutFooter));
 }
 
 }  // namespace ipodctl

@@ -42,4 +42,10 @@ class CommandFailure : public std::runtime_error {
 /// sentence in "message" says.
 nlohmann::ordered_json ToJson(const CommandFailure& failure);
 
+/// The iPod was there and is no longer, so that nothing more can be done with the session.
+class SessionLost : public CommandFailure {
+ public:
+  using CommandFailure::CommandFailure;
+};
+
 }  // namespace ipodctl

@@ -16,6 +16,8 @@ class Output {
 
   bool json() const { return json_; }
   bool on_terminal() const;
+  /// For who shows more than lines.
+  std::FILE* stream() const { return stream_; }
 
   /// One line of text. Shown at once: what follows may take seconds.
   void Line(const std::string& text);

@@ -42,9 +42,9 @@ void DockLine::FailForEcho() const {
 }
 
 void DockLine::FailToReachIpod() const {
-  throw CommandFailure(kFailed, "the iPod on " + device_ +
-                                    " no longer answers; check that it is docked and the cable is "
-                                    "plugged in");
+  throw SessionLost(kFailed, "the iPod on " + device_ +
+                                 " no longer answers; check that it is docked and the cable is "
+                                 "plugged in");
 }
 
 }  // namespace ipodctl

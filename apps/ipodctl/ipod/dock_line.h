@@ -32,7 +32,7 @@ class DockLine {
   [[noreturn]] void FailToFindIpod(const std::string& evidence) const;
   /// What is sent comes back.
   [[noreturn]] void FailForEcho() const;
-  /// An iPod was there, and is no longer.
+  /// An iPod was there, and is no longer: a SessionLost.
   [[noreturn]] void FailToReachIpod() const;
 
  private:

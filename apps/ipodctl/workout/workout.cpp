@@ -120,8 +120,7 @@ void Workout::Finish(int seconds) {
 void Workout::ShowSaved(const Summary& summary) {
   const std::string path = log_.Path();
   const bool forgotten = context_.dock.simulated() && path.empty();
-  context_.output.Line("Saved as " + log_.Place() + ": " + Counted(log_.intervals(), "interval") +
-                       " and a summary, " + Grouped(log_.bytes()) + " bytes");
+  context_.output.Line(log_.SavedText());
   if (forgotten) context_.output.Line("That memory is gone now; --storage DIR keeps files.");
   nlohmann::ordered_json json = {{"event", "saved"},
                                  {"seconds", summary.seconds},
@@ -132,13 +131,13 @@ void Workout::ShowSaved(const Summary& summary) {
   context_.output.Object(json);
 }
 
+}  // namespace
+
 Recording RecordingFor(const WorkoutOptions& options) {
   const Equipment equipment = *EquipmentByName(options.equipment);
   if (!options.recording.empty()) return LoadCsvRecording(options.recording, equipment);
   return GenerateRecording(equipment, options.duration_s, options.weight_kg);
 }
-
-}  // namespace
 
 // A file that cannot be read is reported before anything is sent to the iPod.
 void RunWorkout(const Context& context) {

@@ -42,6 +42,11 @@ std::string WorkoutLog::Place() const {
   return Path().empty() ? file + " in the simulated iPod's memory" : file;
 }
 
+std::string WorkoutLog::SavedText() const {
+  return "Saved as " + Place() + ": " + Counted(intervals_, "interval") + " and a summary, " +
+         Grouped(bytes_) + " bytes";
+}
+
 void WorkoutLog::Fail(const std::string& what) {
   const std::string happened =
       Answers() ? "the iPod " + what : "the iPod on " + dock_.device() + " no longer answers";

@@ -37,6 +37,8 @@ class WorkoutLog {
   std::string Place() const;
   /// A path that people can open, else empty.
   std::string Path() const;
+  /// "Saved as gym-0001.xml: 14 intervals and a summary, 3,204 bytes", of a finished one.
+  std::string SavedText() const;
 
  protected:
   /// Whether there is still an iPod.

@@ -39,9 +39,13 @@ double Rounded(double number, double parts) { return std::round(number * parts) 
 
 }  // namespace
 
+std::string Figures(const Recording& recording, const Reading& reading) {
+  return Distance(recording, reading) + "  " + Fixed(reading.kcal, 1) + " kcal  " +
+         Heart(reading.bpm);
+}
+
 std::string LiveFigures(const Recording& recording, const Reading& reading, std::size_t bytes) {
-  return TimeOf(reading) + "  " + Distance(recording, reading) + "  " + Fixed(reading.kcal, 1) +
-         " kcal  " + Heart(reading.bpm) + "  " + Grouped(bytes) + " bytes";
+  return TimeOf(reading) + "  " + Figures(recording, reading) + "  " + Grouped(bytes) + " bytes";
 }
 
 WorkoutView::WorkoutView(Output& output, const Recording& recording)

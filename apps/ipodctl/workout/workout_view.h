@@ -11,6 +11,8 @@
 
 namespace ipodctl {
 
+/// "0.12 km  8.4 kcal  118 bpm"
+std::string Figures(const Recording& recording, const Reading& reading);
 /// "1:05  0.12 km  8.4 kcal  118 bpm  3,204 bytes": what the live line says.
 std::string LiveFigures(const Recording& recording, const Reading& reading, std::size_t bytes);
 
