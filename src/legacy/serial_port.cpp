@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // ipodserial: opening and closing, raw writes, and purging. Frames are in frame_io.cpp.
+#include <cwchar>
+#include <iterator>
+
 #include "ipodcomm/ipodserial.h"
 #include "platform/services.h"
 
@@ -22,6 +25,8 @@ void ClearFlags(DCB* state) {
   state->fAbortOnError = 0;
 }
 
+constexpr wchar_t kDefaultName[] = L"COM2:";
+
 void ClearCharacters(DCB* state) {
   state->XonChar = 0;
   state->XoffChar = 0;
@@ -32,7 +37,11 @@ void ClearCharacters(DCB* state) {
 
 }  // namespace
 
-ipodserial::ipodserial() : port_(INVALID_HANDLE_VALUE) { wsprintfW(port_name_, L"COM2:"); }
+// The formatter may be out of memory, and the name has to last as long as the object.
+ipodserial::ipodserial() : port_(INVALID_HANDLE_VALUE) {
+  if (wsprintfW(port_name_, kDefaultName) != 0) return;
+  std::wmemcpy(port_name_, kDefaultName, std::size(kDefaultName));
+}
 
 ipodserial::ipodserial(const ipodserial& other) = default;
 

@@ -29,6 +29,14 @@ TEST_F(LegacyPort, ConstructionWritesTheNameWithTheSystemsFormatter) {
   EXPECT_THAT(world_.DrainRecord(), ElementsAre("wsprintfW(\"COM2:\")"));
 }
 
+TEST_F(LegacyPort, NameIsThereAlsoWhereTheFormatterFails) {
+  world_.FailOnce("wsprintfW", 1, 8);
+  ipodserial serial;
+  EXPECT_STREQ(ipodserialPeer::PortName(serial), L"COM2:");
+  EXPECT_EQ(serial.openport(), 1);
+  serial.closeport();
+}
+
 // ---- Closing
 
 TEST_F(LegacyPort, ClosingCallsTheDriverInOrder) {
