@@ -36,10 +36,10 @@ std::string Guarded(const Trial& trial, std::uint64_t number) {
   }
 }
 
-[[noreturn]] void RunTrials(std::uint64_t first, std::uint64_t end, const Trial& trial,
-                            unsigned most_seconds) {
+[[noreturn]] void RunTrials(const Places& places, const Trial& trial, unsigned most_seconds) {
   Shared& shared = SharedMemory();
-  for (std::uint64_t number = first; number < end && !shared.ended; ++number) {
+  std::uint64_t number = places.first;
+  for (; number < places.end && !shared.ended; number += places.step) {
     shared.number = number;
     alarm(most_seconds);
     const std::string wrong = Guarded(trial, number);
@@ -65,15 +65,14 @@ Tally& TotalTally() { return SharedMemory().tally; }
 
 void EndSeries() { SharedMemory().ended = true; }
 
-Verdict RunApart(std::uint64_t first, std::uint64_t end, const Trial& trial,
-                 unsigned most_seconds) {
+Verdict RunApart(const Places& places, const Trial& trial, unsigned most_seconds) {
   Shared& shared = SharedMemory();
   shared.ended = false;
   shared.text[0] = '\0';
   std::fflush(nullptr);
   const pid_t child = fork();
-  if (child < 0) return {first, "no process could be started"};
-  if (child == 0) RunTrials(first, end, trial, most_seconds);
+  if (child < 0) return {places.first, "no process could be started"};
+  if (child == 0) RunTrials(places, trial, most_seconds);
   int status = 0;
   waitpid(child, &status, 0);
   const std::string said = shared.text;

@@ -32,10 +32,15 @@ struct Verdict {
 /// Whether the trials from some number on go on.
 using Trial = std::function<std::string(std::uint64_t number)>;
 
-/// Runs trial `first`, `first + 1`, ... up to `end`, excluded, until one fails. A trial that takes
-/// more than `most_seconds` hangs.
-Verdict RunApart(std::uint64_t first, std::uint64_t end, const Trial& trial,
-                 unsigned most_seconds = 60);
+/// The numbers of a series: `first`, and every `step`th from there on before `end`.
+struct Places {
+  std::uint64_t first = 1;
+  std::uint64_t end = 0xFFFFFFFF;
+  std::uint64_t step = 1;
+};
+
+/// Runs a series of trials until one fails. A trial that takes more than `most_seconds` hangs.
+Verdict RunApart(const Places& places, const Trial& trial, unsigned most_seconds = 120);
 
 /// A trial calls this to say that there are no more, which is no failure.
 void EndSeries();

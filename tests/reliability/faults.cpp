@@ -84,14 +84,10 @@ std::string Repeat(const Scenario& scenario, const Fault& fault, std::uint64_t n
 // From the first call on, or at the one place asked for.
 bool Enumerate(const Options& options, const Scenario& scenario, const Fault& fault,
                const Report& report) {
-  const std::uint64_t first = options.at != 0 ? options.at : 1;
-  std::uint64_t end = std::numeric_limits<std::uint32_t>::max();
-  if (options.first != 0) end = options.first + 1;
-  if (options.at != 0) end = options.at + 1;
   const auto trial = [&](std::uint64_t nth) {
     return PlayWith(scenario, fault, static_cast<unsigned>(nth), options.seed);
   };
-  const Verdict verdict = RunApart(first, end, trial);
+  const Verdict verdict = RunApart(PlacesOf(options), trial);
   if (verdict.passed()) return true;
   report.Failed(scenario.name, verdict.text, Repeat(scenario, fault, verdict.failed, options.seed));
   return false;

@@ -23,9 +23,12 @@ int main(int count, char** arguments) {
   Options options;
   if (const auto status = ReadOptions(count, arguments, &options)) return *status;
   const std::map<std::string, int (*)(const Options&)> commands = {
+      {"cycles", reliability::RunCycles},
+      {"destroy", reliability::RunDestroy},
       {"faults", reliability::RunFaults},
       {"schedules", reliability::RunSchedules},
       {"traces", reliability::RunTraces},
+      {"unplug", reliability::RunUnplug},
       {"list", List},
   };
   const auto command = commands.find(options.command);

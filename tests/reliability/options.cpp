@@ -35,6 +35,7 @@ constexpr const char* kHelp =
     "  --points K             decisions from which they are drawn (500)\n"
     "  --replay LIST          one run of a scenario with the schedule that a failure told\n"
     "  --first N              faults, destroy, unplug: the first N places of each kind alone\n"
+    "  --every N              faults and unplug: each Nth place alone\n"
     "  --at N                 the Nth place alone\n"
     "  --service NAME         faults: of this service alone\n"
     "  --code N               faults: with this code alone\n"
@@ -64,6 +65,7 @@ std::map<std::string, std::function<bool(const std::string&)>> Readers(Options* 
       {"--depth", Into(&options->depth)},
       {"--points", Into(&options->points)},
       {"--first", Into(&options->first)},
+      {"--every", Into(&options->every)},
       {"--at", Into(&options->at)},
       {"--code", Into(&options->code)},
       {"--minutes",
@@ -105,6 +107,14 @@ std::map<std::string, std::function<bool(const std::string&)>> Readers(Options* 
 }
 
 }  // namespace
+
+Places PlacesOf(const Options& options) {
+  if (options.at != 0) return {options.at, options.at + 1};
+  Places places;
+  places.step = options.every == 0 ? 1 : options.every;
+  if (options.first != 0) places.end = places.first + options.first * places.step;
+  return places;
+}
 
 const char* StrategyName(Strategy strategy) {
   return strategy == Strategy::kChangePoints ? "pct" : "uniform";

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "apart.h"
 #include "deviations.h"
 #include "scenario.h"
 
@@ -23,6 +24,7 @@ struct Options {
   unsigned depth = 3;
   unsigned points = 500;
   unsigned first = 0;    // of each kind of fault so many places; 0: all there are
+  unsigned every = 1;    // of them each so manieth
   std::uint64_t at = 0;  // one place alone
   std::string service;
   unsigned long code = 0;
@@ -34,6 +36,9 @@ struct Options {
 
 /// Prints what is wrong with the command line, or the help, and returns the program's status then.
 std::optional<int> ReadOptions(int count, char** arguments, Options* options);
+
+/// The places that --first, --every and --at leave.
+Places PlacesOf(const Options& options);
 
 const char* StrategyName(Strategy strategy);
 

@@ -36,7 +36,7 @@ int Explain(const Options& options, const Verdict& verdict, const Report& report
   const Deviations shortest = Shortest(noted, [&](const Deviations& rest) {
     if (shortening.seconds() > kMostSeconds) return false;
     const auto again = [&](std::uint64_t) { return Play(scenario, seed, Deviating(rest)); };
-    return !RunApart(0, 1, again).passed();
+    return !RunApart({0, 1}, again).passed();
   });
   const std::string strategy = StrategyName(options.strategy);
   std::printf("  as it was found: %s schedules --scenario %s --runs 1 --seed %llu --strategy %s",
@@ -55,7 +55,7 @@ int Replay(const Options& options) {
   const auto trial = [&](std::uint64_t seed) {
     return Play(scenario, seed, Deviating(*options.replay));
   };
-  const Verdict verdict = RunApart(options.seed, options.seed + 1, trial);
+  const Verdict verdict = RunApart({options.seed, options.seed + 1}, trial);
   if (verdict.passed()) return report.Passed("replayed", 1, options.seed);
   std::printf("FAILED: %s\n  %s\n", scenario.name, verdict.text.c_str());
   return 1;
@@ -72,7 +72,7 @@ int RunSchedules(const Options& options) {
     if (options.minutes && report.seconds() > *options.minutes * 60.0) EndSeries();
     return Play(ScenarioOf(options, seed), seed, Noted(ScheduleOf(options, seed)));
   };
-  const Verdict verdict = RunApart(options.seed, end, trial);
+  const Verdict verdict = RunApart({options.seed, end}, trial);
   if (!verdict.passed()) return Explain(options, verdict, report);
   std::string what = "schedules, " + std::string(StrategyName(options.strategy));
   if (options.strategy == Strategy::kChangePoints) {

@@ -53,6 +53,8 @@ class Stage {
   /// For the host's next call. Throws Enough when it has made as many as it was to make.
   CIpodComm& session();
   ::ipod& legacy();
+  /// The host may go on after Enough.
+  void EndLimit() { limited_ = false; }
   std::unique_ptr<CIpodComm>& owned_session() { return session_; }
   std::unique_ptr<::ipod>& owned_legacy() { return legacy_; }
 
@@ -87,6 +89,8 @@ class Stage {
   std::string wrong_;
 
   void CountCall();
+  bool TellsName();
+  bool LegacyTellsName();
 };
 
 }  // namespace reliability

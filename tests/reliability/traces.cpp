@@ -66,7 +66,7 @@ int RunTraces(const Options& options) {
     }
     return "";
   };
-  const Verdict verdict = RunApart(options.seed, options.seed + options.runs, trial);
+  const Verdict verdict = RunApart({options.seed, options.seed + options.runs}, trial);
   if (verdict.passed()) return report.Passed("seeds traced twice", options.runs, options.seed);
   return report.Failed("traces", verdict.text,
                        "traces --runs 1 --seed " + std::to_string(verdict.failed));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The legacy interface: its self-test, a workout, and a port that another thread closes.
+#include <atomic>
 #include <functional>
 
 #include "platform/services.h"
@@ -60,15 +61,17 @@ void ClosedByAnother(Stage& stage) {
   stage.DockLegacy();
   ipod& shared = stage.legacy();
   stage.Expect(shared.command_identifydevicelingos(0) == 1, "identified");
-  const std::function<void()> second = [&shared] {
+  std::atomic<bool> closed = false;
+  const std::function<void()> second = [&] {
     Sleep(5);
     shared.closeport();
+    closed = true;
   };
   const HANDLE thread = StartThread(second);
   wchar_t name[256] = {};
   shared.getipodname(name);
   if (thread != nullptr) {
-    WaitForSingleObject(thread, INFINITE);
+    while (!closed) stage.world().Advance(kMillisecond);
     CloseHandle(thread);
   }
   stage.legacy().closeport();

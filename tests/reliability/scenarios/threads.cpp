@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Two threads of the host: the second makes the calls that may run beside the first's, or is handed
 // the session and closes, opens, copies and destroys it.
+#include <atomic>
 #include <functional>
 
 #include "platform/services.h"
@@ -12,14 +13,20 @@ namespace {
 
 using ipodcomm::virtual_platform::StartThread;
 
-// Runs a function on a thread of its own while `meanwhile` runs here, and waits for its end.
+// Runs a function on a thread of its own while `meanwhile` runs here, and waits for its end, also
+// where waiting for a thread fails.
 void Beside(Stage& stage, const std::function<void()>& body,
             const std::function<void()>& meanwhile) {
-  const HANDLE thread = StartThread(body);
+  std::atomic<bool> ended = false;
+  const std::function<void()> whole = [&] {
+    body();
+    ended = true;
+  };
+  const HANDLE thread = StartThread(whole);
   stage.Expect(thread != nullptr, "the second thread starts");
   meanwhile();
   if (thread == nullptr) return;
-  WaitForSingleObject(thread, INFINITE);
+  while (!ended) stage.world().Advance(kMillisecond);
   CloseHandle(thread);
 }
 
