@@ -9,26 +9,48 @@ namespace ipodctl {
 
 namespace {
 
-constexpr int kLeft = 46;   // of a panel, for the labels of its axis
+constexpr int kLeft = 46;   // of a panel, for the labels of its axis; more where they are long
 constexpr int kRight = 24;  // of a panel, for half a label of the time axis
 constexpr int kTitle = 26;  // above a panel
 constexpr int kGap = 20;    // between a panel and the next one's title
 constexpr int kFoot = 46;   // below the last panel
+constexpr int kLetter = 7;  // width of a label's, at most
 constexpr double kThinnestPause = 2;
 constexpr double kThinnestGap = 0.5;  // between two pauses
 
 std::string Px(double at) { return Short(at, 1); }
 
+std::string TickText(const Panel& panel, double tick, const Wording& words) {
+  return panel.clock ? ClockText(tick) : words.Short(tick, 2);
+}
+
+int Letters(const std::string& text) {
+  return static_cast<int>(std::count_if(text.begin(), text.end(), [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+  }));
+}
+
+int LeftOf(const Chart& chart) {
+  int longest = 0;
+  for (const Panel& panel : chart.panels) {
+    for (const double tick : panel.scale.ticks) {
+      longest = std::max(longest, Letters(TickText(panel, tick, chart.words)));
+    }
+  }
+  return std::max(kLeft, kLetter * (longest + 1));
+}
+
 class Drawing {
  public:
-  Drawing(const Chart& chart, const ChartShape& shape) : chart_(chart), shape_(shape) {}
+  Drawing(const Chart& chart, const ChartShape& shape)
+      : chart_(chart), shape_(shape), left_(LeftOf(chart)) {}
 
   std::string Render();
 
  private:
   int PanelStep() const { return kTitle + shape_.panel_height + kGap; }
-  double PlotWidth() const { return shape_.width - kLeft - kRight; }
-  double X(double seconds) const { return kLeft + seconds / chart_.end * PlotWidth(); }
+  double PlotWidth() const { return shape_.width - left_ - kRight; }
+  double X(double seconds) const { return left_ + seconds / chart_.end * PlotWidth(); }
   double Y(const Panel& panel, double top, double value) const;
   std::string Id(const char* part) const { return std::string("chart-") + shape_.name + part; }
 
@@ -44,6 +66,7 @@ class Drawing {
 
   const Chart& chart_;
   const ChartShape& shape_;
+  int left_;
   std::string svg_;
 };
 
@@ -101,9 +124,8 @@ void Drawing::DrawTicks(const Panel& panel, double top) {
   }
   for (const double tick : panel.scale.ticks) {
     const double y = Y(panel, top, tick);
-    Line(kLeft, y, kLeft + PlotWidth(), y);
-    Text("tick value", kLeft - 7, y + 4,
-         panel.clock ? ClockText(tick) : chart_.words.Short(tick, 2));
+    Line(left_, y, left_ + PlotWidth(), y);
+    Text("tick value", left_ - 7, y + 4, TickText(panel, tick, chart_.words));
   }
 }
 
@@ -142,10 +164,10 @@ void Drawing::DrawPanel(const Panel& panel, double top) {
 
 void Drawing::DrawTimeAxis(double top) {
   for (const double time : TimeTicks(chart_.end, shape_.most_time_ticks)) {
-    Text("tick time", X(time), top + 16, ClockText(time));
+    Text("tick time", X(time), top + 19, ClockText(time));
   }
   const Wording& words = chart_.words;
-  Text("axis", kLeft, top + 38,
+  Text("axis", left_, top + 38,
        words.Say(chart_.end < 3600 ? Phrase::kTimeMinutes : Phrase::kTimeHours));
   if (chart_.pauses.empty()) return;
   const double key = shape_.width - kRight;
@@ -156,7 +178,7 @@ void Drawing::DrawTimeAxis(double top) {
 
 // Where the plots are, for the script that reads values off them.
 std::string Drawing::Plots() const {
-  return " data-left=\"" + std::to_string(kLeft) + "\" data-width=\"" + Px(PlotWidth()) +
+  return " data-left=\"" + std::to_string(left_) + "\" data-width=\"" + Px(PlotWidth()) +
          "\" data-top=\"" + std::to_string(kTitle) + "\" data-step=\"" +
          std::to_string(PanelStep()) + "\" data-height=\"" + std::to_string(shape_.panel_height) +
          "\"";

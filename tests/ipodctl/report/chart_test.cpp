@@ -184,8 +184,8 @@ TEST(ChartPicture, LabelsItsAxes) {
   EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"276\">5:20</text>"));
   EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"568\">0</text>"));
   EXPECT_THAT(picture, HasSubstr("<text class=\"tick value\" x=\"39\" y=\"468\">0.6</text>"));
-  EXPECT_THAT(picture, HasSubstr("<text class=\"tick time\" x=\"46\" y=\"580\">0:00</text>"));
-  EXPECT_THAT(picture, HasSubstr("<text class=\"tick time\" x=\"146\" y=\"580\">4:00</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick time\" x=\"46\" y=\"583\">0:00</text>"));
+  EXPECT_THAT(picture, HasSubstr("<text class=\"tick time\" x=\"146\" y=\"583\">4:00</text>"));
   EXPECT_THAT(picture, HasSubstr(">Time, min:s</text>"));
   EXPECT_THAT(picture, HasSubstr("<tspan class=\"heart\">Heart rate</tspan> "
                                  "<tspan class=\"unit\">bpm</tspan>"));
