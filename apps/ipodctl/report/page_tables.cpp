@@ -42,7 +42,8 @@ class SplitRows {
 
  private:
   static double Speed(const Split& split) {
-    return split.seconds > 0 ? (split.to - split.from) / split.seconds : 0;
+    constexpr double kShortest = 0.001;  // seconds; less is no time to measure a speed by
+    return split.seconds > kShortest ? (split.to - split.from) / split.seconds : 0;
   }
   std::string SpeedText(const Split& split) const;
   std::string Row(const Split& split) const;

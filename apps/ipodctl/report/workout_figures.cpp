@@ -71,8 +71,9 @@ Figure StatedOr(const WorkoutDocument& document, Reading reading,
 // of a ride may hold revolutions in place of a pace.
 std::optional<double> AveragePace(const WorkoutDocument& document, const WorkoutFigures& figures) {
   const std::optional<double> mean = Mean(document, &Readings::pace);
+  constexpr double kLeastKm = 0.001;  // less is no way to measure a pace by
   const bool has_pace = mean || IsRide(document);
-  if (!has_pace || !figures.seconds.value || !figures.km.value || *figures.km.value <= 0)
+  if (!has_pace || !figures.seconds.value || !figures.km.value || *figures.km.value < kLeastKm)
     return mean;
   const double moving = *figures.seconds.value - figures.paused_seconds;
   return moving > 0 ? moving / *figures.km.value : mean;
@@ -112,7 +113,8 @@ DistanceKind DistanceKindOf(const WorkoutDocument& document) {
 
 double KilometresPerHour(double pace) {
   constexpr double kSecondsPerHour = 3600;
-  return kSecondsPerHour / pace;
+  constexpr double kFastest = 1e6;  // a pace that is nearly 0 is a mistake, and no number's end
+  return std::min(kFastest, kSecondsPerHour / pace);
 }
 
 std::vector<Pause> PausesOf(const WorkoutDocument& document) {

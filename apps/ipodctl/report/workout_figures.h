@@ -46,7 +46,7 @@ struct WorkoutFigures {
 
 WorkoutFigures FiguresOf(const WorkoutDocument& document);
 
-/// @param pace seconds per kilometre, more than 0
+/// Of a pace in seconds per kilometre, more than 0; a million at most.
 double KilometresPerHour(double pace);
 
 /// From each pause to what ends it (a resume, the end, or the last interval), in the order of time.

@@ -141,6 +141,31 @@ TEST(Page, IsNotSteeredByNames) {
                     HasSubstr("<bdi>&amp;amp;</bdi>"), HasSubstr("from <bdi>&lt;b&gt;.xml</bdi>")));
 }
 
+TEST(Page, ShowsNumbersWhateverWasMeasured) {
+  const std::string bike = "<equipmentInfo><type>Bike</type></equipmentInfo>";
+  const char* const measured[] = {
+      "<km>1e-310</km><pace>1e-310</pace>", "<km>9999999999</km><pace>9999999999</pace>",
+      "<km>9999999999</km><rpm>1e-310</rpm>", "<km>1e-310</km><rpm>9999999999</rpm>"};
+  for (const char* elements : measured) {
+    for (const std::string& equipment : {bike, std::string()}) {
+      for (const int seconds : {0, 1, 2147483647}) {
+        const WorkoutDocument document = ParseWorkoutDocument(
+            Document(equipment + "<interval><sec>1e-310</sec><km>0</km></interval>" +
+                     IntervalAt(seconds, elements) + "<workoutSummary><sec>1e-310</sec>" +
+                     elements + "</workoutSummary>"));
+        Presentation presentation;
+        presentation.measures = Measures(Units::kImperial);
+        presentation.max_heart_rate = 200;
+        std::string page = RenderPage(document, FiguresOf(document), "w", presentation);
+        page.resize(page.find("<script>"));
+        for (const char* no_number : {"inf", "nan"}) {
+          EXPECT_THAT(page, Not(HasSubstr(no_number))) << elements << seconds;
+        }
+      }
+    }
+  }
+}
+
 TEST(Page, IsHtml) {
   EXPECT_THAT(PageOf(report::kRun), StartsWith("<!DOCTYPE html>\n<html lang=\"en\""));
 }
