@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // From the artists to the tracks of one, with every name read.
+#include <cwchar>
+
 #include "scenario.h"
 
 namespace reliability {
@@ -9,9 +11,11 @@ void ExpectNames(Stage& stage, unsigned char category,
                  std::initializer_list<const wchar_t*> names) {
   stage.session().Command_RetrieveCategorizedDatabaseRecords(0, names.size(), category);
   for (const wchar_t* expected : names) {
-    wchar_t name[32] = {};
-    const int read = stage.session().GetNextCategorizedRecord(name, 32);
-    stage.Expect(read == 1 && std::wstring(name) == expected, "a record has its name");
+    // Room for the name and its terminator, and no more.
+    std::wstring name(std::wcslen(expected) + 1, L'?');
+    const int read = stage.session().GetNextCategorizedRecord(name.data(), name.size());
+    name.pop_back();
+    stage.Expect(read == 1 && name == expected, "a record has its name");
   }
 }
 
