@@ -21,12 +21,14 @@ struct Fault {
   bool for_ever;
 };
 
-// The session goes on as it is, is opened again, or is replaced; which of it is needed is counted.
+// An open session goes on as it is. One that a fault has kept closed is opened; one without worker
+// threads is replaced. Which of it was needed is counted.
 bool WorksSomehow(Stage& stage, bool may_be_replaced) {
   Tally& tally = TotalTally();
   const bool legacy = stage.owned_legacy() != nullptr;
   if (!legacy && stage.owned_session() == nullptr) stage.Dock();
   if (stage.Works()) return ++tally.works_at_once, true;
+  if (!legacy && stage.owned_session()->IsOpen() != 0 && !may_be_replaced) return false;
   if (legacy) {
     stage.owned_legacy()->closeport();
     stage.owned_legacy()->openport();
