@@ -47,6 +47,7 @@ std::string Play(const Scenario& scenario, std::uint64_t seed,
   Stage stage(scenario.settings(), std::move(options));
   scenario.play(stage);
   stage.Expect(stage.Works(), "a command works afterwards");
+  stage.ExpectOneAttempt();
   for (const auto& mistake : stage.ipod().mistakes()) {
     if (IsKnown(mistake.kind)) continue;
     stage.Demand(false, "the iPod sees no mistake, but " + mistake.name + ": " + mistake.detail);

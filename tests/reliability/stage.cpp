@@ -80,7 +80,17 @@ void Stage::CountCall() {
 
 CIpodComm& Stage::session() {
   CountCall();
+  ExpectOneAttempt();
   return *session_;
+}
+
+// A lost signal costs a time-out and an attempt more, and no result tells.
+void Stage::ExpectOneAttempt() {
+  if (session_ == nullptr) return;
+  tagIPOD_EXCHANGE last = {};
+  session_->GetLastExchange(&last);
+  Expect(last.result != IPOD_EXCHANGE_ANSWERED || last.attempts == 1,
+         "what is answered was asked once");
 }
 
 ::ipod& Stage::legacy() {

@@ -68,6 +68,8 @@ class Stage {
 
   /// Whether a command is answered, and rightly, within its time-out and one retry.
   bool Works();
+  /// What the session asked last and was answered, it asked once.
+  void ExpectOneAttempt();
   /// Destroys what the host has, which is quick. Nothing then stays open but the ended read
   /// thread's handle.
   void DestroyQuickly();
