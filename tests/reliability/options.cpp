@@ -33,6 +33,8 @@ constexpr const char* kHelp =
     "                         every decision\n"
     "  --depth D              change points (3)\n"
     "  --points K             decisions from which they are drawn (500)\n"
+    "  --pauses N             before one service call in N a thread loses its processor for up to "
+    "40 ms\n"
     "  --replay LIST          one run of a scenario with the schedule that a failure told\n"
     "  --first N              faults, destroy, unplug: the first N places of each kind alone\n"
     "  --every N              faults and unplug: each Nth place alone\n"
@@ -64,6 +66,7 @@ std::map<std::string, std::function<bool(const std::string&)>> Readers(Options* 
       {"--seed", Into(&options->seed)},
       {"--depth", Into(&options->depth)},
       {"--points", Into(&options->points)},
+      {"--pauses", Into(&options->pauses)},
       {"--first", Into(&options->first)},
       {"--every", Into(&options->every)},
       {"--at", Into(&options->at)},

@@ -23,8 +23,9 @@ struct Options {
   Strategy strategy = Strategy::kChangePoints;
   unsigned depth = 3;
   unsigned points = 500;
-  unsigned first = 0;    // of each kind of fault so many places; 0: all there are
-  unsigned every = 1;    // of them each so manieth
+  unsigned pauses = 0;  // before one service call in so many a thread loses its processor; 0: never
+  unsigned first = 0;   // of each kind of fault so many places; 0: all there are
+  unsigned every = 1;   // of them each so manieth
   std::uint64_t at = 0;  // one place alone
   std::string service;
   unsigned long code = 0;

@@ -12,12 +12,21 @@ namespace reliability {
 namespace {
 
 using ipodcomm::virtual_platform::ChangePointSchedule;
+using ipodcomm::virtual_platform::PausingSchedule;
 using ipodcomm::virtual_platform::RandomSchedule;
 
+std::unique_ptr<Schedule> WithPauses(const Options& options, std::uint64_t seed,
+                                     std::unique_ptr<Schedule> schedule) {
+  constexpr std::int64_t kMostUs = 40 * kMillisecond;
+  if (options.pauses == 0) return schedule;
+  return PausingSchedule(std::move(schedule), seed, options.pauses, kMostUs);
+}
+
 std::unique_ptr<Schedule> ScheduleOf(const Options& options, std::uint64_t seed) {
-  return options.strategy == Strategy::kUniform
-             ? RandomSchedule(seed, 1)
-             : ChangePointSchedule(seed, options.depth, options.points);
+  auto schedule = options.strategy == Strategy::kUniform
+                      ? RandomSchedule(seed, 1)
+                      : ChangePointSchedule(seed, options.depth, options.points);
+  return WithPauses(options, seed, Noted(std::move(schedule)));
 }
 
 const Scenario& ScenarioOf(const Options& options, std::uint64_t seed) {
@@ -35,7 +44,9 @@ int Explain(const Options& options, const Verdict& verdict, const Report& report
   const Report shortening;
   const Deviations shortest = Shortest(noted, [&](const Deviations& rest) {
     if (shortening.seconds() > kMostSeconds) return false;
-    const auto again = [&](std::uint64_t) { return Play(scenario, seed, Deviating(rest)); };
+    const auto again = [&](std::uint64_t) {
+      return Play(scenario, seed, WithPauses(options, seed, Deviating(rest)));
+    };
     return !RunApart({0, 1}, again).passed();
   });
   const std::string strategy = StrategyName(options.strategy);
@@ -46,14 +57,15 @@ int Explain(const Options& options, const Verdict& verdict, const Report& report
               options.depth, options.points, shortest.size(), noted.size());
   return report.Failed(scenario.name, verdict.text,
                        "schedules --scenario " + std::string(scenario.name) + " --seed " +
-                           std::to_string(seed) + " --replay " + ToText(shortest));
+                           std::to_string(seed) + " --pauses " + std::to_string(options.pauses) +
+                           " --replay " + ToText(shortest));
 }
 
 int Replay(const Options& options) {
   const Report report;
   const Scenario& scenario = *options.scenarios.front();
   const auto trial = [&](std::uint64_t seed) {
-    return Play(scenario, seed, Deviating(*options.replay));
+    return Play(scenario, seed, WithPauses(options, seed, Deviating(*options.replay)));
   };
   const Verdict verdict = RunApart({options.seed, options.seed + 1}, trial);
   if (verdict.passed()) return report.Passed("replayed", 1, options.seed);
@@ -70,7 +82,7 @@ int RunSchedules(const Options& options) {
       options.minutes ? std::numeric_limits<std::uint64_t>::max() : options.seed + options.runs;
   const auto trial = [&](std::uint64_t seed) {
     if (options.minutes && report.seconds() > *options.minutes * 60.0) EndSeries();
-    return Play(ScenarioOf(options, seed), seed, Noted(ScheduleOf(options, seed)));
+    return Play(ScenarioOf(options, seed), seed, ScheduleOf(options, seed));
   };
   const Verdict verdict = RunApart({options.seed, end}, trial);
   if (!verdict.passed()) return Explain(options, verdict, report);

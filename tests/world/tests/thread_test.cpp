@@ -68,6 +68,28 @@ TEST(VirtualThreads, DrawnPrioritiesKeepAThreadAwayForLong) {
             Interleaving({1, RandomPrioritySchedule(3, 2)}));
 }
 
+// Time passes for a thread that does not wait, and for it alone.
+TEST(VirtualThreads, PausedThreadLosesItsProcessorForAWhile) {
+  World world({1, PausingSchedule(CooperativeSchedule(), 1, 1, 5000)});
+  const std::int64_t start_us = world.now_us();
+  for (int i = 0; i < 10; ++i) GetTickCount();
+  EXPECT_GE(world.now_us() - start_us, 10);
+  EXPECT_LE(world.now_us() - start_us, 10 * 5000);
+}
+
+TEST(VirtualThreads, PausesFollowFromTheSeedAndComeOnceInTheirPace) {
+  const auto schedule = PausingSchedule(CooperativeSchedule(), 3, 10, 40);
+  const auto again = PausingSchedule(CooperativeSchedule(), 3, 10, 40);
+  int pauses = 0;
+  for (std::uint64_t call = 0; call < 10'000; ++call) {
+    const std::int64_t pause_us = schedule->PauseUs(call);
+    EXPECT_EQ(pause_us, again->PauseUs(call));
+    EXPECT_LE(pause_us, 40);
+    pauses += pause_us > 0 ? 1 : 0;
+  }
+  EXPECT_NEAR(pauses, 1000, 150);
+}
+
 TEST(VirtualThreads, RecordedScheduleIsRepeated) {
   // Thread 1 is the host, which starts the other two; where the recording ends, the last goes on.
   const std::vector<int> decisions = {1, 1, 1, 3, 3, 2, 2, 3};

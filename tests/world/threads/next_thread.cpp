@@ -102,6 +102,28 @@ class ChangePoint : public Schedule {
   std::vector<int> fallen_;  // in the order in which they fell
 };
 
+class Pausing : public Schedule {
+ public:
+  Pausing(std::unique_ptr<Schedule> schedule, std::uint64_t seed, unsigned pace,
+          std::int64_t most_us)
+      : schedule_(std::move(schedule)), seed_(seed), pace_(pace), most_us_(most_us) {}
+
+  int Choose(std::uint64_t step, const std::vector<int>& ready, int running) override {
+    return schedule_->Choose(step, ready, running);
+  }
+  std::int64_t PauseUs(std::uint64_t call) override {
+    const std::uint64_t number = Draw(seed_, Purpose::kPause, call);
+    if ((number >> 32) % pace_ != 0) return 0;
+    return static_cast<std::int64_t>(static_cast<std::uint32_t>(number)) % most_us_ + 1;
+  }
+
+ private:
+  const std::unique_ptr<Schedule> schedule_;
+  const std::uint64_t seed_;
+  const unsigned pace_;
+  const std::int64_t most_us_;
+};
+
 class Replay : public Schedule {
  public:
   explicit Replay(std::vector<int> decisions) : decisions_(std::move(decisions)) {}
@@ -136,6 +158,12 @@ std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned pe
 
 std::unique_ptr<Schedule> ChangePointSchedule(std::uint64_t seed, unsigned depth, unsigned points) {
   return std::make_unique<ChangePoint>(seed, depth, std::max(points, 1U));
+}
+
+std::unique_ptr<Schedule> PausingSchedule(std::unique_ptr<Schedule> schedule, std::uint64_t seed,
+                                          unsigned pace, std::int64_t most_us) {
+  return std::make_unique<Pausing>(std::move(schedule), seed, std::max(pace, 1U),
+                                   std::max<std::int64_t>(most_us, 1));
 }
 
 std::unique_ptr<Schedule> ReplaySchedule(std::vector<int> decisions) {

@@ -19,6 +19,9 @@ class Schedule {
   /// Decision number `step` (from 0): one of the threads in `ready`, which holds two or more thread
   /// numbers in ascending order. `running` is the thread that could simply go on, or kNobody.
   virtual int Choose(std::uint64_t step, const std::vector<int>& ready, int running) = 0;
+  /// How long the running thread is kept from its processor before service call number `call` (from
+  /// 0, over all threads): time passes then though it could run.
+  virtual std::int64_t PauseUs(std::uint64_t /*call*/) { return 0; }
 };
 
 /// Any ready thread; the running one is interrupted once in `pace` decisions on average (pace 1:
@@ -43,6 +46,12 @@ std::unique_ptr<Schedule> RandomPrioritySchedule(std::uint64_t seed, unsigned pe
 /// takes `depth` steps in a certain order is met with a probability that does not depend on how
 /// many others there are.
 std::unique_ptr<Schedule> ChangePointSchedule(std::uint64_t seed, unsigned depth, unsigned points);
+
+/// Another schedule, under which threads lose their processor for up to `most_us` at a time, before
+/// one service call in `pace` on average. Without pauses no time passes between a thread's look and
+/// its wait, so what comes in between at a time of its own is never met.
+std::unique_ptr<Schedule> PausingSchedule(std::unique_ptr<Schedule> schedule, std::uint64_t seed,
+                                          unsigned pace, std::int64_t most_us);
 
 /// Repeats decisions as World::decisions() returned them. A decision that does not fit, or lies
 /// beyond the recording, is taken as CooperativeSchedule takes it.

@@ -32,8 +32,21 @@ std::string DescribeWait(const Wait& wait) {
 
 void Scheduler::Step() {
   CountStep();
-  if (ready_.size() == 1 || closing_) return;
+  if (closing_) return;
+  if (const std::int64_t pause_us = schedule_->PauseUs(calls_++)) return Pause(pause_us);
+  if (ready_.size() == 1) return;
   SwitchTo(Choose(Running()->number));
+}
+
+// Nobody is ended here, also not at the end of the world: the call may come from a destructor.
+void Scheduler::Pause(std::int64_t duration_us) {
+  Thread& self = *Running();
+  self.wait = {"its processor", nullptr, clock_.now_us() + duration_us, false};
+  self.woken = false;
+  self.state = ThreadState::kWaiting;
+  Remove(ready_, self);
+  waiting_.push_back(&self);
+  SwitchTo(Choose(kNobody));
 }
 
 bool Scheduler::Block(const Wait& wait) {

@@ -72,6 +72,7 @@ class Scheduler {
   void JoinEnded();
 
   Thread& Choose(int running);
+  void Pause(std::int64_t duration_us);
   void SwitchTo(Thread& next);
   void MoveClock();
   void MakeReady(Thread& thread);
@@ -89,6 +90,7 @@ class Scheduler {
   std::vector<Thread*> waiting_;                  // the longest waiting first
   std::vector<int> candidates_;                   // the numbers of the ready ones, for a decision
   std::vector<int> decisions_;
+  std::uint64_t calls_ = 0;
   std::uint64_t steps_at_this_time_ = 0;
   std::string hopeless_reason_;  // why the host cannot go on
   bool closing_ = false;
