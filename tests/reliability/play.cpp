@@ -40,10 +40,11 @@ void Count(Stage& stage) {
 }
 
 std::string Play(const Scenario& scenario, std::uint64_t seed,
-                 std::unique_ptr<ipodcomm::virtual_platform::Schedule> schedule) {
+                 std::unique_ptr<ipodcomm::virtual_platform::Schedule> schedule, bool pauses) {
   StageOptions options;
   options.seed = seed;
   options.schedule = std::move(schedule);
+  options.pauses = pauses;
   Stage stage(scenario.settings(), std::move(options));
   scenario.play(stage);
   stage.Expect(stage.Works(), "a command works afterwards");

@@ -12,9 +12,11 @@ namespace reliability {
 
 /// Plays a scenario on a stage. Afterwards a command works, and destroying is quick and leaves
 /// nothing open.
+/// @param pauses whether the schedule has any
 /// @return what was wrong, or nothing
 std::string Play(const Scenario& scenario, std::uint64_t seed,
-                 std::unique_ptr<ipodcomm::virtual_platform::Schedule> schedule);
+                 std::unique_ptr<ipodcomm::virtual_platform::Schedule> schedule,
+                 bool pauses = false);
 
 /// What is left open that is not an ended read thread's handle; nothing when that is all.
 std::string LeftOpen(Stage& stage);

@@ -45,7 +45,7 @@ int Explain(const Options& options, const Verdict& verdict, const Report& report
   const Deviations shortest = Shortest(noted, [&](const Deviations& rest) {
     if (shortening.seconds() > kMostSeconds) return false;
     const auto again = [&](std::uint64_t) {
-      return Play(scenario, seed, WithPauses(options, seed, Deviating(rest)));
+      return Play(scenario, seed, WithPauses(options, seed, Deviating(rest)), options.pauses != 0);
     };
     return !RunApart({0, 1}, again).passed();
   });
@@ -53,8 +53,9 @@ int Explain(const Options& options, const Verdict& verdict, const Report& report
   std::printf("  as it was found: %s schedules --scenario %s --runs 1 --seed %llu --strategy %s",
               ProgramName().c_str(), scenario.name, static_cast<unsigned long long>(seed),
               strategy.c_str());
-  std::printf(" --depth %u --points %u\n  shortest schedule: %zu of %zu deviations\n",
-              options.depth, options.points, shortest.size(), noted.size());
+  std::printf(" --depth %u --points %u --pauses %u\n", options.depth, options.points,
+              options.pauses);
+  std::printf("  shortest schedule: %zu of %zu deviations\n", shortest.size(), noted.size());
   return report.Failed(scenario.name, verdict.text,
                        "schedules --scenario " + std::string(scenario.name) + " --seed " +
                            std::to_string(seed) + " --pauses " + std::to_string(options.pauses) +
@@ -65,7 +66,8 @@ int Replay(const Options& options) {
   const Report report;
   const Scenario& scenario = *options.scenarios.front();
   const auto trial = [&](std::uint64_t seed) {
-    return Play(scenario, seed, WithPauses(options, seed, Deviating(*options.replay)));
+    return Play(scenario, seed, WithPauses(options, seed, Deviating(*options.replay)),
+                options.pauses != 0);
   };
   const Verdict verdict = RunApart({options.seed, options.seed + 1}, trial);
   if (verdict.passed()) return report.Passed("replayed", 1, options.seed);
@@ -82,7 +84,7 @@ int RunSchedules(const Options& options) {
       options.minutes ? std::numeric_limits<std::uint64_t>::max() : options.seed + options.runs;
   const auto trial = [&](std::uint64_t seed) {
     if (options.minutes && report.seconds() > *options.minutes * 60.0) EndSeries();
-    return Play(ScenarioOf(options, seed), seed, ScheduleOf(options, seed));
+    return Play(ScenarioOf(options, seed), seed, ScheduleOf(options, seed), options.pauses != 0);
   };
   const Verdict verdict = RunApart({options.seed, end}, trial);
   if (!verdict.passed()) return Explain(options, verdict, report);

@@ -28,6 +28,7 @@ struct StageOptions {
   /// Whether everything is in order, so that each result has to be right. Else only what holds
   /// whatever fails is judged.
   bool sound = true;
+  bool pauses = false;            ///< threads lose their processor, which counts into every time
   unsigned calls_before_end = 0;  ///< of the host; then the scenario ends. 0: as many as it has
 };
 
@@ -80,6 +81,7 @@ class Stage {
  private:
   std::uint64_t seed_;
   bool sound_;
+  bool pauses_;
   unsigned calls_left_;
   bool limited_;
   std::uint32_t tick_start_;

@@ -7,7 +7,16 @@
 namespace ipodcomm::virtual_platform {
 
 /// What is drawn. Each purpose has numbers of its own.
-enum class Purpose : std::uint64_t { kSchedule = 1, kTickCount, kPace, kPriority, kNoise, kChangePoint, kConduct, kPause };
+enum class Purpose : std::uint64_t {
+  kSchedule = 1,
+  kTickCount,
+  kPace,
+  kPriority,
+  kNoise,
+  kChangePoint,
+  kConduct,
+  kPause
+};
 
 /// The `index`th number for a purpose, evenly spread over 64 bits.
 std::uint64_t Draw(std::uint64_t seed, Purpose purpose, std::uint64_t index);
