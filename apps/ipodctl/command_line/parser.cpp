@@ -58,7 +58,8 @@ constexpr const char* kProgramFooter =
     "\n"
     "Data goes to standard output, everything else to standard error. With --json a failure goes "
     "to\n"
-    "both, on standard output as an object with \"error\", \"message\" and \"status\".\n"
+    "both, on standard output as an object with \"error\", \"message\" and \"status\". What the\n"
+    "objects hold is in share/ipodcomm/ipodctl.schema.json, where the program is installed.\n"
     "'ipodctl help COMMAND' explains a command and shows examples.";
 
 // Also of arguments that cannot be understood.
