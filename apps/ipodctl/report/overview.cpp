@@ -66,7 +66,7 @@ class OverviewPage {
   void AddFigure(Phrase label, const std::string& value, const std::string& unit);
   void AddWeeks();
   void AddWeek(const Week& week);
-  void AddRow(const std::string& heading, const std::string& day, const Sums& sums,
+  void AddRow(const std::string& heading, const std::string& second, const Sums& sums,
               const std::string& bar);
   void OpenTable(Phrase first, Phrase second, bool with_bar);
   std::string DistanceText(const Sums& sums) const;
