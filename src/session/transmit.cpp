@@ -47,9 +47,6 @@ std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned 
 tagIPOD_COMM_ERROR CIpodComm::Send(const tagIPOD_WRITE_PARAMS& write,
                                    std::uint16_t* own_transaction_id) {
   unsigned char frame[sizeof Outgoing::frame];
-  // The lock that a frame is written under is taken before it is numbered, so that frames leave in
-  // the order of their identifiers whichever threads send them.
-  const LockScope turn(serial_.port_lock_);
   const std::uint32_t size = BuildFrame(write, frame, own_transaction_id);
   if (size == 0) return IPOD_COMM_NO_ANSWER;
   return serial_.WritePacket(frame, size) == ERROR_SUCCESS ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;

@@ -145,44 +145,6 @@ TEST(Interleaving, OwnIdentifierStepsOncePerFrame) {
   }
 }
 
-// Two threads send at the same time: whose frame is numbered first is written first.
-TEST(Interleaving, FramesOfTwoThreadsLeaveInTheOrderOfTheirIdentifiers) {
-  for (std::uint64_t seed = 1; seed <= 100; ++seed) {
-    ScriptedDevice ipod;
-    World world({seed});
-    world.line().Plug(ipod);
-    test::ChosenSession session;
-    world.Advance(2 * kSecond);
-    EXPECT_EQ(session.Open(), 0);
-    CIpodCommPeer::TransactionIdMode(session) = 1;
-    CIpodCommPeer::OwnTransactionId(session) = 0x4000;
-    world.Advance(50 * kMillisecond);
-    ipod.ClearReceived();
-    const auto send_ten = [](void* object) -> DWORD {
-      for (int i = 0; i < 10; ++i) {
-        const unsigned char track[] = {0, 0, 0, 1};
-        tagIPOD_WRITE_PARAMS write = {0x0020, 0x04, track, sizeof track};
-        static_cast<CIpodComm*>(object)->WriteCommand(&write);
-      }
-      return 0;
-    };
-    const HANDLE second = CreateThread(nullptr, 0, send_ten, &session, 0, nullptr);
-    send_ten(&session);
-    WaitForSingleObject(second, INFINITE);
-    CloseHandle(second);
-    world.Advance(kSecond);
-    std::vector<int> ids;
-    for (const std::string& frame : test::Frames(ipod.received())) {
-      ids.push_back(ByteOf(frame, 6) * 256 + ByteOf(frame, 7));
-    }
-    EXPECT_EQ(ids.size(), 20U) << seed;
-    for (std::size_t i = 0; i < ids.size(); ++i) {
-      EXPECT_EQ(ids[i], 0x4000 + static_cast<int>(i)) << seed;
-    }
-    world.line().Unplug();
-  }
-}
-
 // A request in the middle of every exchange: the answer is found and the request served.
 TEST(Interleaving, UnaskedRequestsDoNotDisturbExchanges) {
   for (std::uint64_t seed = 1; seed <= 100; ++seed) {
