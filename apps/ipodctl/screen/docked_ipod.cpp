@@ -87,6 +87,7 @@ void DockedIpod::StartWorkout() {
   snapshot_->workout.equipment = options_.workout.equipment;
   snapshot_->workout.recording = recording_;
   try {
+    workout_->RequireRoom();
     workout_->Start();
     NoteWorkout();
   } catch (const CommandFailure& failure) {
@@ -98,7 +99,8 @@ void DockedIpod::WriteWorkout() {
   try {
     workout_->WriteNext();
     NoteWorkout();
-    if (!workout_->over()) return;
+    if (!workout_->is_at_end()) return;
+    workout_->Finish();
     NoteWorkoutOver(WorkoutSnapshot::State::kSaved, log_->SavedText());
   } catch (const CommandFailure& failure) {
     NoteWorkoutOver(WorkoutSnapshot::State::kFailed, failure.what());
@@ -109,6 +111,7 @@ void DockedIpod::EndWorkout() {
   if (!workout_) return;
   try {
     workout_->EndEarly();
+    workout_->Finish();
     NoteWorkoutOver(WorkoutSnapshot::State::kSaved, log_->SavedText());
   } catch (const CommandFailure& failure) {
     NoteWorkoutOver(WorkoutSnapshot::State::kFailed, failure.what());

@@ -23,35 +23,28 @@ void LiveWorkout::RequireRoom() {
 
 // The start is written at once: a log that has a header has a start, too.
 void LiveWorkout::Start() {
-  RequireRoom();
   log_.Start(header_);
   clock_.emplace(intervals_.front().reading.seconds, speed_);
   WriteNext();
 }
 
-bool LiveWorkout::is_due() const {
-  return clock_ && !over_ && clock_->MsUntil(next().reading.seconds) == 0;
-}
-
 void LiveWorkout::WriteNext() {
   log_.Write(recording_, next());
   ended_s_ = next().reading.seconds;
-  if (++next_ == intervals_.size()) Finish(ended_s_);
+  ++next_;
 }
 
 // When the line is slower than the clock, the next interval to write is where the log ends.
-void LiveWorkout::EndEarly() {
+Interval LiveWorkout::EndEarly() {
   const int now_s = std::min(static_cast<int>(clock_->Seconds()), next().reading.seconds);
   Interval end = {IPOD_INTERVAL_TYPE_END, ReadingAt(recording_, now_s)};
   end.reading.seconds = now_s;
   log_.Write(recording_, end);
   ended_s_ = now_s;
-  Finish(now_s);
+  next_ = intervals_.size();
+  return end;
 }
 
-void LiveWorkout::Finish(int seconds) {
-  log_.Finish(recording_, SummaryAt(recording_, seconds));
-  over_ = true;
-}
+void LiveWorkout::Finish() { log_.Finish(recording_, SummaryAt(recording_, ended_s_)); }
 
 }  // namespace ipodctl

@@ -22,29 +22,29 @@ class LiveWorkout {
   const std::vector<Interval>& intervals() const { return intervals_; }
   /// The clock of a workout that has started.
   const WorkoutClock& clock() const { return *clock_; }
-  /// Whether its end is written.
-  bool over() const { return over_; }
-  /// Where it ended, or how far it has come.
+  /// Whether its end is written, and only the summary is missing.
+  bool is_at_end() const { return next_ == intervals_.size(); }
+  /// The interval to write next, of one that is not at its end.
+  const Interval& next() const { return intervals_[next_]; }
+  /// Whether its time has come.
+  bool is_due() const { return !is_at_end() && clock_->MsUntil(next().reading.seconds) == 0; }
+  /// How far it has come, or where it ended.
   int ended_s() const { return ended_s_; }
 
   // Each throws a CommandFailure when the iPod does not take what is written. Nothing more may be
   // written then.
 
-  /// Makes sure that the iPod has room for the whole.
+  /// Makes sure, before the start, that the iPod has room for the whole.
   void RequireRoom();
-  /// The same; then writes the header and the start, and starts the clock.
+  /// Writes the header and the start, and starts the clock.
   void Start();
-  /// Whether the next interval's time has come.
-  bool is_due() const;
-  /// Writes the next interval, and the summary behind the last one.
   void WriteNext();
-  /// Writes an end and a summary now: with them a log is complete, however early.
-  void EndEarly();
+  /// Writes an end now, behind which only the summary follows. @return the end
+  Interval EndEarly();
+  /// Writes the summary: with it and an end a log is complete, however early.
+  void Finish();
 
  private:
-  const Interval& next() const { return intervals_[next_]; }
-  void Finish(int seconds);
-
   const Recording& recording_;
   std::vector<Interval> intervals_;
   WorkoutHeader header_;
@@ -53,7 +53,6 @@ class LiveWorkout {
   std::optional<WorkoutClock> clock_;
   std::size_t next_ = 0;
   int ended_s_ = 0;
-  bool over_ = false;
 };
 
 }  // namespace ipodctl

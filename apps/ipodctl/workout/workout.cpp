@@ -10,10 +10,9 @@
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "workout/csv_recording.h"
-#include "workout/file_estimate.h"
 #include "workout/legacy_writer.h"
+#include "workout/live_workout.h"
 #include "workout/session_writer.h"
-#include "workout/workout_clock.h"
 #include "workout/workout_view.h"
 
 namespace ipodctl {
@@ -31,65 +30,62 @@ class Workout {
  private:
   void Prepare();
   void Log();
-  bool WaitFor(int seconds, const WorkoutClock& clock);
-  void EndEarly(const WorkoutClock& clock);
-  void Finish(int seconds);
-  void ShowSaved(const Summary& summary);
+  bool WaitFor(int seconds);
+  void EndEarly();
+  void Finish();
+  void ShowSaved();
 
   const Context& context_;
   const WorkoutOptions& options_;
   Recording recording_;
-  std::vector<Interval> intervals_;
-  WorkoutHeader header_;
   WorkoutLog& log_;
+  LiveWorkout live_;
   WorkoutView view_;
-  int ended_early_s_ = -1;
+  bool ended_early_ = false;
 };
 
 Workout::Workout(const Context& context, Recording recording, WorkoutLog& log)
     : context_(context),
       options_(context.options.workout),
       recording_(std::move(recording)),
-      intervals_(IntervalsOf(recording_, options_.interval_s)),
-      header_(HeaderFor(context.options)),
       log_(log),
+      live_(context.options, recording_, log),
       view_(context.output, recording_) {}
 
 void Workout::Run() {
   Prepare();
   Log();
-  if (ended_early_s_ < 0) return;
+  if (!ended_early_) return;
   throw CommandFailure(kInterrupted, "interrupted at " +
-                                         Clock(static_cast<std::uint64_t>(ended_early_s_)) +
+                                         Clock(static_cast<std::uint64_t>(live_.ended_s())) +
                                          "; the workout until then is complete in " + log_.Place());
 }
 
 void Workout::Prepare() {
-  const int last_s = intervals_.back().reading.seconds;
-  const Summary summary = SummaryAt(recording_, last_s);
-  const FileEstimate file = EstimateFile(header_, recording_, intervals_, summary);
-  log_.RequireRoom(file.largest_piece, file.total);
+  const std::vector<Interval>& intervals = live_.intervals();
+  const int last_s = intervals.back().reading.seconds;
+  live_.RequireRoom();
   StopIfInterrupted();
   context_.output.Line("Workout on " + options_.equipment + ", " +
                        Clock(static_cast<std::uint64_t>(last_s)) + ", written to the iPod in " +
-                       Counted(intervals_.size(), "interval"));
+                       Counted(intervals.size(), "interval"));
 }
 
 void Workout::Log() {
-  log_.Start(header_);
-  const WorkoutClock clock(intervals_.front().reading.seconds, options_.speed);
-  for (const Interval& interval : intervals_) {
-    // The start is written at once: a log that has a header has a start, too.
-    const bool starts = interval.event == IPOD_INTERVAL_TYPE_START;
-    if (!starts && !WaitFor(interval.reading.seconds, clock)) return EndEarly(clock);
-    log_.Write(recording_, interval);
-    view_.ShowInterval(interval, log_.bytes());
+  live_.Start();
+  view_.ShowInterval(live_.intervals().front(), log_.bytes());
+  while (!live_.is_at_end()) {
+    const Interval& next = live_.next();
+    if (!WaitFor(next.reading.seconds)) return EndEarly();
+    live_.WriteNext();
+    view_.ShowInterval(next, log_.bytes());
   }
-  Finish(intervals_.back().reading.seconds);
+  Finish();
 }
 
 // False when interrupted.
-bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
+bool Workout::WaitFor(int seconds) {
+  const WorkoutClock& clock = live_.clock();
   for (unsigned left_ms = clock.MsUntil(seconds); left_ms != 0; left_ms = clock.MsUntil(seconds)) {
     view_.ShowReading(ReadingAt(recording_, clock.Seconds()), log_.bytes());
     if (!PauseMs(std::min(left_ms, kLookMs))) return false;
@@ -97,33 +93,26 @@ bool Workout::WaitFor(int seconds, const WorkoutClock& clock) {
   return !Interrupted();
 }
 
-// A log is complete with an end and a summary, however early.
-void Workout::EndEarly(const WorkoutClock& clock) {
-  // When the line is slower than the clock, the next interval to write is where the log ends.
-  const std::size_t written = log_.intervals();
-  const int next_s = intervals_[written].reading.seconds;
-  ended_early_s_ = std::min(static_cast<int>(clock.Seconds()), next_s);
-  Interval end = {IPOD_INTERVAL_TYPE_END, ReadingAt(recording_, ended_early_s_)};
-  end.reading.seconds = ended_early_s_;
-  log_.Write(recording_, end);
+void Workout::EndEarly() {
+  ended_early_ = true;
+  const Interval end = live_.EndEarly();
   view_.ShowInterval(end, log_.bytes());
-  Finish(ended_early_s_);
+  Finish();
 }
 
-void Workout::Finish(int seconds) {
-  const Summary summary = SummaryAt(recording_, seconds);
-  log_.Finish(recording_, summary);
+void Workout::Finish() {
+  live_.Finish();
   view_.Hide();
-  ShowSaved(summary);
+  ShowSaved();
 }
 
-void Workout::ShowSaved(const Summary& summary) {
+void Workout::ShowSaved() {
   const std::string path = log_.Path();
   const bool forgotten = context_.dock.simulated() && path.empty();
   context_.output.Line(log_.SavedText());
   if (forgotten) context_.output.Line("That memory is gone now; --storage DIR keeps files.");
   nlohmann::ordered_json json = {{"event", "saved"},
-                                 {"seconds", summary.seconds},
+                                 {"seconds", live_.ended_s()},
                                  {"intervals", log_.intervals()},
                                  {"bytes", log_.bytes()},
                                  {"kept", !forgotten}};
