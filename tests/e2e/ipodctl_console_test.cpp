@@ -168,6 +168,19 @@ TEST(IpodctlConsole, AnswersKeysWhileTheIpodIsSilentAndSaysThatItIs) {
   EXPECT_THAT(terminal.Text(), Not(HasSubstr("Waiting for the iPod")));
 }
 
+TEST(IpodctlConsole, AnswersKeysWhileTheIpodIsSlow) {
+  const SeparateIpod ipod({"--fault", "late-answers"});
+  TmuxTerminal terminal(Console(ipod.device()), 80, 24);
+  ASSERT_TRUE(terminal.WaitFor("Zoë's iPod")) << terminal.Text();
+  terminal.Press({"Down", "Down", "Enter"});
+  ASSERT_TRUE(terminal.WaitFor("╭─ Artists ")) << terminal.Text();
+  terminal.Press({"?"});
+  ASSERT_TRUE(terminal.WaitFor("one line down")) << terminal.Text();
+  terminal.Press({"?"});
+  ASSERT_TRUE(terminal.WaitFor("The Hum")) << terminal.Text();
+  EXPECT_THAT(terminal.Text(), HasSubstr(" 1 of 3 "));
+}
+
 TEST(IpodctlConsole, SaysThatTheIpodIsPulledOutAndGoesOnWhenItIsDockedAgain) {
   SeparateIpod ipod;
   TmuxTerminal terminal(Console(ipod.device()), 80, 24);
@@ -196,7 +209,7 @@ TEST(IpodctlConsole, ShowsAWorkoutAndEndsItWhenItIsLeft) {
   ASSERT_TRUE(terminal.WaitFor("Zoë's iPod")) << terminal.Text();
   terminal.Press({"w"});
   ASSERT_TRUE(terminal.WaitFor("Workout on bike")) << terminal.Text();
-  ASSERT_TRUE(terminal.WaitFor("on the iPod: 8 intervals")) << terminal.Text();
+  ASSERT_TRUE(terminal.WaitFor("saved: 8 intervals")) << terminal.Text();
   EXPECT_THAT(terminal.Text(), AllOf(HasSubstr(" kcal  "), HasSubstr(" bpm  "), HasSubstr(" rpm"),
                                      HasSubstr(" of 10:00"), HasSubstr("160 ┤")));
   terminal.Press({"q"});
@@ -239,7 +252,7 @@ class ConsoleRun {
 void WorkOut(TmuxTerminal* terminal) {
   ASSERT_TRUE(terminal->WaitFor("Zoë's iPod")) << terminal->Text();
   terminal->Press({"w"});
-  ASSERT_TRUE(terminal->WaitFor("on the iPod: 4 intervals")) << terminal->Text();
+  ASSERT_TRUE(terminal->WaitFor("saved: 4 intervals")) << terminal->Text();
 }
 
 bool IsComplete(const std::string& document) {

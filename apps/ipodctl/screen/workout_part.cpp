@@ -42,7 +42,7 @@ std::string Times(const WorkoutSnapshot& workout) {
 
 std::string SavedSoFar(const WorkoutSnapshot& workout) {
   if (workout.state != State::kRunning) return workout.outcome;
-  return "on the iPod: " + Counted(workout.intervals, "interval") + ", " + Grouped(workout.bytes) +
+  return "saved: " + Counted(workout.intervals, "interval") + ", " + Grouped(workout.bytes) +
          " bytes";
 }
 
@@ -60,11 +60,17 @@ void DrawCurve(const WorkoutSnapshot& workout, const Area& area, Frame* frame) {
   }
 }
 
-void DrawFigures(const WorkoutSnapshot& workout, const Area& inside, Frame* frame) {
+// In two lines where one has no room. @return how many
+int DrawFigures(const WorkoutSnapshot& workout, const Area& inside, Frame* frame) {
   const Reading& reading = ReadingAt(*workout.recording, workout.Seconds());
-  const std::string figures =
-      Figures(*workout.recording, reading) + "  " + SpeedText(*workout.recording, reading);
-  frame->Put(inside.row, inside.column, figures, Style::kStrong, inside.columns);
+  const std::string figures = Figures(*workout.recording, reading);
+  const std::string speed = SpeedText(*workout.recording, reading);
+  const bool beside = Width(figures + "  " + speed) <= inside.columns;
+  frame->Put(inside.row, inside.column, beside ? figures + "  " + speed : figures, Style::kStrong,
+             inside.columns);
+  if (beside) return 1;
+  frame->Put(inside.row + 1, inside.column, speed, Style::kStrong, inside.columns);
+  return 2;
 }
 
 }  // namespace
@@ -76,10 +82,11 @@ void DrawWorkout(const WorkoutSnapshot& workout, const Area& area, Frame* frame)
                inside.columns);
     return;
   }
-  DrawFigures(workout, inside, frame);
+  const int figures = DrawFigures(workout, inside, frame);
   const std::vector<std::string> saved = Wrapped(Harmless(SavedSoFar(workout)), inside.columns);
   const int lines = std::min(static_cast<int>(saved.size()), std::max(1, inside.rows / 2));
-  const Area curve = {inside.row + 1, inside.column, inside.rows - 1 - lines, inside.columns};
+  const Area curve = {inside.row + figures, inside.column, inside.rows - figures - lines,
+                      inside.columns};
   if (curve.rows > 0) DrawCurve(workout, curve, frame);
   const Style style = workout.state == State::kFailed ? Style::kWarning : Style::kDim;
   for (int i = 0; i < lines; ++i) {

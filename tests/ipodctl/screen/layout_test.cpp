@@ -128,6 +128,20 @@ TEST_F(Layouts, ShowTheWorkoutsFiguresAndItsCurve) {
               StartsWith("│ Saved as gym-0001.xml: 14 intervals and a summary, 3,204 b"));
 }
 
+TEST_F(Layouts, PutTheSpeedBelowTheOtherFiguresWhereThereIsNoRoomBeside) {
+  WorkoutSnapshot& workout = snapshot_.workout;
+  workout.state = WorkoutSnapshot::State::kRunning;
+  workout.recording = std::make_shared<ipodctl::Recording>(
+      Kilometres({At(0), {65, 80.6, 1.18, 361, 0, 155, -1, false}}));
+  workout.ended_s = 65;
+  workout.intervals = 14;
+  workout.bytes = 3204;
+  const std::vector<std::string> lines = Lines(24, 40);
+  EXPECT_THAT(lines, Contains("│ 1.18 km  80.6 kcal  155 bpm          │"));
+  EXPECT_THAT(lines, Contains("│ 6:01 /km                             │"));
+  EXPECT_THAT(lines, Contains("│ saved: 14 intervals, 3,204 bytes     │"));
+}
+
 TEST_F(Layouts, SayWhatTheIpodIsWaitedForOnceThatTakesLong) {
   snapshot_.doing = "reading artists";
   snapshot_.doing_since = kNow - std::chrono::milliseconds(900);
