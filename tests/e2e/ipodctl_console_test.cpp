@@ -365,6 +365,9 @@ TEST(IpodctlConsole, NeedsATerminalThatCanShowAScreen) {
   EXPECT_EQ(piped.status, 64);
   EXPECT_EQ(piped.out, "");
   EXPECT_THAT(piped.err, StartsWith("ipodctl: the screen needs a terminal"));
+  const Ended no_keys = test::Ipodctl({"--simulated", "console", "--from", "-"});
+  EXPECT_EQ(no_keys.status, 64);
+  EXPECT_THAT(no_keys.err, HasSubstr("from which the screen takes its keys; name a file"));
   TmuxTerminal dumb("TERM=dumb '" IPODCTL_PROGRAM "' --simulated console; echo \"status $?\"", 80,
                     24);
   ASSERT_TRUE(dumb.WaitFor("status 64")) << dumb.Text();

@@ -34,8 +34,16 @@ void AddConsoleCommand(CommandLineParser& parser) {
                                         "[OPTIONS]", kConsoleFooter);
   AddWorkoutOptions(parser, command);
   parser.AddCheck([&parser, command] {
-    if (!command->parsed() || !parser.options().json) return;
-    throw UsageProblem{"--json does not go with a screen; 'now' and 'workout' print for machines"};
+    if (!command->parsed()) return;
+    if (parser.options().json) {
+      throw UsageProblem{
+          "--json does not go with a screen; 'now' and 'workout' print for machines"};
+    }
+    if (parser.options().workout.recording == "-") {
+      throw UsageProblem{
+          "--from - reads standard input, from which the screen takes its keys; "
+          "name a file"};
+    }
   });
 }
 
