@@ -138,6 +138,7 @@ int Run(const Options& options) {
   const std::string capture = CaptureAskedFor(options);
   Output output(capture == "-" ? stderr : guard.stream(), options.json);
   CatchInterrupts();
+  if (options.timeout_s) InterruptAfter(*options.timeout_s);
   try {
     BeginCapture(capture, guard.stream());
     const int status = RunAny(options, output);

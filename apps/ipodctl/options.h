@@ -42,8 +42,9 @@ struct Options {
   bool legacy = false;  // through the legacy interface
   std::string conduct;  // "field", "robust" or "fast"; empty: robust on a port, else fast
   std::string model;
-  std::string capture;   // file to record the line in; "-": standard output; empty: none
-  bool watched = false;  // by Wireshark, which ends the session when it has seen enough
+  std::string capture;              // file to record the line in; "-": standard output; empty: none
+  std::optional<double> timeout_s;  // for the whole command
+  bool watched = false;             // by Wireshark, which ends the session when it has seen enough
 
   // What is shown.
   bool json = false;
@@ -59,6 +60,7 @@ struct Options {
   // now
   bool follow = false;
   std::optional<unsigned> follow_seconds;
+  bool follow_once = false;  // until the iPod is taken out of the dock
 
   // seek
   bool forward = true;

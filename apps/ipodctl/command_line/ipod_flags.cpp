@@ -26,7 +26,8 @@ constexpr const char* kSelfTestFooter =
     "Runs the self-test of a console's service screen, through the legacy interface: connection,\n"
     "information, two tracks of the first album, play, pause and stop. It plays music for some\n"
     "seconds. Each step's title and its last action are shown when the step is done; of a step\n"
-    "that failed it is the action that did. The exit status is 0 when every step passed.\n"
+    "that failed it is the action that did. The exit status is 0 when every step passed, and 4\n"
+    "when it did but the iPod is too old for anything but the legacy interface.\n"
     "\n"
     "Examples:\n"
     "  ipodctl selftest\n"
@@ -58,6 +59,7 @@ void CheckLegacy(CommandLineParser& parser) {
   if (!options.model.empty() && options.command != "workout") {
     Refuse("--model", "it introduces itself by a name of its own");
   }
+  if (options.keep) Refuse("--keep", "its preferences hold until the iPod is undocked");
   if (options.follow) Refuse("--follow", "it is not told of changes; run 'now' again");
   if (options.command == "workout") CheckWorkout(options);
 }

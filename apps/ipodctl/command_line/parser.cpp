@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 
+#include "command_line/configuration.h"
 #include "command_line/flags.h"
 #include "console/failure.h"
 #include "ipod/simulated_ipod.h"
@@ -27,13 +29,21 @@ constexpr const char* kProgramFooter =
     "  ipodctl --simulated browse genres --json      no hardware, for a script\n"
     "\n"
     "The dock:\n"
-    "  --port names it; else the environment variable IPODCOMM_COM2 does, else it is /dev/ttyS1.\n"
+    "  --port names it; else the environment variable IPODCTL_PORT does, else the configuration "
+    "file,\n"
+    "  else the variable IPODCOMM_COM2, else it is /dev/ttyS1.\n"
     "  On Windows it is always COM2, and no simulated one takes its place.\n"
     "  --simulated puts a simulated iPod into this program, on a real pseudo-terminal. It is one "
     "of\n"
     "  nano (all services), classic (no token identification), old (too old), nosports, silent,\n"
     "  strict (wants transaction identifiers at once), echo (the line wired back to itself).\n"
     "  'ipodsim --help' lists the habits and faults that it can have.\n"
+    "\n"
+    "The configuration file:\n"
+    "  ~/.config/ipodctl.toml (or $XDG_CONFIG_HOME/ipodctl.toml) gives options that the command "
+    "line\n"
+    "  does not: port = \"/dev/ttyUSB0\", and below the name of a command in brackets, such as\n"
+    "  [workout], those of that command. What it says of the dock does not hold for --simulated.\n"
     "\n"
     "The legacy interface:\n"
     "  --legacy takes info, browse, play, pause, now, prefs and workout through the library's "
@@ -128,6 +138,9 @@ void CommandLineParser::AddGlobalOptions() {
   app_.add_flag("--completion{bash}", completion_, "Print a script that completes commands")
       ->check(CLI::IsMember(usage::Shells()))
       ->option_text("[=" + CLI::detail::join(usage::Shells(), "|") + "]");
+  app_.add_option("--timeout", options_.timeout_s, "End the command after so long, as Ctrl-C does")
+      ->check(usage::NumberBetween(0.1, 86400))
+      ->option_text("SECONDS");
   app_.add_flag("--json", options_.json, "Output for machines: one JSON object a line");
   app_.add_flag("-v,--verbose", options_.verbose,
                 "Tell on standard error what goes on, and over the line");
@@ -199,6 +212,8 @@ CommandLine CommandLineParser::Understand(const std::vector<std::string>& argume
     return {{}, usage::CompletionScript(app_.get_name(), completion_), kSuccess};
   }
   if (app_.got_subcommand("help")) return {{}, HelpOn(app_, help_on_), kSuccess};
+  CompletePort();
+  ReadConfiguration(ConfigurationFile(), app_);
   Complete();
   return {options_, {}, kSuccess};
 }
@@ -220,8 +235,17 @@ void CommandLineParser::Complete() {
   for (const std::function<void()>& check : checks_) check();
 }
 
+// A tour goes to a dock only if the command line says so.
+void CommandLineParser::CompletePort() {
+  port_named_ = !port_option_->empty();
+  const char* const port = std::getenv("IPODCTL_PORT");
+  if (port_named_ || !simulated_option_->empty() || port == nullptr || *port == '\0') return;
+  port_option_->add_result(port);
+  port_option_->run_callback();
+}
+
 void CommandLineParser::CompleteSimulation() {
-  const bool simulated_by_default = options_.command == "tour" && port_option_->empty();
+  const bool simulated_by_default = options_.command == "tour" && !port_named_;
   if (!simulated_option_->empty() || simulated_by_default) {
     if (!simulated_option_->empty()) simulation_.profile = simulated_;
     options_.simulation = simulation_;

@@ -50,6 +50,7 @@ class CommandLineParser {
  private:
   void AddGlobalOptions();
   void Complete();
+  void CompletePort();
   void CompleteSimulation();
   CommandLine Understand(const std::vector<std::string>& arguments);
   std::string HelpHint() const;
@@ -64,6 +65,7 @@ class CommandLineParser {
   usage::Values values_;
   std::vector<std::function<void()>> checks_;
   CLI::Option* port_option_ = nullptr;
+  bool port_named_ = false;  // on the command line
   CLI::Option* simulated_option_ = nullptr;
   std::vector<const CLI::Option*> simulation_options_;  // that describe the simulated iPod
 };

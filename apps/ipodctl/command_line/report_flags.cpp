@@ -15,6 +15,7 @@ constexpr const char* kReportFooter =
     "mile, the time in heart-rate zones, and the equipment. It needs no iPod and no network.\n"
     "A document that is cut short or malformed is shown as far as it goes; the exit status is\n"
     "then 65, and a sentence on standard error tells the line and the column.\n"
+    "- is standard input, whose page goes to standard output unless -o names a file.\n"
     "Of a FOLDER all workout documents (.xml) get pages, and workouts.html an overview with sums "
     "by\n"
     "week; -o puts it elsewhere, and the pages beside it. What cannot be read is named and left "
@@ -35,7 +36,8 @@ void AddReportCommand(CommandLineParser& parser) {
   CLI::App* report = parser.AddCommand("report", "Workouts", "Make a page of a workout document",
                                        "FILE|FOLDER [OPTIONS]", kReportFooter);
   report->add_option("FILE", options.document)->required();
-  report->add_option("-o,--output", options.page, "Write the page there")->option_text("PAGE");
+  report->add_option("-o,--output", options.page, "Write the page there (-: to standard output)")
+      ->option_text("PAGE");
   report->add_option("--language", options.language, "The page's language (en)")
       ->check(CLI::IsMember(LanguageCodes()))
       ->option_text(CLI::detail::join(LanguageCodes(), "|"));
@@ -50,6 +52,10 @@ void AddReportCommand(CommandLineParser& parser) {
   parser.AddCheck([&options, report] {
     if (report->parsed() && options.document.empty()) {
       throw UsageProblem{"FILE needs the name of a workout document"};
+    }
+    const bool to_output = options.page == "-" || (options.document == "-" && options.page.empty());
+    if (report->parsed() && to_output && options.json) {
+      throw UsageProblem{"--json is printed where the page would be; name a file with -o"};
     }
     if (report->count("--output") != 0 && options.page.empty()) {
       throw UsageProblem{"--output needs the name of a file"};

@@ -8,7 +8,12 @@ namespace ipodctl {
 namespace {
 
 constexpr const char* kPrefsFooter =
-    "A preference that is set holds until the iPod is taken out of the dock.\n"
+    "A preference that is set holds until the iPod is taken out of the dock; --keep lets it hold\n"
+    "after that. Whoever identifies to the iPod sets some of them anew, and so does every "
+    "command:\n"
+    "video-out, line-out to on, screen to fill, signal to ntsc, connection to composite, aspect "
+    "to\n"
+    "16:9.\n"
     "\n"
     "Examples:\n"
     "  ipodctl prefs                     all of them\n"
@@ -44,7 +49,10 @@ void AddAction(CommandLineParser& parser, CLI::App* prefs, bool sets) {
   std::vector<std::string> names;
   for (const Preference& preference : AllPreferences()) names.emplace_back(preference.name);
   parser.values().Add(name, names);
-  if (sets) AddSettings(parser, command->add_option("VALUE", options.setting)->required());
+  if (sets) {
+    AddSettings(parser, command->add_option("VALUE", options.setting)->required());
+    command->add_flag("--keep", options.keep, "Let it hold after undocking");
+  }
   parser.SetUsage(command, sets ? "ipodctl prefs set NAME VALUE" : "ipodctl prefs get NAME");
 }
 

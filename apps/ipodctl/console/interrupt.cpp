@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <atomic>
 #include <csignal>
+#include <cstdio>
+#include <optional>
+#include <string>
 
 #include "console/clock.h"
 #include "console/failure.h"
@@ -15,7 +18,17 @@ namespace ipodctl {
 namespace {
 
 std::atomic<bool> interrupted = false;
+// Set before there are threads.
+std::optional<std::chrono::microseconds> time_out;
+double time_out_s = 0;
+std::atomic<bool> timed_out = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "the signal handler may not take a lock");
+
+std::string Seconds() {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", time_out_s);
+  return text;
+}
 
 extern "C" void NoteInterrupt(int signal) {
   interrupted = true;
@@ -33,7 +46,16 @@ void CatchInterrupts() {
   CatchHangUp(NoteHangUp);
 }
 
-bool Interrupted() { return interrupted; }
+void InterruptAfter(double seconds) {
+  time_out_s = seconds;
+  const auto duration = std::chrono::duration<double>(seconds);
+  time_out = SteadyTime() + std::chrono::duration_cast<std::chrono::microseconds>(duration);
+}
+
+bool Interrupted() {
+  if (!interrupted && time_out && SteadyTime() >= *time_out) interrupted = timed_out = true;
+  return interrupted;
+}
 
 void Interrupt() {
   interrupted = true;
@@ -51,7 +73,9 @@ bool PauseMs(unsigned duration_ms) {
 }
 
 void StopIfInterrupted() {
-  if (Interrupted()) throw CommandFailure(kInterrupted, "interrupted before it was done");
+  if (!Interrupted()) return;
+  throw CommandFailure(kInterrupted, timed_out ? "not done within " + Seconds() + " seconds"
+                                               : "interrupted before it was done");
 }
 
 }  // namespace ipodctl

@@ -10,6 +10,9 @@ bool Interrupted();
 /// Asks the program to end in good order, as the first Ctrl-C does. The next one ends it at once.
 void Interrupt();
 
+/// Asks for it when so much time has passed.
+void InterruptAfter(double seconds);
+
 /// Pauses. @return false when interrupted, then sooner
 bool PauseMs(unsigned duration_ms);
 

@@ -54,10 +54,10 @@ std::string Output::Dim(const std::string& text) const { return Styled("\x1b[2m"
 bool Output::Good() const { return std::fflush(stream_) == 0 && std::ferror(stream_) == 0; }
 
 // A command whose reader has left has nobody to go on for.
-void Output::Write(const std::string& line) {
+void Output::Write(const std::string& text, const char* end) {
   if (unread_) return;
   errno = 0;
-  const bool written = std::fprintf(stream_, "%s\n", line.c_str()) >= 0 && Good();
+  const bool written = std::fprintf(stream_, "%s%s", text.c_str(), end) >= 0 && Good();
   unread_ = !written && errno == EPIPE;
   if (unread_) Interrupt();
 }

@@ -21,6 +21,8 @@ class Output {
 
   /// One line of text. Shown at once: what follows may take seconds.
   void Line(const std::string& text);
+  /// Text as it stands, where it is itself what was asked for.
+  void Text(const std::string& text) { Write(text, ""); }
   /// "Name      Anna's iPod": one fact in a column of its own.
   void Fact(const std::string& label, const std::string& value);
   /// One JSON object on a line of its own, stamped with the present time as "time".
@@ -40,7 +42,7 @@ class Output {
   bool unread() const { return unread_; }
 
  private:
-  void Write(const std::string& line);
+  void Write(const std::string& text, const char* end = "\n");
   std::string Styled(const char* code, const std::string& text) const;
 
   std::FILE* stream_;

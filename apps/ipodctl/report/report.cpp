@@ -21,6 +21,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kStandard = "-";  // input or output
+
 Presentation PresentationOf(const Options& options) {
   const std::vector<std::string>& codes = LanguageCodes();
   const auto code = std::find(codes.begin(), codes.end(), options.language);
@@ -47,27 +49,45 @@ std::string Headline(const WorkoutDocument& document, const WorkoutFigures& figu
   return text;
 }
 
+// A document from standard input goes on to standard output.
+std::string PageOf(const Options& options) {
+  if (!options.page.empty()) return options.page;
+  if (options.document == kStandard) return kStandard;
+  return PageBeside(fs::u8path(options.document)).u8string();
+}
+
 }  // namespace
 
 int RunReport(const Options& options, Output& output) {
   const Presentation presentation = PresentationOf(options);
   std::error_code ignored;
   if (fs::is_directory(fs::u8path(options.document), ignored)) {
+    if (options.page == kStandard) {
+      throw CommandFailure(kUsage, "a folder makes many pages; name the overview's file with -o");
+    }
     return RunFolderReport(options, presentation, output);
   }
   const WorkoutDocument document = ReadWorkoutDocument(options.document);
   const WorkoutFigures figures = FiguresOf(document);
-  const fs::path path = fs::u8path(options.document);
-  const std::string page = options.page.empty() ? PageBeside(path).u8string() : options.page;
-  RequireAnotherFile(options.document, page);
-  WritePage(RenderPage(document, figures, path.filename().u8string(), presentation), page);
-  nlohmann::ordered_json json = SummaryJson(document, figures);
-  json["page"] = page;
-  output.Object(json);
-  output.Line("Wrote " + page + ": " + Headline(document, figures, presentation.measures) + ".");
+  const bool from_input = options.document == kStandard;
+  const std::string source = from_input ? "standard input" : options.document;
+  const fs::path path = fs::u8path(source);
+  const std::string html = RenderPage(document, figures, path.filename().u8string(), presentation);
+  const std::string page = PageOf(options);
+  if (page == kStandard) {
+    output.Text(html);
+  } else {
+    if (!from_input) RequireAnotherFile(options.document, page);
+    WritePage(html, page);
+    nlohmann::ordered_json json = SummaryJson(document, figures);
+    json["page"] = page;
+    output.Object(json);
+    output.Line("Wrote " + page + ": " + Headline(document, figures, presentation.measures) + ".");
+  }
   if (!document.problem) return kSuccess;
-  throw CommandFailure(kDamaged, options.document + " " + ProblemText(*document.problem) + "; " +
-                                     page + " shows what comes before that place");
+  throw CommandFailure(kDamaged, source + " " + ProblemText(*document.problem) + "; " +
+                                     (page == kStandard ? "the page" : page) +
+                                     " shows what comes before that place");
 }
 
 }  // namespace ipodctl

@@ -9,10 +9,12 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <memory>
 #include <new>
 
 #include "console/failure.h"
+#include "console/system.h"
 #include "report/document_builder.h"
 
 namespace ipodctl {
@@ -139,27 +141,8 @@ void RequireWorkout(const WorkoutDocument& document, const std::string& path) {
   throw CommandFailure(kInputFile, path + " is not a workout document: " + why);
 }
 
-}  // namespace
-
-WorkoutDocument ParseWorkoutDocument(std::string_view text) {
-  Reader reader;
-  bool wanted = true;
-  while (wanted) {
-    const std::string_view piece = text.substr(0, kPiece);
-    text.remove_prefix(piece.size());
-    wanted = reader.Feed(piece, text.empty()) && !text.empty();
-  }
-  return reader.Finish();
-}
-
-WorkoutDocument ReadWorkoutDocument(const std::string& path) {
-  const std::filesystem::path file = std::filesystem::u8path(path);
-  std::error_code ignored;
-  if (std::filesystem::is_directory(file, ignored)) CannotRead(path, "it is a folder");
-  errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) CannotRead(path, errno != 0 ? std::strerror(errno) : "it does not open");
-  if (stream.peek() == std::ifstream::traits_type::eof()) {
+WorkoutDocument ReadFrom(std::istream& stream, const std::string& path) {
+  if (stream.peek() == std::istream::traits_type::eof()) {
     throw CommandFailure(kInputFile, path + " is not a workout document: it is empty");
   }
   Reader reader;
@@ -174,6 +157,33 @@ WorkoutDocument ReadWorkoutDocument(const std::string& path) {
   WorkoutDocument document = reader.Finish();
   RequireWorkout(document, path);
   return document;
+}
+
+}  // namespace
+
+WorkoutDocument ParseWorkoutDocument(std::string_view text) {
+  Reader reader;
+  bool wanted = true;
+  while (wanted) {
+    const std::string_view piece = text.substr(0, kPiece);
+    text.remove_prefix(piece.size());
+    wanted = reader.Feed(piece, text.empty()) && !text.empty();
+  }
+  return reader.Finish();
+}
+
+WorkoutDocument ReadWorkoutDocument(const std::string& path) {
+  if (path == "-") {
+    ReadInputAsBytes();
+    return ReadFrom(std::cin, "standard input");
+  }
+  const std::filesystem::path file = std::filesystem::u8path(path);
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) CannotRead(path, "it is a folder");
+  errno = 0;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) CannotRead(path, errno != 0 ? std::strerror(errno) : "it does not open");
+  return ReadFrom(stream, path);
 }
 
 }  // namespace ipodctl

@@ -20,7 +20,7 @@ constexpr std::size_t kLongestText = 1024;
 WorkoutDocument ParseWorkoutDocument(std::string_view text);
 
 /// Reads a document from a file, piece by piece.
-/// @param path UTF-8
+/// @param path UTF-8; "-" is standard input
 /// @throws CommandFailure when the file cannot be read or is no workout document. A damaged
 ///     workout document is returned, with its problem.
 WorkoutDocument ReadWorkoutDocument(const std::string& path);

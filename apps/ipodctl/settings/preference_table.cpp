@@ -20,19 +20,20 @@ std::string Join(const std::vector<const char*>& names) {
 const std::vector<Preference>& AllPreferences() {
   static const std::vector<PreferenceSetting> kSwitch = {{0, "off"}, {1, "on"}};
   static const std::vector<Preference> kAll = {
-      {0, "video-out", "send video to the dock", {{0, "off"}, {1, "on"}, {2, "ask"}}},
-      {1, "screen", "how video fills the screen", {{0, "fill"}, {1, "fit"}}},
-      {2, "signal", "video signal format", {{0, "ntsc"}, {1, "pal"}}},
-      {3, "line-out", "send audio to the dock", kSwitch},
+      {0, "video-out", "send video to the dock", {{0, "off"}, {1, "on"}, {2, "ask"}}, 1},
+      {1, "screen", "how video fills the screen", {{0, "fill"}, {1, "fit"}}, 0},
+      {2, "signal", "video signal format", {{0, "ntsc"}, {1, "pal"}}, 0},
+      {3, "line-out", "send audio to the dock", kSwitch, 1},
       {8,
        "connection",
        "video connection",
-       {{0, "none"}, {1, "composite"}, {2, "s-video"}, {3, "component"}}},
-      {9, "captions", "closed captions", kSwitch},
-      {10, "aspect", "shape of the screen", {{0, "4:3"}, {1, "16:9"}}},
-      {12, "subtitles", "subtitles", kSwitch},
-      {13, "alternate-audio", "alternate audio of videos", kSwitch},
-      {15, "pause-on-removal", "pause when taken out of the dock", kSwitch},
+       {{0, "none"}, {1, "composite"}, {2, "s-video"}, {3, "component"}},
+       1},
+      {9, "captions", "closed captions", kSwitch, {}},
+      {10, "aspect", "shape of the screen", {{0, "4:3"}, {1, "16:9"}}, 1},
+      {12, "subtitles", "subtitles", kSwitch, {}},
+      {13, "alternate-audio", "alternate audio of videos", kSwitch, {}},
+      {15, "pause-on-removal", "pause when taken out of the dock", kSwitch, {}},
   };
   return kAll;
 }

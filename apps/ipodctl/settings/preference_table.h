@@ -18,6 +18,7 @@ struct Preference {
   const char* name;
   const char* description;
   std::vector<PreferenceSetting> settings;
+  std::optional<unsigned char> introduction;  // what the library sets it to when it identifies
 };
 
 const std::vector<Preference>& AllPreferences();

@@ -50,8 +50,32 @@ std::optional<Setting> Read(Session& session, const Preference& preference) {
   return std::nullopt;
 }
 
-bool Set(Session& session, const Preference& preference, unsigned char setting) {
+// The library's own command lets it hold until the iPod is undocked.
+bool Keep(Session& session, const Preference& preference, unsigned char setting) {
+  constexpr unsigned char kRestoreAtUndocking = 0;
+  constexpr int kAttempts = 3;
+  const unsigned char data[] = {preference.code, setting, kRestoreAtUndocking};
+  const auto ack = session.Exchange(
+      {ipod::IPOD_COMMAND_SETIPODPREFERENCES, ipod::IPOD_LINGO_GENERAL, data, sizeof data},
+      ipod::IPOD_COMMAND_ACK, kAttempts);
+  return ack && ack->size() > 1 && ack->at(0) == 0 &&
+         ack->at(1) == ipod::IPOD_COMMAND_SETIPODPREFERENCES;
+}
+
+bool Set(Session& session, const Preference& preference, unsigned char setting, bool keep) {
+  if (keep) return Keep(session, preference, setting);
   return session.ipod().Command_SetPreference(preference.code, setting) != 0;
+}
+
+// Whoever identifies to the iPod sets it anew, as the next command does.
+void ShowHowLong(Output& output, const Preference& preference, unsigned char setting, bool keep) {
+  if (!preference.introduction || *preference.introduction == setting) return;
+  const std::string usual = SettingName(preference, *preference.introduction);
+  output.Line(keep ? "It is so again whenever the iPod has been undocked; in the dock the next "
+                     "command sets it to " +
+                         usual + "."
+                   : "It holds until the iPod is undocked or the next command, which sets it to " +
+                         usual + ".");
 }
 
 // The legacy interface.
@@ -159,9 +183,10 @@ void ShowOne(Output& output, const Preference& preference, const Setting& settin
 }
 
 // What it is afterwards decides, not what the iPod said to it.
-void SetAndShow(Output& output, Session& session, const Preference& preference,
-                const std::string& wanted) {
-  const bool accepted = Set(session, preference, *SettingByName(preference, wanted));
+void SetAndShow(const Context& context, Session& session, const Preference& preference) {
+  const std::string& wanted = context.options.setting;
+  const unsigned char code = *SettingByName(preference, wanted);
+  const bool accepted = Set(session, preference, code, context.options.keep);
   const tagIPOD_EXCHANGE exchange = session.Last();
   const std::string what = std::string("set ") + preference.name + " to " + wanted;
   if (!accepted && exchange.status == kNotAuthenticated) session.Fail(exchange, what);
@@ -171,11 +196,12 @@ void SetAndShow(Output& output, Session& session, const Preference& preference,
     throw CommandFailure(
         kFailed, std::string("the iPod accepted, but ") + preference.name + " is " + setting.shown);
   }
-  ShowOne(output, preference, setting);
+  ShowOne(context.output, preference, setting);
+  ShowHowLong(context.output, preference, code, context.options.keep);
 }
 
-void SetAndShow(Output& output, LegacySession& session, const Preference& preference,
-                const std::string& wanted) {
+void SetAndShow(const Context& context, LegacySession& session, const Preference& preference) {
+  const std::string& wanted = context.options.setting;
   const unsigned char setting = *SettingByName(preference, wanted);
   const LegacyAnswer answer = Set(session, preference, setting);
   const std::optional<unsigned char> now = ReadNumber(session, preference);
@@ -187,7 +213,7 @@ void SetAndShow(Output& output, LegacySession& session, const Preference& prefer
     throw CommandFailure(
         kFailed, std::string("the iPod accepted, but ") + preference.name + " is " + set.shown);
   }
-  ShowOne(output, preference, set);
+  ShowOne(context.output, preference, set);
 }
 
 template <class AnySession>
@@ -202,7 +228,7 @@ void ShowOrSet(const Context& context, AnySession& session) {
   if (options.setting.empty()) {
     ShowOne(context.output, preference, ReadOne(session, preference));
   } else {
-    SetAndShow(context.output, session, preference, options.setting);
+    SetAndShow(context, session, preference);
   }
 }
 
