@@ -5,12 +5,15 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 
 #include "docked_ipod.h"
+#include "support/temporary_folder.h"
 
 using e2e::DockedIpod;
 using test::Ended;
 using test::Process;
+using test::TemporaryFolder;
 using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -107,6 +110,41 @@ TEST(IpodctlLeaving, AReaderThatLeavesEndsFollowing) {
   const Ended ended = now->Wait();
   EXPECT_EQ(ended.status, 130);
   EXPECT_EQ(ended.err, "ipodctl: nobody reads the output any more.\n");
+}
+
+// An ipodsim that stands for a dock: killed, the cable is pulled; started again, the iPod is back.
+std::unique_ptr<Process> Dock(const TemporaryFolder& folder) {
+  auto dock = std::make_unique<Process>(IPODSIM_PROGRAM,
+                                        std::vector<std::string>{"--link", folder.path("ipod")});
+  EXPECT_TRUE(dock->WaitForOutput(folder.path("ipod")));
+  return dock;
+}
+
+TEST(IpodctlLeaving, FollowingGoesOnWhenTheIpodIsDockedAgain) {
+  const TemporaryFolder folder;
+  auto dock = Dock(folder);
+  Process now(IPODCTL_PROGRAM, {"--port", folder.path("ipod"), "now", "--follow", "--json"});
+  ASSERT_TRUE(now.WaitForOutput("\"start\""));
+  dock.reset();
+  std::filesystem::remove(folder.path("ipod"));
+  sleep(8);
+  dock = Dock(folder);
+  ASSERT_TRUE(now.WaitForOutput("\"start\"", 2));
+  now.Signal(SIGINT);
+  const Ended ended = now.Wait();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_THAT(ended.err, EndsWith("; waiting until it is docked again.\n"));
+}
+
+TEST(IpodctlLeaving, FollowingOnceEndsWhenTheIpodIsTakenOut) {
+  const TemporaryFolder folder;
+  auto dock = Dock(folder);
+  Process now(IPODCTL_PROGRAM, {"--port", folder.path("ipod"), "now", "--once"});
+  ASSERT_TRUE(now.WaitForOutput("Stopped"));
+  dock.reset();
+  const Ended ended = now.Wait();
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_THAT(ended.err, HasSubstr(" no longer answers"));
 }
 
 TEST(IpodctlLeaving, ACommandWhoseReaderIsGoneFromTheStartSaysSo) {

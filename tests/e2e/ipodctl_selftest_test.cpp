@@ -47,6 +47,18 @@ TEST(IpodctlSelftest, GoodIpodPassesEveryStep) {
   EXPECT_EQ(dock.mistakes(), "");
 }
 
+TEST(IpodctlSelftest, SaysAsInfoDoesThatAnIpodIsTooOld) {
+  const DockedIpod dock(SettingsOf(Profile::kOld));
+  const DockedIpod info_dock(SettingsOf(Profile::kOld));
+  const auto info = info_dock.Start({"info"});
+  const Ended ended = dock.Ipodctl({"selftest"});
+  EXPECT_EQ(ended.status, 4);
+  EXPECT_THAT(ended.out, HasSubstr("\nAll 5 steps passed\n"));
+  EXPECT_THAT(ended.err, HasSubstr("too old to be controlled (General 1.01, needs 1.02"));
+  EXPECT_EQ(dock.mistakes(), "");
+  EXPECT_EQ(info->Wait().status, 4);
+}
+
 TEST(IpodctlSelftest, NarrowTerminalShowsTheBeginningOfEachAction) {
   const DockedIpod dock;
   Process on_terminal(IPODCTL_PROGRAM, {"--port", dock.device(), "selftest"},

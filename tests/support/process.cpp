@@ -84,8 +84,15 @@ Process::~Process() {
   if (err_ >= 0) ::close(err_);
 }
 
-bool Process::WaitForOutput(const std::string& text) {
-  return Pump([&] { return result_.out.find(text) != std::string::npos; });
+bool Process::WaitForOutput(const std::string& text, int times) {
+  return Pump([&] {
+    int found = 0;
+    for (std::size_t at = result_.out.find(text); at != std::string::npos;
+         at = result_.out.find(text, at + 1)) {
+      ++found;
+    }
+    return found >= times;
+  });
 }
 
 void Process::Signal(int signal) {

@@ -34,9 +34,9 @@ class Process {
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
 
-  /// Waits until standard output holds `text`. False when the program ends or a minute passes
-  /// first.
-  bool WaitForOutput(const std::string& text);
+  /// Waits until standard output holds `text`, so many times. False when the program ends or a
+  /// minute passes first.
+  bool WaitForOutput(const std::string& text, int times = 1);
   void Signal(int signal);
   /// Closes the reading end of standard output, or the terminal of a program that is in one.
   void StopReading();

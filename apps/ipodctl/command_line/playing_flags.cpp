@@ -10,8 +10,10 @@ namespace {
 constexpr double kLongestSeekSeconds = 600;
 
 constexpr const char* kNowFooter =
-    "--follow shows changes as the iPod tells of them, until Ctrl-C. With --json each is an "
-    "object\n"
+    "--follow shows changes as the iPod tells of them, until Ctrl-C; when the iPod is taken out "
+    "of\n"
+    "the dock it waits and goes on once it is back. --once ends then, with 1, and so does --for.\n"
+    "With --json each is an object\n"
     "on a line of its own: first \"event\":\"start\" with the state as it is, then \"track\", "
     "\"state\"\n"
     "and \"position\".\n"
@@ -84,13 +86,14 @@ void AddMode(CommandLineParser& parser, const char* name, const char* descriptio
 void AddNowCommand(CommandLineParser& parser) {
   Options& options = parser.options();
   CLI::App* now = parser.AddCommand("now", "Looking", "What is playing",
-                                    "[--follow | --for SECONDS]", kNowFooter);
+                                    "[--follow | --once | --for SECONDS]", kNowFooter);
   now->add_flag("-f,--follow", options.follow, "Keep showing it until Ctrl-C");
   now->add_option("--for", options.follow_seconds, "Keep showing it for so long")
       ->check(CLI::Range(0U, 86400U))
       ->option_text("SECONDS");
+  now->add_flag("--once", options.follow_once, "Keep showing it until the iPod is taken out");
   parser.AddCheck([&options] {
-    if (options.follow_seconds) options.follow = true;
+    if (options.follow_seconds || options.follow_once) options.follow = true;
   });
 }
 

@@ -57,6 +57,18 @@ std::string VersionText(const tagIPOD_VERSION& version) {
   return text;
 }
 
+std::string WhatIsTooOld(
+    const std::function<std::optional<tagIPOD_VERSION>(unsigned char lingo)>& version) {
+  std::string text;
+  for (const Minimum& minimum : kMinimums) {
+    const std::optional<tagIPOD_VERSION> told = version(minimum.lingo);
+    if (!told || !IsBelow(*told, minimum.version)) continue;
+    text += (text.empty() ? "" : "; ") + std::string(minimum.name) + " " + VersionText(*told) +
+            ", needs " + VersionText(minimum.version);
+  }
+  return text;
+}
+
 IdentifyEvidence::IdentifyEvidence(CIpodComm& ipod) { ipod.GetIdentifyReport(&report_); }
 
 bool IdentifyEvidence::AnyAnswer() const {

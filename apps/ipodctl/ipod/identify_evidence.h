@@ -2,6 +2,7 @@
 // What an identification asked and what came, as evidence for what is said of the iPod.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,11 @@ namespace ipodctl {
 
 /// "1.09"
 std::string VersionText(const tagIPOD_VERSION& version);
+
+/// Lingoes below what the library needs: "General 1.01, needs 1.02; ..." Those that `version` does
+/// not tell are none.
+std::string WhatIsTooOld(
+    const std::function<std::optional<tagIPOD_VERSION>(unsigned char lingo)>& version);
 
 class IdentifyEvidence {
  public:

@@ -10,6 +10,8 @@
 #include "console/text.h"
 #include "console/verbose_log.h"
 #include "ipod/display_text.h"
+#include "ipod/identify_evidence.h"
+#include "ipod/legacy_exchange.h"
 #include "ipod/legacy_session.h"
 
 namespace ipodctl {
@@ -17,6 +19,7 @@ namespace ipodctl {
 namespace {
 
 constexpr int kConnectionStep = 0;
+constexpr int kInformationStep = 1;
 
 struct Step {
   int number = 0;
@@ -39,11 +42,14 @@ class SelfTest {
   Step Perform(int number);
   void Show(const Step& step);
   void ExplainFailure(const Step& step);
+  void RequireRecentVersion() const;
+  std::optional<tagIPOD_VERSION> GeneralVersion();
 
   const DockLine& dock_;
   Output& output_;
   ipod ipod_;
   int failures_ = 0;
+  std::optional<tagIPOD_VERSION> general_;
   std::string first_failure_;
 };
 
@@ -57,11 +63,14 @@ void SelfTest::Run() {
     const Step step = Perform(number);
     Show(step);
     if (!step.passed) ExplainFailure(step);
+    // The test's last step closes the port.
+    if (number == kInformationStep && step.passed) general_ = GeneralVersion();
     more = !step.last;
   }
   output_.Object({{"steps", number}, {"failures", failures_}});
   if (failures_ == 0) {
     output_.Line("All " + std::to_string(number) + " steps passed");
+    RequireRecentVersion();
     return;
   }
   throw CommandFailure(kFailed, "the self-test failed in " + std::to_string(failures_) + " of " +
@@ -98,6 +107,35 @@ void SelfTest::ExplainFailure(const Step& step) {
   if (step.last || Answers(ipod_)) return;
   if (step.number == kConnectionStep) dock_.FailToFindIpod("no answer to its connection test");
   dock_.FailToReachIpod();
+}
+
+// What this interface can still drive may be too old for the other one.
+void SelfTest::RequireRecentVersion() const {
+  const std::string too_old = WhatIsTooOld([this](unsigned char lingo) {
+    return lingo == ipod::IPOD_LINGO_GENERAL ? general_ : std::nullopt;
+  });
+  if (too_old.empty()) return;
+  throw CommandFailure(kIpodTooOld,
+                       "the self-test passed, but beyond the legacy interface this iPod is too old "
+                       "to be controlled (" +
+                           too_old + "); update its software or dock a newer one",
+                       "E306");
+}
+
+// The interface asks for that of General alone. None when the iPod does not tell it.
+std::optional<tagIPOD_VERSION> SelfTest::GeneralVersion() {
+  constexpr std::size_t kVersionBytes = 3;  // the lingo, then its version
+  // What is asked next goes out under the lingo of the command before.
+  AskLegacyShort(ipod_, NameQuestion());
+  const LegacyAnswer answer = AskLegacyShort(
+      ipod_, {[](ipod& docked) { return docked.command_requestlingoprotocolversion(0); },
+              ipod::IPOD_COMMAND_REQUESTLINGOPROTOCOLVERSION,
+              ipod::IPOD_COMMAND_RETURNLINGOPROTOCOLVERSION,
+              kVersionBytes,
+              false,
+              {ipod::IPOD_LINGO_GENERAL}});
+  if (!answer.answered()) return std::nullopt;
+  return tagIPOD_VERSION{answer.data[1], answer.data[2]};
 }
 
 }  // namespace

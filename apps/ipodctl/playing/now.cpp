@@ -2,8 +2,11 @@
 // Reads the player and shows it, once or for as long as wanted.
 #include "playing/now.h"
 
+#include <cstdio>
+#include <memory>
 #include <nlohmann/json.hpp>
 
+#include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/text.h"
 #include "playing/follower.h"
@@ -57,17 +60,60 @@ void ShowNowPlaying(Output& output, const NowPlaying& now) {
               " of the list");
 }
 
+namespace {
+
+constexpr unsigned kRedockLookMs = 1000;
+
+// A session with the iPod once it is docked again. None when interrupted before.
+std::unique_ptr<Session> AwaitIpod(const Context& context) {
+  while (PauseMs(kRedockLookMs)) {
+    try {
+      auto session = std::make_unique<Session>(context.options, context.dock);
+      session->Identify();
+      session->EnterRemoteUi();
+      return session;
+    } catch (const CommandFailure& failure) {
+      if (failure.status() == kIpodTooOld) throw;
+    }
+  }
+  return nullptr;
+}
+
+// Follows until Ctrl-C, also when the iPod is taken out of the dock meanwhile.
+void FollowOn(const Context& context, Session& first, const Follower::Show& show) {
+  std::unique_ptr<Session> later;
+  for (Session* session = &first; session != nullptr; session = later.get()) {
+    try {
+      Follower(*session, show).Run(std::nullopt);
+      return;
+    } catch (const CommandFailure& failure) {
+      if (Interrupted() || session->Answers()) throw;
+      session->Close();
+      std::fprintf(stderr, "ipodctl: %s; waiting until it is docked again.\n", failure.what());
+    }
+    later = AwaitIpod(context);
+  }
+}
+
+}  // namespace
+
 void RunNow(const Context& context, Session& session) {
-  if (!context.options.follow) {
+  const Options& options = context.options;
+  if (!options.follow) {
     ShowNowPlaying(context.output, ReadNowPlaying(session));
     return;
   }
   PlaybackView view(context.output, kPlainLineEverySeconds);
-  Follower follower(session,
-                    [&view](const char* event, const NowPlaying& now) { view.Show(event, now); });
-  std::optional<unsigned> duration_ms;
-  if (context.options.follow_seconds) duration_ms = *context.options.follow_seconds * 1000;
-  follower.Run(duration_ms);
+  const Follower::Show show = [&view](const char* event, const NowPlaying& now) {
+    view.Show(event, now);
+  };
+  if (options.follow_seconds) {
+    Follower(session, show).Run(*options.follow_seconds * 1000);
+  } else if (options.follow_once) {
+    Follower(session, show).Run(std::nullopt);
+  } else {
+    FollowOn(context, session, show);
+  }
 }
 
 }  // namespace ipodctl
