@@ -257,7 +257,7 @@ TEST_F(ReportCommand, ExplainsItself) {
                               HasSubstr("Examples:\n"), HasSubstr("65")));
   EXPECT_THAT(Ipodctl({"--help"}).out, AllOf(HasSubstr("\n  report "), HasSubstr("\n  65  ")));
   EXPECT_THAT(Ipodctl({"--complete", "report", "--o"}).out,
-              "none\n--output\tWrite the page there\n");
+              "none\n--output\tWrite the page there (-: to standard output)\n");
 }
 
 }  // namespace
