@@ -62,9 +62,13 @@ void CIpodComm::MeetRequest(tagSERIAL_PACKET& packet, ipodcomm::RequestReceiver 
   const ipodcomm::FrameBytes bytes(packet);
   ipodcomm::ReceivedFrame frame =
       robust_ != 0 ? ipodcomm::ParseFrame(bytes) : ipodcomm::ParseNotification(bytes);
-  if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
   const ipodcomm::IpodRequest* request = ipodcomm::FindRequest(frame.lingo, frame.command);
   if (request == nullptr || request->receiver != receiver) return;
+  if (robust_ != 0 && request->keeps_id) {
+    const ipodcomm::LockScope lock(transmit_lock_);
+    outgoing_.ipod_transaction_ids[frame.lingo] = bytes.Number16(frame.data_position);
+  }
+  if (transaction_id_mode_ != 0) ipodcomm::SkipTransactionId(&frame);
   ReactTo(*request, packet.data + frame.data_position, frame.data_length);
 }
 

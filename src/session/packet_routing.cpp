@@ -42,9 +42,11 @@ void CIpodComm::RoutePacket(const tagSERIAL_PACKET& packet) {
   }
 }
 
+// By default a request is answered under the identifier of the last one that came, also when it is
+// an earlier one. Under the robust conduct each is answered under its own, which MeetRequest keeps.
 void CIpodComm::StoreRequestId(std::uint8_t lingo, std::uint16_t transaction_id) {
   const LockScope lock(transmit_lock_);
-  outgoing_.ipod_transaction_ids[lingo] = transaction_id;
+  if (robust_ == 0) outgoing_.ipod_transaction_ids[lingo] = transaction_id;
   outgoing_.own_transaction_id =
       ipodcomm::OwnIdAfterRequest(outgoing_.own_transaction_id, transaction_id);
 }

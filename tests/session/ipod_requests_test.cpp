@@ -77,6 +77,32 @@ INSTANTIATE_TEST_SUITE_P(
             {"FF 55 07 09 04 09 03 02 00 00 DE"}}),
     test::RowName());
 
+// Two that are routed before the first is answered.
+class RequestsReadTogether : public Requests {
+ protected:
+  std::vector<std::string> AnswersUnder(const tagIPOD_CONDUCT& conduct) {
+    EXPECT_EQ(session_.SetConduct(&conduct), 1);
+    TurnOnTransactionIds(0x0100);
+    for (const char* request : {"FF 55 04 09 03 00 01 EF", "FF 55 04 09 03 FF FF F2"}) {
+      (session_.*CIpodCommPeer::kRoutePacket)(Packet(request));
+    }
+    world_.Advance(500 * kMillisecond);
+    return DrainSent();
+  }
+};
+
+TEST_F(RequestsReadTogether, AreEachAnsweredUnderTheirOwnIdentifierUnderRobustAndFast) {
+  for (const tagIPOD_CONDUCT& conduct : {IPOD_CONDUCT_ROBUST, IPOD_CONDUCT_FAST}) {
+    EXPECT_THAT(AnswersUnder(conduct), ElementsAre("FF 55 07 09 04 00 01 02 00 00 E9",
+                                                   "FF 55 07 09 04 FF FF 02 00 00 EC"));
+  }
+}
+
+TEST_F(RequestsReadTogether, AreBothAnsweredUnderTheIdentifierOfTheLastByDefault) {
+  EXPECT_THAT(AnswersUnder(IPOD_CONDUCT_FIELD),
+              ElementsAre("FF 55 07 09 04 FF FF 02 00 00 EC", "FF 55 07 09 04 FF FF 02 00 00 EC"));
+}
+
 TEST_F(Requests, AnswerStepsTheOwnIdentifierThoughItEchoes) {
   TurnOnTransactionIds(0x0100);
   Arrive("FF 55 04 09 03 00 01 EF");
