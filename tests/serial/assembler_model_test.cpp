@@ -87,10 +87,10 @@ void ExpectAlike(const Bytes& received) {
   Model model;
   ipodcomm::FrameAssembler assembler;
   assembler.Reset();
-  for (std::size_t i = 0; i < received.size(); ++i) {
-    const Bytes expected = model.Feed(received[i]);
+  for (const std::uint8_t byte : received) {
+    const Bytes expected = model.Feed(byte);
     Bytes found;
-    if (assembler.Feed(received[i])) {
+    if (assembler.Feed(byte)) {
       found.assign(assembler.data(), assembler.data() + assembler.length());
     }
     RC_ASSERT(found == expected);
