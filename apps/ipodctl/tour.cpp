@@ -89,8 +89,8 @@ void Tour::Step(const std::string& name, const std::string& title) {
 void Tour::ShowDevice(Session& session) {
   Step("device", "Ask who it is");
   const DeviceInfo info = ReadDeviceInfo(session);
-  output_.Fact("Name", ShownName(info.name.value_or("")));
-  output_.Fact("Model", ShownName(info.model.value_or("")));
+  output_.Fact("Name", ToldName(info.name));
+  output_.Fact("Model", ToldName(info.model));
   output_.Fact("Colour",
                info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
   output_.Fact("Workouts", WorkoutsText(info));

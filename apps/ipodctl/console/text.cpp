@@ -108,9 +108,20 @@ std::string Printable(const std::string& utf8) {
   return printable;
 }
 
+std::string Trimmed(const std::string& utf8) {
+  constexpr const char* kSpace = " \t\r\n";
+  const std::size_t begin = utf8.find_first_not_of(kSpace);
+  if (begin == std::string::npos) return {};
+  return utf8.substr(begin, utf8.find_last_not_of(kSpace) + 1 - begin);
+}
+
 std::string ShownName(const std::string& utf8) {
   const bool blank = utf8.find_first_not_of(' ') == std::string::npos;
   return blank ? "(no name)" : Printable(utf8);
+}
+
+std::string ToldName(const std::optional<std::string>& utf8) {
+  return utf8 ? ShownName(*utf8) : "(not told)";
 }
 
 bool SameName(const std::string& left, const std::string& right) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace ipodctl {
@@ -13,8 +14,12 @@ std::string Utf8(const wchar_t* text);
 std::wstring Wide(const std::string& utf8);
 /// UTF-8 with control characters replaced: a name from the iPod must not steer the terminal.
 std::string Printable(const std::string& utf8);
-/// The same of a name, and "(no name)" for a blank one.
+/// Without the blanks, tabs and line ends around it.
+std::string Trimmed(const std::string& utf8);
+/// What is printable of a name, and "(no name)" for a blank one.
 std::string ShownName(const std::string& utf8);
+/// The same, and "(not told)" where the iPod refused to tell it.
+std::string ToldName(const std::optional<std::string>& utf8);
 /// Whether two names are equal but for the case of their letters and how these are composed.
 bool SameName(const std::string& left, const std::string& right);
 /// Whether `part` occurs in `whole`, in any case.

@@ -107,6 +107,12 @@ std::optional<tagIPOD_VERSION> IdentifyEvidence::Version(unsigned char lingo) co
   return tagIPOD_VERSION{step->data[1], step->data[2]};
 }
 
+std::optional<std::uint8_t> IdentifyEvidence::Refusal(unsigned char lingo) const {
+  const tagIPOD_EXCHANGE* const step = VersionStep(lingo);
+  if (step == nullptr || step->result != IPOD_EXCHANGE_REFUSED) return std::nullopt;
+  return step->status;
+}
+
 bool IdentifyEvidence::AnyTooOld() const {
   return std::any_of(std::begin(kMinimums), std::end(kMinimums), [this](const Minimum& minimum) {
     const std::optional<tagIPOD_VERSION> version = Version(minimum.lingo);

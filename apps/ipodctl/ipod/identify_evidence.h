@@ -31,6 +31,8 @@ class IdentifyEvidence {
   std::vector<unsigned char> AskedLingoes() const;
   /// None when the iPod did not tell it.
   std::optional<tagIPOD_VERSION> Version(unsigned char lingo) const;
+  /// The status with which it refused to tell it; none when it did not.
+  std::optional<std::uint8_t> Refusal(unsigned char lingo) const;
 
   /// Whether the iPod told a version that is too old, and does not only keep one to itself.
   bool AnyTooOld() const;

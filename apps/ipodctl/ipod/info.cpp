@@ -7,6 +7,7 @@
 
 #include "console/text.h"
 #include "ipod/identify_evidence.h"
+#include "ipod/refusal.h"
 
 namespace ipodctl {
 
@@ -17,12 +18,14 @@ constexpr std::size_t kTextCapacity = 260;
 
 std::vector<LingoVersion> ReadLingoVersions(Session& session) {
   std::vector<LingoVersion> lingoes = {
-      {"General", 0x00, {}},        {"Simple Remote", 0x02, {}},
-      {"Display Remote", 0x03, {}}, {"Extended Interface", 0x04, {}},
-      {"Sports", kSportsLingo, {}}, {"Storage", 0x0C, {}},
+      {"General", 0x00},        {"Simple Remote", 0x02},
+      {"Display Remote", 0x03}, {"Extended Interface", 0x04},
+      {"Sports", kSportsLingo}, {"Storage", 0x0C},
   };
   for (LingoVersion& lingo : lingoes) {
     lingo.version = session.LingoVersion(lingo.lingo);
+    lingo.refusal = session.LingoRefusal(lingo.lingo);
+    lingo.lacking = session.LacksLingo(lingo.lingo);
   }
   return lingoes;
 }
@@ -46,8 +49,10 @@ void ReadModel(Session& session, DeviceInfo* info) {
   info->color = CIpodComm::ColorOfModel(model);
 }
 
-std::string ToldOrNot(const std::optional<std::string>& text) {
-  return text ? ShownName(*text) : "(not told)";
+std::string ShownVersion(const LingoVersion& lingo) {
+  if (lingo.version) return VersionText(*lingo.version);
+  if (lingo.lacking) return "not supported";
+  return "not told (" + StatusText(lingo.refusal.value_or(0)) + ")";
 }
 
 }  // namespace
@@ -72,8 +77,11 @@ nlohmann::ordered_json ToJson(const DeviceInfo& info, const std::string& device)
 }
 
 std::string WorkoutsText(const DeviceInfo& info) {
-  if (!info.sports) return "not offered";
-  return *info.sports ? "supported" : "not supported";
+  if (info.sports) return *info.sports ? "supported" : "not supported";
+  for (const LingoVersion& lingo : info.lingoes) {
+    if (lingo.lingo == kSportsLingo && !lingo.version) return ShownVersion(lingo);
+  }
+  return "not offered";
 }
 
 DeviceInfo ReadDeviceInfo(Session& session) {
@@ -95,7 +103,7 @@ DeviceInfo ReadDeviceInfo(Session& session) {
   info.lingoes = ReadLingoVersions(session);
   if (ipod.SupportsSports() != 0) {
     info.sports = true;
-  } else if (!session.LingoVersion(kSportsLingo)) {
+  } else if (session.LacksLingo(kSportsLingo)) {
     info.sports = false;
   }
   return info;
@@ -105,9 +113,9 @@ void RunInfo(const Context& context, Session& session) {
   const DeviceInfo info = ReadDeviceInfo(session);
   Output& output = context.output;
   output.Object(ToJson(info, context.dock.device()));
-  output.Line(output.Bold(ToldOrNot(info.name)) + " on " + context.dock.device());
+  output.Line(output.Bold(ToldName(info.name)) + " on " + context.dock.device());
   output.Fact("Model",
-              ToldOrNot(info.model) + (info.model ? " (" + ModelId(info.model_id) + ")" : ""));
+              ToldName(info.model) + (info.model ? " (" + ModelId(info.model_id) + ")" : ""));
   output.Fact("Colour",
               info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
   output.Fact("Identified by", *info.identified_by);
@@ -115,17 +123,11 @@ void RunInfo(const Context& context, Session& session) {
   if (info.max_payload)
     output.Fact("Maximum payload", std::to_string(*info.max_payload) + " bytes");
   for (const LingoVersion& lingo : info.lingoes) {
-    output.Fact(lingo.name, lingo.version ? VersionText(*lingo.version) : "not supported");
+    output.Fact(lingo.name, ShownVersion(lingo));
   }
 }
 
 namespace {
-
-// Three bytes as the interface shows them, joined by dots from the second on.
-std::string Dotted(const std::vector<std::uint8_t>& bytes, const char* first_separator) {
-  return std::to_string(bytes[0]) + first_separator + std::to_string(bytes[1]) + "." +
-         std::to_string(bytes[2]);
-}
 
 // None when the iPod refuses to tell it.
 std::optional<LegacyAnswer> Told(LegacySession& session, const LegacyAnswer& answer,
@@ -146,13 +148,6 @@ struct LegacyAnswers {
 constexpr std::size_t kIdBytes = 4;  // of the model's number, before its text
 
 LegacyAnswers ReadLegacyAnswers(LegacySession& session) {
-  const LegacyQuestion serial_question = {
-      [](ipod& docked) { return docked.command_requestipodserialnum(); },
-      ipod::IPOD_COMMAND_REQUESTIPODSERIALNUM, ipod::IPOD_COMMAND_RETURNIPODSERIALNUM, 1, true};
-  const LegacyQuestion software_question = {
-      [](ipod& docked) { return docked.command_requestipodsoftwareversion(); },
-      ipod::IPOD_COMMAND_REQUESTIPODSOFTWAREVERSION, ipod::IPOD_COMMAND_RETURNIPODSOFTWAREVERSION,
-      3};
   // Goes out under the lingo of the command before, which is General here.
   const LegacyQuestion lingo_question = {
       [](ipod& docked) { return docked.command_requestlingoprotocolversion(0); },
@@ -164,8 +159,9 @@ LegacyAnswers ReadLegacyAnswers(LegacySession& session) {
   LegacyAnswers answers;
   answers.name = Told(session, session.AskShort(NameQuestion()), "name");
   answers.model = Told(session, session.model(), "model");
-  answers.serial_number = Told(session, session.AskShort(serial_question), "serial number");
-  answers.software_version = Told(session, session.AskShort(software_question), "software version");
+  answers.serial_number = Told(session, session.AskShort(SerialNumberQuestion()), "serial number");
+  answers.software_version =
+      Told(session, session.AskShort(SoftwareVersionQuestion()), "software version");
   answers.general = Told(session, session.AskShort(lingo_question), "General version");
   return answers;
 }
@@ -205,12 +201,12 @@ void RunLegacyInfo(const Context& context, LegacySession& session) {
 
   Output& output = context.output;
   output.Object(ToJson(info, context.dock.device()));
-  output.Line(output.Bold(ToldOrNot(info.name)) + " on " + context.dock.device());
-  output.Fact("Model", ToldOrNot(info.model));
-  output.Fact("Model number", ToldOrNot(number));
-  output.Fact("Serial number", ToldOrNot(info.serial_number));
-  output.Fact("Software version", ToldOrNot(info.software_version));
-  output.Fact("Lingo version", ToldOrNot(general));
+  output.Line(output.Bold(ToldName(info.name)) + " on " + context.dock.device());
+  output.Fact("Model", ToldName(info.model));
+  output.Fact("Model number", ToldName(number));
+  output.Fact("Serial number", ToldName(info.serial_number));
+  output.Fact("Software version", ToldName(info.software_version));
+  output.Fact("Lingo version", ToldName(general));
   output.Fact("Workouts", info.sports ? WorkoutsText(info) : "(not told)");
 }
 

@@ -17,7 +17,9 @@ namespace ipodctl {
 struct LingoVersion {
   const char* name;
   unsigned char lingo;
-  std::optional<tagIPOD_VERSION> version;  // none: the iPod does not support it
+  std::optional<tagIPOD_VERSION> version = {};  // none: the iPod refused to tell it
+  std::optional<std::uint8_t> refusal = {};     // the status with which it did
+  bool lacking = false;                         // it said that it does not know the lingo
 };
 
 struct DeviceInfo {
@@ -29,7 +31,8 @@ struct DeviceInfo {
   std::optional<std::string> serial_number;
   std::optional<std::string> software_version;
   std::optional<std::string> identified_by;
-  // Whether it takes workouts; none where it has the service and did not offer it.
+  // Whether it takes workouts; none where that is not known, and where it has the service and did
+  // not offer it.
   std::optional<bool> sports;
   std::optional<unsigned> max_payload;  // bytes; none: the iPod does not report it
   std::vector<LingoVersion> lingoes;
@@ -38,7 +41,7 @@ struct DeviceInfo {
 DeviceInfo ReadDeviceInfo(Session& session);
 /// @param device the line that it is docked on
 nlohmann::ordered_json ToJson(const DeviceInfo& info, const std::string& device);
-/// "supported", "not supported" or "not offered".
+/// "supported", "not supported", "not offered" or "not told", and why.
 std::string WorkoutsText(const DeviceInfo& info);
 
 void RunInfo(const Context& context, Session& session);

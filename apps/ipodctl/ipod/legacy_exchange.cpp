@@ -3,6 +3,7 @@
 #include "ipod/legacy_exchange.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <optional>
 
 #include "console/clock.h"
@@ -198,8 +199,30 @@ LegacyQuestion ModelQuestion() {
           ipod::IPOD_COMMAND_REQUESTIPODMODELNUM, ipod::IPOD_COMMAND_RETURNIPODMODELNUM, 5, true};
 }
 
+LegacyQuestion SerialNumberQuestion() {
+  return {[](ipod& docked) { return docked.command_requestipodserialnum(); },
+          ipod::IPOD_COMMAND_REQUESTIPODSERIALNUM, ipod::IPOD_COMMAND_RETURNIPODSERIALNUM, 1, true};
+}
+
+LegacyQuestion SoftwareVersionQuestion() {
+  return {[](ipod& docked) { return docked.command_requestipodsoftwareversion(); },
+          ipod::IPOD_COMMAND_REQUESTIPODSOFTWAREVERSION,
+          ipod::IPOD_COMMAND_RETURNIPODSOFTWAREVERSION, 3};
+}
+
 std::string TextIn(const LegacyAnswer& answer, std::size_t at) {
   return Utf8(Wide(reinterpret_cast<const char*>(answer.data.data()) + at).c_str());
+}
+
+std::string Dotted(const std::vector<std::uint8_t>& bytes, const char* first_separator) {
+  return std::to_string(bytes[0]) + first_separator + std::to_string(bytes[1]) + "." +
+         std::to_string(bytes[2]);
+}
+
+std::string ShownModelNumber(const std::vector<std::uint8_t>& id) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%02x%02x|%02x%02x", id[0], id[1], id[2], id[3]);
+  return text;
 }
 
 }  // namespace ipodctl

@@ -63,7 +63,16 @@ LegacyQuestion NameQuestion();
 /// Any iPod's model: four bytes of identifier, then a text.
 LegacyQuestion ModelQuestion();
 
+/// Any iPod's serial number.
+LegacyQuestion SerialNumberQuestion();
+/// Any iPod's software version, in three bytes.
+LegacyQuestion SoftwareVersionQuestion();
+
 /// The text in an answer's data from `at` on.
 std::string TextIn(const LegacyAnswer& answer, std::size_t at = 0);
+/// Three bytes as the interface shows them, joined by dots from the second on.
+std::string Dotted(const std::vector<std::uint8_t>& bytes, const char* first_separator);
+/// The number of a model from its four bytes, as the interface shows it: "0014|0000".
+std::string ShownModelNumber(const std::vector<std::uint8_t>& id);
 
 }  // namespace ipodctl

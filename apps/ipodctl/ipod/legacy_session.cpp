@@ -2,14 +2,11 @@
 // Opens, identifies, and explains what failed.
 #include "ipod/legacy_session.h"
 
-#include <cstdio>
-
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
 #include "console/verbose_log.h"
 #include "ipod/conduct.h"
-#include "ipod/display_text.h"
 #include "ipod/refusal.h"
 
 namespace ipodctl {
@@ -17,12 +14,6 @@ namespace ipodctl {
 namespace {
 
 constexpr int kLowPower = 0;
-
-std::string ShownNumber(const std::vector<std::uint8_t>& id) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%02x%02x|%02x%02x", id[0], id[1], id[2], id[3]);
-  return text;
-}
 
 // Frames with good checksums come, but none that the interface takes for an answer.
 bool SendsUnreadableFrames(ipod& docked) {
@@ -51,15 +42,9 @@ void LegacySession::Identify() {
   // iPod, and nearly every iPod has a model.
   if (announced) model_ = AskShort(ModelQuestion());
   if (model_.answered()) {
-    model_number_ = ShownNumber(model_.data);
+    model_number_ = ShownModelNumber(model_.data);
   } else if (!announced || (!model_.refused() && !Answers())) {
-    if (Echoes(ipod_)) dock_.FailForEcho();
-    if (SendsUnreadableFrames(ipod_)) {
-      throw CommandFailure(kFailed, "what answers on " + dock_.device() +
-                                        " cannot be read through the legacy interface, which knows "
-                                        "no large frames; leave out --legacy");
-    }
-    dock_.FailToFindIpod("no answer to the requests for its name and its model");
+    FailToFindIpod(ipod_, dock_, "no answer to the requests for its name and its model");
   }
 }
 
@@ -131,9 +116,17 @@ WorkoutSupport LegacySession::AcceptsWorkouts() {
 // An iPod that does not know the question refuses it, and so is there, however damaged the refusal
 // arrives. Waiting for the answer drops the packets that came before.
 bool Answers(ipod& docked) {
-  DisplayText name;
-  return docked.getipodname(name.buffer()) != 0 ||
-         AskForAck(docked, NameQuestion()).result != LegacyAnswer::Result::kUnanswered;
+  return AskLegacyShort(docked, NameQuestion()).result != LegacyAnswer::Result::kUnanswered;
+}
+
+void FailToFindIpod(ipod& docked, const DockLine& dock, const std::string& evidence) {
+  if (Echoes(docked)) dock.FailForEcho();
+  if (SendsUnreadableFrames(docked)) {
+    throw CommandFailure(kFailed, "what answers on " + dock.device() +
+                                      " cannot be read through the legacy interface, which knows "
+                                      "no large frames; leave out --legacy");
+  }
+  dock.FailToFindIpod(evidence);
 }
 
 bool Echoes(ipod& docked) {

@@ -3,6 +3,7 @@
 #include "ipod/selftest.h"
 
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "console/failure.h"
 #include "console/interrupt.h"
@@ -29,6 +30,23 @@ struct Step {
   bool last = false;
 };
 
+// What the step of that number shows when all its answers were whole.
+std::optional<std::string> ToldInformation(ipod& docked) {
+  constexpr std::size_t kModelBytes = 4;
+  constexpr std::size_t kMostCharacters = 255;
+  const LegacyAnswer name = AskLegacyShort(docked, NameQuestion());
+  const LegacyAnswer model = AskLegacyShort(docked, ModelQuestion());
+  const LegacyAnswer serial = AskLegacyShort(docked, SerialNumberQuestion());
+  const LegacyAnswer software = AskLegacyShort(docked, SoftwareVersionQuestion());
+  for (const LegacyAnswer* answer : {&name, &model, &serial, &software}) {
+    if (!answer->answered()) return std::nullopt;
+  }
+  const std::string text = "Ipod Information " + TextIn(name) + " " + TextIn(model, kModelBytes) +
+                           " " + ShownModelNumber(model.data) + " " + TextIn(serial) + " " +
+                           Dotted(software.data, ".");
+  return Utf8(Wide(text).substr(0, kMostCharacters).c_str());
+}
+
 class SelfTest {
  public:
   explicit SelfTest(const Context& context) : dock_(context.dock), output_(context.output) {}
@@ -40,6 +58,7 @@ class SelfTest {
 
  private:
   Step Perform(int number);
+  void Verify(Step* information);
   void Show(const Step& step);
   void ExplainFailure(const Step& step);
   void RequireRecentVersion() const;
@@ -60,7 +79,8 @@ void SelfTest::Run() {
   int number = 0;
   for (bool more = true; more; ++number) {
     StopIfInterrupted();
-    const Step step = Perform(number);
+    Step step = Perform(number);
+    if (step.number == kInformationStep && step.passed) Verify(&step);
     Show(step);
     if (!step.passed) ExplainFailure(step);
     // The test's last step closes the port.
@@ -89,6 +109,16 @@ Step SelfTest::Perform(int number) {
   return {number, title.text(), detail.text(), passed != 0, !more};
 }
 
+// The step believes the first answer to each of its questions, also one that was cut short.
+void SelfTest::Verify(Step* information) {
+  const std::optional<std::string> told = ToldInformation(ipod_);
+  StopIfInterrupted();
+  if (told && information->title == *told) return;
+  information->passed = false;
+  information->detail =
+      told ? "Asked again, it told: " + *told : "Asked again, it did not tell them all";
+}
+
 void SelfTest::Show(const Step& step) {
   output_.Object({{"step", step.title},
                   {"number", step.number},
@@ -105,7 +135,9 @@ void SelfTest::ExplainFailure(const Step& step) {
   if (first_failure_.empty()) first_failure_ = step.detail.empty() ? step.title : step.detail;
   StopIfInterrupted();
   if (step.last || Answers(ipod_)) return;
-  if (step.number == kConnectionStep) dock_.FailToFindIpod("no answer to its connection test");
+  if (step.number == kConnectionStep) {
+    FailToFindIpod(ipod_, dock_, "no answer to its connection test");
+  }
   dock_.FailToReachIpod();
 }
 

@@ -48,7 +48,7 @@ void Session::Identify() {
 void Session::NoteVersions() {
   const IdentifyEvidence evidence(ipod_);
   for (const unsigned char lingo : evidence.AskedLingoes()) {
-    versions_[lingo] = evidence.Version(lingo);
+    versions_[lingo] = {evidence.Version(lingo), evidence.Refusal(lingo)};
   }
 }
 
@@ -74,18 +74,20 @@ void Session::FailIdentification() {
                                            "); take it out of the dock, put it back and try again");
 }
 
-std::optional<tagIPOD_VERSION> Session::LingoVersion(unsigned char lingo) {
+const Session::ToldVersion& Session::Told(unsigned char lingo) {
   const auto known = versions_.find(lingo);
   if (known != versions_.end()) return known->second;
-  std::optional<tagIPOD_VERSION> version;
-  tagIPOD_VERSION told = {};
-  if (ipod_.Command_RequestLingoProtocolVersion(lingo, &told) != 0) {
-    version = told;
-  } else {
-    Require(WasRefused(), "tell the version of a lingo");
+  tagIPOD_VERSION version = {};
+  if (ipod_.Command_RequestLingoProtocolVersion(lingo, &version) != 0) {
+    return versions_[lingo] = {version, {}};
   }
-  versions_[lingo] = version;
-  return version;
+  Require(WasRefused(), "tell the version of a lingo");
+  return versions_[lingo] = {{}, Last().status};
+}
+
+bool Session::LacksLingo(unsigned char lingo) {
+  const std::optional<std::uint8_t> refusal = LingoRefusal(lingo);
+  return refusal && SaysUnknown(*refusal);
 }
 
 void Session::EnterRemoteUi() {

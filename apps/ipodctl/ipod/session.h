@@ -31,9 +31,14 @@ class Session {
   void Close() { ipod_.Close(); }
 
   CIpodComm& ipod() { return ipod_; }
-  /// A lingo's version, asked for once at most; none when the iPod does not support the lingo.
+  /// A lingo's version, asked for once at most; none when the iPod refused to tell it.
   /// Throws a CommandFailure when it does not answer.
-  std::optional<tagIPOD_VERSION> LingoVersion(unsigned char lingo);
+  std::optional<tagIPOD_VERSION> LingoVersion(unsigned char lingo) { return Told(lingo).version; }
+  /// The status with which it refused to tell it; none when it was told.
+  std::optional<std::uint8_t> LingoRefusal(unsigned char lingo) { return Told(lingo).refusal; }
+  /// Whether the iPod said that it does not know the lingo. One that refuses for another reason may
+  /// have it.
+  bool LacksLingo(unsigned char lingo);
   /// How the iPod accepted the accessory: "tokens" or "lingoes".
   std::string IdentifiedBy() const;
 
@@ -63,14 +68,20 @@ class Session {
   void NoteNoTrackInfo() { tells_track_info_ = false; }
 
  private:
+  struct ToldVersion {
+    std::optional<tagIPOD_VERSION> version;
+    std::optional<std::uint8_t> refusal;
+  };
+
   [[noreturn]] void FailIdentification();
+  const ToldVersion& Told(unsigned char lingo);
   void NoteVersions();
 
   const Options& options_;
   const DockLine& dock_;
   CIpodComm ipod_;
   tagIPOD_IDENTIFY_RESULT identified_ = IPOD_IDENTIFY_RESULT_NONE;
-  std::map<unsigned char, std::optional<tagIPOD_VERSION>> versions_;  // of the lingoes asked about
+  std::map<unsigned char, ToldVersion> versions_;  // of the lingoes asked about
   bool tells_track_info_ = true;
 };
 

@@ -53,7 +53,7 @@ void ShowNowPlaying(Output& output, const NowPlaying& now) {
   }
   std::string state = StateName(now.state);
   state.front() = static_cast<char>(state.front() - 'a' + 'A');
-  output.Line(Padded(state, 7) + "  " + output.Bold(ShownName(now.title.value_or(""))) +
+  output.Line(Padded(state, 7) + "  " + output.Bold(ToldName(now.title)) +
               (now.video.value_or(false) ? "  (video)" : ""));
   if (!Origin(now).empty()) output.Line("         " + Origin(now));
   output.Line("         " + Progress(now) + ", track " + std::to_string(*now.index + 1) +

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "console/text.h"
 #include "report/workout_reader.h"
 
 namespace ipodctl {
@@ -81,13 +82,6 @@ WorkoutEvent EventByName(const std::string& name) {
     if (name == known) return event;
   }
   return WorkoutEvent::kNone;
-}
-
-std::string Trimmed(const std::string& text) {
-  constexpr const char* kSpace = " \t\r\n";
-  const std::size_t first = text.find_first_not_of(kSpace);
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
 }
 
 // Consoles write what their formats make of any number: "nan", "-inf" and 300 digits too.

@@ -2,18 +2,9 @@
 // Cells for a build that has no library for them: without quotes.
 #include "workout/csv_cells.h"
 
+#include "console/text.h"
+
 namespace ipodctl {
-
-namespace {
-
-std::string Trimmed(const std::string& text) {
-  const char* const blanks = " \t\r\n";
-  const std::size_t start = text.find_first_not_of(blanks);
-  return start == std::string::npos ? std::string()
-                                    : text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
-
-}  // namespace
 
 CsvSplit SplitCsvCells(const std::string& text, char separator, std::vector<std::string>* cells) {
   cells->clear();

@@ -20,13 +20,6 @@ namespace {
 
 constexpr std::size_t kMostReadings = 100000;  // more than a day, one a second
 
-std::string Trimmed(const std::string& text) {
-  const char* const blanks = " \t";
-  const std::size_t start = text.find_first_not_of(blanks);
-  return start == std::string::npos ? std::string()
-                                    : text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
-
 std::string Bound(double value) { return std::to_string(static_cast<long>(value)); }
 
 std::string Figure(double value) {

@@ -111,10 +111,15 @@ std::size_t LegacyWorkoutWriter::Written() { return session_.interface().getwork
 
 bool LegacyWorkoutWriter::Answers() { return session_.Answers(); }
 
-// What was tried last, or with which status the iPod acknowledged it. A pending one is no refusal,
-// nor is an answer that did not come, or was lost.
+// What was tried last, or with which status the iPod acknowledged it. A line of the document comes
+// with its indentation and its end.
+std::string LegacyWorkoutWriter::Tried() {
+  return Printable(Trimmed(Utf8(session_.interface().getlasttry())));
+}
+
+// A pending acknowledgement is no refusal, nor is one that did not come, or was lost.
 void LegacyWorkoutWriter::FailAt(const std::string& refused, const std::string& unconfirmed) {
-  const std::string tried = Printable(Utf8(session_.interface().getlasttry()));
+  const std::string tried = Tried();
   const std::string value = ", value is ";
   const std::size_t told =
       tried.rfind("Error in Ack", 0) == 0 ? tried.find(value) : std::string::npos;
@@ -126,10 +131,10 @@ void LegacyWorkoutWriter::FailAt(const std::string& refused, const std::string& 
 }
 
 void LegacyWorkoutWriter::ShowProgress() {
-  const std::string text = Utf8(session_.interface().getlasttry());
+  const std::string text = Tried();
   if (text == shown_) return;
   shown_ = text;
-  output_.Line(Printable(text));
+  output_.Line(text);
   output_.Object({{"event", "progress"}, {"text", text}});
 }
 

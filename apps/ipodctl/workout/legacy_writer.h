@@ -26,6 +26,7 @@ class LegacyWorkoutWriter : public WorkoutLog {
 
  private:
   [[noreturn]] void FailAt(const std::string& refused, const std::string& unconfirmed);
+  std::string Tried();
   void ShowProgress();
 
   LegacySession& session_;

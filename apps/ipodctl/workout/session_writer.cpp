@@ -48,7 +48,7 @@ void SessionWorkoutWriter::RequireStorage(std::size_t largest_piece, std::size_t
   if (session_.ipod().Command_StorageGetIpodCaps(nullptr, &max_file_size, &max_write_size, nullptr,
                                                  nullptr) == 0) {
     const tagIPOD_EXCHANGE exchange = session_.Last();
-    if (session_.LingoVersion(ipod::IPOD_LINGO_STORAGE)) {
+    if (!session_.LacksLingo(ipod::IPOD_LINGO_STORAGE)) {
       session_.Fail(exchange, "tell its Storage capabilities");
     }
     throw CommandFailure(kFailed,

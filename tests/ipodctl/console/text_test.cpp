@@ -33,10 +33,23 @@ TEST(Text, KeepsNamesFromSteeringTheTerminal) {
             "e");
 }
 
+TEST(Text, TrimsWhatIsAroundALine) {
+  EXPECT_EQ(Trimmed("\t\t<pace>631</pace>\r\n"), "<pace>631</pace>");
+  EXPECT_EQ(Trimmed("a b"), "a b");
+  EXPECT_EQ(Trimmed(" \t\r\n"), "");
+  EXPECT_EQ(Trimmed(""), "");
+}
+
 TEST(Text, SaysWhereANameIsBlank) {
   EXPECT_EQ(ShownName(""), "(no name)");
   EXPECT_EQ(ShownName("  "), "(no name)");
   EXPECT_EQ(ShownName("a\x07"), "a\xEF\xBF\xBD");
+}
+
+TEST(Text, CallsNoNameBlankThatWasNotTold) {
+  EXPECT_EQ(ToldName(std::nullopt), "(not told)");
+  EXPECT_EQ(ToldName(""), "(no name)");
+  EXPECT_EQ(ToldName("a\x07"), "a\xEF\xBF\xBD");
 }
 
 TEST(Text, ComparesNamesInAnyCase) {

@@ -57,6 +57,13 @@ TEST(IdentifyEvidence, CallsNoIpodTooOldForAVersionThatItKeepsToItself) {
   EXPECT_TRUE(Of({Told(0, 1, 9), Refused(0x0F, 3, 4), Told(4, 1, 7)}).AnyTooOld());
 }
 
+TEST(IdentifyEvidence, TellsWithWhichStatusAVersionWasRefused) {
+  const tagIPOD_IDENTIFY_REPORT none = {};
+  EXPECT_FALSE(IdentifyEvidence(none).Refusal(3));
+  EXPECT_FALSE(Of({Told(3, 1, 5)}).Refusal(3));
+  EXPECT_EQ(Of({Told(0, 1, 9), Refused(0x0F, 3, 2)}).Refusal(3), 2);
+}
+
 TEST(IdentifyEvidence, TellsOfSilence) {
   const IdentifyEvidence evidence = Of({Unanswered(), Unanswered()});
   EXPECT_FALSE(evidence.AnyAnswer());
