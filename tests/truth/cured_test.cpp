@@ -8,12 +8,15 @@
 namespace truth {
 namespace {
 
+// Of the iPod's own troubles the dock does not know whether they struck.
+enum class Struck { kByTheDock, kByTheIpod };
+
 // The sentence that it fails with, and honestly.
-std::string HonestFailure(const char* name) {
+std::string HonestFailure(const char* name, Struck struck = Struck::kByTheDock) {
   std::string message = "nothing";
-  RunInChildren({*CaseByName(name)}, 1, [&message](const Report& report) {
+  RunInChildren({*CaseByName(name)}, 1, [&](const Report& report) {
     EXPECT_EQ(report.judgement.verdict, Verdict::kHonest) << report.judgement.why;
-    EXPECT_TRUE(report.struck);
+    EXPECT_EQ(report.struck, struck == Struck::kByTheDock);
     message = report.judgement.why;
   });
   return message;
@@ -56,6 +59,41 @@ TEST(Cured, ARestartedIpodPlaysFromItsFirstTrackOn) {
 
 TEST(Cured, AWorkoutIsClosedAlthoughItsLastLineIsAcknowledgedTwice) {
   ExpectRight("legacy-workout/nano/fast/often-doubled@0/2049");
+}
+
+TEST(Cured, AnIpodThatAnswersTheSelfTestNowAndThenIsNotSaidToBeGone) {
+  HonestFailure("selftest/nano/robust/doubled-bytes@0/4242006/text");
+  HonestFailure("legacy-selftest/classic/robust/sim-refused-commands@0/4242015/text",
+                Struck::kByTheIpod);
+  HonestFailure("legacy-selftest/nano/robust/sim-shuffled-answers@0/4242015/text",
+                Struck::kByTheIpod);
+}
+
+TEST(Cured, AnIpodThatSendsLargeFramesToTheSelfTestIsNotSaidToBeAbsent) {
+  EXPECT_EQ(
+      HonestFailure("legacy-selftest/old/robust/large-frames@30/4242008/text", Struck::kByTheIpod),
+      "what answers on /dev/ttyS1 cannot be read through the legacy interface, which knows "
+      "no large frames; leave out --legacy");
+}
+
+TEST(Cured, ASelfTestDoesNotPassWithAVersionThatWasCutShort) {
+  EXPECT_EQ(HonestFailure("legacy-selftest/classic/fast/cut@13/4242000/text"),
+            "the self-test failed in 1 of 5 steps, first at 'Asked again, it told: Ipod "
+            "Information Zoë's iPod MB029LL 0013|0100 8K7420SIM02 2.0.1'");
+}
+
+// A status that says nothing of the lingo: the command failed.
+TEST(Cured, ALingoWhoseVersionIsRefusedIsNotSaidToBeLacking) {
+  ExpectRight("info/nano/fast/refused@26/7002/text");
+  ExpectRight("info/nano/fast/refused@27/7002/text");
+  ExpectRight("info/nosports/robust/refused@24/7002");
+}
+
+TEST(Cured, ALineThatWasNotConfirmedIsNamedWithoutItsIndentation) {
+  EXPECT_EQ(
+      HonestFailure("legacy-workout/nano/fast/sim-restart@0/901016", Struck::kByTheIpod),
+      "the iPod did not confirm the interval at 0:00 ('<pace>631</pace>'); a new workout file on "
+      "the iPod holds the header (326 bytes), but not the summary and the end");
 }
 
 }  // namespace

@@ -31,7 +31,8 @@ bool WasRefused(const std::string& message, const Account& account) {
                      [status](const Refusal& refusal) { return refusal.status == status; });
 }
 
-// Whether it said that it does not know a lingo, which may stand for being too old for it.
+}  // namespace
+
 bool KnowsNoSuchLingo(const Account& account) {
   return std::any_of(account.refusals.begin(), account.refusals.end(), [](const Refusal& refusal) {
     return refusal.lingo == ipodsim::kGeneral &&
@@ -40,8 +41,6 @@ bool KnowsNoSuchLingo(const Account& account) {
             refusal.status == static_cast<std::uint8_t>(ipodsim::AckStatus::kBadParameter));
   });
 }
-
-}  // namespace
 
 const char* NameOf(Verdict verdict) {
   switch (verdict) {

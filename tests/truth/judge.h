@@ -35,6 +35,9 @@ struct Judgement {
 Judgement Judge(const Case& run, const Finished& finished, const ipodsim::SimulatedIpod& ipod,
                 std::int64_t now_us);
 
+/// Whether the iPod said that it does not know a lingo, which may stand for being too old for it.
+bool KnowsNoSuchLingo(const Account& account);
+
 /// What is untrue or missing in the output of a command that ended with 0; empty when nothing is.
 std::string WhatIsUntrue(const Case& run, const std::string& out, const Account& account,
                          const ipodsim::SimulatedIpod& ipod, std::int64_t now_us);

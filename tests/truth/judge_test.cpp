@@ -168,6 +168,84 @@ TEST(Judge, FindsAStepOfTheTourThatIsMissingOrWrong) {
   EXPECT_EQ(wrong.why, "artists: total 6 instead of 5");
 }
 
+TEST(Judge, ReadsWhatIsPrintedForPeople) {
+  const char* const run = "browse-artists/nano/fast/none@0/1/text";
+  EXPECT_EQ(JudgeOutput(run,
+                        "artists (5)\n  0  Artist 0\n  1  Artist 1\n  2  Artist 2\n"
+                        "  3  Artist 3\n  4  Artist 4\n")
+                .verdict,
+            Verdict::kRight);
+  EXPECT_EQ(JudgeOutput(run,
+                        "artists (5)\n  0  Artist 0\n  1  Artist 1\n  2  Artist 2\n"
+                        "  3  (no name)\n  4  Artist 4\n")
+                .why,
+            R"(record 3 "" instead of "Artist 3")");
+  EXPECT_EQ(JudgeOutput(run, "artists (4)\n  0  Artist 0\n").why, "total 4 instead of 5");
+  EXPECT_EQ(JudgeOutput(run, "artists (5)\nhello\n").why, "not understood: hello");
+  EXPECT_EQ(JudgeOutput("shuffle/nano/fast/none@0/1/text", "Shuffle: albums\n").why,
+            R"(shuffle "albums" instead of "off")");
+  EXPECT_EQ(JudgeOutput("legacy-prefs-set/nano/fast/none@0/1/text", "line-out: Enabled\n").why,
+            "it is off");
+  EXPECT_EQ(JudgeOutput("now/nano/fast/none@0/1/text", "Playing  Bridge 104\n").why,
+            R"(state "playing" instead of "stopped")");
+  EXPECT_EQ(
+      JudgeOutput("legacy-now/nano/fast/none@0/1/text", "  State               Stopped\n").verdict,
+      Verdict::kRight);
+  EXPECT_EQ(JudgeOutput("workout/nano/fast/none@0/1/text",
+                        "Saved as gym.xml: 7 intervals and a summary, 1,577 bytes\n")
+                .verdict,
+            Verdict::kLie);
+}
+
+constexpr const char* kFacts =
+    "  Model               MB598LL (0x00140000)\n"
+    "  Colour              number 2\n"
+    "  Identified by       lingoes\n"
+    "  Workouts            supported\n"
+    "  Maximum payload     506 bytes\n"
+    "  General             1.09\n"
+    "  Simple Remote       1.02\n"
+    "  Display Remote      1.05\n"
+    "  Extended Interface  1.14\n"
+    "  Sports              1.01\n";
+
+TEST(Judge, FindsALingoThatIsSaidToBeLackingAndIsNot) {
+  const char* const run = "info/nano/fast/refused@9/1/text";
+  const std::string heading = "Zoë's iPod on /dev/ttyS1\n";
+  EXPECT_EQ(JudgeOutput(run, heading + kFacts + "  Storage             1.02\n").why, "");
+  const std::string lacking = heading + kFacts + "  Storage             not supported\n";
+  EXPECT_EQ(JudgeOutput(run, lacking).why, "Storage is said to be lacking");
+  // 0F is the question for a lingo's version, status 2 tells nothing of the lingo, and 4 does.
+  Account account;
+  account.refusals = {{20, 0, 0x0F, 2}};
+  EXPECT_EQ(JudgeOutput(run, lacking, account).why, "Storage is said to be lacking");
+  EXPECT_EQ(JudgeOutput(run,
+                        heading + kFacts +
+                            "  Storage             not told (status 2, out of "
+                            "resources)\n",
+                        account)
+                .why,
+            "");
+  account.refusals = {{20, 0, 0x0F, 4}};
+  EXPECT_EQ(JudgeOutput(run, lacking, account).why, "");
+}
+
+TEST(Judge, FindsASelfTestThatPassedWithSomethingUntrue) {
+  const std::string passed =
+      "Regression Test Started, port opened\npass  Set Up Connection Test\n      Enter Remote UI "
+      "mode\npass  Ipod Information Zoë's iPod MB598LL 0014|0000 5U8250SIM01 1.0.4\n"
+      "pass  Select Tracks from Album 0 Test\npass  Play Pause Stop Test\n"
+      "pass  End of Regression Test\nAll 5 steps passed\n";
+  const char* const run = "selftest/nano/fast/none@0/1/text";
+  EXPECT_EQ(JudgeOutput(run, passed).why, "");
+  std::string wrong = passed;
+  wrong.replace(wrong.find("1.0.4"), 5, "1.0.0");
+  EXPECT_EQ(JudgeOutput(run, wrong).verdict, Verdict::kLie);
+  std::string failed = passed;
+  failed.replace(failed.find("pass  Play"), 4, "FAIL");
+  EXPECT_EQ(JudgeOutput(run, failed).why, R"("Play Pause Stop Test" failed)");
+}
+
 TEST(Judge, CallsWhatLastsTenMinutesAHang) {
   const Case run = CaseOf("info/nano/fast/none@0/1");
   const ipodsim::SimulatedIpod ipod(run.settings());
@@ -199,6 +277,7 @@ TEST(Judge, KnowsEveryRunByItsName) {
   for (std::uint64_t number = 0; number < 500; ++number) {
     Case run = CaseByNumber(number, 3);
     run.place = 7;
+    run.text = number % 2 != 0;
     const auto again = CaseByName(run.name());
     ASSERT_TRUE(again) << run.name();
     EXPECT_EQ(again->name(), run.name());

@@ -111,6 +111,8 @@ const std::vector<Scene>& AllScenes() {
       {"userdata-weight", {"userdata", "--weight", "82"}},
       {"tour", {"tour"}},
       {"workout", {"workout", "--duration", "30", "--interval", "5", "--speed", "30"}},
+      {"selftest", {"selftest"}},
+      {"legacy-selftest", {"selftest"}},
       {"legacy-info", {"info"}},
       {"legacy-browse", {"browse"}},
       {"legacy-browse-tracks", {"browse", "tracks"}},
@@ -127,18 +129,28 @@ const std::vector<Scene>& AllScenes() {
   return kAll;
 }
 
+namespace {
+
+bool HasLegacyName(const Scene& scene) { return std::string(scene.name).rfind("legacy-", 0) == 0; }
+
+bool IsSelfTest(const Scene& scene) { return scene.arguments.front() == "selftest"; }
+
+}  // namespace
+
 std::string Case::name() const {
   return std::string(scene->name) + "/" + ipodsim::TraitsOf(profile).name + "/" + conduct + "/" +
-         trouble->name + "@" + std::to_string(place) + "/" + std::to_string(seed);
+         trouble->name + "@" + std::to_string(place) + "/" + std::to_string(seed) +
+         (text ? "/text" : "");
 }
 
-bool Case::legacy() const { return std::string(scene->name).rfind("legacy-", 0) == 0; }
+// The self-test is of the legacy interface by itself.
+bool Case::legacy() const { return HasLegacyName(*scene) || IsSelfTest(*scene); }
 
 std::vector<std::string> Case::arguments() const {
   std::vector<std::string> all = scene->arguments;
-  all.emplace_back("--json");
-  if (legacy()) all.emplace_back("--legacy");
-  all.insert(all.end(), {"--conduct", conduct});
+  if (!text) all.emplace_back("--json");
+  if (HasLegacyName(*scene)) all.emplace_back("--legacy");
+  if (!IsSelfTest(*scene)) all.insert(all.end(), {"--conduct", conduct});
   return all;
 }
 
@@ -155,8 +167,9 @@ ipodsim::Settings Case::settings() const {
 
 std::optional<Case> CaseByName(const std::string& name) {
   const std::vector<std::string> parts = Split(name, '/');
-  if (parts.size() != 5) return std::nullopt;
   Case run;
+  run.text = parts.size() == 6 && parts.back() == "text";
+  if (parts.size() != (run.text ? 6 : 5)) return std::nullopt;
   for (const Scene& scene : AllScenes()) {
     if (parts[0] == scene.name) run.scene = &scene;
   }
@@ -189,6 +202,7 @@ Case CaseByNumber(std::uint64_t number, std::uint64_t seed) {
   }
   run.conduct = kConducts[random.Below(kConducts.size())];
   run.seed = seed * 1000 + round * 17 + random.Below(17);
+  run.text = random.Below(2) != 0;
   return run;
 }
 

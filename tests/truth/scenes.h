@@ -25,7 +25,8 @@ struct Scene {
 /// Of both interfaces; "legacy-" begins the names of the legacy one's.
 const std::vector<Scene>& AllScenes();
 
-/// One run, and its name: SCENE/PROFILE/CONDUCT/TROUBLE@PLACE/SEED.
+/// One run, and its name: SCENE/PROFILE/CONDUCT/TROUBLE@PLACE/SEED, and /text behind it when the
+/// command prints for people and not for machines.
 struct Case {
   const Scene* scene = nullptr;
   ipodsim::Profile profile = ipodsim::Profile::kNano;
@@ -33,6 +34,7 @@ struct Case {
   const Trouble* trouble = nullptr;
   unsigned place = 0;
   std::uint64_t seed = 1;
+  bool text = false;
 
   std::string name() const;
   bool legacy() const;

@@ -2,6 +2,7 @@
 // What is untrue in what a command said: leaves it to the command's subject.
 #include <sstream>
 
+#include "text/subjects.h"
 #include "untrue/subjects.h"
 
 namespace truth {
@@ -18,6 +19,11 @@ std::string Parse(const std::string& out, std::vector<Json>* said) {
   return "";
 }
 
+std::string Read(const Case& run, const ipodctl::Options& options, const std::string& out,
+                 std::vector<Json>* said) {
+  return run.text ? ReadText(options, out, said) : Parse(out, said);
+}
+
 std::string UntrueAnswer(const Question& question) {
   const std::string& command = question.options.command;
   if (command == "info") {
@@ -30,6 +36,7 @@ std::string UntrueAnswer(const Question& question) {
   if (command == "userdata") return UntrueUserData(question);
   if (command == "workout") return UntrueWorkout(question);
   if (command == "tour") return UntrueTour(question);
+  if (command == "selftest") return UntrueSelfTest(question);
   return UntruePlayer(question);
 }
 
@@ -38,20 +45,24 @@ std::string UntrueAnswer(const Question& question) {
 std::string WhatIsUntrue(const Case& run, const std::string& out, const Account& account,
                          const ipodsim::SimulatedIpod& ipod, std::int64_t now_us) {
   std::vector<Json> said;
-  const std::string no_json = Parse(out, &said);
-  if (!no_json.empty()) return no_json;
-  if (said.empty()) return "nothing said";
   const ipodctl::CommandLine command = ipodctl::ParseCommandLine(run.arguments());
+  const std::string unread = Read(run, *command.options, out, &said);
+  if (!unread.empty()) return unread;
+  if (said.empty()) return "nothing said";
   return UntrueAnswer({run, *command.options, said, account, ipod, now_us});
 }
 
-// Only lists and events are told piece by piece, and the tour.
+// Only lists and events are told piece by piece, and the tour, of whose text the last step may be
+// half there.
 std::string WhatIsUntrueSoFar(const Case& run, const std::string& out, const Account& account,
                               const ipodsim::SimulatedIpod& ipod, std::int64_t now_us) {
   std::vector<Json> said;
-  const std::string no_json = Parse(out, &said);
-  if (!no_json.empty() || said.empty()) return no_json;
   const ipodctl::CommandLine command = ipodctl::ParseCommandLine(run.arguments());
+  const std::string unread = Read(run, *command.options, out, &said);
+  const bool tour = command.options->command == "tour";
+  const bool piecemeal = tour || command.options->command == "browse" || command.options->follow;
+  if (run.text && tour && !said.empty()) said.pop_back();
+  if (!unread.empty() || said.empty() || (run.text && !piecemeal)) return unread;
   return UntrueAnswer({run, *command.options, said, account, ipod, now_us, true});
 }
 

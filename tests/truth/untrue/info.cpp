@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the iPod tells of itself.
+#include <algorithm>
 #include <cstdio>
 #include <map>
 
@@ -25,6 +26,11 @@ std::string UntrueLingoes(const Question& question) {
   const Json told = question.last().value("lingoes", Json::object());
   for (const auto& [lingo, name] : names) {
     const ipodsim::LingoSupport* support = question.traits().Lingo(lingo);
+    const Json lacking = question.last().value("lacking", Json::array());
+    const bool denied = std::find(lacking.begin(), lacking.end(), name) != lacking.end();
+    if (denied && support != nullptr && !KnowsNoSuchLingo(question.account)) {
+      return std::string(name) + " is said to be lacking";
+    }
     if (support == nullptr) {
       if (told.contains(name)) return std::string(name) + " " + told.at(name).dump();
     } else if (told.contains(name) || !question.was_refused()) {
@@ -55,13 +61,11 @@ std::string UntrueLegacyInfo(const Question& question) {
   return ExpectUnlessRefused(question, lingoes, "General", VersionText(traits.Lingo(0)->version));
 }
 
-// An iPod that refuses to tell the version of its Sports lingo is taken for one without.
+// An iPod that says of a lingo that it does not know it is taken for one without.
 std::string UntrueSports(const Question& question) {
   const Json& info = question.last();
   const bool sports = question.traits().Lingo(ipodsim::kSports) != nullptr;
-  const bool may_be_denied =
-      question.was_refused() &&
-      WasRefused(question, ipodsim::kGeneral, ipodsim::general::kRequestLingoProtocolVersion);
+  const bool may_be_denied = question.was_refused() && KnowsNoSuchLingo(question.account);
   if (may_be_denied && info.contains("sports") && info.at("sports") == false) return "";
   return ExpectUnlessRefused(question, info, "sports", sports);
 }

@@ -28,39 +28,63 @@ std::string StateName(PlayerState state) {
 
 namespace {
 
+// People are told whole seconds.
+std::string UntrueLength(const Question& question, const Json& now) {
+  const std::int64_t length_ms = question.ipod.player().current()->length_ms;
+  return question.run.text ? Expect(now, "length_s", length_ms / 1000)
+                           : Expect(now, "length_ms", length_ms);
+}
+
 // A time that was told a while ago, of a player that goes on or stands.
 std::string UntruePosition(const Question& question, const Json& now) {
-  if (!now.contains("position_ms")) return "no position_ms";
+  const char* const member = question.run.text ? "position_s" : "position_ms";
+  if (!now.contains(member)) return std::string("no ") + member;
   const Player& player = question.ipod.player();
-  const std::int64_t told = now.at("position_ms");
+  const std::int64_t unit_ms = question.run.text ? 1000 : 1;
+  const std::int64_t told = now.at(member).get<std::int64_t>() * unit_ms;
   const std::int64_t truth = player.position_ms(question.now_us);
   constexpr std::int64_t kTolerance = 30;
   const std::int64_t since = player.state() == PlayerState::kPaused && !question.account.cut_off
                                  ? 0
                                  : question.now_us / 1000;
-  if (told > truth + kTolerance || told < truth - since - kTolerance) {
-    return Differs("position_ms", told, truth);
+  if (told > truth + kTolerance || told + unit_ms <= truth - since - kTolerance) {
+    return Differs(member, told / unit_ms, truth / unit_ms);
   }
   return "";
+}
+
+// The legacy interface's text does not number the track.
+std::string UntrueIndex(const Question& question, const Json& now) {
+  if (question.run.text && question.run.legacy()) return "";
+  return Expect(now, "index", question.ipod.player().index());
+}
+
+// The text that tells one of the two does not say which.
+std::string UntrueOrigin(const Question& question, const Json& now, const ipodsim::Track& track) {
+  if (question.was_refused() && now.contains("origin")) {
+    const Json& origin = now.at("origin");
+    return origin == track.artist || origin == track.album ? "" : "by " + origin.dump();
+  }
+  return FirstOf(ExpectUnlessRefused(question, now, "artist", track.artist),
+                 ExpectUnlessRefused(question, now, "album", track.album));
 }
 
 // What is told of the player, against the player.
 std::string UntrueNow(const Question& question, const Json& now) {
   const Player& player = question.ipod.player();
+  if (now.contains("plays")) return player.current() == nullptr ? "" : "it plays something";
   const auto is_told = [&](PlayerState state) { return Expect(now, "state", StateName(state)); };
   const bool was_true =
       question.account.state_before && is_told(*question.account.state_before).empty();
   const std::string wrong_state = was_true ? "" : is_told(player.state());
   if (!wrong_state.empty() || player.current() == nullptr) return wrong_state;
   const ipodsim::Track& track = *player.current();
-  const std::string wrong_track =
-      FirstOf(ExpectUnlessRefused(question, now, "title", track.title),
-              ExpectUnlessRefused(question, now, "video", track.kind == ipodsim::MediaKind::kVideo),
-              Expect(now, "length_ms", track.length_ms), Expect(now, "index", player.index()),
-              UntruePosition(question, now));
+  const std::string wrong_track = FirstOf(
+      ExpectUnlessRefused(question, now, "title", track.title),
+      ExpectUnlessRefused(question, now, "video", track.kind == ipodsim::MediaKind::kVideo),
+      UntrueLength(question, now), UntrueIndex(question, now), UntruePosition(question, now));
   if (question.run.legacy() || !wrong_track.empty()) return wrong_track;
-  return FirstOf(ExpectUnlessRefused(question, now, "artist", track.artist),
-                 ExpectUnlessRefused(question, now, "album", track.album));
+  return UntrueOrigin(question, now, track);
 }
 
 // Whether the player does what it was told to do.

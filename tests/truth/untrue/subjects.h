@@ -18,5 +18,6 @@ std::string UntruePreferences(const Question& question);
 std::string UntrueUserData(const Question& question);
 std::string UntrueWorkout(const Question& question);
 std::string UntrueTour(const Question& question);
+std::string UntrueSelfTest(const Question& question);
 
 }  // namespace truth

@@ -15,10 +15,13 @@ using ipodsim::Player;
 using ipodsim::PlayerState;
 
 // The names of a list, of which the tour reads the first ones.
-std::string UntrueNames(const Json& told, const std::vector<std::string>& names) {
+std::string UntrueNames(const Question& question, const Json& told,
+                        const std::vector<std::string>& names) {
   constexpr std::size_t kMost = 24;
-  const std::vector<std::string> first(names.begin(),
-                                       names.begin() + std::min(names.size(), kMost));
+  constexpr std::size_t kMostInText = 5;
+  const std::size_t most = question.run.text ? kMostInText : kMost;
+  const std::vector<std::string> first(
+      names.begin(), names.begin() + static_cast<std::ptrdiff_t>(std::min(names.size(), most)));
   return FirstOf(Expect(told, "total", names.size()), Expect(told, "names", first));
 }
 
@@ -33,14 +36,14 @@ std::string UntrueStep(const Question& question, const Json& told, ipodsim::Data
                    ExpectUnlessRefused(part, told, "model", question.traits().model_number),
                    UntrueSports(part), UntrueLingoes(part));
   }
-  if (step == "artists") return UntrueNames(told, NamesIn(*database, Category::kArtist));
+  if (step == "artists") return UntrueNames(question, told, NamesIn(*database, Category::kArtist));
   if (step == "albums") {
     database->Select(Category::kArtist, 0);
-    return UntrueNames(told, NamesIn(*database, Category::kAlbum));
+    return UntrueNames(question, told, NamesIn(*database, Category::kAlbum));
   }
   if (step == "tracks") {
     database->Select(Category::kAlbum, 0);
-    return UntrueNames(told, NamesIn(*database, Category::kTrack));
+    return UntrueNames(question, told, NamesIn(*database, Category::kTrack));
   }
   if (!told.contains("title")) return "";
   const std::vector<std::string> tracks = NamesIn(*database, Category::kTrack);
