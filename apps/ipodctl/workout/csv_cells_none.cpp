@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Cells for a build that has no library for them: without quotes.
-#include "workout/csv_cells.h"
-
 #include "console/text.h"
+#include "workout/csv_cells.h"
 
 namespace ipodctl {
 
