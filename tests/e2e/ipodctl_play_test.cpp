@@ -108,7 +108,9 @@ TEST(IpodctlModes, SetAndReadShuffleRepeatAndPreferences) {
   const auto prefs = prefs_dock.Start({"prefs", "set", "aspect", "4:3"});
   EXPECT_EQ(shuffle->Wait().out, "Shuffle: albums\n");
   EXPECT_EQ(repeat->Wait().out, "Repeat: one\n");
-  EXPECT_EQ(prefs->Wait().out, "aspect: 4:3\n");
+  EXPECT_EQ(prefs->Wait().out,
+            "aspect: 4:3\n"
+            "It holds until the iPod is undocked or the next command, which sets it to 16:9.\n");
   shuffle_dock.server().Inspect([](const ipodsim::SimulatedIpod& ipod) {
     EXPECT_EQ(ipod.player().shuffle(), ipodsim::Shuffle::kAlbums);
   });
