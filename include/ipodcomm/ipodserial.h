@@ -22,9 +22,9 @@ struct tagIPOD_LEGACY_CONDUCT {
   /// discards before they have left.
   std::uint32_t line_pause_ms;
   /// 1: what the iPod asks while a reply with a two-byte command is awaited, such as an ACK of the
-  /// Extended Interface, is answered, and the wait goes on; 0: it is taken for the reply, stays
-  /// unanswered, and each exchange after it reads the reply to the one before. In other waits it is
-  /// answered in any case. Of `ipod` alone: raw reads answer nothing.
+  /// Extended Interface, is answered, and the wait goes on, for 32 frames at most; 0: it is taken
+  /// for the reply, stays unanswered, and each exchange after it reads the reply to the one before.
+  /// In other waits it is answered in any case. Of `ipod` alone: raw reads answer nothing.
   std::int32_t answers_questions;
 };
 

@@ -13,6 +13,8 @@ namespace {
 
 constexpr int kFrameCapacity = 256;
 constexpr unsigned long kShortestExtendedFrame = 7;
+// An iPod that asks this often in a row is not about to reply.
+constexpr int kMostFramesPerReply = 32;
 
 // A frame as it came; what lies past its end reads as 0.
 struct ReceivedBytes {
@@ -124,10 +126,11 @@ bool ipod::AnswerQuestionInBetween(unsigned char* bytes, unsigned long length) {
 // use came.
 unsigned long ipod::ReadExtendedFrame(unsigned char* bytes) {
   unsigned long length = 0;
-  do {
+  for (int frames = 0; frames < kMostFramesPerReply; ++frames) {
     std::fill_n(bytes, kFrameCapacity, static_cast<unsigned char>(0));
     length = serial_.readport(bytes, kFrameCapacity);
-  } while (AnswerQuestionInBetween(bytes, length));
+    if (!AnswerQuestionInBetween(bytes, length)) break;
+  }
   if (length >= kShortestExtendedFrame) return length;
   NKDbgPrintfW(L"Error reading port, purging rx...\r\n");
   serial_.purgerx();

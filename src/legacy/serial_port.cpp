@@ -8,6 +8,7 @@
 
 namespace {
 
+constexpr wchar_t kDefaultName[] = L"COM2:";
 constexpr DWORD kErrorTextCapacity = 256;
 
 void ClearFlags(DCB* state) {
@@ -24,8 +25,6 @@ void ClearFlags(DCB* state) {
   state->fRtsControl = 0;
   state->fAbortOnError = 0;
 }
-
-constexpr wchar_t kDefaultName[] = L"COM2:";
 
 void ClearCharacters(DCB* state) {
   state->XonChar = 0;

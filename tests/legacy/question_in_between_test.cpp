@@ -85,6 +85,13 @@ TEST_F(QuestionInBetween, ThatIsDamagedIsNoneUnderRobust) {
   EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
+TEST_F(QuestionInBetween, WithoutEndEndsTheWaitAllTheSameUnderRobust) {
+  Choose(IPOD_LEGACY_CONDUCT_ROBUST);
+  for (int i = 0; i < 40; ++i) Send("FF 55 02 09 03 F2");
+  EXPECT_EQ(Extract(0x1D), 0);
+  EXPECT_EQ(DrainSent().size(), 32U);
+}
+
 // The wait ends in the silence behind it, and not before.
 TEST_F(QuestionInBetween, WithoutAReplyBehindItEndsInSilenceUnderRobust) {
   Choose(IPOD_LEGACY_CONDUCT_ROBUST);
