@@ -59,6 +59,18 @@ TEST(IpodctlLeaving, AHangUpFinishesAWorkoutAndItsSummary) {
 }
 
 // A shell hands on what it gets itself.
+TEST(IpodctlLeaving, AHangUpIsPassedOverWhereTheCallerIgnoresIt) {
+  const DockedIpod dock;
+  Process workout("/usr/bin/env",
+                  {"--ignore-signal=HUP", IPODCTL_PROGRAM, "--port", dock.device(), "workout",
+                   "--interval", "1", "--speed", "10", "--duration", "0:20"});
+  EXPECT_TRUE(workout.WaitForOutput("start"));
+  workout.Signal(SIGHUP);
+  const Ended ended = workout.Wait();
+  EXPECT_EQ(ended.status, 0) << ended.err;
+  ExpectFinished(dock);
+}
+
 TEST(IpodctlLeaving, AHangUpThatComesTwiceEndsNothingSooner) {
   const DockedIpod dock;
   const auto workout = BeginWorkout(dock);

@@ -48,6 +48,12 @@ void EnterTerminal(int terminal) {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(terminal, stream);
 }
 
+// Whoever started the tests may ignore signals, and what ignores them is inherited: nohup a closed
+// terminal, a shell the interruption of what it runs in the background.
+void HearSignals() {
+  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGTERM}) ::signal(signal, SIG_DFL);
+}
+
 }  // namespace
 
 Process::Process(const std::string& program, const std::vector<std::string>& arguments,
@@ -60,6 +66,7 @@ Process::Process(const std::string& program, const std::vector<std::string>& arg
   argv.push_back(nullptr);
   pid_ = ::fork();
   if (pid_ == 0) {
+    HearSignals();
     if (setting == Setting::kBoundByFileModes) ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
     const int nothing = ::open("/dev/null", O_RDONLY);
     ::dup2(nothing, STDIN_FILENO);
