@@ -234,7 +234,7 @@ TEST(IpodctlWorkout, CutsTheLiveLineToTheWindowAlsoWhenItChanges) {
                    {"--port", dock.device(), "workout", "--duration", "30", "--speed", "15"},
                    Process::Setting::kErrorsOnTerminal);
   terminal.Resize(40);
-  ASSERT_TRUE(terminal.WaitForOutput("start"));
+  ASSERT_TRUE(terminal.WaitForErrors("\r  Working  0:"));
   terminal.Resize(30);
   const Ended ended = terminal.Wait();
   EXPECT_EQ(ended.status, 0) << ended.err;

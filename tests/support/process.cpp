@@ -102,6 +102,10 @@ bool Process::WaitForOutput(const std::string& text, int times) {
   });
 }
 
+bool Process::WaitForErrors(const std::string& text) {
+  return Pump([&] { return result_.err.find(text) != std::string::npos; });
+}
+
 void Process::Signal(int signal) {
   if (!ended_) ::kill(pid_, signal);
 }

@@ -37,6 +37,8 @@ class Process {
   /// Waits until standard output holds `text`, so many times. False when the program ends or a
   /// minute passes first.
   bool WaitForOutput(const std::string& text, int times = 1);
+  /// The same for standard error.
+  bool WaitForErrors(const std::string& text);
   void Signal(int signal);
   /// Closes the reading end of standard output, or the terminal of a program that is in one.
   void StopReading();
