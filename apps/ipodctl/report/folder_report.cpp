@@ -90,7 +90,7 @@ class FolderReport {
   int Run();
 
  private:
-  void MakePage(const fs::path& document);
+  void MakePage(const fs::path& path);
   void Tell(const CommandFailure& failure);
   fs::path PageOf(const fs::path& document);
   void WriteOverview();

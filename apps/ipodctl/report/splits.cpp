@@ -3,7 +3,6 @@
 #include "report/splits.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "report/axis.h"
 
@@ -53,8 +52,9 @@ class Walk {
 
   // @param distance not below the one before
   void GoTo(double seconds, double distance) {
-    for (double end = (std::floor(split_start_ / step_ + 1e-9) + 1) * step_; end <= distance;
-         end += step_) {
+    for (auto split = static_cast<int>(split_start_ / step_ + 1e-9) + 1; split * step_ <= distance;
+         ++split) {
+      const double end = split * step_;
       const double share = (end - distance_) / (distance - distance_);
       Close(seconds_ + share * (seconds - seconds_), end);
     }

@@ -77,6 +77,7 @@ std::vector<std::string> Frame::Lines() const {
     }
   }
   std::vector<std::string> lines;
+  lines.reserve(cells.size());
   for (const auto& line : cells) lines.push_back(Joined(line));
   return lines;
 }

@@ -24,8 +24,8 @@ class Dots {
 
   void Set(int x, int y) {
     constexpr std::uint8_t kBits[kDotRows][kDotColumns] = {{1, 8}, {2, 16}, {4, 32}, {64, 128}};
-    cells_[static_cast<std::size_t>(y / kDotRows * columns_ + x / kDotColumns)] |=
-        kBits[y % kDotRows][x % kDotColumns];
+    const int cell = y / kDotRows * columns_ + x / kDotColumns;
+    cells_[static_cast<std::size_t>(cell)] |= kBits[y % kDotRows][x % kDotColumns];
   }
 
   std::vector<std::string> Lines() const {
