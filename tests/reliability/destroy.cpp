@@ -205,12 +205,8 @@ int RunDestroy(const Options& options) {
       found += Enumerate(options, *scenario, action, report) ? 0 : 1;
     }
   }
-  if (found == 0) {
-    return report.Passed("points at which it was destroyed, closed, opened or copied",
-                         TotalTally().runs, options.seed);
-  }
-  std::printf("%u ways found something, in %.0f s\n", found, report.seconds());
-  return 1;
+  return report.Ended("points at which it was destroyed, closed, opened or copied", found,
+                      options.seed);
 }
 
 }  // namespace reliability

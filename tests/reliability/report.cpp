@@ -54,6 +54,12 @@ int Report::Passed(const std::string& what, std::uint64_t count, std::uint64_t s
   return 0;
 }
 
+int Report::Ended(const std::string& what, unsigned found, std::uint64_t seed) const {
+  if (found == 0) return Passed(what, TotalTally().runs, seed);
+  std::printf("%u ways found something, in %.0f s\n", found, seconds());
+  return 1;
+}
+
 int Report::Failed(const std::string& where, const std::string& wrong,
                    const std::string& repeat) const {
   std::printf("FAILED: %s\n  %s\n  to repeat: %s %s\n", where.c_str(), wrong.c_str(),

@@ -13,6 +13,9 @@ class Report {
  public:
   /// Prints the figure of a command that has found nothing. @return the program's status
   int Passed(const std::string& what, std::uint64_t count, std::uint64_t seed) const;
+  /// Passed, of as many runs as were made, when `found` is 0; else prints how many of the ways that
+  /// were tried found something. @return the program's status
+  int Ended(const std::string& what, unsigned found, std::uint64_t seed) const;
   /// Prints what was found and the command that repeats it.
   int Failed(const std::string& where, const std::string& wrong, const std::string& repeat) const;
   double seconds() const;

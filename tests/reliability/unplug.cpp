@@ -104,12 +104,7 @@ int RunUnplug(const Options& options) {
       found += Enumerate(options, *scenario, at_byte, report) ? 0 : 1;
     }
   }
-  if (found == 0) {
-    return report.Passed("bytes and decisions at which the cable was pulled", TotalTally().runs,
-                         options.seed);
-  }
-  std::printf("%u ways found something, in %.0f s\n", found, report.seconds());
-  return 1;
+  return report.Ended("bytes and decisions at which the cable was pulled", found, options.seed);
 }
 
 }  // namespace reliability
