@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: framing and sending commands, with their transaction identifiers.
 #include <cstring>
+#include <optional>
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
@@ -44,8 +45,13 @@ std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned 
   return size;
 }
 
+// The port has a lock of its own, so of two threads that send at once the frame that is numbered
+// first may leave second. A robust conduct keeps the numbering until the frame has left; nothing
+// else holds two locks, and nothing that holds the port's waits for this one.
 tagIPOD_COMM_ERROR CIpodComm::Send(const tagIPOD_WRITE_PARAMS& write,
                                    std::uint16_t* own_transaction_id) {
+  std::optional<LockScope> in_order;
+  if (robust_ != 0) in_order.emplace(transmit_lock_);
   unsigned char frame[sizeof Outgoing::frame];
   const std::uint32_t size = BuildFrame(write, frame, own_transaction_id);
   if (size == 0) return IPOD_COMM_NO_ANSWER;

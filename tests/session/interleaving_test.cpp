@@ -2,14 +2,17 @@
 // The host's commands and the notification thread's answers at the same time: under every schedule
 // each frame goes out whole and with an identifier that is nobody else's.
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <set>
 
 #include "support/packets.h"
 #include "support/session_test.h"
+#include "world/tests/support.h"
 
 namespace {
 
+using ipodcomm::virtual_platform::StartThread;
 using test::Bytes;
 using test::kMillisecond;
 using test::kSecond;
@@ -93,6 +96,56 @@ TEST(Interleaving, CommandsTakeOwnIdentifiersAndAnswersEchoTheirs) {
     EXPECT_TRUE(std::is_sorted(answers.begin(), answers.end())) << seed;
     for (const int id : answers) EXPECT_TRUE(id > 0x2000 && id <= 0x200F) << id;
   }
+}
+
+// Two threads of the host send 15 commands each; the identifiers in the order in which they left.
+std::vector<int> SendFromTwoThreads(std::uint64_t seed, const tagIPOD_CONDUCT& conduct) {
+  ScriptedDevice ipod;
+  World world({seed});
+  world.line().Plug(ipod);
+  CIpodComm session;
+  EXPECT_EQ(session.SetConduct(&conduct), 1);
+  world.Advance(2 * kSecond);
+  EXPECT_EQ(session.Open(), 0);
+  CIpodCommPeer::TransactionIdMode(session) = 1;
+  CIpodCommPeer::OwnTransactionId(session) = 0x4000;
+  ipod.ClearReceived();
+  const std::function<void()> send = [&session] {
+    for (int i = 0; i < 15; ++i) {
+      tagIPOD_WRITE_PARAMS write = {0x0029, 0x04, nullptr, 0};
+      EXPECT_EQ(session.WriteCommand(&write), IPOD_COMM_OK);
+    }
+  };
+  const HANDLE second = StartThread(send);
+  send();
+  WaitForSingleObject(second, INFINITE);
+  CloseHandle(second);
+  world.Advance(kSecond);
+  std::vector<int> identifiers;
+  for (const std::string& frame : test::Frames(ipod.received())) {
+    identifiers.push_back(ByteOf(frame, 6) * 256 + ByteOf(frame, 7));
+  }
+  EXPECT_EQ(identifiers.size(), 30U) << seed;
+  world.line().Unplug();
+  return identifiers;
+}
+
+int SchedulesOutOfOrder(const tagIPOD_CONDUCT& conduct) {
+  int found = 0;
+  for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+    const auto identifiers = SendFromTwoThreads(seed, conduct);
+    if (!std::is_sorted(identifiers.begin(), identifiers.end())) ++found;
+  }
+  return found;
+}
+
+TEST(Interleaving, ByDefaultTheFrameOfALaterIdentifierMayLeaveFirst) {
+  EXPECT_GT(SchedulesOutOfOrder(IPOD_CONDUCT_FIELD), 0);
+}
+
+TEST(Interleaving, RobustFramesLeaveInTheOrderOfTheirIdentifiers) {
+  EXPECT_EQ(SchedulesOutOfOrder(IPOD_CONDUCT_ROBUST), 0);
+  EXPECT_EQ(SchedulesOutOfOrder(IPOD_CONDUCT_FAST), 0);
 }
 
 // Requests that the notification thread answers step the own identifier, also between the moment
