@@ -1,24 +1,54 @@
 // SPDX-License-Identifier: MIT
 // Every call of every service that can fail does fail, one after the other, once and from then on,
-// with every code that it may have. Nothing crashes, hangs or stays open, and afterwards a command
-// works.
+// with every code that it may have, and so does every allocation of the library. Nothing crashes,
+// hangs or stays open, and afterwards a command works.
 #include <cstdio>
 #include <limits>
+#include <optional>
 
 #include "commands.h"
 #include "play.h"
 #include "report.h"
 #include "services.h"
+#include "world/memory_shortage.h"
 
 namespace reliability {
 namespace {
 
+using ipodcomm::virtual_platform::MemoryShortage;
 using ipodcomm::virtual_platform::RandomSchedule;
 
 struct Fault {
   const FailingService& service;
   DWORD code;
   bool for_ever;
+};
+
+// The nth call fails while one lives.
+class FaultAt {
+ public:
+  FaultAt(World& world, const Fault& fault, unsigned nth)
+      : world_(world), service_(fault.service.name), nth_(nth) {
+    if (service_ == kMemory) {
+      shortage_.emplace(nth, fault.for_ever ? MemoryShortage::kForEver : 1);
+    } else if (fault.for_ever) {
+      world.FailFrom(service_, nth, fault.code);
+    } else {
+      world.FailOnce(service_, nth, fault.code);
+    }
+  }
+  FaultAt(const FaultAt&) = delete;
+  FaultAt& operator=(const FaultAt&) = delete;
+  ~FaultAt() { world_.ClearFaults(); }
+
+  /// Whether there were so many calls.
+  bool met() const { return shortage_ ? shortage_->felt() : world_.call_count(service_) >= nth_; }
+
+ private:
+  World& world_;
+  const std::string service_;
+  const unsigned nth_;
+  std::optional<MemoryShortage> shortage_;
 };
 
 // An open session goes on as it is. One that a fault has kept closed is opened; one without worker
@@ -52,16 +82,13 @@ std::string PlayWith(const Scenario& scenario, const Fault& fault, unsigned nth,
   options.schedule = RandomSchedule(seed, 4);
   options.sound = false;
   Stage stage(scenario.settings(), std::move(options));
-  const std::string service = fault.service.name;
-  if (fault.for_ever) {
-    stage.world().FailFrom(service, nth, fault.code);
-  } else {
-    stage.world().FailOnce(service, nth, fault.code);
+  bool met = false;
+  {
+    const FaultAt present(stage.world(), fault, nth);
+    scenario.play(stage);
+    met = present.met();
   }
-  scenario.play(stage);
-  const bool met = stage.world().call_count(service) >= nth;
   stage.Demand(stage.world().now_us() < kMostUs, "the scenario ends within ten minutes");
-  stage.world().ClearFaults();
   stage.SetSound(true);
   // A port that was not closed cannot be opened again.
   const bool works = WorksSomehow(stage, fault.service.makes_workers);

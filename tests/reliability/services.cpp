@@ -46,6 +46,7 @@ const std::vector<FailingService>& FailingServices() {
       {"StringCchCopyW", {ERROR_INSUFFICIENT_BUFFER}},
       {"StringCchPrintfW", {ERROR_INSUFFICIENT_BUFFER}},
       {"FormatMessageW", {ERROR_MORE_DATA}},
+      {kMemory, {kNoMemory}, false, true},
   };
   return all;
 }

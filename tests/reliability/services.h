@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The services that can fail, each with the codes that platform/services.h documents for it.
+// The services that can fail, each with the codes that platform/services.h documents for it, and
+// memory.
 #pragma once
 
 #include <vector>
@@ -7,6 +8,9 @@
 #include "platform/services.h"
 
 namespace reliability {
+
+/// The name under which operator new fails within the library.
+constexpr const char* kMemory = "memory";
 
 struct FailingService {
   const char* name;

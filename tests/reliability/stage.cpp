@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "stage.h"
 
+#include <cwchar>
 #include <utility>
 
 #include "scenario.h"
@@ -100,7 +101,7 @@ void Stage::ExpectOneAttempt() {
 }
 
 void Stage::Dock() {
-  session_ = std::make_unique<CIpodComm>();
+  session_ = Make<CIpodComm>();
   // The driver's restart, which the construction began, is over by then.
   world_.Advance(1500 * kMillisecond);
   Expect(session().SetConduct(&DrawConduct(seed_).conduct) == 1, "the conduct is taken");
@@ -120,7 +121,7 @@ void Stage::DockIdentified() {
 bool Stage::tells_answers_apart() const { return DrawConduct(seed_).conduct.robust != 0; }
 
 void Stage::DockLegacy() {
-  legacy_ = std::make_unique<::ipod>();
+  legacy_ = Make<::ipod>();
   Expect(legacy().openport() == 1, "the legacy port opens");
 }
 
@@ -128,10 +129,12 @@ void Stage::Expect(bool holds, const char* what) {
   if (sound_) Demand(holds, what);
 }
 
-void Stage::Demand(bool holds, const std::string& what) {
+void Stage::Demand(bool holds, std::string_view what) {
   if (holds) return;
+  const EnoughMemory enough;
   if (wrong_.empty()) wrong_ = std::string("under the conduct ") + DrawConduct(seed_).name;
-  wrong_ += "; not so: " + what;
+  wrong_ += "; not so: ";
+  wrong_ += what;
 }
 
 bool Stage::Works() {
@@ -145,12 +148,12 @@ bool Stage::Works() {
 
 bool Stage::TellsName() {
   wchar_t name[256] = {};
-  return session_->Command_RequestIpodName(name, 256) == 1 && std::wstring(name) == kIpodName;
+  return session_->Command_RequestIpodName(name, 256) == 1 && std::wcscmp(name, kIpodName) == 0;
 }
 
 bool Stage::LegacyTellsName() {
   wchar_t name[256] = {};
-  return legacy_->getipodname(name) == 1 && std::wstring(name) == kIpodName;
+  return legacy_->getipodname(name) == 1 && std::wcscmp(name, kIpodName) == 0;
 }
 
 void Stage::DestroyQuickly() {

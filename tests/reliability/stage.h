@@ -5,11 +5,14 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "cable.h"
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/ipod.h"
 #include "simulator/simulated_ipod.h"
+#include "world/memory_shortage.h"
 #include "world/world.h"
 
 namespace reliability {
@@ -18,6 +21,19 @@ using ipodcomm::virtual_platform::kMillisecond;
 using ipodcomm::virtual_platform::kSecond;
 using ipodcomm::virtual_platform::Schedule;
 using ipodcomm::virtual_platform::World;
+
+using ipodcomm::virtual_platform::EnoughMemory;
+
+/// An object of the host's. It has memory for it; what the object itself asks for may run out.
+template <class T, class... Arguments>
+std::unique_ptr<T> Make(Arguments&&... arguments) {
+  void* place = nullptr;
+  {
+    const EnoughMemory enough;
+    place = ::operator new(sizeof(T));
+  }
+  return std::unique_ptr<T>(new (place) T(std::forward<Arguments>(arguments)...));
+}
 
 /// Ends a scenario between two calls of the host.
 struct Enough {};
@@ -62,7 +78,7 @@ class Stage {
   /// What has to hold while everything is in order.
   void Expect(bool holds, const char* what);
   /// What has to hold whatever fails.
-  void Demand(bool holds, const std::string& what);
+  void Demand(bool holds, std::string_view what);
   bool sound() const { return sound_; }
   void SetSound(bool sound) { sound_ = sound; }
   const std::string& wrong() const { return wrong_; }

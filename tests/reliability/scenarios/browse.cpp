@@ -12,7 +12,11 @@ void ExpectNames(Stage& stage, unsigned char category,
   stage.session().Command_RetrieveCategorizedDatabaseRecords(0, names.size(), category);
   for (const wchar_t* expected : names) {
     // Room for the name and its terminator, and no more.
-    std::wstring name(std::wcslen(expected) + 1, L'?');
+    std::wstring name;
+    {
+      const EnoughMemory enough;
+      name.assign(std::wcslen(expected) + 1, L'?');
+    }
     const int read = stage.session().GetNextCategorizedRecord(name.data(), name.size());
     name.pop_back();
     stage.Expect(read == 1 && name == expected, "a record has its name");

@@ -19,7 +19,7 @@ ipodsim::Settings WorkoutIpod() {
 }
 
 void SelfTest(Stage& stage) {
-  stage.owned_legacy() = std::make_unique<ipod>();
+  stage.owned_legacy() = Make<ipod>();
   wchar_t title[256] = {};
   wchar_t detail[256] = {};
   stage.Expect(stage.legacy().startregressiontest(detail) == 1, "the self-test starts");
@@ -49,6 +49,7 @@ void Workout(Stage& stage) {
                "an interval is written");
   stage.Expect(stage.legacy().finishworkout(120, 22, 0.5F, 0, 240, 0, 0, 109) == 1,
                "the workout is finished");
+  const EnoughMemory enough;
   const auto names = stage.ipod().feature_files().Names();
   stage.Expect(names.size() == 1, "there is one file");
   if (names.size() != 1) return;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A track is played and followed by notifications, told about, and paused.
+#include <cwchar>
+
 #include "scenario.h"
 
 namespace reliability {
@@ -20,7 +22,7 @@ void PlayAndFollow(Stage& stage) {
   wchar_t title[32] = {};
   stage.Expect(stage.session().GetPlayInfo(&index, nullptr, title, 32, nullptr, 0, nullptr, 0) == 1,
                "what plays is told");
-  stage.Expect(index == 1 && std::wstring(title) == L"Track 1", "it is the track chosen");
+  stage.Expect(index == 1 && std::wcscmp(title, L"Track 1") == 0, "it is the track chosen");
   stage.Expect(stage.session().Command_PlayControl(ipod::IPOD_PLAYCONTROL_PLAYPAUSE) == 1,
                "it is paused");
   unsigned char state = 99;

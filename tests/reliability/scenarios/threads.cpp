@@ -2,6 +2,7 @@
 // Two threads of the host: the second makes the calls that may run beside the first's, or is handed
 // the session and closes, opens, copies and destroys it.
 #include <atomic>
+#include <cwchar>
 #include <functional>
 
 #include "platform/services.h"
@@ -51,7 +52,7 @@ void TwoThreads(Stage& stage) {
       wchar_t name[32] = {};
       // The second thread still uses the session, so the host does not stop in between.
       const int told = shared.Command_RequestIpodName(name, 32);
-      stage.Expect(told == 1 && std::wstring(name) == kIpodName, "the name is told meanwhile");
+      stage.Expect(told == 1 && std::wcscmp(name, kIpodName) == 0, "the name is told meanwhile");
     }
   });
 }
@@ -66,7 +67,7 @@ void HandedOver(Stage& stage) {
     stage.Expect(session->Open() == 0, "another thread opens it again");
     stage.Expect(stage.Works(), "another thread's command is answered");
     session.reset();
-    session = std::make_unique<CIpodComm>();
+    session = Make<CIpodComm>();
     Sleep(1500);
     stage.Expect(session->Open() == 0, "another thread opens a new one");
   };
@@ -78,7 +79,7 @@ void Copies(Stage& stage) {
   stage.session();
   std::unique_ptr<CIpodComm> copy;
   const std::function<void()> second = [&] {
-    copy = std::make_unique<CIpodComm>(*stage.owned_session());
+    copy = Make<CIpodComm>(*stage.owned_session());
     stage.Expect(copy->IsOpen() != 0, "the copy is open");
     wchar_t name[32] = {};
     copy->Command_RequestIpodName(name, 32);

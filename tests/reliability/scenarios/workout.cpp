@@ -53,6 +53,7 @@ void Write(Stage& stage) {
   tagIPOD_WORKOUT_FILE file = {};
   stage.session().GetWorkoutFile(&file);
   stage.Expect(file.failed_writes == 0, "no write has failed");
+  const EnoughMemory enough;
   const auto names = stage.ipod().feature_files().Names();
   stage.Expect(names.size() == 1, "there is one file");
   if (names.size() != 1) return;
@@ -73,6 +74,7 @@ void WriteToTheFullOne(Stage& stage) {
   tagIPOD_WORKOUT_FILE file = {};
   stage.session().GetWorkoutFile(&file);
   stage.Expect(file.failed_writes > kIntervals, "the failed writes are told");
+  const EnoughMemory enough;
   stage.Expect(stage.ipod().open_feature_files().empty(), "the file is closed");
 }
 
