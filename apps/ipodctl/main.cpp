@@ -129,6 +129,8 @@ int Run(const Options& options) {
   SetVerbose(options.verbose);
   if (options.verbose) {
     SetEnvironment("IPODCOMM_DEBUG", "1");
+    // Identification looks for the host's version again for each thing that it tells.
+    SayOnce("Failed to extract file version from ");
   } else {
     // The sentence with which a command fails says what a logged error would.
     SetEnvironment("IPODCOMM_TRACE", "off");

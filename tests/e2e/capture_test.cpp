@@ -151,6 +151,14 @@ TEST(IpodctlVerbose, TellsTheFramesWithoutARecordingToo) {
               AllOf(HasSubstr(" > General StartIDPS\n"), HasSubstr("Storage, version 1.02\n")));
 }
 
+// The library looks for it again for each thing that the accessory tells.
+TEST(IpodctlVerbose, SaysOnceThatTheHostHasNoVersion) {
+  const std::string told = Ipodctl({"--simulated", "-v", "info"}).err;
+  const std::size_t first = told.find("Failed to extract file version from qz104.exe!\r\n");
+  ASSERT_NE(first, std::string::npos) << told;
+  EXPECT_EQ(told.find("Failed to extract", first + 1), std::string::npos) << told;
+}
+
 TEST(IpodsimCapture, AgreesWithTheHostsRecordingInEveryByte) {
   const TemporaryFolder folder;
   Process ipodsim(IPODSIM_PROGRAM,

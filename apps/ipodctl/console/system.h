@@ -62,6 +62,9 @@ class LineSpeed {
   int line_ = -1;
 };
 
+/// Lets what begins so through to standard error once, where the library writes its log there.
+void SayOnce(const char* beginning);
+
 /// Lets go of standard output: whatever is written to it is dropped.
 void DropStandardOutput();
 

@@ -8,11 +8,13 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <optional>
+#include <string_view>
 
 #include "console/system.h"
 
@@ -44,6 +46,23 @@ std::optional<speed_t> SpeedOf(std::uint32_t baud) {
     default:
       return std::nullopt;
   }
+}
+
+const char* said_once = "";
+std::atomic<bool> was_said = false;
+
+ssize_t WriteUnlessSaid(void* /*cookie*/, const char* text, std::size_t size) {
+  const std::string_view whole(text, size);
+  if (whole.rfind(said_once, 0) == 0 && was_said.exchange(true)) {
+    return static_cast<ssize_t>(size);
+  }
+  std::string_view rest = whole;
+  while (!rest.empty()) {
+    const ssize_t written = ::write(STDERR_FILENO, rest.data(), rest.size());
+    if (written > 0) rest.remove_prefix(static_cast<std::size_t>(written));
+    if (written < 0 && errno != EINTR) return 0;
+  }
+  return static_cast<ssize_t>(size);
 }
 
 void Unmap(void* view, std::size_t bytes) {
@@ -145,6 +164,17 @@ bool LineSpeed::Set(std::uint32_t baud) {
   const auto speed = SpeedOf(baud);
   return speed && ::tcgetattr(line_, &settings) == 0 && ::cfsetspeed(&settings, *speed) == 0 &&
          ::tcsetattr(line_, TCSANOW, &settings) == 0;
+}
+
+// The C library lets a program set another stream as its standard error, which the library's log
+// then goes through too. The descriptor stays what it is.
+void SayOnce(const char* beginning) {
+  said_once = beginning;
+  std::FILE* const stream =
+      ::fopencookie(nullptr, "w", {nullptr, WriteUnlessSaid, nullptr, nullptr});
+  if (stream == nullptr) return;
+  std::setvbuf(stream, nullptr, _IONBF, 0);
+  stderr = stream;
 }
 
 void DropStandardOutput() {

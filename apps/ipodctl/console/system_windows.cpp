@@ -78,6 +78,9 @@ PortProblem WhyNotOpened(const std::string& /*device*/, long code) {
   }
 }
 
+// The library's log goes to the debugger.
+void SayOnce(const char* /*beginning*/) {}
+
 void DropStandardOutput() {
   const int nowhere = _open("NUL", _O_WRONLY);
   if (nowhere < 0) return;
