@@ -83,6 +83,7 @@ void OpenAgain(Stage& stage) {
 }
 
 void CopyAndDestroyBoth(Stage& stage) {
+  stage.Copied();
   if (stage.owned_legacy() != nullptr) {
     auto copy = std::make_unique<::ipod>(*stage.owned_legacy());
     stage.DestroyQuickly();
@@ -187,6 +188,7 @@ bool Enumerate(const Options& options, const Scenario& scenario, const Action& a
     return PlayCall(options, scenario, action, static_cast<unsigned>(call));
   });
   if (verdict.passed()) return true;
+  report.Found(TotalTally().runs + 1);
   report.Failed(std::string(scenario.name) + ", " + action.name, verdict.text,
                 "destroy --scenario " + std::string(scenario.name) + " --action " + action.name +
                     " --at " + std::to_string(verdict.failed) + " --seed " +
@@ -202,6 +204,7 @@ int RunDestroy(const Options& options) {
   for (const Scenario* scenario : options.scenarios) {
     for (const Action& action : kActions) {
       if (!options.action.empty() && options.action != action.name) continue;
+      if (IsEnough(options, found)) continue;
       found += Enumerate(options, *scenario, action, report) ? 0 : 1;
     }
   }

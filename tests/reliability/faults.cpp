@@ -118,6 +118,7 @@ bool Enumerate(const Options& options, const Scenario& scenario, const Fault& fa
   };
   const Verdict verdict = RunApart(PlacesOf(options), trial);
   if (verdict.passed()) return true;
+  report.Found(TotalTally().runs + 1);
   report.Failed(scenario.name, verdict.text, Repeat(scenario, fault, verdict.failed, options.seed));
   return false;
 }
@@ -138,7 +139,7 @@ int RunFaults(const Options& options) {
       for (const DWORD code : service.codes) {
         for (const bool for_ever : {false, true}) {
           const Fault fault = {service, code, for_ever};
-          if (!IsAskedFor(options, fault)) continue;
+          if (!IsAskedFor(options, fault) || IsEnough(options, found)) continue;
           found += Enumerate(options, *scenario, fault, report) ? 0 : 1;
         }
       }

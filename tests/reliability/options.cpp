@@ -18,7 +18,7 @@ constexpr const char* kHelp =
     "\n"
     "  schedules   under many orders of the threads\n"
     "  traces      that a seed gives the same trace twice; prints the hash of all of them\n"
-    "  faults      while each call of each platform service fails in turn\n"
+    "  faults      while each call of each platform service fails in turn, and each allocation\n"
     "  destroy     ended between any two calls: destroyed, closed, opened, copied\n"
     "  unplug      while the cable is pulled at every byte and every decision of the schedule\n"
     "  cycles      the cable pulled and put back again and again in one session\n"
@@ -42,7 +42,9 @@ constexpr const char* kHelp =
     "  --service NAME         faults: of this service alone\n"
     "  --code N               faults: with this code alone\n"
     "  --for-ever yes|no      faults: from then on, or once\n"
-    "  --action NAME          destroy and unplug: this one alone\n";
+    "  --action NAME          destroy and unplug: this one alone\n"
+    "  --most N               faults, destroy, unplug: ends when N kinds have found something\n"
+    "  --shorten yes|no       schedules: looks for the shortest one that still fails (yes)\n";
 
 bool ReadNumber(const std::string& text, std::uint64_t* number) {
   char* end = nullptr;
@@ -71,6 +73,7 @@ std::map<std::string, std::function<bool(const std::string&)>> Readers(Options* 
       {"--every", Into(&options->every)},
       {"--at", Into(&options->at)},
       {"--code", Into(&options->code)},
+      {"--most", Into(&options->most)},
       {"--minutes",
        [options](const std::string& text) {
          options->minutes.emplace();
@@ -100,6 +103,11 @@ std::map<std::string, std::function<bool(const std::string&)>> Readers(Options* 
        [options](const std::string& text) {
          options->action = text;
          return true;
+       }},
+      {"--shorten",
+       [options](const std::string& text) {
+         options->shorten = text == "yes";
+         return text == "yes" || text == "no";
        }},
       {"--for-ever",
        [options](const std::string& text) {

@@ -31,6 +31,8 @@ struct Options {
   unsigned long code = 0;
   std::optional<bool> for_ever_only;
   std::string action;
+  unsigned most = 0;    // ends when so many ways have found something; 0: tries all
+  bool shorten = true;  // the schedule that fails
   std::vector<const Scenario*> scenarios;  // all unless named
   std::optional<Deviations> replay;
 };
@@ -40,6 +42,11 @@ std::optional<int> ReadOptions(int count, char** arguments, Options* options);
 
 /// The places that --first, --every and --at leave.
 Places PlacesOf(const Options& options);
+
+/// Whether --most ways have found something.
+inline bool IsEnough(const Options& options, unsigned found) {
+  return options.most != 0 && found >= options.most;
+}
 
 const char* StrategyName(Strategy strategy);
 

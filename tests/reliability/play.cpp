@@ -32,7 +32,8 @@ std::string LeftOpen(Stage& stage) {
   for (const std::string& name : stage.world().leftovers()) {
     if (name.find("read") == std::string::npos) left += " " + name;
   }
-  return left.empty() ? "" : "left open:" + left;
+  if (!left.empty()) left = "left open:" + left + " ";
+  return left + stage.GivenBackTwice();
 }
 
 void Count(Stage& stage) {

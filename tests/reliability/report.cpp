@@ -29,6 +29,10 @@ double ProcessorSeconds() {
 const std::string& ProgramName() { return program_name; }
 void SetProgramName(const char* name) { program_name = name; }
 
+void Report::Found(std::uint64_t runs) const {
+  std::printf("found after %" PRIu64 " runs and %.1f s\n", runs, seconds());
+}
+
 double Report::seconds() const {
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - began_;
   return taken.count();
@@ -64,6 +68,7 @@ int Report::Failed(const std::string& where, const std::string& wrong,
                    const std::string& repeat) const {
   std::printf("FAILED: %s\n  %s\n  to repeat: %s %s\n", where.c_str(), wrong.c_str(),
               program_name.c_str(), repeat.c_str());
+  std::fflush(stdout);
   return 1;
 }
 

@@ -16,6 +16,8 @@ class Report {
   /// Passed, of as many runs as were made, when `found` is 0; else prints how many of the ways that
   /// were tried found something. @return the program's status
   int Ended(const std::string& what, unsigned found, std::uint64_t seed) const;
+  /// Prints when something was found.
+  void Found(std::uint64_t runs) const;
   /// Prints what was found and the command that repeats it.
   int Failed(const std::string& where, const std::string& wrong, const std::string& repeat) const;
   double seconds() const;

@@ -5,10 +5,23 @@ namespace reliability {
 
 const std::vector<Scenario>& AllScenarios() {
   static const std::vector<Scenario> all = {
-      kIdentifyByTokens, kIdentifyFallBack, kIdentifySurvey, kIdentifyRefused,
-      kBrowse,           kPlayAndFollow,    kPreferences,    kWorkout,
-      kWorkoutFullIpod,  kQuestionsAnyTime, kTwoThreads,     kHandedOver,
-      kCopies,           kLegacySelfTest,   kLegacyWorkout,  kLegacyClosedByAnother,
+      kIdentifyByTokens,
+      kIdentifyFallBack,
+      kIdentifySurvey,
+      kIdentifyRefused,
+      kBrowse,
+      kPlayAndFollow,
+      kPreferences,
+      kWorkout,
+      kWorkoutFullIpod,
+      kQuestionsAnyTime,
+      kTwoThreads,
+      kHandedOver,
+      kCopies,
+      kCopyOpens,
+      kLegacySelfTest,
+      kLegacyWorkout,
+      kLegacyClosedByAnother,
   };
   return all;
 }

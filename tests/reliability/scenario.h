@@ -41,6 +41,7 @@ extern const Scenario kQuestionsAnyTime;
 extern const Scenario kTwoThreads;
 extern const Scenario kHandedOver;
 extern const Scenario kCopies;
+extern const Scenario kCopyOpens;
 extern const Scenario kLegacySelfTest;
 extern const Scenario kLegacyWorkout;
 extern const Scenario kLegacyClosedByAnother;

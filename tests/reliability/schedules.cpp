@@ -38,8 +38,10 @@ int Explain(const Options& options, const Verdict& verdict, const Report& report
   constexpr double kMostSeconds = 60;
   const std::uint64_t seed = verdict.failed;
   const Scenario& scenario = ScenarioOf(options, seed);
-  std::printf("found after %.1f s: %s, seed %llu\n  %s\n", report.seconds(), scenario.name,
-              static_cast<unsigned long long>(seed), verdict.text.c_str());
+  report.Found(seed - options.seed + 1);
+  std::printf("%s, seed %llu\n  %s\n", scenario.name, static_cast<unsigned long long>(seed),
+              verdict.text.c_str());
+  if (!options.shorten) return 1;
   const Deviations noted = NotedDeviations();
   const Report shortening;
   const Deviations shortest = Shortest(noted, [&](const Deviations& rest) {

@@ -15,12 +15,16 @@ using ipodcomm::virtual_platform::Purpose;
 using ipodcomm::virtual_platform::WorldOptions;
 
 constexpr std::uint32_t kMinuteMs = 60'000;
+constexpr std::uint32_t kScenarioMs = 8'000;
 
-// Anywhere; one of four runs begins less than a minute before the wrap.
+// Anywhere; one of four runs begins less than a minute before the wrap, and most of those so little
+// that the count wraps in the middle of the scenario.
 std::uint32_t DrawTickCount(std::uint64_t seed) {
   const std::uint64_t number = Draw(seed, Purpose::kTickCount, 1);
   const auto any = static_cast<std::uint32_t>(number >> 32);
-  return number % 4 == 0 ? static_cast<std::uint32_t>(0) - 1 - any % (kMinuteMs - 1) : any;
+  if (number % 4 != 0) return any;
+  const std::uint32_t before_ms = number % 16 == 0 ? kMinuteMs : kScenarioMs;
+  return static_cast<std::uint32_t>(0) - 1 - any % (before_ms - 1);
 }
 
 struct NamedConduct {
@@ -154,6 +158,13 @@ bool Stage::TellsName() {
 bool Stage::LegacyTellsName() {
   wchar_t name[256] = {};
   return legacy_->getipodname(name) == 1 && std::wcscmp(name, kIpodName) == 0;
+}
+
+std::string Stage::GivenBackTwice() {
+  std::string twice;
+  if (copied_) return twice;
+  for (const std::string& name : world_.given_back_twice()) twice += " " + name + ";";
+  return twice.empty() ? "" : "given back twice:" + twice;
 }
 
 void Stage::DestroyQuickly() {

@@ -87,6 +87,10 @@ class Stage {
   bool Works();
   /// What the session asked last and was answered, it asked once.
   void ExpectOneAttempt();
+  /// What was given back twice, or nothing. A copy gives back what its source has, as it always
+  /// did: after Copied nothing is judged.
+  std::string GivenBackTwice();
+  void Copied() { copied_ = true; }
   /// Destroys what the host has, which is quick. Nothing then stays open but the ended read
   /// thread's handle.
   void DestroyQuickly();
@@ -106,6 +110,7 @@ class Stage {
   World world_;
   std::unique_ptr<CIpodComm> session_;
   std::unique_ptr<::ipod> legacy_;
+  bool copied_ = false;
   std::string wrong_;
 
   void CountCall();

@@ -87,6 +87,7 @@ bool Enumerate(const Options& options, const Scenario& scenario, bool at_byte,
   const Verdict verdict = RunApart(
       places, [&](std::uint64_t at) { return PlayPulled(scenario, at_byte, at, options.seed); });
   if (verdict.passed()) return true;
+  report.Found(TotalTally().runs + 1);
   report.Failed(std::string(scenario.name) + ", at a " + kind, verdict.text,
                 "unplug --scenario " + std::string(scenario.name) + " --action " + kind + " --at " +
                     std::to_string(verdict.failed) + " --seed " + std::to_string(options.seed));
@@ -101,6 +102,7 @@ int RunUnplug(const Options& options) {
   for (const Scenario* scenario : options.scenarios) {
     for (const bool at_byte : {true, false}) {
       if (!options.action.empty() && (options.action == "byte") != at_byte) continue;
+      if (IsEnough(options, found)) continue;
       found += Enumerate(options, *scenario, at_byte, report) ? 0 : 1;
     }
   }

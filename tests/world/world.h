@@ -110,6 +110,9 @@ class World {
 
   /// What is open or allocated now: handles, critical sections, heap blocks and pages, by name.
   std::vector<std::string> leftovers() const;
+  /// Handles and blocks that were given back when they had been already: "event2 (closed) by host".
+  /// A system may have given the same to somebody else by then.
+  std::vector<std::string> given_back_twice() const;
 
  private:
   std::unique_ptr<WorldState> state_;

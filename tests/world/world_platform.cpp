@@ -142,4 +142,9 @@ std::vector<std::string> World::leftovers() const {
   return names;
 }
 
+std::vector<std::string> World::given_back_twice() const {
+  const Unwatched unwatched;
+  return state_->given_back_twice;
+}
+
 }  // namespace ipodcomm::virtual_platform

@@ -54,6 +54,7 @@ struct WorldState {
   Faults faults;
   Recorder recorder;
   std::vector<std::string> debug_output;
+  std::vector<std::string> given_back_twice;
   // Last: the threads that it ends use all of the above.
   Scheduler scheduler;
 };

@@ -75,6 +75,7 @@ void HandedOver(Stage& stage) {
 }
 
 void Copies(Stage& stage) {
+  stage.Copied();
   stage.Dock();
   stage.session();
   std::unique_ptr<CIpodComm> copy;
@@ -92,6 +93,26 @@ void Copies(Stage& stage) {
   stage.Dock();
 }
 
+// The source has closed, and its read thread restarts the driver, when the copy opens again: it
+// does not end that thread, though it was made when the thread was reading.
+void CopyOpens(Stage& stage) {
+  stage.Copied();
+  stage.Dock();
+  auto copy = Make<CIpodComm>(stage.session());
+  const std::size_t restarts = stage.world().drivers().size();
+  stage.session().Close();
+  // Long after the thread's last turn, and any time before its end.
+  stage.world().Advance((200 + static_cast<std::int64_t>(stage.world().seed() % 800)) *
+                        kMillisecond);
+  copy->Open();
+  stage.world().Advance(1500 * kMillisecond);
+  stage.Expect(stage.world().drivers().size() == restarts + 1, "the driver's restart is completed");
+  stage.Expect(copy->Open() == 0, "the copy opens");
+  stage.owned_session().reset();
+  copy.reset();
+  stage.Dock();
+}
+
 }  // namespace
 
 const Scenario kTwoThreads = {"two-threads", "what may run beside the host's calls does", SmallIpod,
@@ -99,5 +120,8 @@ const Scenario kTwoThreads = {"two-threads", "what may run beside the host's cal
 const Scenario kHandedOver = {"handed-over", "another thread closes, opens, destroys and makes it",
                               SmallIpod, HandedOver};
 const Scenario kCopies = {"copies", "another thread copies and destroys both", SmallIpod, Copies};
+
+const Scenario kCopyOpens = {"copy-opens", "a copy opens while its source's driver restarts",
+                             SmallIpod, CopyOpens};
 
 }  // namespace reliability

@@ -30,7 +30,7 @@ HLOCAL LocalFree(HLOCAL memory) {
   MemoryBlocks& heap = HeapOf(call);
   call.Arguments([&] { return heap.NameOf(memory); });
   if (call.ToldToFail()) return memory;
-  if (memory != nullptr && !heap.Release(memory)) return call.Fails(ERROR_INVALID_HANDLE, memory);
+  if (memory != nullptr && !heap.Release(memory)) return call.FailsToGiveBack("a block", memory);
   const HLOCAL none = nullptr;
   return call.Returns(none, [] { return "null"; });
 }

@@ -82,7 +82,7 @@ BOOL CloseHandle(HANDLE handle) {
   call.Arguments([&] { return call.Name(handle); });
   if (call.ToldToFail()) return FALSE;
   const auto object = call->handles.Remove(handle);
-  if (object == nullptr) return call.Fails(ERROR_INVALID_HANDLE, FALSE);
+  if (object == nullptr) return call.FailsToGiveBack(call.Name(handle), FALSE);
   call->names.Closed(handle);
   if (const auto port = std::dynamic_pointer_cast<SerialPort>(object)) port->Close();
   return call.Succeeds(ERROR_SUCCESS);

@@ -49,6 +49,12 @@ void Service::Begin(const std::string& arguments) {
   number_ = world_->recorder.Begin(std::move(call));
 }
 
+// Null and the like was never open.
+void Service::NoteGivenBackTwice(const std::string& name) {
+  if (world_ == nullptr || name == "null" || name == "invalid") return;
+  world_->given_back_twice.push_back(name + " by " + Scheduler::Running()->name);
+}
+
 void Service::Finish(const std::string& result) {
   world_->recorder.Finish(number_, result, world_->clock.now_us());
 }

@@ -60,6 +60,12 @@ class Service {
     if (code != ERROR_SUCCESS) return Fails(code, FALSE);
     return Returns(TRUE, [] { return "1"; });
   }
+  /// FALSE or what else stands for it: what was to be given back is not open (any more).
+  template <class Value>
+  Value FailsToGiveBack(const std::string& name, Value value) {
+    NoteGivenBackTwice(name);
+    return Fails(ERROR_INVALID_HANDLE, value);
+  }
   /// For services without a result.
   void Done() {
     if (records_) Finish("");
@@ -71,6 +77,7 @@ class Service {
  private:
   void Begin(const std::string& arguments);
   void Finish(const std::string& result);
+  void NoteGivenBackTwice(const std::string& name);
 
   const Unwatched unwatched_;
   const ServiceId id_;

@@ -375,6 +375,20 @@ TEST(VirtualDevices, WhatIsLeftOpenIsKnownByName) {
   EXPECT_THAT(world.leftovers(), testing::UnorderedElementsAre("port1", "block1", "pages1"));
 }
 
+TEST(VirtualDevices, WhatIsGivenBackTwiceIsNoted) {
+  World world;
+  const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  const HLOCAL block = LocalAlloc(0, 8);
+  CloseHandle(event);
+  LocalFree(block);
+  EXPECT_THAT(world.given_back_twice(), IsEmpty());
+  CloseHandle(event);
+  LocalFree(block);
+  CloseHandle(nullptr);
+  CloseHandle(INVALID_HANDLE_VALUE);
+  EXPECT_THAT(world.given_back_twice(), ElementsAre("event1 (closed) by host", "a block by host"));
+}
+
 TEST(VirtualDevices, HeapServesHostsOutsideAWorld) {
   const HLOCAL block = LocalAlloc(LPTR, 16);
   ASSERT_NE(block, nullptr);
