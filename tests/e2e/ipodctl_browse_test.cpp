@@ -27,6 +27,8 @@ TEST(IpodctlInfo, TellsPeopleAndMachinesWhoIsInTheDock) {
   EXPECT_EQ(ended.status, 0) << ended.err;
   EXPECT_THAT(ended.out, HasSubstr("Zoë's iPod on " + dock.device() + "\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Model               MB598LL (0x00140000)\n"));
+  EXPECT_THAT(ended.out, HasSubstr("  Serial number       5U8250SIM01\n"));
+  EXPECT_THAT(ended.out, HasSubstr("  Software version    1.0.4\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Identified by       tokens\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Workouts            supported\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Extended Interface  1.14\n"));
@@ -40,6 +42,8 @@ TEST(IpodctlInfo, TellsPeopleAndMachinesWhoIsInTheDock) {
   EXPECT_EQ(info.at("model"), "MB598LL");
   EXPECT_EQ(info.at("model_id"), 0x00140000);
   EXPECT_EQ(info.at("color"), 2);
+  EXPECT_EQ(info.at("serial_number"), "5U8250SIM01");
+  EXPECT_EQ(info.at("software_version"), "1.0.4");
   EXPECT_EQ(info.at("identified_by"), "tokens");
   EXPECT_EQ(info.at("sports"), true);
   EXPECT_EQ(info.at("lingoes").at("General"), "1.09");

@@ -200,6 +200,8 @@ TEST(Judge, ReadsWhatIsPrintedForPeople) {
 constexpr const char* kFacts =
     "  Model               MB598LL (0x00140000)\n"
     "  Colour              number 2\n"
+    "  Serial number       5U8250SIM01\n"
+    "  Software version    1.0.4\n"
     "  Identified by       lingoes\n"
     "  Workouts            supported\n"
     "  Maximum payload     506 bytes\n"
@@ -228,6 +230,23 @@ TEST(Judge, FindsALingoThatIsSaidToBeLackingAndIsNot) {
             "");
   account.refusals = {{20, 0, 0x0F, 4}};
   EXPECT_EQ(JudgeOutput(run, lacking, account).why, "");
+}
+
+TEST(Judge, FindsFactsThatAreMissingOrWrong) {
+  const char* const run = "info/nano/fast/none@0/1/text";
+  const std::string whole =
+      "Zoë's iPod on /dev/ttyS1\n" + std::string(kFacts) + "  Storage             1.02\n";
+  const auto with = [&whole](const std::string& fact, const std::string& instead) {
+    std::string changed = whole;
+    return changed.replace(changed.find(fact), fact.size(), instead);
+  };
+  EXPECT_EQ(JudgeOutput(run, whole).why, "");
+  EXPECT_EQ(JudgeOutput(run, with("5U8250SIM01", "5U8250SIM0")).why,
+            R"(serial_number "5U8250SIM0" instead of "5U8250SIM01")");
+  EXPECT_EQ(JudgeOutput(run, with("  Serial number       5U8250SIM01\n", "")).why,
+            "no serial_number");
+  EXPECT_EQ(JudgeOutput(run, with("1.0.4", "1.0.0")).why,
+            R"(software_version "1.0.0" instead of "1.0.4")");
 }
 
 TEST(Judge, FindsASelfTestThatPassedWithSomethingUntrue) {

@@ -49,6 +49,24 @@ void ReadModel(Session& session, DeviceInfo* info) {
   info->color = CIpodComm::ColorOfModel(model);
 }
 
+void ReadSerialNumber(Session& session, DeviceInfo* info) {
+  const auto data = session.ExchangeWhole(
+      {ipod::IPOD_COMMAND_REQUESTIPODSERIALNUM, ipod::IPOD_LINGO_GENERAL, nullptr, 0},
+      ipod::IPOD_COMMAND_RETURNIPODSERIALNUM,
+      [](const std::vector<unsigned char>& text) { return !text.empty() && text.back() == 0; },
+      "its serial number");
+  if (data) info->serial_number = Utf8(Wide(reinterpret_cast<const char*>(data->data())).c_str());
+}
+
+void ReadSoftwareVersion(Session& session, DeviceInfo* info) {
+  const auto data = session.ExchangeWhole(
+      {ipod::IPOD_COMMAND_REQUESTIPODSOFTWAREVERSION, ipod::IPOD_LINGO_GENERAL, nullptr, 0},
+      ipod::IPOD_COMMAND_RETURNIPODSOFTWAREVERSION,
+      [](const std::vector<unsigned char>& numbers) { return numbers.size() >= 3; },
+      "its software version");
+  if (data) info->software_version = Dotted(*data, ".");
+}
+
 std::string ShownVersion(const LingoVersion& lingo) {
   if (lingo.version) return VersionText(*lingo.version);
   if (lingo.lacking) return "not supported";
@@ -94,6 +112,8 @@ DeviceInfo ReadDeviceInfo(Session& session) {
     session.Require(session.WasRefused(), "tell its name");
   }
   ReadModel(session, &info);
+  ReadSerialNumber(session, &info);
+  ReadSoftwareVersion(session, &info);
   info.identified_by = session.IdentifiedBy();
   if (ipod.Command_RequestMaxPayloadSize() == 0) {
     session.Require(session.WasRefused(), "tell its maximum payload");
@@ -118,6 +138,8 @@ void RunInfo(const Context& context, Session& session) {
               ToldName(info.model) + (info.model ? " (" + ModelId(info.model_id) + ")" : ""));
   output.Fact("Colour",
               info.color == IPOD_COLOR_NONE ? "unknown" : "number " + std::to_string(info.color));
+  output.Fact("Serial number", ToldName(info.serial_number));
+  output.Fact("Software version", ToldName(info.software_version));
   output.Fact("Identified by", *info.identified_by);
   output.Fact("Workouts", WorkoutsText(info));
   if (info.max_payload)

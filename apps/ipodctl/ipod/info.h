@@ -27,10 +27,9 @@ struct DeviceInfo {
   std::optional<std::string> model;
   std::uint32_t model_id = 0;
   tagIPOD_COLOR color = IPOD_COLOR_NONE;
-  // None: the interface does not tell them, or the iPod refuses to.
   std::optional<std::string> serial_number;
   std::optional<std::string> software_version;
-  std::optional<std::string> identified_by;
+  std::optional<std::string> identified_by;  // none: the interface does not tell it
   // Whether it takes workouts; none where that is not known, and where it has the service and did
   // not offer it.
   std::optional<bool> sports;

@@ -114,6 +114,19 @@ std::optional<std::vector<unsigned char>> Session::Exchange(const tagIPOD_WRITE_
   return data;
 }
 
+std::optional<std::vector<unsigned char>> Session::ExchangeWhole(
+    const tagIPOD_WRITE_PARAMS& question, std::uint16_t answer,
+    bool (*whole)(const std::vector<unsigned char>& data), const std::string& about) {
+  constexpr int kCutShort = 3;  // answers
+  for (int answers = 0; answers < kCutShort; ++answers) {
+    const auto data = Exchange(question, answer);
+    if (!data && WasRefused()) return std::nullopt;
+    Require(data.has_value(), "tell " + about);
+    if (whole(*data)) return data;
+  }
+  throw CommandFailure(kFailed, "the iPod's answers about " + about + " are cut short");
+}
+
 tagIPOD_EXCHANGE Session::Last() {
   tagIPOD_EXCHANGE last = {};
   ipod_.GetLastExchange(&last);

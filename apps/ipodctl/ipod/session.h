@@ -47,6 +47,14 @@ class Session {
   /// @return the answer's data; none when the iPod refused or stayed silent (see Last)
   std::optional<std::vector<unsigned char>> Exchange(const tagIPOD_WRITE_PARAMS& command,
                                                      std::uint16_t answer, int attempts = 3);
+  /// Exchanges a question until the answer is whole, where the library does not look.
+  /// @param whole whether an answer's data are
+  /// @param about "the weight": what is asked about
+  /// @return the data; none when the iPod refused. Throws a CommandFailure when it stays silent, or
+  /// cuts its answers short.
+  std::optional<std::vector<unsigned char>> ExchangeWhole(
+      const tagIPOD_WRITE_PARAMS& question, std::uint16_t answer,
+      bool (*whole)(const std::vector<unsigned char>& data), const std::string& about);
   /// What came of the command sent last.
   tagIPOD_EXCHANGE Last();
   bool WasRefused() { return Last().result == IPOD_EXCHANGE_REFUSED; }

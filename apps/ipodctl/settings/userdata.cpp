@@ -28,17 +28,12 @@ void RequireUserData(Session& session) {
 // The answer is longer than those about the other data, so the library takes one that is cut short.
 unsigned short ReadWeight(Session& session) {
   constexpr unsigned char kWeight = 3;
-  constexpr std::size_t kAnswerBytes = 3;
-  constexpr int kCutShort = 3;  // answers
-  for (int answers = 0; answers < kCutShort; ++answers) {
-    const auto data = session.Exchange(
-        {ipod::IPOD_COMMAND_SPORTS_GETUSERDATA, ipod::IPOD_LINGO_SPORTS, &kWeight, 1},
-        ipod::IPOD_COMMAND_SPORTS_RETURNUSERDATA);
-    session.Require(data.has_value(), "tell the weight");
-    if (data->size() < kAnswerBytes) continue;
-    return static_cast<unsigned short>((*data)[1] << 8 | (*data)[2]);
-  }
-  throw CommandFailure(kFailed, "the iPod's answers about the weight are cut short");
+  const auto data = session.ExchangeWhole(
+      {ipod::IPOD_COMMAND_SPORTS_GETUSERDATA, ipod::IPOD_LINGO_SPORTS, &kWeight, 1},
+      ipod::IPOD_COMMAND_SPORTS_RETURNUSERDATA,
+      [](const std::vector<unsigned char>& answer) { return answer.size() >= 3; }, "the weight");
+  session.Require(data.has_value(), "tell the weight");
+  return static_cast<unsigned short>((*data)[1] << 8 | (*data)[2]);
 }
 
 void SetWeight(Session& session, unsigned wanted) {

@@ -16,6 +16,11 @@ std::string VersionText(const ipodsim::Version& version) {
   return text;
 }
 
+std::string SoftwareText(const ipodsim::Traits& traits) {
+  return std::to_string(traits.software[0]) + "." + std::to_string(traits.software[1]) + "." +
+         std::to_string(traits.software[2]);
+}
+
 }  // namespace
 
 std::string UntrueLingoes(const Question& question) {
@@ -43,15 +48,12 @@ std::string UntrueLingoes(const Question& question) {
 
 std::string UntrueLegacyInfo(const Question& question) {
   const ipodsim::Traits& traits = question.traits();
-  const std::string software = std::to_string(traits.software[0]) + "." +
-                               std::to_string(traits.software[1]) + "." +
-                               std::to_string(traits.software[2]);
   const bool sports = traits.Lingo(ipodsim::kSports) != nullptr && traits.model_id >> 16 == 0x0014;
   const std::pair<const char*, Json> facts[] = {{"name", question.ipod.settings().library.name},
                                                 {"model", traits.model_number},
                                                 {"model_id", traits.model_id},
                                                 {"serial_number", traits.serial_number},
-                                                {"software_version", software},
+                                                {"software_version", SoftwareText(traits)},
                                                 {"sports", sports}};
   for (const auto& [member, truth] : facts) {
     const std::string untrue = ExpectUnlessRefused(question, question.last(), member, truth);
@@ -82,8 +84,10 @@ std::string UntrueInfo(const Question& question) {
   }
   return FirstOf(ExpectUnlessRefused(question, info, "name", question.ipod.settings().library.name),
                  ExpectUnlessRefused(question, info, "model", traits.model_number),
-                 ExpectUnlessRefused(question, info, "model_id", traits.model_id), identified,
-                 UntrueSports(question), payload, UntrueLingoes(question));
+                 ExpectUnlessRefused(question, info, "model_id", traits.model_id),
+                 ExpectUnlessRefused(question, info, "serial_number", traits.serial_number),
+                 ExpectUnlessRefused(question, info, "software_version", SoftwareText(traits)),
+                 identified, UntrueSports(question), payload, UntrueLingoes(question));
 }
 
 }  // namespace truth
