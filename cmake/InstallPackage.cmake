@@ -23,7 +23,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/cmake/ipodcommConfig.cmake
 # It finds the rest from where it lies itself, so that an installation may be moved.
 file(RELATIVE_PATH pkgconfig_to_prefix /p/${CMAKE_INSTALL_LIBDIR}/pkgconfig /p)
 if(WIN32)
-  set(pkgconfig_system_libraries -lversion)
+  set(pkgconfig_system_libraries "-lversion -pthread")
 else()
   set(pkgconfig_system_libraries -pthread)
 endif()

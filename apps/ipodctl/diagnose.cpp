@@ -193,7 +193,7 @@ std::string Explain(const Outcome& outcome, const Options& options, Output& outp
   }
   const auto findings = FindingsOfWatchedLine();
   if (!findings) {
-    output.Line("The line cannot be recorded on this system, so there is no more to tell.");
+    output.Line("The line could not be recorded, so there is no more to tell.");
     return outcome.finding;
   }
   ShowFindings(*findings, output);

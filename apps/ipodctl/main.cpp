@@ -106,8 +106,7 @@ bool OpensDock(const Options& options) {
 // must not stand among what the command says.
 std::string CaptureAskedFor(const Options& options) {
   if (!options.capture.empty() || !OpensDock(options)) return options.capture;
-  const char* const file = std::getenv("IPODCOMM_CAPTURE");
-  return file != nullptr && std::string(file) == "-" ? "-" : "";
+  return Environment("IPODCOMM_CAPTURE") == "-" ? "-" : "";
 }
 
 int RunAny(const Options& options, Output& output) {
@@ -183,8 +182,7 @@ int AnswerWireshark(const ExtcapArguments& arguments) {
   Options watched;
   watched.watched = true;
   try {
-    const ExtcapSurroundings here = {IPODCTL_VERSION, PortDevice(), NamesForSimulation().profiles,
-                                     CanRecordForWireshark()};
+    const ExtcapSurroundings here = {IPODCTL_VERSION, PortDevice(), NamesForSimulation().profiles};
     std::fputs(AnswerExtcap(arguments, here).c_str(), stdout);
     if (!arguments.Has("capture")) return kSuccess;
     return RunForWireshark(CaptureForExtcap(arguments, here));

@@ -278,7 +278,9 @@ DWORD FormatMessageW(DWORD flags, const void* source, DWORD message, DWORD langu
 /// Writes to the platform's debug output, formatted as wsprintfW does; text of any length.
 void NKDbgPrintfW(const wchar_t* format, ...);
 
-#elif !defined(UNDER_CE)  // what Windows CE has and the desktop lacks, from platform/windows
+#elif !defined(UNDER_CE)  // from platform/windows
+
+// What Windows CE has and the desktop lacks.
 
 BOOL EventModify(HANDLE event, DWORD action);
 void NKDbgPrintfW(const wchar_t* format, ...);
@@ -289,5 +291,26 @@ BOOL DeactivateDevice(HANDLE device);
 /// The desktop's own may end the process over one.
 HLOCAL DesktopLocalFree(HLOCAL memory);
 #define LocalFree(memory) DesktopLocalFree(memory)
+
+// The port's services, which note what goes over a line that is recorded and pass everything on.
+
+HANDLE DesktopCreateFile(const wchar_t* name, DWORD access, DWORD share,
+                         SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                         HANDLE file_template);
+BOOL DesktopCloseHandle(HANDLE handle);
+BOOL DesktopSetCommState(HANDLE port, DCB* state);
+BOOL DesktopReadFile(HANDLE port, void* buffer, DWORD count, DWORD* read, OVERLAPPED* overlapped);
+BOOL DesktopWriteFile(HANDLE port, const void* data, DWORD count, DWORD* written,
+                      OVERLAPPED* overlapped);
+BOOL DesktopClearCommError(HANDLE port, DWORD* errors, COMSTAT* status);
+#define CreateFileW(name, access, share, security, disposition, flags, file_template) \
+  DesktopCreateFile(name, access, share, security, disposition, flags, file_template)
+#define CloseHandle(handle) DesktopCloseHandle(handle)
+#define SetCommState(port, state) DesktopSetCommState(port, state)
+#define ReadFile(port, buffer, count, read, overlapped) \
+  DesktopReadFile(port, buffer, count, read, overlapped)
+#define WriteFile(port, data, count, written, overlapped) \
+  DesktopWriteFile(port, data, count, written, overlapped)
+#define ClearCommError(port, errors, status) DesktopClearCommError(port, errors, status)
 
 #endif

@@ -26,6 +26,8 @@ int TerminalColumns(std::FILE* stream);
 void CatchHangUp(void (*note)(int signal));
 
 void SetEnvironment(const char* name, const std::string& value);
+/// Empty where it is not set.
+std::string Environment(const char* name);
 
 /// The device that the library's port name stands for.
 std::string PortDevice();

@@ -99,6 +99,11 @@ void SetEnvironment(const char* name, const std::string& value) {
   ::setenv(name, value.c_str(), 1);
 }
 
+std::string Environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
 std::string PortDevice() {
   const char* device = std::getenv(kPortVariable);
   return device != nullptr && *device != '\0' ? device : kDefaultDevice;

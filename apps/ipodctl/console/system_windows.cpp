@@ -6,7 +6,10 @@
 #include <io.h>
 #include <shellapi.h>
 
+#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include "console/system.h"
@@ -48,10 +51,27 @@ int TerminalColumns(std::FILE* stream) {
 // A closed console ends programs here before they could end anything in good order.
 void CatchHangUp(void (* /*note*/)(int signal)) {}
 
-void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
+void SetEnvironment(const char* name, const std::string& value) {
+  _wputenv_s(Wide(name).c_str(), Wide(value).c_str());
+}
 
-std::string CaptureLine(const std::string& /*file*/, std::FILE* /*output*/) {
-  return "on this system the line cannot be recorded";
+std::string Environment(const char* name) {
+  const wchar_t* const value = _wgetenv(Wide(name).c_str());
+  return value == nullptr ? "" : Utf8(value);
+}
+
+// The library takes the system's standard output for its recording, whatever the C library calls
+// so.
+std::string CaptureLine(const std::string& file, std::FILE* output) {
+  if (file == "-") {
+    SetStdHandle(STD_OUTPUT_HANDLE, reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(output))));
+  } else {
+    std::FILE* const made = _wfopen(Wide(file).c_str(), L"ab");
+    if (made == nullptr) return std::strerror(errno);
+    std::fclose(made);
+  }
+  SetEnvironment("IPODCOMM_CAPTURE", file);
+  return {};
 }
 
 std::string PortDevice() { return "COM2"; }

@@ -67,17 +67,15 @@ Choice ChoiceOfProfile(const std::vector<std::string>& profiles) {
 
 std::vector<Interface> InterfacesIn(const ExtcapSurroundings& surroundings) {
   std::vector<Interface> interfaces;
-  if (surroundings.records) {
-    interfaces.push_back({"ipod-dock",
-                          "iPod in a dock",
-                          {{kPort,
-                            "Serial line",
-                            "The dock's, which no other program has open",
-                            "string",
-                            surroundings.device,
-                            {}},
-                           ChoiceOfSession("info")}});
-  }
+  interfaces.push_back({"ipod-dock",
+                        "iPod in a dock",
+                        {{kPort,
+                          "Serial line",
+                          "The dock's, which no other program has open",
+                          "string",
+                          surroundings.device,
+                          {}},
+                         ChoiceOfSession("info")}});
   interfaces.push_back({"ipod-recording",
                         "iPod session of another program",
                         {{kRecording,
@@ -86,7 +84,7 @@ std::vector<Interface> InterfacesIn(const ExtcapSurroundings& surroundings) {
                           "fileselect",
                           "",
                           {}}}});
-  if (surroundings.records && !surroundings.profiles.empty()) {
+  if (!surroundings.profiles.empty()) {
     interfaces.push_back({"ipod-simulated",
                           "Simulated iPod",
                           {ChoiceOfProfile(surroundings.profiles), ChoiceOfSession("tour")}});

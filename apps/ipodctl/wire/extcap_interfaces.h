@@ -14,7 +14,6 @@ struct ExtcapSurroundings {
   std::string version;                ///< of this program
   std::string device;                 ///< that the library opens when none is named
   std::vector<std::string> profiles;  ///< of the simulated iPod; none where there is none
-  bool records = false;               ///< whether the line can be recorded here
 };
 
 /// What is to be recorded into Wireshark's pipe: a session that this program makes, or the

@@ -6,9 +6,6 @@
 
 namespace ipodctl {
 
-/// Whether this system lets the line be recorded for it.
-bool CanRecordForWireshark();
-
 /// Writes what the library records from now on into Wireshark's pipe, to the end of the process.
 /// When Wireshark has seen enough the program is interrupted, as by Ctrl-C. Throws the
 /// CommandFailure that says what is wrong with the pipe.

@@ -11,7 +11,7 @@
 namespace ipodctl {
 
 /// Watches what the library records from now on until the process ends. A recording that was asked
-/// for is made all the same. Does nothing where the line cannot be recorded.
+/// for is made all the same. Does nothing when the system has no pipe to give.
 /// @param shown whether every frame is printed on standard error
 /// @param baud at which the line is heard, where that is another rate than the library's
 void WatchLine(bool shown, std::uint32_t baud = 0);

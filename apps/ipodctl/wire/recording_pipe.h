@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <thread>
 
 namespace ipodctl {
@@ -34,8 +35,8 @@ class RecordingPipe {
  private:
   void End();
 
-  int read_end_ = -1;
-  int wake_ = -1;  // readable once the end is asked for
+  class Ends;
+  const std::unique_ptr<Ends> ends_;  // null where the system has none to give
   std::atomic<bool> ending_ = false;
   std::atomic<bool> drained_ = false;  // all that is recorded is in the pipe
   std::atomic<int> patience_ms_ = 0;

@@ -21,13 +21,39 @@ constexpr int kGraceMs = 20;
 
 }  // namespace
 
-RecordingPipe::RecordingPipe(const std::function<void(RecordingPipe&)>& reader) {
-  int ends[2] = {};
-  if (::pipe2(ends, O_CLOEXEC) != 0) return;
-  read_end_ = ends[0];
-  wake_ = ::eventfd(0, EFD_CLOEXEC);
+class RecordingPipe::Ends {
+ public:
+  /// Null where the system has none to give.
+  static std::unique_ptr<Ends> Make() {
+    int ends[2] = {};
+    if (::pipe2(ends, O_CLOEXEC) != 0) return nullptr;
+    return std::unique_ptr<Ends>(new Ends(ends[0], ends[1]));
+  }
+  Ends(const Ends&) = delete;
+  Ends& operator=(const Ends&) = delete;
+  ~Ends() {
+    ::close(read_end_);
+    ::close(wake_);
+  }
+
+  int read_end() const { return read_end_; }
+  int wake() const { return wake_; }
+  std::string NameOfWriteEnd() const { return "/dev/fd/" + std::to_string(write_end_); }
+
+ private:
+  Ends(int read_end, int write_end)
+      : read_end_(read_end), write_end_(write_end), wake_(::eventfd(0, EFD_CLOEXEC)) {}
+
+  const int read_end_;
+  const int write_end_;  // stays open: the reader is to see no end before the library writes
+  const int wake_;       // readable once the end is asked for
+};
+
+RecordingPipe::RecordingPipe(const std::function<void(RecordingPipe&)>& reader)
+    : ends_(Ends::Make()) {
+  if (ends_ == nullptr) return;
   set_recording(false);
-  SetEnvironment("IPODCOMM_CAPTURE", "/dev/fd/" + std::to_string(ends[1]));
+  SetEnvironment("IPODCOMM_CAPTURE", ends_->NameOfWriteEnd());
   reader_ = std::thread([this, reader] { reader(*this); });
 }
 
@@ -35,9 +61,6 @@ RecordingPipe::RecordingPipe(const std::function<void(RecordingPipe&)>& reader) 
 RecordingPipe::~RecordingPipe() {
   drained_ = true;
   End();
-  if (read_end_ < 0) return;
-  ::close(read_end_);
-  ::close(wake_);
 }
 
 void RecordingPipe::Finish() { End(); }
@@ -50,19 +73,19 @@ void RecordingPipe::End() {
   if (!reader_.joinable()) return;
   ending_ = true;
   const std::uint64_t one = 1;
-  [[maybe_unused]] const ssize_t ignored = ::write(wake_, &one, sizeof one);
+  [[maybe_unused]] const ssize_t ignored = ::write(ends_->wake(), &one, sizeof one);
   reader_.join();
 }
 
 std::size_t RecordingPipe::Read(std::uint8_t* bytes, std::size_t count,
                                 const std::function<void()>& meanwhile) {
-  pollfd ends[] = {{read_end_, POLLIN, 0}, {wake_, POLLIN, 0}};
+  pollfd ends[] = {{ends_->read_end(), POLLIN, 0}, {ends_->wake(), POLLIN, 0}};
   while (true) {
     const bool ending = ending_;
     const int patience_ms = drained_ ? 0 : patience_ms_.load();
     const int ready = ::poll(ends, ending ? 1 : 2, ending ? patience_ms : kPollMs);
     if (ready > 0 && ends[0].revents != 0) {
-      const ssize_t read = ::read(read_end_, bytes, count);
+      const ssize_t read = ::read(ends_->read_end(), bytes, count);
       return read > 0 ? static_cast<std::size_t>(read) : 0;
     }
     if (ready < 0 && errno == EINTR) continue;

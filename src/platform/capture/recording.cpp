@@ -2,39 +2,19 @@
 // A pcapng file under construction.
 #include "platform/capture/recording.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <system_error>
 #include <utility>
 
+#include "platform/capture/recording_stream.h"
+
 namespace ipodcomm::capture {
 namespace {
 
 constexpr char kProgram[] = "ipodcomm " IPODCOMM_VERSION;
 constexpr std::size_t kMostWaiting = 4 << 20;  // bytes
-
-// Opening a pipe that nobody reads fails rather than waits, with the session, for a reader.
-std::FILE* Create(const std::string& file) {
-  constexpr int kHow = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
-  const int descriptor = ::open(file.c_str(), kHow, 0666);
-  if (descriptor < 0) return nullptr;
-  // The writing itself is a thread's own affair, and may wait.
-  ::fcntl(descriptor, F_SETFL, O_WRONLY);
-  return ::fdopen(descriptor, "wb");
-}
-
-// The reader of a pipe may leave; the session goes on without it.
-void SurviveLeavingReaders() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGPIPE);
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-}
 
 }  // namespace
 
@@ -45,7 +25,7 @@ Nanoseconds WallClock() {
 }
 
 std::shared_ptr<Recording> Recording::Start(const std::string& file, std::string* error) {
-  std::FILE* const stream = file == "-" ? stdout : Create(file);
+  std::FILE* const stream = OpenRecordingStream(file);
   if (stream == nullptr) {
     *error = std::strerror(errno);
     return nullptr;

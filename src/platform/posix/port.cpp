@@ -13,9 +13,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "platform/posix/line_settings.h"
+#include "platform/posix/terminal_recorder.h"
 
 namespace ipodcomm::platform {
 namespace {
@@ -317,7 +319,7 @@ DWORD Port::Write(const void* data, DWORD count, DWORD* written) {
 }
 
 DWORD Port::LineGone(int error) {
-  if (recorder_ != nullptr) recorder_->Gone(error);
+  if (recorder_ != nullptr) recorder_->Gone(error == 0 ? "hung up" : std::strerror(error));
   return ERROR_GEN_FAILURE;
 }
 

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <string>
 
+#include "platform/capture/port_recorder.h"
 #include "platform/posix/objects.h"
-#include "platform/posix/port_recorder.h"
 #include "platform/posix/thread_state.h"
 #include "platform/services.h"
 

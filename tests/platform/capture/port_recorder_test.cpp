@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A port that is recorded because IPODCOMM_CAPTURE asks for it.
-#include "platform/posix/port_recorder.h"
+#include "platform/capture/port_recorder.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>

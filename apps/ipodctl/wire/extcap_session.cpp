@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "wire/extcap_session.h"
+
 #include <array>
 #include <memory>
 
 #include "console/interrupt.h"
-#include "wire/extcap_session.h"
 #include "wire/recording_pipe.h"
 #include "wire/wireshark_pipe.h"
 
@@ -23,8 +24,6 @@ void Relay(RecordingPipe& from, WiresharkPipe& to) {
 }
 
 }  // namespace
-
-bool CanRecordForWireshark() { return true; }
 
 void RecordForWireshark(const std::string& pipe) {
   const auto to = std::make_shared<WiresharkPipe>(pipe);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Records an open port, for those who ask for it with IPODCOMM_CAPTURE=FILE.
+// Records an open port.
 #pragma once
 
 #include <cstddef>
@@ -31,9 +31,6 @@ class LineStatus {
   virtual bool GetControlLines(std::uint8_t* lines) = 0;
 };
 
-/// The driver's own word; `line` is borrowed.
-std::unique_ptr<LineStatus> StatusOfTerminal(int line);
-
 /// Any thread may call any member.
 class PortRecorder {
  public:
@@ -45,8 +42,8 @@ class PortRecorder {
   void Sent(const void* bytes, std::size_t count, capture::Nanoseconds began);
 
   /// The line has gone away. Told once, as a packet of the line's status.
-  /// @param error the system's, 0 when the terminal was hung up
-  void Gone(int error);
+  /// @param reason the system's
+  void Gone(const std::string& reason);
 
  private:
   void RecordStatus();
@@ -59,9 +56,5 @@ class PortRecorder {
   bool tells_control_lines_ = true;
   bool gone_ = false;
 };
-
-/// Null when nothing is to be recorded, or nothing can be, which standard error then says.
-/// @param line borrowed
-std::unique_ptr<PortRecorder> RecorderOfEnvironment(const std::string& device, int line);
 
 }  // namespace ipodcomm::platform

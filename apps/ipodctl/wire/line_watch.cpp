@@ -2,9 +2,10 @@
 // The library records for this program, which tells the frames and gathers the evidence. Where a
 // recording was asked for and nothing is to be shown, it goes to its file as it would without us,
 // which is read afterwards.
+#include "wire/line_watch.h"
+
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -12,9 +13,10 @@
 #include <utility>
 
 #include "console/output.h"
+#include "console/system.h"
+#include "platform/capture/recording_stream.h"
 #include "wire/findings/findings.h"
 #include "wire/findings_view.h"
-#include "wire/line_watch.h"
 #include "wire/recording_pipe.h"
 #include "wire/transcript.h"
 #include "wire/wire_lines.h"
@@ -30,7 +32,7 @@ class Copy {
   explicit Copy(std::string name) : name_(std::move(name)) {
     if (name_.empty()) return;
     errno = 0;
-    file_.reset(std::fopen(name_.c_str(), "wbe"));
+    file_.reset(ipodcomm::capture::OpenRecordingStream(name_));
     if (file_ != nullptr) return;
     std::fprintf(stderr, "ipodctl: nothing is recorded, %s: %s\n", name_.c_str(),
                  std::strerror(errno));
@@ -107,10 +109,7 @@ std::unique_ptr<LineWatch>& TheWatch() {
   return watch;
 }
 
-std::string RecordingAskedFor() {
-  const char* const file = std::getenv("IPODCOMM_CAPTURE");
-  return file == nullptr ? "" : file;
-}
+std::string RecordingAskedFor() { return Environment("IPODCOMM_CAPTURE"); }
 
 }  // namespace
 
@@ -123,7 +122,8 @@ std::optional<std::vector<ipodwire::Finding>> FindingsOfWatchedLine() {
   if (TheWatch() != nullptr) return TheWatch()->Findings();
   const std::string file = RecordingAskedFor();
   std::error_code ignored;
-  if (!std::filesystem::is_regular_file(file, ignored)) return std::nullopt;
+  if (!std::filesystem::is_regular_file(std::filesystem::u8path(file), ignored))
+    return std::nullopt;
   return FindingsOfRecording(file);
 }
 
