@@ -21,11 +21,10 @@ void CIpodComm::AddTransactionID(unsigned char* destination, unsigned char lingo
   ipodcomm::WriteNumber16(destination, echoes ? outgoing_.ipod_transaction_ids[lingo] : own);
 }
 
-// The frame is built in the transmit buffer and copied to `frame`. Host and notification thread
-// both come here, one at a time.
+// The frame is built in the transmit buffer and copied to `frame`. The caller holds the transmit
+// lock: host and notification thread both come here, one at a time.
 std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned char* frame,
                                     std::uint16_t* own_transaction_id) {
-  const LockScope lock(transmit_lock_);
   *own_transaction_id = outgoing_.own_transaction_id;
   const bool with_id =
       transaction_id_mode_ != 0 && ipodcomm::MayCarryTransactionId(write.lingo, write.command);
@@ -46,14 +45,14 @@ std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned 
 }
 
 // The port has a lock of its own, so of two threads that send at once the frame that is numbered
-// first may leave second. A robust conduct keeps the numbering until the frame has left; nothing
-// else holds two locks, and nothing that holds the port's waits for this one.
+// first may leave second. Under a robust conduct no other frame is numbered until this one has
+// left: nothing else holds two locks, and nothing that holds the port's waits for this one.
 tagIPOD_COMM_ERROR CIpodComm::Send(const tagIPOD_WRITE_PARAMS& write,
                                    std::uint16_t* own_transaction_id) {
-  std::optional<LockScope> in_order;
-  if (robust_ != 0) in_order.emplace(transmit_lock_);
   unsigned char frame[sizeof Outgoing::frame];
+  std::optional<LockScope> numbering(std::in_place, transmit_lock_);
   const std::uint32_t size = BuildFrame(write, frame, own_transaction_id);
+  if (robust_ == 0) numbering.reset();
   if (size == 0) return IPOD_COMM_NO_ANSWER;
   return serial_.WritePacket(frame, size) == ERROR_SUCCESS ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;
 }

@@ -190,6 +190,16 @@ TEST_F(Transmit, FrameIsBuiltUnderOneLockAndSentUnderTheOther) {
                           "WriteFile(port2, 55 02 00 07 F7)", "LeaveCriticalSection(section3)"));
 }
 
+TEST_F(Transmit, RobustFrameKeepsTheNumberingUntilItHasLeft) {
+  EXPECT_EQ(session_.SetConduct(&IPOD_CONDUCT_ROBUST), 1);
+  world_.Record({"EnterCriticalSection", "LeaveCriticalSection", "WriteFile", "Sleep"});
+  Write(0x00, 0x07, {});
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
+              ElementsAre("EnterCriticalSection(section5)", "EnterCriticalSection(section3)",
+                          "WriteFile(port2, FF)", "Sleep(20)", "WriteFile(port2, 55 02 00 07 F7)",
+                          "LeaveCriticalSection(section3)", "LeaveCriticalSection(section5)"));
+}
+
 // The notification thread may be building an answer at that moment.
 TEST_F(Transmit, OwnIdentifierIsSetUnderTheLockUnderWhichFramesAreBuilt) {
   world_.Record({"EnterCriticalSection", "CreateFileW"});
