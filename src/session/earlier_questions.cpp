@@ -30,7 +30,8 @@ std::uint32_t EarlierQuestions::QuietMsBefore(const tagIPOD_WRITE_PARAMS& questi
   const bool acknowledged = FindAnswerRule(question.lingo, question.command) == nullptr;
   const bool same = Same(earlier, question);
   // An ACK to the same command says the same, whichever attempt it answers.
-  if (earlier.owed != 0 && !(acknowledged && same)) return kLateMs;
+  const bool same_answer = acknowledged && same;
+  if (earlier.owed != 0 && !same_answer) return kLateMs;
   return index == last_ && !acknowledged && !same ? kDoubledMs : 0;
 }
 
@@ -74,12 +75,13 @@ bool EarlierQuestions::Same(const Question& earlier, const tagIPOD_WRITE_PARAMS&
 
 // kMost when such a command was not asked, or is forgotten.
 std::uint32_t EarlierQuestions::IndexOf(const tagIPOD_WRITE_PARAMS& question) const {
-  std::uint32_t index = 0;
-  while (index < kMost && !(questions_[index].used && questions_[index].lingo == question.lingo &&
-                            questions_[index].command == question.command)) {
-    ++index;
+  for (std::uint32_t index = 0; index < kMost; ++index) {
+    const Question& earlier = questions_[index];
+    if (earlier.used && earlier.lingo == question.lingo && earlier.command == question.command) {
+      return index;
+    }
   }
-  return index;
+  return kMost;
 }
 
 }  // namespace ipodcomm
