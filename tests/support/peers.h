@@ -15,6 +15,11 @@ struct CIpodSerialPeer {
   static void ChoosePace(CIpodSerial& serial, const tagIPOD_CONDUCT& conduct) {
     serial.ChoosePace(conduct);
   }
+  static void FeedAssembler(CIpodSerial& serial, const unsigned char* bytes, std::size_t count) {
+    serial.FeedAssembler(bytes, static_cast<unsigned long>(count));
+  }
+  static void GiveUpStalledFrame(CIpodSerial& serial) { serial.GiveUpStalledFrame(); }
+  static auto& LastByteMs(CIpodSerial& serial) { return serial.last_byte_ms_; }
   static auto& Limit(CIpodSerial& serial) { return serial.limit_; }
   static auto& Port(CIpodSerial& serial) { return serial.port_; }
   static auto& PacketEvent(CIpodSerial& serial) { return serial.packet_event_; }
