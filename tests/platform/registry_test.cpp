@@ -142,6 +142,19 @@ TEST_F(Devices, ActivatingADriverGivesAFreshHandle) {
   EXPECT_TRUE(DeactivateDevice(second));
 }
 
+TEST_F(Devices, DriversThatNobodyUnloadsLeaveRoomForMore) {
+  constexpr int kMoreThanThereAreHandles = 70'000;
+  HANDLE last = nullptr;
+  for (int count = 0; count < kMoreThanThereAreHandles; ++count) {
+    last = ActivateDevice(L"Drivers\\Builtin\\Serial2", 18);
+    ASSERT_NE(last, nullptr) << count;
+  }
+  const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  EXPECT_NE(event, nullptr);
+  CloseHandle(event);
+  EXPECT_TRUE(DeactivateDevice(last));
+}
+
 TEST_F(Devices, ActivatingNothingFails) {
   EXPECT_EQ(ActivateDevice(L"", 18), nullptr);
   EXPECT_EQ(ActivateDevice(nullptr, 18), nullptr);
