@@ -32,6 +32,9 @@ std::string LeftOpen(Stage& stage) {
   for (const std::string& name : stage.world().leftovers()) {
     if (name.find("read") == std::string::npos) left += " " + name;
   }
+  for (const std::string& name : stage.world().live_threads()) {
+    if (name.find("read") == 0) left += " (still running) " + name;
+  }
   if (!left.empty()) left = "left open:" + left + " ";
   return left + stage.GivenBackTwice();
 }

@@ -18,8 +18,8 @@ std::string Play(const Scenario& scenario, std::uint64_t seed,
                  std::unique_ptr<ipodcomm::virtual_platform::Schedule> schedule,
                  bool pauses = false);
 
-/// What is left open that is not an ended read thread's handle, and what was given back twice;
-/// nothing when that is all.
+/// What is left open that is not an ended read thread's handle, read threads that have not ended,
+/// and what was given back twice; nothing when that is all.
 std::string LeftOpen(Stage& stage);
 
 /// Adds the run to the tally.
