@@ -12,7 +12,7 @@ namespace {
 std::string program_name = "reliability";
 
 // Of this process and those it has waited for. A busy machine gives a core in part only.
-double ProcessorSeconds() {
+double ProcessorSecondsUsed() {
   double seconds = 0;
   for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
     rusage usage = {};
@@ -28,6 +28,11 @@ double ProcessorSeconds() {
 
 const std::string& ProgramName() { return program_name; }
 void SetProgramName(const char* name) { program_name = name; }
+
+// A shell may have left its own children's to this process.
+Report::Report() : used_before_s_(ProcessorSecondsUsed()) {}
+
+double Report::ProcessorSeconds() const { return ProcessorSecondsUsed() - used_before_s_; }
 
 void Report::Found(std::uint64_t runs) const {
   std::printf("found after %" PRIu64 " runs and %.1f s\n", runs, seconds());

@@ -11,6 +11,7 @@ namespace reliability {
 
 class Report {
  public:
+  Report();
   /// Prints the figure of a command that has found nothing. @return the program's status
   int Passed(const std::string& what, std::uint64_t count, std::uint64_t seed) const;
   /// Passed, of as many runs as were made, when `found` is 0; else prints how many of the ways that
@@ -23,7 +24,10 @@ class Report {
   double seconds() const;
 
  private:
-  std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+  double ProcessorSeconds() const;
+
+  const std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
+  const double used_before_s_;
 };
 
 /// This program, as it was called.
