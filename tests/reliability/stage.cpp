@@ -68,6 +68,8 @@ Stage::Stage(const ipodsim::Settings& settings, StageOptions options)
   world_.NameRoutine(CIpodSerial::PortReadThread, "read");
   world_.NameRoutine(CIpodComm::ReadPacketThread, "routing");
   world_.NameRoutine(CIpodComm::NotificationThread, "notification");
+  // The host's executable, whose version the accessory announces.
+  world_.SetFileVersion(L"qz104.exe", L"2,5,0,17");
   world_.line().Plug(cable_);
 }
 
