@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // CIpodComm: framing and sending commands, with their transaction identifiers.
 #include <cstring>
-#include <optional>
 
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
@@ -50,11 +49,21 @@ std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned 
 tagIPOD_COMM_ERROR CIpodComm::Send(const tagIPOD_WRITE_PARAMS& write,
                                    std::uint16_t* own_transaction_id) {
   unsigned char frame[sizeof Outgoing::frame];
-  std::optional<LockScope> numbering(std::in_place, transmit_lock_);
-  const std::uint32_t size = BuildFrame(write, frame, own_transaction_id);
-  if (robust_ == 0) numbering.reset();
-  if (size == 0) return IPOD_COMM_NO_ANSWER;
-  return serial_.WritePacket(frame, size) == ERROR_SUCCESS ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;
+  const auto leave = [&](std::uint32_t size) {
+    const bool left = size != 0 && serial_.WritePacket(frame, size) == ERROR_SUCCESS;
+    return left ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;
+  };
+  const auto build = [&] { return BuildFrame(write, frame, own_transaction_id); };
+  if (robust_ != 0) {
+    const LockScope in_order(transmit_lock_);
+    return leave(build());
+  }
+  std::uint32_t size = 0;
+  {
+    const LockScope numbering(transmit_lock_);
+    size = build();
+  }
+  return leave(size);
 }
 
 tagIPOD_COMM_ERROR CIpodComm::WriteCommand(tagIPOD_WRITE_PARAMS* write) {
