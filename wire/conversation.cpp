@@ -209,8 +209,8 @@ void Conversation::NoticeQuestion(const DecodedFrame& frame, Told* told) {
   if (questions_.size() > kMostQuestions) questions_.pop_front();
 }
 
-// The one under the answer's identifier; without identifiers, or where none is, the oldest that
-// waits, or else the last that a stream answers.
+// The one under the answer's identifier, or like it under none; of several the oldest that waits,
+// or else the last that a stream answers.
 Conversation::Question* Conversation::FindQuestion(const DecodedFrame& answer) {
   const bool ack = IsAck(answer);
   const auto acknowledged = answer.Number("command");
@@ -222,8 +222,8 @@ Conversation::Question* Conversation::FindQuestion(const DecodedFrame& answer) {
     const bool fits =
         ack ? acknowledged == question.frame.command : IsAnswerTo(answer, *question.command);
     const bool streams = question.command->reply.kind == Reply::Kind::kStream;
-    const bool same = answer.identifier && answer.identifier == question.identifier;
-    if (fits && same && question.answered && !streams) has_come = true;
+    const bool same = answer.identifier == question.identifier;  // also where neither has one
+    if (fits && same && answer.identifier && question.answered && !streams) has_come = true;
     if (!fits || (question.answered && !streams)) continue;
     if (!ack && !RepeatsOf(question.fields, answer.fields)) continue;
     const int rank = (same ? 4 : 0) + (question.answered ? 1 : question.reported ? 2 : 3);

@@ -120,8 +120,9 @@ bool RecordingReader::ReadBlock(std::uint32_t* type, Bytes* body) {
       return Stop(End::kOtherLinkType, "is a recording of something else than a serial line");
     }
     if (closed_) return Stop(End::kClosed, "");
-    return Stop(End::kCut, "ends at byte " + std::to_string(position_) +
-                               ", and nothing closes it: the recording was cut off");
+    return Stop(End::kCut,
+                "ends at byte " + std::to_string(position_) +
+                    ", and nothing closes it: the recording was cut off, or is another program's");
   }
   *type = Get32(header.data());
   const bool begins_section = *type == kSectionHeader;

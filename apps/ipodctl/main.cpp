@@ -121,7 +121,7 @@ int RunAny(const Options& options, Output& output) {
 // A terminal that was closed and a reader who left have interrupted the program.
 [[noreturn]] void FailToWrite() {
   if (Interrupted()) throw CommandFailure(kInterrupted, "nobody reads the output any more");
-  throw CommandFailure(kFailed, "cannot write the output; is the disk full?");
+  throw CommandFailure(kFailed, "cannot write the output; perhaps the disk is full");
 }
 
 int Run(const Options& options) {

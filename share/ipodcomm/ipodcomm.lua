@@ -1246,7 +1246,7 @@ local function find_question(questions, frame, context)
       local fits = question.known.reply == frame.command
       if is_ack(frame) then fits = context.seen.command == question.command end
       if fits and (not question.answered or question.known.streams) then
-        local same = context.identifier and context.identifier == question.identifier
+        local same = context.identifier == question.identifier  -- also where neither has one
         local rank = (same and 4 or 0) + (question.answered and 1 or question.reported and 2 or 3)
         if rank > best_rank or (rank == best_rank and question.answered) then
           best, best_rank = question, rank

@@ -337,6 +337,15 @@ TEST(IpodctlFailure, NamesTheRecordingThatTellsMore) {
                   "ipodctl explain '" + file + "'");
 }
 
+// Nothing is recorded of a port that does not open.
+TEST(IpodctlFailure, NamesNoRecordingThatTellsNothing) {
+  const TemporaryFolder folder;
+  ExpectPortExplained(
+      Ipodctl({"--port", "/dev/no-such-dock", "--capture", folder.path("line.pcapng"), "info"}),
+      "/dev/no-such-dock", "cannot open /dev/no-such-dock: there is no such device",
+      "E101  The port does not exist");
+}
+
 TEST(IpodctlFailure, TellsAnInterruptFromSuccess) {
   ipodsim::Settings settings;
   settings.library = e2e::NumberedTracks(900);  // half a minute's reading

@@ -73,6 +73,13 @@ void Sightings::Add(std::uint64_t packet) {
   if (packets.size() < kMostPackets) packets.push_back(packet);
 }
 
+void Sightings::Remove(std::uint64_t packet) {
+  const auto seen = std::find(packets.begin(), packets.end(), packet);
+  if (seen == packets.end()) return;
+  packets.erase(seen);
+  --count;
+}
+
 void EvidenceCollector::Add(const Told& told) {
   NoticeSilence(told);
   if (told.is_event) {
@@ -194,6 +201,7 @@ void EvidenceCollector::NoticeAnswer(const Told& told) {
   const auto is_answered = [&](const Silent& silent) { return silent.question == told.question; };
   silent_.erase(std::remove_if(silent_.begin(), silent_.end(), is_answered), silent_.end());
   for (Silent& silent : silent_) silent.passed_over = true;
+  if (told.question) evidence_.silent_starts.Remove(*told.question);
 }
 
 // Where StartIDPS went unanswered for good, that is told by itself.
@@ -275,9 +283,7 @@ void EvidenceCollector::AddGeneralAck(const DecodedFrame& frame, std::uint64_t p
     case general::kStartIdps:
       if (status == status::kOk) {
         evidence_.identified_by_tokens = false;
-        evidence_.start_accepted = packet;
-        evidence_.start_accepted_with_identifier =
-            static_cast<bool>(evidence_.start_with_identifier);
+        AddAcceptedStart(frame, packet);
       } else {
         evidence_.start_refused = refusal;
       }
@@ -296,6 +302,17 @@ void EvidenceCollector::AddGeneralAck(const DecodedFrame& frame, std::uint64_t p
     default:
       break;
   }
+}
+
+// An iPod that accepted one without an identifier, however late, does not want any.
+void EvidenceCollector::AddAcceptedStart(const DecodedFrame& frame, std::uint64_t packet) {
+  const bool is_first = !evidence_.start_accepted;
+  if (is_first) {
+    evidence_.start_disturbed = evidence_.damaged || evidence_.noise || evidence_.unfinished;
+  }
+  evidence_.start_accepted_with_identifier =
+      frame.identifier.has_value() && (is_first || evidence_.start_accepted_with_identifier);
+  evidence_.start_accepted = packet;
 }
 
 void EvidenceCollector::AddTokenAcks(const DecodedFrame& frame, std::uint64_t packet) {

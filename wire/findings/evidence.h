@@ -23,6 +23,8 @@ struct Sightings {
   std::vector<std::uint64_t> packets;
 
   void Add(std::uint64_t packet);
+  /// Where it is one of the first.
+  void Remove(std::uint64_t packet);
   explicit operator bool() const { return count > 0; }
 };
 
@@ -56,7 +58,8 @@ struct Evidence {
   Sightings start_with_identifier;
   Sightings silent_starts;  ///< that stayed unanswered
   std::optional<std::uint64_t> start_accepted;
-  bool start_accepted_with_identifier = false;
+  bool start_accepted_with_identifier = false;  ///< and never without
+  bool start_disturbed = false;                 ///< bytes were damaged before it was accepted
   std::optional<Refusal> start_refused;
   std::vector<Refusal> refused_tokens;
   std::optional<Refusal> tokens_failed;  ///< the status with which the iPod ended them
@@ -108,6 +111,7 @@ class EvidenceCollector {
   void NoticeAnswer(const Told& told);
   void AddGeneral(const DecodedFrame& frame, std::uint64_t packet);
   void AddGeneralAck(const DecodedFrame& frame, std::uint64_t packet);
+  void AddAcceptedStart(const DecodedFrame& frame, std::uint64_t packet);
   void AddTokenAcks(const DecodedFrame& frame, std::uint64_t packet);
   void AddStorageAck(const DecodedFrame& frame, std::uint64_t packet);
 

@@ -73,8 +73,10 @@ Found FellSilent(const Evidence& evidence) {
 
 Found NothingCame(const Evidence& evidence) {
   if (!evidence.sent || evidence.bytes_received > 0) return {};
-  return Proved("E201", Frames(evidence.sent.count) + " went out and not one byte came",
-                evidence.sent.packets);
+  const std::string seen = Frames(evidence.sent.count) + " went out and not one byte came";
+  // A session that was given up behind its first frame has hardly listened.
+  if (evidence.sent.count == 1) return Likely("E201", seen, evidence.sent.packets);
+  return Proved("E201", seen, evidence.sent.packets);
 }
 
 Found OnlyEchoes(const Evidence& evidence) {
@@ -192,10 +194,16 @@ Found WantsAuthentication(const Evidence& evidence) {
 
 Found WantsIdentifier(const Evidence& evidence) {
   if (!evidence.start_without_identifier || !evidence.start_accepted_with_identifier) return {};
+  const std::string seen =
+      "StartIDPS was accepted with an identifier, after it stayed unanswered without";
+  const Packets packets = {evidence.start_without_identifier.packets.front(),
+                           *evidence.start_accepted};
+  if (evidence.start_disturbed) {
+    return Finding{"E301", Certainty::kNotExcluded, seen + "; what came between was damaged",
+                   packets};
+  }
   // The answer to the one without may have been lost.
-  return Likely("E301",
-                "StartIDPS was accepted with an identifier, after it stayed unanswered without",
-                {evidence.start_without_identifier.packets.front(), *evidence.start_accepted});
+  return Likely("E301", seen, packets);
 }
 
 // Nobody tried what such an iPod wants, so it may be one.

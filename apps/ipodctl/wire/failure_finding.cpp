@@ -52,10 +52,13 @@ std::string Simulated(const SimulationOptions& simulation) {
   return words;
 }
 
-// Where the line cannot be watched, the handshake has no more to tell than the finding's page.
-std::string CommandThatTellsMore(const Options& options, bool watched, const std::string& code) {
+// Where the line cannot be watched, the handshake has no more to tell than the finding's page. The
+// recording of a port that did not open is empty.
+std::string CommandThatTellsMore(const CommandFailure& failure, const Options& options,
+                                 bool watched, const std::string& code) {
   const bool recorded = !options.capture.empty() && options.capture != "-";
-  if (recorded) return "ipodctl explain " + Quoted(options.capture);
+  if (recorded && failure.status() != kPortUnavailable)
+    return "ipodctl explain " + Quoted(options.capture);
   if (!watched) return "ipodctl explain " + code;
   return "ipodctl" + IpodArguments(options) + " diagnose";
 }
@@ -70,7 +73,7 @@ std::string ExplainFailure(const CommandFailure& failure, const Options& options
   if (!finding) return {};
   std::fprintf(stderr, "  %s.\n  What that means and what to do: %s\n",
                HeadlineOf(*finding).c_str(),
-               CommandThatTellsMore(options, watched.has_value(), finding->code).c_str());
+               CommandThatTellsMore(failure, options, watched.has_value(), finding->code).c_str());
   return finding->code;
 }
 

@@ -90,9 +90,9 @@ TEST_F(DecodeCommand, TellsWhatIsReadableOfARecordingThatWasCutOff) {
   const Ended ended = Ipodctl({"decode", cut});
   EXPECT_EQ(ended.status, 65);
   EXPECT_EQ(ended.out, kTwoLines);
-  EXPECT_EQ(
-      ended.err,
-      "ipodctl: " + cut + " ends at byte 168, and nothing closes it: the recording was cut off.\n");
+  EXPECT_EQ(ended.err, "ipodctl: " + cut +
+                           " ends at byte 168, and nothing closes it: the recording was cut off, "
+                           "or is another program's.\n");
 
   const std::string torn = folder_.Write("torn.pcapng", TwoFrames().substr(0, 150));
   const Ended in_the_middle = Ipodctl({"decode", torn});

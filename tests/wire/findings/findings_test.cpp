@@ -11,6 +11,7 @@ namespace {
 
 using ipodwire::Finding;
 using ipodwire::Sender;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using wire_test::Bytes;
@@ -93,6 +94,11 @@ TEST_F(ASession, WithoutOneByteFromTheIpodHeardNothing) {
               ElementsAre("E201 proved: 2 frames went out and not one byte came (1, 2)"));
 }
 
+TEST_F(ASession, ThatWasGivenUpBehindItsFirstFrameIsLessSureThatNothingComes) {
+  Ask({0x00, 0x38});
+  EXPECT_THAT(Findings(), ElementsAre("E201 likely: 1 frame went out and not one byte came (1)"));
+}
+
 TEST_F(ASession, InWhichAllComesBackRunsOnABridgedLine) {
   const Bytes start = Small({0x00, 0x38});
   Say(Sender::kAccessory, start);
@@ -151,6 +157,27 @@ TEST_F(ASession, WhoseStartNeededAnIdentifierSaysSo) {
   EXPECT_THAT(Findings(),
               ElementsAre("E301 likely: StartIDPS was accepted with an identifier, after "
                           "it stayed unanswered without (1, 3)"));
+}
+
+// What answers the one without identifier has none either.
+TEST_F(ASession, WhoseStartIsAnsweredLateWantedNoIdentifier) {
+  Ask({0x00, 0x38});
+  Ask({0x00, 0x38, 0x00, 0x00}, 1000);
+  Answer({0x00, 0x02, 0x00, 0x38}, 300);
+  Answer({0x00, 0x02, 0x00, 0x00, 0x00, 0x38});
+  EXPECT_THAT(Findings(), ElementsAre("E402 proved: 1 answer came after more than a second (3)"));
+}
+
+TEST_F(ASession, WhoseStartWasAnsweredWithADamagedFrameMayHaveWantedNoIdentifier) {
+  Ask({0x00, 0x38});
+  Bytes damaged = Small({0x00, 0x02, 0x00, 0x38});
+  damaged.back() ^= 0x10;
+  Say(Sender::kIpod, damaged);
+  Ask({0x00, 0x38, 0x00, 0x00}, 1000);
+  Answer({0x00, 0x02, 0x00, 0x00, 0x00, 0x38});
+  EXPECT_THAT(Findings(), Contains("E301 not excluded: StartIDPS was accepted with an identifier, "
+                                   "after it stayed unanswered without; what came between was "
+                                   "damaged (1, 4)"));
 }
 
 TEST_F(ASession, WithAnIpodThatKnowsNoTokensSaysSo) {
