@@ -17,6 +17,8 @@ constexpr std::size_t kMostNoiseRuns = 64;
 constexpr std::size_t kMostRefusedTokens = 16;
 // Frames that may still come back.
 constexpr std::size_t kMostSent = 16;
+// An answer that has not come for so long does not come in time.
+constexpr Nanoseconds kPatience = Conversation::kLongestWait;
 // Questions whose answers may still come, late.
 constexpr std::size_t kMostAsked = 64;
 
@@ -45,7 +47,8 @@ bool Contains(const std::deque<std::uint64_t>& packets, std::uint64_t packet) {
 }
 
 // The last of them only.
-void Remember(std::uint64_t packet, std::deque<std::uint64_t>* packets) {
+template <class Packet>
+void Remember(Packet packet, std::deque<Packet>* packets) {
   packets->push_back(packet);
   if (packets->size() > kMostAsked) packets->pop_front();
 }
@@ -111,7 +114,7 @@ void EvidenceCollector::AddSent(const Told& told) {
   if (sent_.size() > kMostSent) sent_.pop_front();
   if (frame.command != nullptr && frame.command->reply.kind != Reply::Kind::kNone) {
     evidence_.unanswered.Add(packet);
-    Remember(packet, &asked_);
+    Remember({packet, told.observed.time}, &asked_);
   }
   if (frame.frame.lingo != lingo::kGeneral) return;
   if (frame.frame.command == general::kStartIdps) {
@@ -185,14 +188,17 @@ void EvidenceCollector::AddRefusal(const DecodedFrame& frame, std::uint64_t pack
 void EvidenceCollector::NoticeSilence(const Told& told) {
   for (const Note& note : told.notes) {
     const bool silent = note.kind == Note::Kind::kRetry || note.kind == Note::Kind::kUnanswered;
-    if (!silent || !Contains(asked_, note.question)) continue;
+    const auto asked = std::find_if(asked_.begin(), asked_.end(), [&](const Asked& candidate) {
+      return candidate.question == note.question;
+    });
+    if (!silent || asked == asked_.end()) continue;
     if (Contains(starts_, note.question)) {
       evidence_.silent_starts.Add(note.question);
       continue;
     }
-    silent_.push_back({note.question, false});
+    silent_.push_back({note.question, asked->at});
     if (silent_.size() <= kMostAsked) continue;
-    if (silent_.front().passed_over) evidence_.left_out.Add(silent_.front().question);
+    LeaveOut(silent_.front(), &evidence_);
     silent_.pop_front();
   }
 }
@@ -200,16 +206,23 @@ void EvidenceCollector::NoticeSilence(const Told& told) {
 void EvidenceCollector::NoticeAnswer(const Told& told) {
   const auto is_answered = [&](const Silent& silent) { return silent.question == told.question; };
   silent_.erase(std::remove_if(silent_.begin(), silent_.end(), is_answered), silent_.end());
-  for (Silent& silent : silent_) silent.passed_over = true;
+  for (Silent& silent : silent_) {
+    silent.passed_over = true;
+    silent.in_time = told.observed.time - silent.asked_at < kPatience;
+  }
   if (told.question) evidence_.silent_starts.Remove(*told.question);
+}
+
+void EvidenceCollector::LeaveOut(const Silent& silent, Evidence* evidence) {
+  if (!silent.passed_over) return;
+  evidence->left_out.Add(silent.question);
+  evidence->left_out_in_haste = evidence->left_out_in_haste || silent.in_time;
 }
 
 // Where StartIDPS went unanswered for good, that is told by itself.
 Evidence EvidenceCollector::evidence() const {
   Evidence all = evidence_;
-  for (const Silent& silent : silent_) {
-    if (silent.passed_over) all.left_out.Add(silent.question);
-  }
+  for (const Silent& silent : silent_) LeaveOut(silent, &all);
   if (all.start_accepted && !all.start_accepted_with_identifier) {
     for (const std::uint64_t start : all.silent_starts.packets) all.left_out.Add(start);
   }

@@ -73,7 +73,8 @@ struct Evidence {
   std::map<std::uint8_t, std::uint64_t> lingoes_without_version;
 
   Sightings late;
-  Sightings left_out;  ///< questions that stayed unanswered, while others were answered
+  Sightings left_out;              ///< questions that stayed unanswered, while others were answered
+  bool left_out_in_haste = false;  ///< for some of them nobody waited as long as accessories do
   Sightings unasked;
   Sightings other_order;
   Sightings misshapen;  ///< good frames whose data do not fit their command
@@ -119,10 +120,18 @@ class EvidenceCollector {
   std::deque<std::vector<std::uint8_t>> sent_;  // the last, which may come back
   struct Silent {
     std::uint64_t question;
-    bool passed_over;  // the iPod has said something else since
+    Nanoseconds asked_at;
+    bool passed_over = false;  // the iPod has said something else since
+    bool in_time = true;       // when it last did, the answer could still have come
+  };
+  static void LeaveOut(const Silent& silent, Evidence* evidence);
+
+  struct Asked {
+    std::uint64_t question;
+    Nanoseconds at;
   };
   std::deque<Silent> silent_;         // questions whose answers may still come
-  std::deque<std::uint64_t> asked_;   // the last questions
+  std::deque<Asked> asked_;           // the last questions
   std::deque<std::uint64_t> starts_;  // StartIDPS among them
   std::uint8_t last_version_asked_ = 0;
 };

@@ -284,10 +284,10 @@ Found Refused(const Evidence& evidence) {
 
 Found LeftOut(const Evidence& evidence) {
   if (!evidence.left_out || !evidence.received) return {};
-  return Proved("E406",
-                Count(evidence.left_out.count, "question", "questions") +
-                    " stayed unanswered, others did not",
-                evidence.left_out.packets);
+  const std::string seen = Count(evidence.left_out.count, "question", "questions") +
+                           " stayed unanswered, others did not";
+  if (evidence.left_out_in_haste) return Likely("E406", seen, evidence.left_out.packets);
+  return Proved("E406", seen, evidence.left_out.packets);
 }
 
 Found Unasked(const Evidence& evidence) {
