@@ -131,9 +131,7 @@ int ipod::startworkout(unsigned char equipment, wchar_t* manufacturer_id, wchar_
   std::uint8_t status = 0;
   command_storagecloseipodfile();  // a file that is still open, if there is one
   AwaitStorageAck(&status);
-  int supported = 0;
-  unsigned char extra = 0;
-  if (issports(&supported, &extra) == 0 || supported == 0) return 0;
+  if (issports(nullptr, nullptr) == 0) return 0;
 
   Show(status_text_, L"Opening iPod Workout File");
   if (command_storageopenipodfeaturefile() == 0) return 0;

@@ -177,6 +177,25 @@ TEST_F(FileVersion, TextMarkedAsDataAtTheEndOfTheResourceIsNotReadPastIt) {
   EXPECT_EQ(read_.private_part, 10);
 }
 
+// A file whose FileVersion is "7,8" with its terminator, and says that it has `length` characters.
+test::Bytes FileWithVersionOfLength(unsigned length) {
+  using ipodcomm::test::VersionNode;
+  const test::Bytes version =
+      VersionNode(u"FileVersion", true, length, {'7', 0, ',', 0, '8', 0, 0, 0}, {});
+  const test::Bytes table = VersionNode(u"040904b0", true, 0, {}, {version});
+  const test::Bytes strings = VersionNode(u"StringFileInfo", true, 0, {}, {table});
+  return ipodcomm::test::PeImage(32, VersionNode(u"VS_VERSION_INFO", false, 0, {}, {strings}));
+}
+
+TEST_F(FileVersion, TextIsReadWholeWhetherItsLengthCountsTheTerminatorOrNot) {
+  for (const unsigned length : {3U, 4U}) {
+    world_.PlaceFile(kFile, FileWithVersionOfLength(length));
+    EXPECT_NE(Read(), 0);
+    EXPECT_EQ(read_.major, 7) << length;
+    EXPECT_EQ(read_.minor, 8) << length;
+  }
+}
+
 TEST_F(FileVersion, LongestTextIsReadWhole) {
   world_.SetFileVersion(kFile, L"1," + std::wstring(118, L' ') + L"2,3,45");
   EXPECT_NE(Read(), 0);

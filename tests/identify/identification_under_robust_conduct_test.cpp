@@ -80,6 +80,14 @@ TEST_F(UnderRobustConduct, VersionsRefusedUnderIdentifiersNobodyAskedForAreNoVer
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
 }
 
+TEST_F(UnderRobustConduct, TokensWhoseEndStaysUnansweredAreNotTriedAgain) {
+  IgnoreWithId("00 3B 00");
+  DockTokenIpod();
+  AcceptLingoes();
+  Identify();
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame));
+}
+
 TEST_F(UnderRobustConduct, ADamagedAnswerToTheStartIsAskedForAgainAsItWas) {
   Answer(kStartFrame, "FF 55 03 00 02 00 FB");  // the command is missing
   Identify();
@@ -143,6 +151,14 @@ TEST_F(UnderRobustConduct, ARefusedLingoThatTheAccessoryCanDoWithoutIsAskedForOn
   AcceptLingoes();
   EXPECT_NE(Identify(), 0);
   EXPECT_THAT(DrainSentOf("00 0F 09"), ElementsAre("FF 55 03 00 0F 09 E5"));
+}
+
+TEST_F(UnderRobustConduct, ALingoThatIsABadParameterIsTooOldWhereOthersWereTold) {
+  session_.SetIDPSEnable(0);
+  Reply("00 0F 04", "00 02 03 0F");
+  AcceptLingoes();
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
 }
 
 TEST_F(UnderRobustConduct, ALingoWhoseVersionFailsToBeToldIsAskedForTwiceAndNoVerdict) {

@@ -58,6 +58,13 @@ TEST_F(Browsing, HierarchyResetNamesTheHierarchy) {
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 3B 02 BB"));
 }
 
+TEST_F(Browsing, HierarchyResetFailsSilentlyWhenItIsNotAnswered) {
+  constexpr const char* kReset = "FF 55 04 04 00 3B 01 BC";
+  EXPECT_EQ(session_.Command_ResetDBSelectionHeirarchy(1), 0);
+  EXPECT_THAT(DrainSent(), ElementsAre(kReset, kReset, kReset));
+  EXPECT_THAT(test::DrainTraceLog(), IsEmpty());
+}
+
 TEST_F(Browsing, HierarchyResetFailsSilentlyOnAnotherStatus) {
   Answer("FF 55 04 04 00 3B 01 BC", "FF 55 06 04 00 01 04 00 3B B6");
   EXPECT_EQ(session_.Command_ResetDBSelectionHeirarchy(1), 0);

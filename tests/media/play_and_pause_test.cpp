@@ -113,11 +113,25 @@ TEST_F(PlayAndPause, ALostToggleIsSentAgain) {
   EXPECT_THAT(player_.DrainFrames(), ElementsAre(kAskState, kToggle, kAskState, kToggle));
 }
 
+TEST_F(PlayAndPause, FailWhereThreeTogglesChangeNothing) {
+  InTurn({kPaused});
+  player_.Answer("04 00 29", "");
+  EXPECT_EQ(session_.Command_PlayControl(kPlay), 0);
+  EXPECT_THAT(player_.DrainFrames(),
+              ElementsAre(kAskState, kToggle, kAskState, kToggle, kAskState, kToggle));
+}
+
 TEST_F(PlayAndPause, ASkipWhoseAckIsLostIsNotSentAgain) {
   player_.Answer("04 00 29", "");
   const auto elapsed_us = Elapsed([&] { EXPECT_EQ(session_.Command_PlayControl(kNext), 0); });
   EXPECT_THAT(player_.DrainFrames(), ElementsAre(kSendNext));
   EXPECT_GE(elapsed_us, 3 * kSecond);
+}
+
+TEST_F(PlayAndPause, ASkipWhoseAckIsCutShortAgainAndAgainIsNotSentAgain) {
+  player_.Answer("04 00 29", "FF 55 04 04 00 01 00 F7 FF 55 04 04 00 01 00 F7");
+  EXPECT_EQ(session_.Command_PlayControl(kNext), 0);
+  EXPECT_THAT(player_.DrainFrames(), ElementsAre(kSendNext));
 }
 
 TEST_F(PlayAndPause, ASkipIsSentAgainUnderTheDefaultConduct) {

@@ -119,6 +119,26 @@ TEST_F(RecordStream, ARefusalEndsTheStreamAtOnce) {
   EXPECT_LT(elapsed_us, 200 * test::kMillisecond);
 }
 
+TEST_F(RecordStream, WhatElseTheIpodSaysMeanwhileIsPassedOver) {
+  BeRobust();
+  const std::string accepted = "FF 55 06 04 00 01 00 00 1A DB ";
+  const std::string another_refused = "FF 55 06 04 00 01 04 00 16 DB ";
+  const std::string shuffle = "FF 55 04 04 00 2D 01 CA ";
+  Answer(kAll, accepted + kA + another_refused + kB + shuffle + kC);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll));
+}
+
+TEST_F(RecordStream, ARequestThatCannotBeWrittenIsAnAttempt) {
+  BeRobust();
+  Answer(kAll, kA);
+  Answer(kFromSecond, kB + kC);
+  world_.FailOnce("WriteFile", 3, 31);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
+  world_.ClearFaults();
+  EXPECT_THAT(DrainSent(), ElementsAre(kAll, kFromSecond));
+}
+
 // Three tracks are asked for, nothing comes for a second, and they are asked for again: what the
 // first request brings is believed, and what the second one brings after it is no list of artists.
 TEST_F(RecordStream, ALateCopyIsNotTakenForTheNextList) {

@@ -128,6 +128,16 @@ TEST_F(Text, ToUtf8IsWholeWhereItFits) {
   EXPECT_EQ(ToUtf8(L"A\u00E9\u20AC\U0001F3B5", 11), "A\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xB5");
 }
 
+// A unit that is no character becomes a replacement, of three bytes.
+TEST_F(Text, ToUtf8HasRoomForTheReplacementOfWhatIsNoCharacter) {
+  const wchar_t text[] = {L'a', static_cast<wchar_t>(0x110000), L'b', L'\0'};
+  EXPECT_EQ(ToUtf8(text, 6),
+            "a\xEF\xBF\xBD"
+            "b");
+  EXPECT_EQ(ToUtf8(text, 5), "a\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(text, 4), "a");
+}
+
 TEST_F(Text, ToUtf8IsCutBetweenTwoCharacters) {
   EXPECT_EQ(ToUtf8(L"abcd", 1), "");
   EXPECT_EQ(ToUtf8(L"ab\u20AC", 4), "ab");

@@ -177,6 +177,16 @@ TEST_F(ReceivedPackets, PauseInsideAFrameDoesNotPartIt) {
   }
 }
 
+// Two of four are dropped; what is left is the newest.
+TEST_F(ReceivedPackets, AFloodLosesTheOldestAndIsLoggedOnce) {
+  CIpodSerialPeer::Limit(serial_).Choose(2);
+  Arrive("FF 55 02 00 10 EE FF 55 02 00 11 ED FF 55 02 00 12 EC FF 55 02 00 13 EB");
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 12 EC", "FF 55 02 00 13 EB"));
+  EXPECT_THAT(
+      test::DrainTraceLog(),
+      ElementsAre("CIpodSerial::PortReadThread: Received packets dropped: nobody takes them"));
+}
+
 // However the bytes of two frames are parted on the line, both come out whole.
 TEST_F(ReceivedPackets, FramesMayBeSplitAnywhere) {
   const Bytes both = test::Hex("FF 55 02 00 13 EB FF 55 00 00 03 00 13 00 EA");

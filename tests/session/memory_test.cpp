@@ -3,6 +3,7 @@
 // works again afterwards.
 #include <functional>
 #include <new>
+#include <optional>
 
 #include "support/packets.h"
 #include "support/session_test.h"
@@ -55,6 +56,18 @@ TEST_F(NoMemory, NotificationThatCannotBeStoredIsDroppedAndLoggedAndTheNextIsFol
   Arrive("FF 55 08 04 00 27 07 00 00 00 0A BC");
   session_.GetPlayStatus(&status);
   EXPECT_EQ(status.position, 10U);
+}
+
+// Such a session's lifeline is closed from the start.
+TEST_F(NoMemory, AWorkerOfASessionThatWasMadeWithoutAnyEndsAtOnce) {
+  std::optional<CIpodComm> session;
+  {
+    const MemoryShortage shortage;
+    session.emplace();
+  }
+  EXPECT_EQ(CIpodComm::ReadPacketThread(&*session), 0U);
+  EXPECT_EQ(CIpodComm::NotificationThread(&*session), 0U);
+  test::DrainTraceLog();
 }
 
 TEST_F(NoMemory, CopyHasNoneOfThePacketsAndTheSourceKeepsThem) {

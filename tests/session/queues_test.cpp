@@ -189,4 +189,14 @@ TEST_F(ResponseQueue, NotificationThreadTakesWithTheSameCalls) {
                           "WaitForSingleObject(event6, 1000)"));
 }
 
+TEST_F(ResponseQueue, AssignedToItselfKeepsItsPackets) {
+  auto& queue = CIpodCommPeer::Responses(session_);
+  queue.Append(test::Packet("FF 55 03 00 08 41 B4"));
+  const auto& same = queue;
+  queue = same;
+  tagSERIAL_PACKET packet = {};
+  EXPECT_TRUE(queue.Pop(&packet, 0));
+  EXPECT_EQ(test::Text(packet), "FF 55 03 00 08 41 B4");
+}
+
 }  // namespace

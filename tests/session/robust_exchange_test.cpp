@@ -2,6 +2,7 @@
 // The robust conduct: late, doubled, damaged and foreign answers are told from the exchange's own
 // one. Beside each stands what comes of it under the default conduct, which hosts in the field
 // know.
+#include "support/packets.h"
 #include "support/session_test.h"
 
 namespace {
@@ -239,6 +240,31 @@ TEST_F(RobustExchange, ALineThatIsNeverSilentEndsAnAttemptAfterTenSeconds) {
   const auto elapsed_us = Elapsed([&] { EXPECT_EQ(Count(5), 0); });
   EXPECT_GE(elapsed_us, 30 * kSecond);
   EXPECT_LT(elapsed_us, 35 * kSecond);
+}
+
+// Answers to nothing come all the time: the line is not awaited for longer than ten seconds before
+// another question is asked whose answer would look like one that is owed, nor is its answer.
+TEST_F(RobustExchange, AnIpodThatSaysOtherThingsAllTheTimeEndsAnAttemptAfterTenSeconds) {
+  BeRobust();
+  EXPECT_EQ(Count(5), 0);
+  DrainSent();
+  for (int i = 0; i < 120; ++i) {
+    ipod_.SendAt(world_.now_us() + i * 500 * kMillisecond, test::Hex("FF 55 04 04 00 2D 01 CA"));
+  }
+  const auto elapsed_us = Elapsed([&] { EXPECT_EQ(Count(2), 0); });
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 18 02 DE", "FF 55 04 04 00 18 02 DE",
+                                       "FF 55 04 04 00 18 02 DE"));
+  EXPECT_GE(elapsed_us, 40 * kSecond);
+  EXPECT_LT(elapsed_us, 43 * kSecond);
+}
+
+// The notification thread meets it; one that came among the answers is not answered a second time.
+TEST_F(RobustExchange, ARequestThatIsNotForTheWaitingCommandIsPassedOver) {
+  BeRobust();
+  Answer("FF 55 04 04 00 18 05 DB", "FF 55 07 04 00 19 00 00 00 3C A0");
+  CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 03 00 27 09 CD"));
+  EXPECT_EQ(Count(5), 1);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 18 05 DB"));
 }
 
 // ---- Choosing a conduct -------------------------------------------------------------------------

@@ -247,6 +247,15 @@ TEST_F(Framing, TheLegacyHuntIsInStepBehindEveryDamagedFrame) {
   });
 }
 
+TEST(FramingEnd, ACompleteHuntTakesNothingMore) {
+  ipodcomm::FrameHunt hunt;
+  for (const std::uint8_t byte : kFollower) EXPECT_TRUE(hunt.Accept(byte));
+  EXPECT_TRUE(hunt.complete());
+  EXPECT_EQ(hunt.least_missing(), 0U);
+  EXPECT_FALSE(hunt.Accept(0xFF));
+  EXPECT_TRUE(hunt.complete());
+}
+
 // A wrong byte behind the length costs its own frame and no other.
 TEST_F(Framing, AWrongByteBehindTheLengthCostsOneFrame) {
   ForEachFrame([&](const Bytes& frame) {

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// The library's lock, and what an object and its read thread let go of each other by.
+#include "ipodcomm/detail/Lock.h"
+
+#include <optional>
+
+#include "ipodcomm/detail/Departure.h"
+#include "ipodcomm/detail/Lifeline.h"
+#include "serial_test.h"
+#include "world/memory_shortage.h"
+
+namespace {
+
+using ipodcomm::Lock;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Locks : public ::testing::Test {
+ protected:
+  Locks() { world_.Record({"EnterCriticalSection", "LeaveCriticalSection"}); }
+
+  test::World world_;
+};
+
+TEST_F(Locks, AreLeftAsOftenAsTheyWereEntered) {
+  Lock lock;
+  lock.Enter();
+  lock.Enter();
+  world_.DrainRecord();
+  lock.Leave();
+  lock.Leave();
+  lock.Leave();
+  EXPECT_THAT(world_.DrainRecord(),
+              ElementsAre("LeaveCriticalSection(section1)", "LeaveCriticalSection(section1)"));
+}
+
+TEST_F(Locks, ACopyIsAnotherLockAndFree) {
+  Lock lock;
+  lock.Enter();
+  Lock copy(lock);
+  Lock assigned;
+  assigned = lock;
+  world_.DrainRecord();
+  copy.Leave();
+  assigned.Leave();
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
+  lock.Leave();
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("LeaveCriticalSection(section1)"));
+}
+
+TEST(Lifelines, ACopyIsAnotherOne) {
+  const test::World world;
+  const ipodcomm::OwnLifeline line;
+  const ipodcomm::OwnLifeline copy(line);
+  ipodcomm::OwnLifeline assigned;
+  const auto before = assigned.shared();
+  assigned = line;
+  EXPECT_NE(copy.shared(), line.shared());
+  EXPECT_EQ(assigned.shared(), before);
+}
+
+TEST(Departures, WhoHasLeftIsNotClaimedAndLeavesAgainAtOnce) {
+  const test::World world;
+  const auto departure = ipodcomm::Departure::Make();
+  departure->Leave();
+  EXPECT_FALSE(departure->Claim());
+  departure->Leave();
+}
+
+// Its lifeline is closed from the start, so that no thread enters it.
+TEST(ReadThreadWithoutMemory, ReadsNothingForAnObjectThatWasMadeWhileMemoryWasOut) {
+  test::World world;
+  std::optional<CIpodSerial> serial;
+  {
+    const ipodcomm::virtual_platform::MemoryShortage shortage;
+    serial.emplace();
+  }
+  world.Record({"SetCommMask", "ReadFile"});
+  EXPECT_EQ(CIpodSerial::PortReadThread(&*serial), 1U);
+  EXPECT_THAT(world.DrainRecord(), IsEmpty());
+}
+
+}  // namespace

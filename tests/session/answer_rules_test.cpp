@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+// What is known of answers: which request may be sent twice, whose answer repeats what of it, and
+// how the frames that come during an exchange are judged.
+#include "session/answer_rules.h"
+
+#include <algorithm>
+
+#include "session/heap_array.h"
+#include "session/ipod_requests.h"
+#include "session/own_answers.h"
+#include "support/packets.h"
+#include "support/session_test.h"
+
+namespace {
+
+using ipodcomm::AnswerVerdict;
+using ipodcomm::FrameBytes;
+using ipodcomm::OwnAnswers;
+using test::Bytes;
+
+ipodcomm::ReceivedFrame Parse(const Bytes& frame) {
+  return ipodcomm::ParseFrame(FrameBytes(frame.data(), static_cast<std::uint32_t>(frame.size())));
+}
+
+// ---- Repeating
+
+bool MayBeRepeated(std::uint8_t lingo, std::uint16_t command, const Bytes& data) {
+  return ipodcomm::MayBeRepeated(
+      {command, lingo, data.data(), static_cast<std::uint32_t>(data.size())});
+}
+
+TEST(Repeating, ChangesNothingButForTogglesAndSkips) {
+  const Bytes toggles_and_skips = {0x01, 0x03, 0x04, 0x08, 0x09};
+  for (unsigned code = 0; code <= 0xFF; ++code) {
+    const auto byte = static_cast<std::uint8_t>(code);
+    const bool once = std::count(toggles_and_skips.begin(), toggles_and_skips.end(), byte) != 0;
+    EXPECT_EQ(MayBeRepeated(0x04, 0x0029, {byte}), !once) << code;
+  }
+}
+
+TEST(Repeating, APlayControlWithoutACodeChangesNothing) {
+  EXPECT_TRUE(MayBeRepeated(0x04, 0x0029, {}));
+}
+
+TEST(Repeating, TheSameBytesUnderAnotherLingoOrCommandChangeNothing) {
+  EXPECT_TRUE(MayBeRepeated(0x03, 0x0029, {0x01}));
+  EXPECT_TRUE(MayBeRepeated(0x04, 0x002A, {0x01}));
+}
+
+// ---- What an answer repeats of its request: of records, the index of the first one
+
+bool RecordsRepeat(const Bytes& request_data, const char* answer) {
+  const Bytes frame = test::Hex(answer);
+  return ipodcomm::Repeats(
+      *ipodcomm::FindAnswerRule(0x04, 0x001A),
+      {0x001A, 0x04, request_data.data(), static_cast<std::uint32_t>(request_data.size())},
+      Parse(frame));
+}
+
+TEST(AnAnswer, RepeatsWhatWasAskedFor) {
+  EXPECT_TRUE(RecordsRepeat({5, 0, 0, 0, 7}, "FF 55 09 04 00 1B 00 00 00 07 41 00 90"));
+  EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0, 6}, "FF 55 09 04 00 1B 00 00 00 07 41 00 90"));
+}
+
+TEST(AnAnswer, ThatIsTooShortRepeatsNothing) {
+  EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0, 7}, "FF 55 06 04 00 1B 00 00 00 DB"));
+}
+
+TEST(AnAnswer, RepeatsNothingOfARequestThatIsTooShort) {
+  EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0}, "FF 55 09 04 00 1B 00 00 00 07 41 00 90"));
+}
+
+TEST(AnAnswer, OfNoCommandAnswersNoRequest) {
+  EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(0x00, 0xFFFF), nullptr);
+  EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(0x00, 0x0028)->command, 0x0027);
+}
+
+TEST(Identifiers, NoneIsContainedInNone) {
+  ipodcomm::SentIds sent = {};
+  EXPECT_FALSE(sent.Contain(0));
+  sent.Add(0xFFFF);
+  sent.Add(0x0001);
+  EXPECT_TRUE(sent.Contain(0x0000));
+  EXPECT_FALSE(sent.Contain(0x0002));
+}
+
+TEST(HeapArrays, OfMoreThanThereIsAreNotAskedFor) {
+  test::World world;
+  world.Record({"LocalAlloc"});
+  const ipodcomm::HeapArray<wchar_t> array(static_cast<std::size_t>(-1));
+  EXPECT_EQ(array.data(), nullptr);
+  EXPECT_THAT(world.DrainRecord(), ::testing::IsEmpty());
+}
+
+// ---- Judging: tracks are counted, 04 00 18 05, and 04 00 19 is expected
+
+constexpr char kSixty[] = "FF 55 07 04 00 19 00 00 00 3C A0";
+constexpr char kCutShort[] = "FF 55 04 04 00 19 00 DF";
+constexpr char kRefused[] = "FF 55 06 04 00 01 04 00 18 D9";
+
+class Judging : public ::testing::Test {
+ protected:
+  explicit Judging(std::uint16_t expected = 0x0019) : answers_(request_, expected) {
+    answers_.AddAttempt();
+  }
+  AnswerVerdict Judge(const char* frame) {
+    bytes_ = test::Hex(frame);
+    ipodcomm::ReceivedFrame parsed = Parse(bytes_);
+    return answers_.Judge(&parsed);
+  }
+
+  const Bytes data_ = {0x05};
+  const tagIPOD_WRITE_PARAMS request_ = {0x0018, 0x04, data_.data(), 1};
+  OwnAnswers answers_;
+  Bytes bytes_;
+};
+
+TEST_F(Judging, TheRequestItselfComesBackOnALineThatIsWiredToItself) {
+  EXPECT_EQ(Judge("FF 55 04 04 00 18 05 DB"), AnswerVerdict::kForeign);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_ECHOED);
+}
+
+TEST_F(Judging, ARequestWithOtherDataIsNotTheRequestItself) {
+  EXPECT_EQ(Judge("FF 55 04 04 00 18 02 DE"), AnswerVerdict::kForeign);
+  EXPECT_EQ(Judge("FF 55 05 04 00 18 05 05 D5"), AnswerVerdict::kForeign);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_UNANSWERED);
+}
+
+TEST_F(Judging, AnAckThatAcceptsTheRequestIsNotItsAnswer) {
+  EXPECT_EQ(Judge("FF 55 06 04 00 01 00 00 18 DD"), AnswerVerdict::kForeign);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_UNANSWERED);
+}
+
+TEST_F(Judging, WhatIsDamagedDoesNotCountBesideAnAnswer) {
+  EXPECT_EQ(Judge(kSixty), AnswerVerdict::kAnswer);
+  EXPECT_EQ(Judge(kCutShort), AnswerVerdict::kDamaged);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_ANSWERED);
+}
+
+TEST_F(Judging, WhatIsDamagedDoesNotCountBesideARefusal) {
+  EXPECT_EQ(Judge(kRefused), AnswerVerdict::kRefusal);
+  EXPECT_EQ(Judge(kCutShort), AnswerVerdict::kDamaged);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_REFUSED);
+  EXPECT_EQ(answers_.noted().status, 4);
+}
+
+class JudgingAHostsOwnAnswer : public Judging {
+ protected:
+  JudgingAHostsOwnAnswer() : Judging(0x0042) {}
+};
+
+TEST_F(JudgingAHostsOwnAnswer, ItIsTakenWhateverItHolds) {
+  EXPECT_EQ(Judge("FF 55 03 04 00 42 B7"), AnswerVerdict::kAnswer);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_ANSWERED);
+}
+
+// ---- Answers that are owed
+
+ipodcomm::EarlierQuestions AskedOnce(const tagIPOD_WRITE_PARAMS& question) {
+  ipodcomm::EarlierQuestions earlier;
+  earlier.Note(question, 1);
+  return earlier;
+}
+
+class OwedAnswer : public ::testing::Test {
+ protected:
+  void Arrive(const char* frame) {
+    const Bytes bytes = test::Hex(frame);
+    earlier_.NoteArrival(Parse(bytes));
+  }
+
+  const Bytes tracks_ = {0x05};
+  const Bytes artists_ = {0x02};
+  const tagIPOD_WRITE_PARAMS count_tracks_ = {0x0018, 0x04, tracks_.data(), 1};
+  const tagIPOD_WRITE_PARAMS count_artists_ = {0x0018, 0x04, artists_.data(), 1};
+  ipodcomm::EarlierQuestions earlier_ = AskedOnce(count_tracks_);
+};
+
+TEST_F(OwedAnswer, IsStillOwedWhileItsCommandIsPending) {
+  Arrive("FF 55 0A 04 00 01 06 00 18 00 00 03 E8 E8");
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 2000U);
+}
+
+TEST_F(OwedAnswer, IsOwedNoLongerOnceItsCommandIsRefused) {
+  Arrive(kRefused);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 20U);
+}
+
+TEST_F(OwedAnswer, IsStillOwedAfterTheRefusalOfAnotherCommand) {
+  Arrive("FF 55 06 04 00 01 04 00 1A D7");
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 2000U);
+}
+
+}  // namespace
