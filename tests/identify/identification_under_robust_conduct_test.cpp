@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What the robust conduct changes in identification: an iPod that wants an identifier on StartIDPS,
 // and a verdict that needs evidence.
+#include <algorithm>
+
 #include "identify/identification.h"
 #include "support/answering_ipod.h"
 #include "support/echoing_line.h"
@@ -85,6 +87,22 @@ TEST_F(UnderRobustConduct, TokensWhoseEndStaysUnansweredAreNotTriedAgain) {
   DockTokenIpod();
   AcceptLingoes();
   Identify();
+  EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame));
+}
+
+TEST_F(UnderRobustConduct, AStopWhileTheEndOfTheTokensAwaitsItsAnswerEndsTheSequence) {
+  IgnoreWithId("00 3B 00");
+  DockTokenIpod();
+  AcceptLingoes();
+  const test::Bytes end = {0x05, 0x00, 0x3B};
+  on_step_ = [&](int step) {
+    const test::Bytes& sent = ipod_.received();
+    const bool ended = std::search(sent.begin(), sent.end(), end.begin(), end.end()) != sent.end();
+    if (ended && stop_at_ == 0) stop_at_ = step;
+  };
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_NONE);
+  EXPECT_EQ(steps_, stop_at_);
   EXPECT_THAT(DrainSentOf("00 38"), ElementsAre(kStartFrame));
 }
 
