@@ -2,6 +2,7 @@
 // The program's few needs of a POSIX system; watched memory needs Linux.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -69,6 +70,23 @@ void Unmap(void* view, std::size_t bytes) {
   if (view != nullptr) ::munmap(view, bytes);
 }
 
+constexpr const char* kInUse = "it is in use; close the other program that has it open";
+
+// Looks at a device as the library does that opened it in vain and does not say why.
+PortProblem WhyNotOpenedNow(const std::string& device) {
+  const int line = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  const bool in_use = line < 0 ? errno == EBUSY : ::flock(line, LOCK_EX | LOCK_NB) != 0;
+  const bool is_terminal = line >= 0 && ::isatty(line) != 0;
+  if (line >= 0) ::close(line);
+  if (in_use) return {"E102", kInUse};
+  if (line >= 0 && !is_terminal) {
+    return {"E104", "it does not work as a serial line; name the dock's with --port"};
+  }
+  return {"",
+          "it is in use, or does not work as a serial line; close the other program that has it "
+          "open, or name the dock's with --port"};
+}
+
 }  // namespace
 
 std::vector<std::string> Utf8Arguments(int argc, char** argv) {
@@ -131,15 +149,9 @@ PortProblem WhyNotOpened(const std::string& device, long code) {
     return {"E103",
             "permission denied; join the group that owns it (often 'dialout') or run as its owner"};
   }
-  if (code == kUnknownReason) {
-    return {"",
-            "it is in use, or does not work as a serial line; close the other program that has it "
-            "open, or name the dock's with --port"};
-  }
+  if (code == kUnknownReason) return WhyNotOpenedNow(device);
   constexpr long kAccessDenied = 5;
-  if (code == kAccessDenied) {
-    return {"E102", "it is in use; close the other program that has it open"};
-  }
+  if (code == kAccessDenied) return {"E102", kInUse};
   return {"E104", "it does not work as a serial line (code " + std::to_string(code) +
                       "); name the dock's with --port"};
 }
