@@ -14,6 +14,7 @@
 #include "console/text.h"
 #include "console/verbose_log.h"
 #include "diagnose.h"
+#include "ipod/ports.h"
 #include "ipod/simulated_ipod.h"
 #include "report/report.h"
 #include "run.h"
@@ -94,9 +95,9 @@ void BeginCapture(const std::string& file, std::FILE* output) {
     throw CommandFailure(kCannotCreate, "cannot record to " + file + ": " + reason);
 }
 
-// Whether the command opens the dock and then records as the library's variable says.
+// Whether the command opens the dock.
 bool OpensDock(const Options& options) {
-  for (const char* other : {"report", "decode", "monitor", "explain", "diagnose"}) {
+  for (const char* other : {"report", "decode", "monitor", "explain", "ports"}) {
     if (options.command == other) return false;
   }
   return true;
@@ -105,11 +106,26 @@ bool OpensDock(const Options& options) {
 // The standard output that the library's variable names is kept from the library, whose own prints
 // must not stand among what the command says.
 std::string CaptureAskedFor(const Options& options) {
-  if (!options.capture.empty() || !OpensDock(options)) return options.capture;
+  const bool records = OpensDock(options) && options.command != "diagnose";
+  if (!options.capture.empty() || !records) return options.capture;
   return Environment("IPODCOMM_CAPTURE") == "-" ? "-" : "";
 }
 
+// With the port found that was left to be found.
+Options Completed(const Options& options) {
+  Options completed = options;
+  const bool is_sought = options.port == kAnyPort && !options.simulation && OpensDock(options);
+  if (is_sought) completed.port = FindPort(options);
+  return completed;
+}
+
+int RunPortList(const Options& options, Output& output) {
+  RunPorts(options, output);
+  return kSuccess;
+}
+
 int RunAny(const Options& options, Output& output) {
+  if (options.command == "ports") return RunPortList(options, output);
   if (options.command == "report") return RunReport(options, output);
   if (options.command == "decode" || options.command == "monitor")
     return RunDecode(options, output);
@@ -141,8 +157,9 @@ int Run(const Options& options) {
   CatchInterrupts();
   if (options.timeout_s) InterruptAfter(*options.timeout_s);
   try {
+    const Options completed = Completed(options);
     BeginCapture(capture, guard.stream());
-    const int status = RunAny(options, output);
+    const int status = RunAny(completed, output);
     if (status == kSuccess && !output.Good()) FailToWrite();
     return status;
   } catch (const CommandFailure& failure) {

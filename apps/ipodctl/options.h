@@ -36,7 +36,7 @@ struct Options {
   std::string command;
 
   // The iPod, and how to talk to it.
-  std::string port;  // empty: the library's own
+  std::string port;  // "auto": the one that is found; empty: the library's own
   std::optional<SimulationOptions> simulation;
   bool idps = true;
   bool legacy = false;  // through the legacy interface
@@ -49,6 +49,9 @@ struct Options {
   // What is shown.
   bool json = false;
   bool verbose = false;
+
+  // ports
+  bool probe = false;
 
   // browse, play
   std::vector<std::string> path;  // a category's name, then records to walk into

@@ -108,7 +108,7 @@ void Answer::Add(const Offer& offer, const std::string& front) {
   if (offer.paths == Offer::Paths::kFiles) paths_ = "files";
   if (offer.paths == Offer::Paths::kFolders) paths_ = "folders";
   if (offer.paths != Offer::Paths::kPorts) return;
-  for (const std::string& port : SerialPorts()) Add(front + port);
+  for (const SerialPort& port : SerialPorts()) Add(front + port.device, port.adapter);
   // A port may have any name, so that of a simulated iPod.
   if (empty()) paths_ = "files";
 }

@@ -15,6 +15,7 @@ std::string HelpOn(const CLI::App& app, const std::vector<std::string>& command)
 std::string NotExpected(const CLI::App& app, const std::string& word);
 
 // ipod_flags.cpp
+void AddPortsCommand(CommandLineParser& parser);
 void AddInfoCommand(CommandLineParser& parser);
 void AddTourCommand(CommandLineParser& parser);
 /// --legacy for the commands that the legacy interface has too, and selftest.

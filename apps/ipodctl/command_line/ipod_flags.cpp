@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands about the iPod as a whole: info, tour, selftest; and --legacy.
+// The commands about the iPod as a whole: ports, info, tour, selftest; and --legacy.
 #include "command_line/flags.h"
 #include "run.h"
 #include "workout/recording.h"
@@ -7,6 +7,20 @@
 namespace ipodctl {
 
 namespace {
+
+constexpr const char* kPortsFooter =
+    "Lists the serial ports that have hardware behind them, with the names of their adapters. "
+    "With\n"
+    "--probe each is opened and asked, for some seconds, whether an iPod answers: it is told by "
+    "its\n"
+    "name and model, or 'nothing answers', 'busy' (another program has the port open), 'no\n"
+    "permission'. 'ipodctl --port auto' takes the only port, or the only one on which an iPod "
+    "answers.\n"
+    "\n"
+    "Examples:\n"
+    "  ipodctl ports\n"
+    "  ipodctl ports --probe --json\n"
+    "  ipodctl --port auto info";
 
 constexpr const char* kInfoFooter =
     "Examples:\n"
@@ -65,6 +79,18 @@ void CheckLegacy(CommandLineParser& parser) {
 }
 
 }  // namespace
+
+void AddPortsCommand(CommandLineParser& parser) {
+  CLI::App* ports = parser.AddCommand("ports", "Looking", "The serial ports, and where an iPod is",
+                                      "[--probe]", kPortsFooter);
+  ports->add_flag("--probe", parser.options().probe, "Ask on each port whether an iPod answers");
+  parser.AddCheck([&parser, ports] {
+    if (!ports->parsed() || !parser.options().simulation) return;
+    throw UsageProblem{
+        "a simulated iPod is on no serial port of this system; leave out "
+        "--simulated"};
+  });
+}
 
 void AddInfoCommand(CommandLineParser& parser) {
   parser.AddCommand("info", "Looking", "What is in the dock", "", kInfoFooter);

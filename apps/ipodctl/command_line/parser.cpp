@@ -9,6 +9,7 @@
 #include "command_line/configuration.h"
 #include "command_line/flags.h"
 #include "console/failure.h"
+#include "ipod/ports.h"
 #include "ipod/simulated_ipod.h"
 #include "usage/build.h"
 #include "usage/complete.h"
@@ -32,6 +33,8 @@ constexpr const char* kProgramFooter =
     "  --port names it; else the environment variable IPODCTL_PORT does, else the configuration "
     "file,\n"
     "  else the variable IPODCOMM_COM2, else it is /dev/ttyS1.\n"
+    "  --port auto takes the only serial port, and of several the one on which an iPod answers;\n"
+    "  'ipodctl ports' lists them.\n"
     "  On Windows it is always COM2, and no simulated one takes its place.\n"
     "  --simulated puts a simulated iPod into this program, on a real pseudo-terminal. It is one "
     "of\n"
@@ -88,6 +91,7 @@ CommandLineParser::CommandLineParser() {
   formatter_->SetUsage(&app_, "ipodctl [OPTIONS] COMMAND ...");
   AddGlobalOptions();
   // In the order in which the help lists them.
+  AddPortsCommand(*this);
   AddInfoCommand(*this);
   AddTourCommand(*this);
   AddBrowseCommand(*this);
@@ -108,7 +112,7 @@ void CommandLineParser::AddGlobalOptions() {
   app_.set_help_flag("-h,--help", "Show this help, or a command's");
   app_.set_version_flag("--version", std::string("ipodctl ") + usage::kBuild,
                         "Show the version and the commit");
-  port_option_ = app_.add_option("--port", options_.port, "The serial line of the dock")
+  port_option_ = app_.add_option("--port", options_.port, "The serial line of the dock, or auto")
                      ->option_text("DEVICE");
   simulated_option_ =
       app_.add_flag("--simulated{nano}", simulated_, "Use a simulated iPod (see below)")
@@ -132,6 +136,7 @@ void CommandLineParser::AddGlobalOptions() {
           ->option_text("N"),
   };
   const SimulationNames names = NamesForSimulation();
+  values_.Add(port_option_, {kAnyPort});
   values_.Add(simulated_option_, names.profiles);
   values_.Add(app_.get_option("--habit"), names.habits);
   values_.Add(app_.get_option("--fault"), names.faults);

@@ -2,6 +2,7 @@
 // Opens, identifies, and explains what failed.
 #include "ipod/session.h"
 
+#include "console/clock.h"
 #include "console/failure.h"
 #include "console/interrupt.h"
 #include "console/progress.h"
@@ -18,6 +19,17 @@ constexpr unsigned char kGeneralLingo = 0x00;
 constexpr int kLowPower = 0;
 constexpr std::size_t kLongestAnswer = 1024;
 
+struct Patience {
+  CIpodComm& ipod;
+  std::chrono::microseconds until;  // while nothing has answered
+};
+
+bool KeepGoing(void* context) {
+  const Patience& patience = *static_cast<const Patience*>(context);
+  if (Interrupted()) return false;
+  return SteadyTime() < patience.until || IdentifyEvidence(patience.ipod).AnyAnswer();
+}
+
 }  // namespace
 
 Session::Session(const Options& options, const DockLine& dock) : options_(options), dock_(dock) {
@@ -30,14 +42,14 @@ Session::Session(const Options& options, const DockLine& dock) : options_(option
 
 Session::~Session() { Close(); }
 
-void Session::Identify() {
+void Session::Identify(std::chrono::microseconds until) {
   StatusLine status;
   status.Show("Waking and identifying the iPod ...");
   Note(options_.idps ? "identifying, by tokens first" : "identifying without tokens");
   ipod_.SetModel(options_.model);
   ipod_.SetIDPSEnable(options_.idps ? 1 : 0);
-  const auto keep_going = [](void*) { return !Interrupted(); };
-  if (ipod_.Command_IdentifyDeviceLingos(kLowPower, &identified_, keep_going, nullptr) == 0) {
+  Patience patience = {ipod_, until};
+  if (ipod_.Command_IdentifyDeviceLingos(kLowPower, &identified_, KeepGoing, &patience) == 0) {
     FailIdentification();
   }
   NoteVersions();

@@ -2,6 +2,7 @@
 // A session with the docked iPod: opened, identified, and with failures that say what to do.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -25,7 +26,8 @@ class Session {
 
   /// Identifies the accessory to the iPod, which lasts some seconds. Throws a CommandFailure when
   /// no iPod answers, when it is too old, or when it refuses.
-  void Identify();
+  /// @param until by the steady clock: when to give up while nothing has answered
+  void Identify(std::chrono::microseconds until = std::chrono::microseconds::max());
   /// Lets the iPod show that it is controlled from outside; browsing and playing need it.
   void EnterRemoteUi();
   void Close() { ipod_.Close(); }

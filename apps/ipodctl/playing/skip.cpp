@@ -8,7 +8,7 @@ namespace ipodctl {
 
 namespace {
 
-constexpr int kAttempts = 3;
+constexpr int kPresses = 3;
 // Going back to a track's start shows as a position near it.
 constexpr std::uint64_t kNearStartMs = 1500;
 
@@ -52,7 +52,7 @@ NowPlaying Skip(Session& session, bool forward) {
     if ((moved || press.accepted) && IsNeighbour(session, before, now, forward)) return now;
     // The command was lost, and not its answer.
     const bool lost = press.exchange.result == IPOD_EXCHANGE_UNANSWERED && !moved;
-    if (!lost || attempt == kAttempts) FailPress(session, press, what, now);
+    if (!lost || attempt == kPresses) FailPress(session, press, what, now);
   }
 }
 
