@@ -35,6 +35,8 @@ class Line {
 
  private:
   void ReadOption(const std::string& word);
+  void ReadPosition(const std::string& word);
+  const CLI::App* CommandNamed(const std::string& word) const;
 
   const CLI::App* command_;
   const CLI::Option* waiting_ = nullptr;
@@ -63,6 +65,22 @@ void Line::ReadOption(const std::string& word) {
   if (TakesNextWord(option) && !has_value) waiting_ = option;
 }
 
+const CLI::App* Line::CommandNamed(const std::string& word) const {
+  for (const CLI::App* command : command_->get_subcommands({})) {
+    if (command->check_name(word)) return command;
+  }
+  return nullptr;
+}
+
+void Line::ReadPosition(const std::string& word) {
+  const CLI::App* const command = positions_.empty() ? CommandNamed(word) : nullptr;
+  if (command == nullptr) {
+    positions_.push_back(word);
+  } else {
+    command_ = command;
+  }
+}
+
 void Line::Read(const std::string& word) {
   if (waiting_ != nullptr) {
     waiting_ = nullptr;
@@ -71,15 +89,7 @@ void Line::Read(const std::string& word) {
   } else if (!only_positions_ && word.size() > 1 && word.front() == '-') {
     ReadOption(word);
   } else {
-    const CLI::App* next = nullptr;
-    for (const CLI::App* each : command_->get_subcommands({})) {
-      if (each->check_name(word)) next = each;
-    }
-    if (next != nullptr && positions_.empty()) {
-      command_ = next;
-    } else {
-      positions_.push_back(word);
-    }
+    ReadPosition(word);
   }
 }
 
