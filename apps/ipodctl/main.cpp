@@ -177,7 +177,7 @@ int Run(const CommandLine& line) {
   }
   const CommandFailure failure(kUsage, line.text);
   const int status = Fail(failure);
-  Output(stdout, line.json).Object(ToJson(failure));
+  Output(line.captures ? stderr : stdout, line.json).Object(ToJson(failure));
   return status;
 }
 

@@ -115,6 +115,21 @@ TEST(IpodctlCapture, ThatCannotBeMadeIsSaidBeforeAnythingIsDone) {
             "ipodctl: cannot record to /nowhere/line.pcapng: No such file or directory.\n");
 }
 
+TEST(IpodctlCapture, OnStandardOutputIsAloneThereAlsoWithWrongArguments) {
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"--capture", "-"}, {"--capture=-"}}) {
+    std::vector<std::string> arguments = {"--json", "dance"};
+    arguments.insert(arguments.begin(), words.begin(), words.end());
+    const Ended ended = Ipodctl(arguments);
+    EXPECT_EQ(ended.status, 64);
+    EXPECT_EQ(ended.out, "");
+    EXPECT_THAT(ended.err, AllOf(HasSubstr("ipodctl: there is no command 'dance'"),
+                                 HasSubstr("\"error\":\"usage\"")));
+  }
+  EXPECT_THAT(Ipodctl({"--json", "--capture", "x.pcapng", "dance"}).out,
+              HasSubstr("\"error\":\"usage\""));
+}
+
 TEST(IpodctlCapture, OnAFullDiskEndsAndTheCommandDoesNot) {
   const Ended ended = Ipodctl({"--simulated", "--capture", "/dev/full", "info"});
   EXPECT_EQ(ended.status, 0);

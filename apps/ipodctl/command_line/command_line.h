@@ -15,7 +15,8 @@ struct CommandLine {
   std::optional<Options> options;
   std::string text;
   int status = 0;
-  bool json = false;  // wrong arguments are told to a machine, too
+  bool json = false;      // wrong arguments are told to a machine, too
+  bool captures = false;  // on standard output, where nothing else may stand then
 };
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

@@ -75,10 +75,14 @@ constexpr const char* kProgramFooter =
     "objects hold is in share/ipodcomm/ipodctl.schema.json, where the program is installed.\n"
     "'ipodctl help COMMAND' explains a command and shows examples.";
 
-// Also of arguments that cannot be understood.
-bool AsksForJson(const std::vector<std::string>& arguments) {
+// What arguments that cannot be understood ask for all the same.
+CommandLine Refused(const std::string& sentence, const std::vector<std::string>& arguments) {
   const auto end = std::find(arguments.begin(), arguments.end(), "--");
-  return std::find(arguments.begin(), end, "--json") != end;
+  const auto given = [&](const char* word) { return std::find(arguments.begin(), end, word); };
+  const auto capture = given("--capture");
+  const bool captures = given("--capture=-") != end ||
+                        (capture != end && capture + 1 != end && *(capture + 1) == "-");
+  return {{}, sentence, kUsage, given("--json") != end, captures};
 }
 
 }  // namespace
@@ -190,7 +194,7 @@ CommandLine CommandLineParser::Parse(const std::vector<std::string>& arguments) 
     if (starts_with_word) {
       sentence.front() = static_cast<char>(std::tolower(sentence.front()));
     }
-    return CommandLine{{}, sentence + "; see " + HelpHint(), kUsage, AsksForJson(arguments)};
+    return Refused(sentence + "; see " + HelpHint(), arguments);
   };
   if (!arguments.empty() && arguments.front() == usage::kCompleteArgument) {
     return {{}, usage::Complete(app_, values_, {arguments.begin() + 1, arguments.end()}), kSuccess};
