@@ -4,11 +4,11 @@
 
 #include "console/failure.h"
 #include "ipod/info.h"
-#include "ipod/selftest.h"
 #include "library/browse.h"
 #include "playing/control.h"
 #include "playing/modes.h"
 #include "playing/now.h"
+#include "selftest.h"
 #include "settings/prefs.h"
 #include "settings/userdata.h"
 #include "tour.h"

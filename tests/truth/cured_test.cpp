@@ -82,6 +82,16 @@ TEST(Cured, ASelfTestDoesNotPassWithAVersionThatWasCutShort) {
             "Information Zoë's iPod MB029LL 0013|0100 8K7420SIM02 2.0.1'");
 }
 
+TEST(Cured, ASelfTestDoesNotPassWithAPlayerThatWasNotStopped) {
+  EXPECT_EQ(HonestFailure("selftest/nano/robust/lost@38/20261122016"),
+            "the self-test failed in 1 of 5 steps, first at 'Set to stop, it is paused'");
+}
+
+TEST(Cured, AnInterruptedSelfTestTellsTheStepsUntilThen) {
+  EXPECT_EQ(HonestFailure("selftest/classic/fast/interrupt@23/20261122025"),
+            "interrupted before it was done");
+}
+
 // A status that says nothing of the lingo: the command failed.
 TEST(Cured, ALingoWhoseVersionIsRefusedIsNotSaidToBeLacking) {
   ExpectRight("info/nano/fast/refused@26/7002/text");

@@ -12,11 +12,13 @@ constexpr std::size_t kStateAt = 8;
 
 }  // namespace
 
+unsigned char StateIn(const LegacyAnswer& status) { return status.data.at(kStateAt); }
+
 NowPlaying LookAtPlayer(LegacySession& session) {
   NowPlaying now;
   const LegacyAnswer status = session.Ask(StatusQuestion());
   session.Require(status, "tell its play status");
-  now.state = status.data[kStateAt];
+  now.state = StateIn(status);
   if (now.state == kStopped) return now;
   now.length_ms = status.Number(0);
   now.position_ms = status.Number(kPositionAt);

@@ -52,6 +52,8 @@ NowPlaying ReadNowPlaying(Session& session);
 void Refresh(Session& session, NowPlaying* now);
 // The same through the legacy interface (legacy_player.cpp).
 NowPlaying LookAtPlayer(LegacySession& session);
+/// The state in a whole answer to StatusQuestion.
+unsigned char StateIn(const LegacyAnswer& status);
 std::optional<std::string> ReadTitle(LegacySession& session, NowPlaying* now);
 
 /// How many tracks the now-playing list has; none when the iPod does not tell.

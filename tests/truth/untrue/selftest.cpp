@@ -19,23 +19,31 @@ std::string Information(const Question& question) {
          "." + std::to_string(traits.software[1]) + "." + std::to_string(traits.software[2]);
 }
 
-}  // namespace
-
-// It ends with the player stopped.
-std::string UntrueSelfTest(const Question& question) {
-  constexpr std::size_t kSteps = 5;
-  const std::string summary =
-      FirstOf(Expect(question.last(), "steps", kSteps), Expect(question.last(), "failures", 0));
-  if (!summary.empty()) return summary;
-  std::size_t steps = 0;
+std::string UntrueSteps(const Question& question, std::size_t* steps) {
   for (const Json& step : question.said) {
     if (!step.contains("passed")) continue;
-    ++steps;
+    ++*steps;
+    // One that has failed is no success, whatever interrupts the others.
+    if (step.at("passed") != true && question.so_far) continue;
     if (step.at("passed") != true) return step.at("step").dump() + " failed";
     if (step.at("number") != 1) continue;
     const std::string untrue = Expect(step, "step", Information(question));
     if (!untrue.empty()) return untrue;
   }
+  return "";
+}
+
+}  // namespace
+
+// It ends with the player stopped.
+std::string UntrueSelfTest(const Question& question) {
+  constexpr std::size_t kSteps = 5;
+  std::size_t steps = 0;
+  const std::string untrue = UntrueSteps(question, &steps);
+  if (!untrue.empty() || question.so_far) return untrue;
+  const std::string summary =
+      FirstOf(Expect(question.last(), "steps", kSteps), Expect(question.last(), "failures", 0));
+  if (!summary.empty()) return summary;
   if (steps != kSteps) return "only " + std::to_string(steps) + " steps";
   if (question.MayBe(ipodsim::PlayerState::kStopped)) return "";
   return "it is " + StateName(question.ipod.player().state());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Performs the regression test step by step.
-#include "ipod/selftest.h"
+#include "selftest.h"
 
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -14,6 +14,7 @@
 #include "ipod/identify_evidence.h"
 #include "ipod/legacy_exchange.h"
 #include "ipod/legacy_session.h"
+#include "playing/player.h"
 
 namespace ipodctl {
 
@@ -21,6 +22,7 @@ namespace {
 
 constexpr int kConnectionStep = 0;
 constexpr int kInformationStep = 1;
+constexpr int kPlayerStep = 3;
 
 struct Step {
   int number = 0;
@@ -58,7 +60,9 @@ class SelfTest {
 
  private:
   Step Perform(int number);
-  void Verify(Step* information);
+  void Verify(Step* step);
+  void VerifyInformation(Step* step);
+  void VerifyPlayer(Step* step);
   void Show(const Step& step);
   void ExplainFailure(const Step& step);
   void RequireRecentVersion() const;
@@ -80,7 +84,9 @@ void SelfTest::Run() {
   for (bool more = true; more; ++number) {
     StopIfInterrupted();
     Step step = Perform(number);
-    if (step.number == kInformationStep && step.passed) Verify(&step);
+    if (step.passed) Verify(&step);
+    // One that was cut off in the middle has not failed.
+    StopIfInterrupted();
     Show(step);
     if (!step.passed) ExplainFailure(step);
     // The test's last step closes the port.
@@ -109,14 +115,35 @@ Step SelfTest::Perform(int number) {
   return {number, title.text(), detail.text(), passed != 0, !more};
 }
 
+void SelfTest::Verify(Step* step) {
+  if (step->number == kInformationStep) VerifyInformation(step);
+  if (step->number == kPlayerStep) VerifyPlayer(step);
+}
+
 // The step believes the first answer to each of its questions, also one that was cut short.
-void SelfTest::Verify(Step* information) {
+void SelfTest::VerifyInformation(Step* step) {
   const std::optional<std::string> told = ToldInformation(ipod_);
-  StopIfInterrupted();
-  if (told && information->title == *told) return;
-  information->passed = false;
-  information->detail =
-      told ? "Asked again, it told: " + *told : "Asked again, it did not tell them all";
+  if (told && step->title == *told) return;
+  step->passed = false;
+  step->detail = told ? "Asked again, it told: " + *told : "Asked again, it did not tell them all";
+}
+
+// The step sends its last command and takes any state that is told then.
+void SelfTest::VerifyPlayer(Step* step) {
+  bool told = true;
+  const auto look = [this, &told] {
+    NowPlaying now;
+    const LegacyAnswer status = AskLegacy(ipod_, StatusQuestion());
+    told = status.answered();
+    if (told) now.state = StateIn(status);
+    return now;
+  };
+  const NowPlaying now =
+      AwaitLook(look, [&told](const NowPlaying& seen) { return !told || seen.state == kStopped; });
+  if (told && now.state == kStopped) return;
+  step->passed = false;
+  step->detail = told ? "Set to stop, it is " + StateName(now.state)
+                      : "Set to stop, it did not tell its state";
 }
 
 void SelfTest::Show(const Step& step) {
