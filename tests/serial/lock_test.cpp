@@ -64,7 +64,9 @@ TEST(Departures, WhoHasLeftIsNotClaimedAndLeavesAgainAtOnce) {
   const auto departure = ipodcomm::Departure::Make();
   departure->Leave();
   EXPECT_FALSE(departure->Claim());
+  const std::int64_t start_us = world.now_us();
   departure->Leave();
+  EXPECT_EQ(world.now_us(), start_us);
 }
 
 // Its lifeline is closed from the start, so that no thread enters it.

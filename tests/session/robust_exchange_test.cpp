@@ -262,7 +262,7 @@ TEST_F(RobustExchange, AnIpodThatSaysOtherThingsAllTheTimeEndsAnAttemptAfterTenS
 TEST_F(RobustExchange, ARequestThatIsNotForTheWaitingCommandIsPassedOver) {
   BeRobust();
   Answer("FF 55 04 04 00 18 05 DB", "FF 55 07 04 00 19 00 00 00 3C A0");
-  CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 03 00 27 09 CD"));
+  CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 03 00 27 00 D6"));
   EXPECT_EQ(Count(5), 1);
   EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 18 05 DB"));
 }
