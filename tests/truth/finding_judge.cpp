@@ -91,6 +91,7 @@ const std::vector<std::pair<std::string, Row>> kOwnTroubles = {
     {"sim-doubled-answers", RowOf(Meddling::kDoubled)},
     {"sim-shuffled-answers", RowOf(Meddling::kSwapped)},
     {"sim-missing-answers", RowOf(Meddling::kMissing)},
+    {"sim-pending-acks", RowOf(Meddling::kPending)},
     {"start-with-id", {{"E301"}, {}}},
     {"no-name", {{"E405"}, {}}},
     {"few-facts", {{"E405"}, {}}},

@@ -284,6 +284,17 @@ TEST_F(ASession, WithAnswersUnderOtherIdentifiersCountsThem) {
                           "(6)"));
 }
 
+TEST_F(ASession, WithOtherIdentifiersBesideLateAnswersProvesNothingByThem) {
+  IdentifyByTokens();
+  Ask({0x00, 0x07, 0x00, 0x02});
+  Answer({0x00, 0x08, 0x00, 0x02, 'A', 0x00}, 1001);
+  Ask({0x00, 0x07, 0x00, 0x03});
+  Answer({0x00, 0x08, 0x00, 0x09, 'A', 0x00});
+  EXPECT_THAT(Findings(),
+              ::testing::Contains("E401 likely: 1 answer came not under the question's identifier "
+                                  "(8)"));
+}
+
 TEST_F(ASession, WithLateAnswersCountsThem) {
   Ask({0x00, 0x07});
   Answer({0x00, 0x08, 'A', 0x00}, 1001);
