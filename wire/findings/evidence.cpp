@@ -110,6 +110,7 @@ void EvidenceCollector::AddSent(const Told& told) {
   const DecodedFrame& frame = *told.frame;
   if (Has(told, Note::Kind::kBadChecksum)) evidence_.damaged_sent.Add(packet);
   evidence_.sent.Add(packet);
+  if (frame.identifier) asked_under_.insert(*frame.identifier);
   sent_.push_back(told.observed.bytes);
   if (sent_.size() > kMostSent) sent_.pop_front();
   if (frame.command != nullptr && frame.command->reply.kind != Reply::Kind::kNone) {
@@ -150,7 +151,11 @@ void EvidenceCollector::AddReceived(const Told& told) {
   evidence_.unanswered = {};
   NoticeAnswer(told);
   if (Has(told, Note::Kind::kLate)) evidence_.late.Add(packet);
-  if (Has(told, Note::Kind::kOtherIdentifier)) evidence_.foreign_identifiers.Add(packet);
+  if (Has(told, Note::Kind::kOtherIdentifier)) {
+    // That of an earlier question's shows whose answer it is.
+    const bool of_another = asked_under_.count(*told.frame->identifier) != 0;
+    (of_another ? evidence_.unasked : evidence_.foreign_identifiers).Add(packet);
+  }
   if (Has(told, Note::Kind::kNoIdentifier) && !Has(told, Note::Kind::kDamaged)) {
     (evidence_.identified_by_tokens ? evidence_.forgetful : evidence_.without_identifier)
         .Add(packet);

@@ -6,6 +6,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -117,6 +118,7 @@ class EvidenceCollector {
   void AddStorageAck(const DecodedFrame& frame, std::uint64_t packet);
 
   Evidence evidence_;
+  std::set<std::uint16_t> asked_under_;         // identifiers
   std::deque<std::vector<std::uint8_t>> sent_;  // the last, which may come back
   struct Silent {
     std::uint64_t question;

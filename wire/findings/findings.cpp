@@ -323,12 +323,10 @@ Found Slow(const Evidence& evidence) {
 
 Found ForeignIdentifiers(const Evidence& evidence) {
   if (evidence.foreign_identifiers) {
-    // Where others are late, it may be one too, of the same question asked before.
-    const auto sure = evidence.late ? Likely : Proved;
-    return sure("E401",
-                Count(evidence.foreign_identifiers.count, "answer", "answers") +
-                    " came not under the question's identifier",
-                evidence.foreign_identifiers.packets);
+    return Proved("E401",
+                  Count(evidence.foreign_identifiers.count, "answer", "answers") +
+                      " came not under the question's identifier",
+                  evidence.foreign_identifiers.packets);
   }
   if (!evidence.without_identifier) return {};
   return Likely("E401",
