@@ -152,9 +152,8 @@ void EvidenceCollector::AddReceived(const Told& told) {
   NoticeAnswer(told);
   if (Has(told, Note::Kind::kLate)) evidence_.late.Add(packet);
   if (Has(told, Note::Kind::kOtherIdentifier)) {
-    // That of an earlier question's shows whose answer it is.
-    const bool of_another = asked_under_.count(*told.frame->identifier) != 0;
-    (of_another ? evidence_.unasked : evidence_.foreign_identifiers).Add(packet);
+    const bool asked = asked_under_.count(*told.frame->identifier) != 0;
+    (asked ? evidence_.earlier_identifiers : evidence_.foreign_identifiers).Add(packet);
   }
   if (Has(told, Note::Kind::kNoIdentifier) && !Has(told, Note::Kind::kDamaged)) {
     (evidence_.identified_by_tokens ? evidence_.forgetful : evidence_.without_identifier)

@@ -81,7 +81,9 @@ struct Evidence {
   Sightings misshapen;  ///< good frames whose data do not fit their command
   Sightings refused;    ///< questions, with a status that has no meaning of its own here
   std::optional<Refusal> first_refusal;
-  Sightings foreign_identifiers;
+  Sightings foreign_identifiers;  ///< answers under what no question had
+  /// Answers under an earlier question's: that one's own, and very late, or this question's.
+  Sightings earlier_identifiers;
   Sightings without_identifier;  ///< answers to questions that have one
   Sightings forgetful;           ///< of these, those of an iPod that had accepted our tokens
   Sightings not_authenticated;

@@ -328,6 +328,12 @@ Found ForeignIdentifiers(const Evidence& evidence) {
                       " came not under the question's identifier",
                   evidence.foreign_identifiers.packets);
   }
+  if (evidence.earlier_identifiers) {
+    return Likely("E401",
+                  Count(evidence.earlier_identifiers.count, "answer", "answers") +
+                      " came under the identifier of an earlier question",
+                  evidence.earlier_identifiers.packets);
+  }
   if (!evidence.without_identifier) return {};
   return Likely("E401",
                 Count(evidence.without_identifier.count, "answer", "answers") +
