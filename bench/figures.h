@@ -19,6 +19,7 @@ void MeasureSession();
 void MeasureLegacy();
 void MeasureFootprint();
 void MeasureLine();
+void MeasurePort();
 
 /// Heap allocations of this program so far.
 unsigned long AllocationCount();

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
   bench::MeasureFrames(&argc, argv);
   bench::MeasureSession();
   bench::MeasureLegacy();
+  bench::MeasurePort();
   bench::MeasureFootprint();
   return 0;
 }
