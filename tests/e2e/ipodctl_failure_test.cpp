@@ -186,7 +186,7 @@ TEST(IpodctlUsage, CompletesCommandsInBash) {
         .out;
   };
   EXPECT_EQ(complete("ipodctl br", "1"), "browse\n");
-  EXPECT_EQ(complete("ipodctl --json p", "2"), "play pause previous prefs\n");
+  EXPECT_EQ(complete("ipodctl --json p", "2"), "ports play pause previous prefs\n");
   EXPECT_EQ(complete("ipodctl browse a", "2"), "artists albums audiobooks\n");
   EXPECT_EQ(complete("ipodctl now --fo", "2"), "--follow --for\n");
   EXPECT_EQ(complete("ipodctl --conduct f", "2"), "field fast\n");
