@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <thread>
 
 namespace ipodctl {
@@ -33,10 +34,24 @@ class RecordingPipe {
   void set_recording(bool recording);
 
  private:
+  /// The two ends, as each system has them.
+  class Ends {
+   public:
+    Ends() = default;
+    Ends(const Ends&) = delete;
+    Ends& operator=(const Ends&) = delete;
+    virtual ~Ends() = default;
+    virtual std::string NameOfWriteEnd() const = 0;
+    /// Lets a reader that waits look whether the end is asked for.
+    virtual void Wake() = 0;
+  };
+  class SystemEnds;
+  /// Null where the system has none to give.
+  static std::unique_ptr<Ends> MakeEnds();
+  SystemEnds& ends() const;
   void End();
 
-  class Ends;
-  const std::unique_ptr<Ends> ends_;  // null where the system has none to give
+  const std::unique_ptr<Ends> ends_;  // null: nothing is read
   std::atomic<bool> ending_ = false;
   std::atomic<bool> drained_ = false;  // all that is recorded is in the pipe
   std::atomic<int> patience_ms_ = 0;
