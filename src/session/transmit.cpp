@@ -49,21 +49,12 @@ std::uint32_t CIpodComm::BuildFrame(const tagIPOD_WRITE_PARAMS& write, unsigned 
 tagIPOD_COMM_ERROR CIpodComm::Send(const tagIPOD_WRITE_PARAMS& write,
                                    std::uint16_t* own_transaction_id) {
   unsigned char frame[sizeof Outgoing::frame];
-  const auto leave = [&](std::uint32_t size) {
-    const bool left = size != 0 && serial_.WritePacket(frame, size) == ERROR_SUCCESS;
-    return left ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;
-  };
-  const auto build = [&] { return BuildFrame(write, frame, own_transaction_id); };
-  if (robust_ != 0) {
-    const LockScope in_order(transmit_lock_);
-    return leave(build());
-  }
-  std::uint32_t size = 0;
-  {
-    const LockScope numbering(transmit_lock_);
-    size = build();
-  }
-  return leave(size);
+  const LockScope numbering(transmit_lock_);
+  const std::uint32_t size = BuildFrame(write, frame, own_transaction_id);
+  // What is left here is not left once more at the end.
+  if (robust_ == 0) transmit_lock_.Leave();
+  const bool left = size != 0 && serial_.WritePacket(frame, size) == ERROR_SUCCESS;
+  return left ? IPOD_COMM_OK : IPOD_COMM_NO_ANSWER;
 }
 
 tagIPOD_COMM_ERROR CIpodComm::WriteCommand(tagIPOD_WRITE_PARAMS* write) {
