@@ -6,6 +6,7 @@
 #include "ipodcomm/CIpodSerial.h"
 #include "ipodcomm/TraceLog.h"
 #include "platform/services.h"
+#include "protocol/frame.h"
 #include "serial/event_wait.h"
 
 using ipodcomm::LockScope;
@@ -21,8 +22,12 @@ constexpr long kGeneralFailure = static_cast<long>(0x80004005UL);
 
 void CIpodSerial::QueueAssembledFrame() {
   pace_.FrameReceived();
-  staging_.length = assembler_.length();
-  std::memcpy(staging_.data, assembler_.data(), staging_.length);
+  // Where damaged frames are read again, the one behind a lone sync byte gets its own back.
+  const bool lacks_sync = pace_.rereads_damaged() && assembler_.data()[0] != ipodcomm::kSyncByte;
+  const std::uint32_t start = lacks_sync ? 1 : 0;
+  staging_.data[0] = ipodcomm::kSyncByte;
+  staging_.length = start + assembler_.length();
+  std::memcpy(staging_.data + start, assembler_.data(), assembler_.length());
   if (StoreStaged()) {
     EventModify(packet_event_, EVENT_SET);
   } else {

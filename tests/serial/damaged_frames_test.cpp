@@ -50,6 +50,18 @@ TEST_F(DamagedFrames, FrameBehindALostByteIsLostByDefault) {
   EXPECT_THAT(PacketsOf(kLostByte), IsEmpty());
 }
 
+// The acknowledgement's start byte is damaged, so that the name's sync byte is taken for noise.
+const std::string kNoStart = std::string("FF 45 04 00 02 00 37 C3 ") + kName;
+
+TEST_F(DamagedFrames, FrameBehindALoneSyncByteIsWhole) {
+  BeRobust();
+  EXPECT_THAT(PacketsOf(kNoStart), ElementsAre(kName));
+}
+
+TEST_F(DamagedFrames, FrameBehindALoneSyncByteLacksItsOwnByDefault) {
+  EXPECT_THAT(PacketsOf(kNoStart), ElementsAre(std::string(kName).substr(3)));
+}
+
 TEST_F(DamagedFrames, FramesInsideFramesThatAreNoneAreFoundInTheirOrder) {
   BeRobust();
   EXPECT_THAT(PacketsOf(std::string("FF 55 30 FF 55 20 ") + kAck + " FF 55 03 " + kName),

@@ -69,6 +69,22 @@ TEST(Cured, AnIpodThatAnswersTheSelfTestNowAndThenIsNotSaidToBeGone) {
                 Struck::kByTheIpod);
 }
 
+// Behind a lone sync byte stood the answer to the last attempt.
+TEST(Cured, AnAnswerBehindALoneSyncByteIsTaken) {
+  ExpectRight("now/classic/robust/flipped-bits@0/777025");
+}
+
+// Each came whole only where its refusal was awaited.
+TEST(Cured, AnIpodWhoseAnswersAreOftenDamagedIsNotSaidToBeGone) {
+  EXPECT_EQ(HonestFailure("legacy-selftest/nosports/robust/flipped-bits@0/777050/text"),
+            "the self-test failed in 3 of 5 steps, first at 'Getting Ipod Name'");
+  EXPECT_EQ(HonestFailure("legacy-selftest/classic/fast/doubled-bytes@0/778005"),
+            "the self-test failed in 4 of 5 steps, first at 'Enter Remote UI mode'");
+  EXPECT_EQ(HonestFailure("legacy-workout/nosports/fast/doubled-bytes@0/778026"),
+            "this iPod does not take workouts from the legacy interface; dock one that does, or "
+            "leave out --legacy");
+}
+
 TEST(Cured, AnIpodThatSendsLargeFramesToTheSelfTestIsNotSaidToBeAbsent) {
   EXPECT_EQ(
       HonestFailure("legacy-selftest/old/robust/large-frames@30/4242008/text", Struck::kByTheIpod),

@@ -15,12 +15,6 @@ namespace {
 
 constexpr int kLowPower = 0;
 
-// Frames with good checksums come, but none that the interface takes for an answer.
-bool SendsUnreadableFrames(ipod& docked) {
-  return docked.command_requestipodname() != 0 &&
-         docked.ExtractDataFromPacketExtendedRaw(0, nullptr, 0) != 0;
-}
-
 }  // namespace
 
 LegacySession::LegacySession(const Options& options, const DockLine& dock) : dock_(dock) {
@@ -43,7 +37,7 @@ void LegacySession::Identify() {
   if (announced) model_ = AskShort(ModelQuestion());
   if (model_.answered()) {
     model_number_ = ShownModelNumber(model_.data);
-  } else if (!announced || (!model_.refused() && !Answers())) {
+  } else if (!announced || (!model_.refused() && !ipodctl::Answers(ipod_))) {
     FailToFindIpod(ipod_, dock_, "no answer to the requests for its name and its model");
   }
 }
@@ -75,10 +69,10 @@ void LegacySession::RequireAnswers() {
 
 // Asks first what it has told before.
 bool LegacySession::Answers() {
-  if (model_.answered()) {
-    return AskShort(ModelQuestion()).result != LegacyAnswer::Result::kUnanswered;
-  }
-  return ipodctl::Answers(ipod_);
+  const bool answers = model_.answered()
+                           ? AskShort(ModelQuestion()).result != LegacyAnswer::Result::kUnanswered
+                           : ipodctl::Answers(ipod_);
+  return answers || SendsFrames(ipod_);
 }
 
 WorkoutSupport LegacySession::AcceptsWorkouts() {
@@ -119,9 +113,16 @@ bool Answers(ipod& docked) {
   return AskLegacyShort(docked, NameQuestion()).result != LegacyAnswer::Result::kUnanswered;
 }
 
+// One answer is awaited, whichever it is: a question whose answers came damaged twice and thrice is
+// no proof that nobody is there.
+bool SendsFrames(ipod& docked) {
+  return docked.command_requestipodname() != 0 &&
+         docked.ExtractDataFromPacketExtendedRaw(0, nullptr, 0) != 0;
+}
+
 void FailToFindIpod(ipod& docked, const DockLine& dock, const std::string& evidence) {
   if (Echoes(docked)) dock.FailForEcho();
-  if (SendsUnreadableFrames(docked)) {
+  if (SendsFrames(docked)) {
     throw CommandFailure(kFailed, "what answers on " + dock.device() +
                                       " cannot be read through the legacy interface, which knows "
                                       "no large frames; leave out --legacy");

@@ -67,6 +67,8 @@ class LegacySession {
 
 /// Whether there is still an iPod; see LegacySession::Answers.
 bool Answers(ipod& docked);
+/// Whether a frame with a good checksum comes, be it one that the interface takes for no answer.
+bool SendsFrames(ipod& docked);
 /// Throws the CommandFailure of a dock in which no iPod answers: nothing that the interface takes
 /// for an answer came. @param evidence what was tried
 [[noreturn]] void FailToFindIpod(ipod& docked, const DockLine& dock, const std::string& evidence);
