@@ -18,9 +18,7 @@ constexpr std::size_t kLongestNoise = 4096;
 }  // namespace
 
 void FrameSplitter::Push(std::uint8_t byte, Nanoseconds now, std::vector<ByteRun>* ended) {
-  const bool starts_frame = !in_frame_ && byte == kStartByte && !current_.bytes.empty() &&
-                            current_.bytes.back() == kSyncByte;
-  if (starts_frame) BeginFrame(ended);
+  if (BeginsFrame(byte)) BeginFrame(ended);
   const bool noise_is_long = !in_frame_ && current_.bytes.size() >= kLongestNoise;
   if (noise_is_long) Flush(ended);
   if (current_.bytes.empty()) current_.time = now;
@@ -30,6 +28,15 @@ void FrameSplitter::Push(std::uint8_t byte, Nanoseconds now, std::vector<ByteRun
   current_.is_frame = true;
   current_.bad_checksum = !ChecksumHolds();
   Flush(ended);
+}
+
+bool FrameSplitter::GoesOn(const std::uint8_t* bytes, std::size_t count) const {
+  return count != 0 && BeginsFrame(bytes[0]);
+}
+
+bool FrameSplitter::BeginsFrame(std::uint8_t byte) const {
+  return !in_frame_ && byte == kStartByte && !current_.bytes.empty() &&
+         current_.bytes.back() == kSyncByte;
 }
 
 // What came before the sync byte belongs to no frame.

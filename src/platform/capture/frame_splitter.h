@@ -2,6 +2,7 @@
 // Parts the bytes of one direction of the line into frames and what is none.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -26,10 +27,14 @@ class FrameSplitter {
   /// Ends the run that has begun: nothing came for long, or nothing more will come.
   void Flush(std::vector<ByteRun>* ended);
 
+  /// Whether these bytes go on with a frame of which the sync byte has come and nothing else yet.
+  bool GoesOn(const std::uint8_t* bytes, std::size_t count) const;
+
   /// When the last byte came.
   Nanoseconds last_byte_at() const { return last_byte_at_; }
 
  private:
+  bool BeginsFrame(std::uint8_t byte) const;
   void BeginFrame(std::vector<ByteRun>* ended);
   bool IsWhole() const;
   bool ChecksumHolds() const;

@@ -56,10 +56,11 @@ void LineTap::Configure(std::uint32_t baud, const std::string& description, Nano
 void LineTap::Record(Direction direction, const void* bytes, std::size_t count, Nanoseconds now) {
   const std::lock_guard lock(mutex_);
   LoseWithoutMemory([&] {
-    EndLongSilence(now);
-    FrameSplitter& splitter = direction == Direction::kSent ? sent_ : received_;
-    std::vector<ByteRun> ended;
     const auto* const first = static_cast<const std::uint8_t*>(bytes);
+    const bool is_sent = direction == Direction::kSent;
+    EndLongSilence(now, is_sent && sent_.GoesOn(first, count));
+    FrameSplitter& splitter = is_sent ? sent_ : received_;
+    std::vector<ByteRun> ended;
     std::for_each(first, first + count,
                   [&](std::uint8_t byte) { splitter.Push(byte, now, &ended); });
     AddRuns(direction, ended);
@@ -90,9 +91,11 @@ void LineTap::LoseWithoutMemory(const Action& action) {
   }
 }
 
-void LineTap::EndLongSilence(Nanoseconds now) {
+// The library pauses behind the sync byte of what it sends, and a busy system makes that longer: it
+// is one frame all the same.
+void LineTap::EndLongSilence(Nanoseconds now, bool sent_goes_on) {
   if (now - received_.last_byte_at() > kLongSilence) EndRun(Direction::kReceived);
-  if (now - sent_.last_byte_at() > kLongSilence) EndRun(Direction::kSent);
+  if (now - sent_.last_byte_at() > kLongSilence && !sent_goes_on) EndRun(Direction::kSent);
 }
 
 void LineTap::EndRun(Direction direction) {

@@ -41,7 +41,7 @@ class LineTap {
  private:
   template <class Action>
   void LoseWithoutMemory(const Action& action);
-  void EndLongSilence(Nanoseconds now);
+  void EndLongSilence(Nanoseconds now, bool sent_goes_on);
   void EndRun(Direction direction);
   void AddRuns(Direction direction, const std::vector<ByteRun>& runs);
   void Add(Packet packet);

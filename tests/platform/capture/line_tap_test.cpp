@@ -74,6 +74,25 @@ TEST_F(LineTapTest, AFrameIsAPacketAtTheTimeOfItsFirstByte) {
   EXPECT_EQ(recording.packets[0].flags, 2U);
 }
 
+// The pause behind the sync byte, on a system that is busy.
+TEST_F(LineTapTest, AFrameIsOneHoweverLongItsSyncByteGoesAhead) {
+  Send("FF", 0);
+  Send("55 02 00 13 EB", 900 * kMillisecond);
+  Receive("FF 55 02 00 13 EB", 901 * kMillisecond);
+  const ReadRecording recording = CloseAndRead();
+  EXPECT_THAT(recording.Lines(),
+              ElementsAre("> FF 55 02 00 13 EB", "< FF 55 02 00 13 EB", "event 6"));
+  EXPECT_EQ(recording.packets[0].time_ns, 1'000'000'000'000U);
+}
+
+// Sent to wake the iPod up, for example.
+TEST_F(LineTapTest, ASyncByteThatNoStartByteFollowsIsNoFrame) {
+  Send("FF", 0);
+  Send("FF", 900 * kMillisecond);
+  Send("55 02 00 13 EB", 920 * kMillisecond);
+  EXPECT_THAT(CloseAndRead().Lines(), ElementsAre("> FF", "> FF 55 02 00 13 EB", "event 6"));
+}
+
 TEST_F(LineTapTest, WhatComesWhileAFrameIsSentStaysApart) {
   Send("FF 55 02", 0);
   Receive("FF 55 02 00", kMillisecond);
