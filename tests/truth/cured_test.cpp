@@ -85,6 +85,13 @@ TEST(Cured, AnIpodWhoseAnswersAreOftenDamagedIsNotSaidToBeGone) {
             "leave out --legacy");
 }
 
+// Half a second lay between two bytes of the refusal, which the legacy interface waits for.
+TEST(Cured, ARefusalThatCameInPiecesIsOne) {
+  EXPECT_EQ(HonestFailure("legacy-play-path/strict/robust/sim-late-bytes@0/902035/text",
+                          Struck::kByTheIpod),
+            "the iPod refused to be controlled from outside (status 1, command failed)");
+}
+
 TEST(Cured, AnIpodThatSendsLargeFramesToTheSelfTestIsNotSaidToBeAbsent) {
   EXPECT_EQ(
       HonestFailure("legacy-selftest/old/robust/large-frames@30/4242008/text", Struck::kByTheIpod),

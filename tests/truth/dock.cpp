@@ -107,15 +107,16 @@ Dock::Dock(ipodsim::SimulatedIpod& ipod, const Trouble& trouble, unsigned place,
   delivered_.on_frame = [this](const Frame& frame, const Bytes&) {
     ++account_.answers;
     account_.last_answer_us = now_us_;
-    if (auto refusal = RefusalIn(frame)) {
-      refusal->after = account_.requests;
-      account_.refusals.push_back(*refusal);
-    }
+    NoteRefusal(frame);
+  };
+  patiently_.on_frame = [this](const Frame& frame, const Bytes&) {
+    if (account_.last_answer_us != now_us_) NoteRefusal(frame);
   };
   const auto ignore = [](ipodsim::FramingProblem, const std::string&) {};
   requests_.on_problem = ignore;
   answers_.on_problem = ignore;
   delivered_.on_problem = ignore;
+  patiently_.on_problem = ignore;
 }
 
 void Dock::Receive(const std::uint8_t* data, std::size_t size, std::int64_t now_us) {
@@ -380,7 +381,17 @@ void Dock::NoteDelivered(const Bytes& wire) {
     arriving_.insert(arriving_.end(), wire.begin(), wire.end());
     if (HoldsAnotherFrame(arriving_, good_)) account_.checksum_held = true;
   }
-  for (const std::uint8_t byte : wire) delivered_.Feed(byte, now_us_);
+  for (const std::uint8_t byte : wire) {
+    delivered_.Feed(byte, now_us_);
+    patiently_.Feed(byte, 0);
+  }
+}
+
+void Dock::NoteRefusal(const Frame& frame) {
+  std::optional<Refusal> refusal = RefusalIn(frame);
+  if (!refusal) return;
+  refusal->after = account_.requests;
+  account_.refusals.push_back(*refusal);
 }
 
 std::size_t Dock::Drawn(std::size_t limit) {

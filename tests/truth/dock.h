@@ -69,6 +69,7 @@ class Dock : public ipodcomm::virtual_platform::SerialDevice {
   Bytes Acknowledgement(const ipodsim::Frame& frame, std::uint8_t status, bool with_time);
   void Send(std::int64_t due_us, Bytes wire);
   void NoteDelivered(const Bytes& wire);
+  void NoteRefusal(const ipodsim::Frame& frame);
   std::size_t Drawn(std::size_t limit);
 
   ipodsim::SimulatedIpod& ipod_;
@@ -78,6 +79,7 @@ class Dock : public ipodcomm::virtual_platform::SerialDevice {
   ipodsim::FrameReader requests_;
   ipodsim::FrameReader answers_;
   ipodsim::FrameReader delivered_;
+  ipodsim::FrameReader patiently_;  // the same, by a reader that waits for the rest of any frame
   Account account_;
   unsigned answers_seen_ = 0;
   std::int64_t now_us_ = 0;
