@@ -65,8 +65,11 @@ std::uint64_t TicksPerSecond(std::uint8_t resolution) {
   return ticks;
 }
 
+// No later than in 2096: what tells more is damaged, and times are added and subtracted.
 Nanoseconds ToNanoseconds(std::uint64_t ticks, std::uint64_t per_second) {
+  constexpr std::uint64_t kLatestSeconds = 4'000'000'000;
   const std::uint64_t seconds = ticks / per_second;
+  if (seconds >= kLatestSeconds) return static_cast<Nanoseconds>(kLatestSeconds * 1'000'000'000);
   const auto fraction = static_cast<double>(ticks % per_second) / static_cast<double>(per_second);
   // Exact for a power of ten, which is what programs use.
   const std::uint64_t nanoseconds = per_second <= 1'000'000'000 && 1'000'000'000 % per_second == 0
@@ -107,6 +110,19 @@ bool RecordingReader::Fill(std::uint8_t* bytes, std::size_t count, std::size_t* 
   return true;
 }
 
+// Piece by piece: a damaged file of some bytes may claim a block of megabytes.
+bool RecordingReader::FillBody(std::size_t size, Bytes* body) {
+  constexpr std::size_t kPiece = 4096;
+  body->clear();
+  while (body->size() < size) {
+    const std::size_t begin = body->size();
+    body->resize(std::min(size, begin + kPiece));
+    std::size_t filled = 0;
+    if (!Fill(&(*body)[begin], body->size() - begin, &filled)) return false;
+  }
+  return true;
+}
+
 bool RecordingReader::ReadBlock(std::uint32_t* type, Bytes* body) {
   block_at_ = position_;
   std::array<std::uint8_t, kBlockHeader> header{};
@@ -135,10 +151,7 @@ bool RecordingReader::ReadBlock(std::uint32_t* type, Bytes* body) {
   if (length % 4 != 0 || length < read + kBlockTrailer || length > kLongestBlock) {
     return StopInBlock("is damaged: a block of " + std::to_string(length) + " bytes");
   }
-  body->resize(length - read);
-  if (!Fill(body->data(), body->size(), &filled)) {
-    return StopInBlock("ends in the middle of a block");
-  }
+  if (!FillBody(length - read, body)) return StopInBlock("ends in the middle of a block");
   if (Get32(&(*body)[body->size() - kBlockTrailer]) != length) {
     return StopInBlock("is damaged: a block's two lengths differ");
   }

@@ -78,6 +78,7 @@ class RecordingReader {
   using Bytes = std::vector<std::uint8_t>;
 
   bool Fill(std::uint8_t* bytes, std::size_t count, std::size_t* filled);
+  bool FillBody(std::size_t size, Bytes* body);
   bool ReadBlock(std::uint32_t* type, Bytes* body);
   bool BeginSection();
   void AddInterface(const Bytes& body);

@@ -135,6 +135,15 @@ TEST(ARecording, CountsInMicrosecondsWhereItDoesNotSay) {
   EXPECT_EQ(reading.packets[0].time, 0x100000000 * 1000);
 }
 
+TEST(ARecording, TellsNoTimeBehind2096) {
+  Bytes late = kStartIdps;
+  std::fill_n(late.begin() + 12, 8, std::uint8_t{0xFF});
+  const Reading reading = Read(kSection + kInterface + late + kStartIdps + kClose);
+  ASSERT_EQ(reading.packets.size(), 3U);
+  EXPECT_EQ(reading.packets[0].time, 4'000'000'000'000'000'000);
+  EXPECT_EQ(reading.packets[1].time, 0x100000000);
+}
+
 TEST(ARecording, WithoutAClosingPacketWasCutOff) {
   const Reading reading = Read(kSection + kInterface + kStartIdps);
   EXPECT_EQ(reading.packets.size(), 1U);
