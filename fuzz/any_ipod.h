@@ -2,59 +2,61 @@
 // A docked iPod that says anything, until it behaves.
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <vector>
 
-#include "fuzz.h"
-#include "world/line/scripted_device.h"
-#include "world/world.h"
+#include "input.h"
+#include "world/line/serial_device.h"
 
 namespace fuzz {
 
-using ipodcomm::virtual_platform::kMillisecond;
-using ipodcomm::virtual_platform::kSecond;
-using ipodcomm::virtual_platform::ScriptedDevice;
-using ipodcomm::virtual_platform::World;
-using Bytes = std::vector<std::uint8_t>;
-
-/// A good frame of the small form.
-/// @param content from the lingo on, at most 255 bytes
-inline Bytes Frame(const Bytes& content) {
-  Bytes frame = {0xFF, 0x55, static_cast<std::uint8_t>(content.size())};
-  frame.insert(frame.end(), content.begin(), content.end());
-  unsigned sum = 0;
-  for (std::size_t i = 2; i < frame.size(); ++i) sum += frame[i];
-  frame.push_back(static_cast<std::uint8_t>(0U - sum));
-  return frame;
-}
-
-/// What a fuzzer of a session is given: the first byte's bits choose, the others are what the iPod
-/// says.
-struct Input {
-  static constexpr std::size_t kMostBytes = 1024;
-
-  bool fast;
-  bool in_an_answer;  // to RequestiPodName, under a good frame; else at once, as they are
-  Bytes said;
-
-  /// @param size 1 to kMostBytes
-  Input(const std::uint8_t* data, std::size_t size)
-      : fast((data[0] & 1) != 0), in_an_answer((data[0] & 2) != 0), said(data + 1, data + size) {}
+/// What a host asked, from the lingo on.
+struct Question {
+  std::uint8_t lingo = 0;
+  std::uint16_t command = 0;
+  std::vector<std::uint8_t> identifier;  // empty where there is none
 };
 
-inline void SayAnything(ScriptedDevice* ipod, const Input& input) {
-  if (!input.in_an_answer) return ipod->Send(input.said);
-  constexpr std::size_t kMostInFrame = 250;
-  Bytes content = {0x00, 0x08};
-  const auto count = static_cast<std::ptrdiff_t>(std::min(input.said.size(), kMostInFrame));
-  content.insert(content.end(), input.said.begin(), input.said.begin() + count);
-  ipod->Answer({0xFF, 0x55, 0x02, 0x00, 0x07, 0xF7}, Frame(content));
-}
+/// To each question it gives the input's next answer:
+///
+///   how  count  bytes
+///
+/// The lowest two bits of `how` say what the bytes are: everything, from the sync byte on; a frame
+/// from the lingo on; the data of the answer that belongs to the question; or the status of an ACK
+/// to it. The next bit has the input's next answer follow at once, the one after it makes the frame
+/// a large one.
+///
+/// When the input is at its end it refuses what it is asked: silence would cost a second each time.
+class AnyIpod : public ipodcomm::virtual_platform::SerialDevice {
+ public:
+  using Bytes = std::vector<std::uint8_t>;
 
-/// From now on RequestiPodModelNum is answered: 00010203, "MA477".
-inline void Behave(ScriptedDevice* ipod) {
-  ipod->Answer({0xFF, 0x55, 0x02, 0x00, 0x0D, 0xF1},
-               Frame({0x00, 0x0E, 0x00, 0x01, 0x02, 0x03, 'M', 'A', '4', '7', '7', 0x00}));
-}
+  /// @param identifiers whether what it is asked carries transaction identifiers
+  AnyIpod(Input* input, bool identifiers) : input_(input), identifiers_(identifiers) {}
+
+  /// Says the input's next answer though nothing was asked.
+  void SpeakUp() { SayNext({}); }
+  /// From now on RequestiPodModelNum is answered, 00010203 "MA477", and nothing else.
+  void Behave();
+  /// Sends that as well, as it is.
+  void Send(const Bytes& bytes);
+
+  void Receive(const std::uint8_t* data, std::size_t size, std::int64_t now_us) override;
+  std::optional<std::int64_t> NextEvent() override;
+  Bytes Transmit(std::int64_t now_us) override;
+
+ private:
+  Question ReadQuestion(const Bytes& content) const;
+  void Answer(const Question& question);
+  void SayNext(const Question& question);
+
+  Input* const input_;
+  const bool identifiers_;
+  bool behaves_ = false;
+  Bytes heard_;  // of the frame that is arriving
+  Bytes outgoing_;
+};
 
 }  // namespace fuzz

@@ -22,7 +22,8 @@ std::vector<std::uint8_t> LargeFrame(const std::uint8_t* content, std::size_t si
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size < 2 || size > 0xFFFF) return 0;
+  constexpr std::size_t kMostBytes = 512;
+  if (size < 2 || size > kMostBytes) return 0;
   const auto sender = (data[0] & 1) != 0 ? ipodwire::Sender::kIpod : ipodwire::Sender::kAccessory;
   const auto identifier =
       (data[0] & 2) != 0 ? ipodwire::Identifier::kPresent : ipodwire::Identifier::kAbsent;

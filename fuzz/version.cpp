@@ -22,8 +22,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   const std::vector<std::uint8_t> block = platform::MakeVersionBlock(resource);
   if (block.empty()) return 0;
-  for (const wchar_t* path : {L"\\", L"\\VarFileInfo\\Translation",
-                              L"\\StringFileInfo\\040904b0\\FileVersion"}) {
+  for (const wchar_t* path :
+       {L"\\", L"\\VarFileInfo\\Translation", L"\\StringFileInfo\\040904b0\\FileVersion"}) {
     platform::VersionValue value = {};
     if (!platform::FindVersionValue(block.data(), path, &value)) continue;
     std::vector<std::uint8_t> copy(value.length);

@@ -104,8 +104,8 @@ void Scheduler::MoveClock() {
   if (next_us > clock_.now_us()) steps_at_this_time_ = 0;
   clock_.MoveTo(next_us);
   timeline_.RunUntil(clock_.now_us());
-  const std::vector<Thread*> waiting = waiting_;
-  for (Thread* thread : waiting) {
+  waited_ = waiting_;
+  for (Thread* thread : waited_) {
     if (thread->state == ThreadState::kWaiting && thread->wait.deadline_us <= clock_.now_us()) {
       MakeReady(*thread);
     }

@@ -88,6 +88,7 @@ class Scheduler {
   std::vector<std::shared_ptr<Thread>> threads_;  // all there ever were, by number
   std::vector<Thread*> ready_;                    // the running one included, by number
   std::vector<Thread*> waiting_;                  // the longest waiting first
+  std::vector<Thread*> waited_;                   // those that waited when the clock moved
   std::vector<int> candidates_;                   // the numbers of the ready ones, for a decision
   std::vector<int> decisions_;
   std::uint64_t calls_ = 0;
