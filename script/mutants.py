@@ -66,11 +66,11 @@ def shown(mutant, text):
 
 def collect(folders):
     """The sources and headers of the folders of src/, and all their mutants."""
-    texts = {}
     for folder in folders:
         if not pathlib.Path("src", folder).is_dir():
             sys.exit(f"script/mutate: there is no folder src/{folder}")
-        for kind in ("*.cpp", "*.h"):
-            for source in sorted(pathlib.Path("src", folder).glob(kind)):
-                texts[str(source)] = source.read_text(encoding="utf-8")
+    # Headers last: a mutant of theirs is compiled several times.
+    files = [file for kind in ("*.cpp", "*.h") for folder in folders
+             for file in sorted(pathlib.Path("src", folder).glob(kind))]
+    texts = {str(file): file.read_text(encoding="utf-8") for file in files}
     return texts, [mutant for name, text in texts.items() for mutant in mutants_of(name, text)]

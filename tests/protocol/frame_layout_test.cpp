@@ -69,6 +69,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"ShortLengthOfTwoInTheExtendedLingo", "FF 55 02 04 00 FA", 0x04, 0x00FA, "", ""},
         Row{"DeclaredLongerThanReceived", "FF 55 09 00 08 41 42 6C", 0x00, 0x08, "41 42", "41 42"},
         Row{"DeclaredShorterThanReceived", "FF 55 03 00 08 41 42 72", 0x00, 0x08, "41", "41"},
+        Row{"DeclaredShorterThanItsHeader", "FF 55 01 00 08 41 42 74", 0x00, 0x08, "", ""},
         Row{"Empty", "", 0x00, 0x00, "", ""}, Row{"LoneSyncByte", "FF", 0x00, 0x00, "", ""}),
     test::RowName());
 

@@ -93,6 +93,10 @@ TEST_F(Text, OfTheLongestSourceIsConvertedWhole) {
   EXPECT_EQ(text, std::wstring(1024, L'x') + L'\0');
 }
 
+TEST_F(Text, OfALongerSourceIsEmpty) {
+  EXPECT_EQ(Convert(Bytes(1025, 'x'), 2), std::wstring(L"\0\x7E7E", 2));
+}
+
 #if IPODCOMM_HAS_RAPIDCHECK
 
 RC_GTEST_FIXTURE_PROP(Text, IsAlwaysTerminatedWithinTheCapacity,
@@ -138,6 +142,28 @@ TEST_F(Text, ToUtf8HasRoomForTheReplacementOfWhatIsNoCharacter) {
   EXPECT_EQ(ToUtf8(text, 4), "a");
 }
 
+// The last character of each length and the first of the next, each behind a letter: with room for
+// the shorter of the two only the first one fits.
+TEST_F(Text, ToUtf8KnowsHowManyBytesACharacterTakes) {
+  EXPECT_EQ(ToUtf8(L"a\x7F", 3), "a\x7F");
+  EXPECT_EQ(ToUtf8(L"a\u0080", 3), "a");
+  EXPECT_EQ(ToUtf8(L"a\u07FF", 4), "a\xDF\xBF");
+  EXPECT_EQ(ToUtf8(L"a\u0800", 4), "a");
+  EXPECT_EQ(ToUtf8(L"a\uFFFF", 5), "a\xEF\xBF\xBF");
+  EXPECT_EQ(ToUtf8(L"a\U00010000", 5), "a");
+  EXPECT_EQ(ToUtf8(L"a\U0010FFFF", 6), "a\xF4\x8F\xBF\xBF");
+  EXPECT_EQ(ToUtf8(L"a\U0010FFFF", 5), "a");
+}
+
+// Where a unit holds any character, as here, no two of them make one.
+TEST_F(Text, ToUtf8TakesSurrogatesForNoPairWhereUnitsAreWide) {
+  const wchar_t pair[] = {static_cast<wchar_t>(0xD83C), static_cast<wchar_t>(0xDFB5), L'\0'};
+  EXPECT_EQ(ToUtf8(pair, 7), "\xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(pair, 5), "\xEF\xBF\xBD");
+  const wchar_t second_half[] = {L'a', static_cast<wchar_t>(0xDFB5), L'\0'};
+  EXPECT_EQ(ToUtf8(second_half, 4), "a");
+}
+
 TEST_F(Text, ToUtf8IsCutBetweenTwoCharacters) {
   EXPECT_EQ(ToUtf8(L"abcd", 1), "");
   EXPECT_EQ(ToUtf8(L"ab\u20AC", 4), "ab");
@@ -174,6 +200,30 @@ TEST_F(Text, WholeUtf8LeavesOutAnIncompleteLastCharacter) {
   EXPECT_EQ(whole("a\xF0\x9F\x8E"), 1U);
   EXPECT_EQ(whole("a\xF0\x9F\x8E\xB5"), 5U);
   EXPECT_EQ(whole("\xA9\xA9\xA9\xA9\xA9"), 5U);
+}
+
+// Each lead at the border to another kind of lead, and the bytes that may follow it, with their
+// neighbours.
+TEST_F(Text, WholeUtf8KnowsWhichBytesBeginACharacter) {
+  const auto whole = [](std::string_view text) {
+    return ipodcomm::WholeUtf8(text.data(), text.size());
+  };
+  EXPECT_EQ(whole("a\xC1"), 2U);
+  EXPECT_EQ(whole("a\xC2"), 1U);
+  EXPECT_EQ(whole("a\xF4"), 1U);
+  EXPECT_EQ(whole("a\xF5"), 2U);
+  EXPECT_EQ(whole("a\xDF\xBF"), 3U);
+  EXPECT_EQ(whole("a\xE0\xA0"), 1U);
+  EXPECT_EQ(whole("a\xE0\x9F"), 3U);
+  EXPECT_EQ(whole("a\xE1\x80"), 1U);
+  EXPECT_EQ(whole("a\xE1\xBF"), 1U);
+  EXPECT_EQ(whole("a\xED\x9F"), 1U);
+  EXPECT_EQ(whole("a\xED\xA0"), 3U);
+  EXPECT_EQ(whole("a\xEF\xBF\xBF"), 4U);
+  EXPECT_EQ(whole("a\xF0\x8F"), 3U);
+  EXPECT_EQ(whole("a\xF0\x90\x80"), 1U);
+  EXPECT_EQ(whole("a\xF4\x8F"), 1U);
+  EXPECT_EQ(whole("a\xF4\x90"), 3U);
 }
 
 // ---- Replies that held only part of a text

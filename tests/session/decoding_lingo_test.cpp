@@ -50,6 +50,16 @@ TEST_F(ExtendedDecoding, TakesCommandTwoOnlyForAnAck) {
   EXPECT_EQ(read_.ack_received, 1);
 }
 
+TEST_F(ExtendedDecoding, ReadsNoIdentifierFromASingleByte) {
+  TurnOnTransactionIds(0x0011);
+  unsigned char buffer[4] = {};
+  read_.expected_command = 0x002D;
+  read_.buffer = buffer;
+  read_.size = 4;
+  EXPECT_EQ(Decode("FF 55 04 04 00 2D 01 CA"), IPOD_COMM_OK);
+  EXPECT_EQ(test::ToHex(buffer, read_.stored), "01");
+}
+
 class SportsDecoding : public SessionTest {
  protected:
   tagIPOD_COMM_ERROR Decode(const char* text) {

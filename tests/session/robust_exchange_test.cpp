@@ -36,7 +36,7 @@ class LateAnswerWithIdentifier : public RobustExchange {
     Answer("FF 55 06 04 00 18 00 08 05 D1", "FF 55 09 04 00 19 00 08 00 00 00 3C 96",
            400 * kMillisecond);
     Answer("FF 55 06 04 00 18 00 09 02 D3", "FF 55 09 04 00 19 00 09 00 00 00 04 CD",
-           50 * kMillisecond);
+           500 * kMillisecond);
   }
 };
 
