@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace ipodwire {
@@ -16,6 +17,8 @@ constexpr std::uint32_t kRates[] = {9600, 19200, 38400, 57600, 115200};
 constexpr std::uint8_t kSync = 0xFF;
 constexpr std::uint8_t kStart = 0x55;
 constexpr std::uint8_t kCommonLength = 0x40;
+// Of what listens faster, as a damaged recording may say, nothing is known.
+constexpr std::uint32_t kFastestListener = 1'000'000;
 // Fewer bytes than these may come from noise.
 constexpr std::size_t kLeastProof = 3;
 
@@ -49,15 +52,15 @@ enum class Resync {
   kAfterEdge,  // the next byte begins when the line falls
 };
 
-// What a receiver at `rate` makes of it: it waits for a start bit and looks at the middle of each
-// bit.
-Bytes Received(const Waveform& line, std::uint32_t rate, Resync resync) {
+// What a receiver at `rate` makes of it, the first `most` bytes: it waits for a start bit and looks
+// at the middle of each bit.
+Bytes Received(const Waveform& line, std::uint32_t rate, Resync resync, std::size_t most) {
   constexpr int kTicksPerBit = 64;
   const auto is_high = [&](int tick) { return line.IsHigh(1.0 / rate / kTicksPerBit * tick); };
   const int end = static_cast<int>(line.end() * rate * kTicksPerBit);
   Bytes received;
   bool was_high = true;
-  for (int tick = 0; tick < end; ++tick) {
+  for (int tick = 0; tick < end && received.size() < most; ++tick) {
     const bool begins = was_high && !is_high(tick) && !is_high(tick + kTicksPerBit / 2);
     was_high = is_high(tick);
     if (!begins) continue;
@@ -74,19 +77,27 @@ Bytes Received(const Waveform& line, std::uint32_t rate, Resync resync) {
   return received;
 }
 
-// The bytes with which every frame begins that was sent at `sending`, whatever its length is.
-Bytes FrameImage(std::uint32_t sending, double stop_bits, std::uint32_t listening, Resync resync) {
-  const auto image_of = [&](std::uint8_t length) {
-    return Received(Waveform({kSync, kStart, length}, sending, stop_bits), listening, resync);
-  };
-  Bytes image = image_of(1);
-  for (std::uint8_t length = 2; length <= kCommonLength; ++length) {
-    const Bytes other = image_of(length);
-    const auto differs = std::mismatch(image.begin(), image.end(), other.begin(), other.end());
-    image.erase(differs.first, image.end());
+// What is received at one rate of a frame that is sent at another.
+struct Reception {
+  std::uint32_t sending;
+  double stop_bits;
+  std::uint32_t listening;
+  Resync resync;
+
+  Bytes FirstBytes(std::uint8_t length, std::size_t most) const {
+    return Received(Waveform({kSync, kStart, length}, sending, stop_bits), listening, resync, most);
   }
-  return image;
-}
+  // The bytes with which every frame begins, whatever its length is.
+  Bytes FrameImage() const {
+    Bytes image = FirstBytes(1, SIZE_MAX);
+    for (std::uint8_t length = 2; length <= kCommonLength; ++length) {
+      const Bytes other = FirstBytes(length, image.size());
+      const auto differs = std::mismatch(image.begin(), image.end(), other.begin(), other.end());
+      image.erase(differs.first, image.end());
+    }
+    return image;
+  }
+};
 
 // Zeros come from any line that is low for long.
 bool IsProof(const Bytes& image) {
@@ -100,11 +111,17 @@ bool Contains(const std::vector<Bytes>& runs, const Bytes& image) {
   });
 }
 
+// Most of what comes does not even hold the bytes that are the least proof, which are soon known.
+bool Proves(const std::vector<Bytes>& runs, const Reception& line) {
+  if (!Contains(runs, line.FirstBytes(1, kLeastProof))) return false;
+  const Bytes image = line.FrameImage();
+  return IsProof(image) && Contains(runs, image);
+}
+
 bool Proves(const std::vector<Bytes>& runs, std::uint32_t sending, std::uint32_t listening) {
   for (const double stop_bits : {1.0, 1.5, 2.0}) {
     for (const Resync resync : {Resync::kAtOnce, Resync::kAfterEdge}) {
-      const Bytes image = FrameImage(sending, stop_bits, listening, resync);
-      if (IsProof(image) && Contains(runs, image)) return true;
+      if (Proves(runs, Reception{sending, stop_bits, listening, resync})) return true;
     }
   }
   return false;
@@ -113,6 +130,7 @@ bool Proves(const std::vector<Bytes>& runs, std::uint32_t sending, std::uint32_t
 }  // namespace
 
 std::optional<std::uint32_t> SendingRate(const std::vector<Bytes>& runs, std::uint32_t listening) {
+  if (listening == 0 || listening > kFastestListener) return std::nullopt;
   std::optional<std::uint32_t> found;
   for (const std::uint32_t rate : kRates) {
     if (rate == listening) continue;

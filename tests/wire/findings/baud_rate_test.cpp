@@ -74,6 +74,13 @@ TEST(SendingRate, IsNotToldByNoiseOrByTooLittle) {
   EXPECT_EQ(SendingRate({Hex("FC 1C 1C")}, 57600), std::nullopt);
 }
 
+TEST(SendingRate, IsNotLookedForWhereNoPortListens) {
+  const std::vector<Bytes> runs = {Hex("FE 66 66 F8"), Hex("00 00 00 00 80 FF")};
+  for (const std::uint32_t listening : {0U, 1'000'001U, 4'294'967'295U}) {
+    EXPECT_EQ(SendingRate(runs, listening), std::nullopt) << listening;
+  }
+}
+
 TEST(SendingRate, IsNotToldByFramesThatArriveAsTheyWereSent) {
   for (const std::uint32_t rate : kRates) EXPECT_EQ(Told(rate, rate), std::nullopt) << rate;
 }
