@@ -11,6 +11,7 @@
 #include "ipodcomm/CIpodSerial.h"
 #include "ipodcomm/IpodTypes.h"
 #include "ipodcomm/detail/EarlierQuestions.h"
+#include "ipodcomm/detail/KeepGoing.h"
 #include "ipodcomm/detail/Lifeline.h"
 #include "ipodcomm/detail/Lock.h"
 #include "ipodcomm/detail/PacketQueue.h"
@@ -20,7 +21,6 @@
 
 namespace ipodcomm {
 class FrameBytes;
-class KeepGoing;
 class OwnAnswers;
 struct IpodRequest;
 enum class AnswerVerdict : std::uint8_t;
@@ -101,6 +101,18 @@ class IPODCOMM_API CIpodComm {
   int SetConduct(const tagIPOD_CONDUCT* conduct);
   /// Tells the conduct, IPOD_CONDUCT_FIELD until another is chosen. 0 for null.
   int GetConduct(tagIPOD_CONDUCT* conduct);
+
+  /// Gives the host a say in every command. `keep_going` is called with `context` before each
+  /// attempt and every 50 ms of a wait for an answer, on the thread that makes the call; a false
+  /// ends the command within 100 ms, unanswered. It goes on saying false until the call has
+  /// returned: a member that makes several exchanges asks before each, and sends nothing meanwhile.
+  /// An answer that comes later is not taken for that to the next command, which waits for it, two
+  /// seconds at most.
+  ///
+  /// The callback calls no member of the session and throws nothing. Command_IdentifyDeviceLingos
+  /// asks it beside its own, and that one as often. GetNextNotificationPacket and the worker
+  /// threads never ask. The host's thread, between two commands; null, the default, ends it.
+  void SetKeepGoing(bool (*keep_going)(void* context), void* context);
 
   /// How many received packets were dropped since construction because nobody took them: under a
   /// robust conduct a queue holds 1024, and as many more as records have been asked for (65536 at
@@ -524,6 +536,12 @@ class IPODCOMM_API CIpodComm {
   bool Attempt(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own);
   void NoteExchange(const ipodcomm::OwnAnswers& own, std::uint32_t took_ms);
 
+  // The host's say (session/hosts_say.cpp)
+  ipodcomm::KeepGoing* HostToAsk();
+  bool MayGoOn();
+  bool StoppedByHost() const;
+  void AwaitStopped();
+
   // The robust conduct (session/robust_exchange.cpp)
   tagIPOD_COMM_ERROR ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own,
                                       tagIPOD_READ_PARAMS* read);
@@ -531,8 +549,6 @@ class IPODCOMM_API CIpodComm {
                                      tagIPOD_READ_PARAMS* read, std::uint32_t* arrived);
   void AwaitQuiet(const tagIPOD_WRITE_PARAMS& question);
   void PassOver(tagSERIAL_PACKET& packet);
-  bool MayGoOn();
-  bool StoppedByHost() const;
   ipodcomm::AnswerVerdict AwaitOwnAnswer(ipodcomm::OwnAnswers* own, tagIPOD_READ_PARAMS* read);
   bool AwaitPacket(std::uint32_t silence_ms, tagSERIAL_PACKET* packet);
 
@@ -680,9 +696,11 @@ class IPODCOMM_API CIpodComm {
   ipodcomm::EarlierQuestions earlier_;
   tagIPOD_EXCHANGE last_exchange_ = {};
   tagIPOD_IDENTIFY_REPORT identify_report_ = {};
-  std::int32_t identifying_ = 0;               // exchanges are steps of the report
-  ipodcomm::OwnAnswers* watched_ = nullptr;    // the exchange that takes answers by their command
-  ipodcomm::KeepGoing* keep_going_ = nullptr;  // asked before every attempt and wait
+  std::int32_t identifying_ = 0;             // exchanges are steps of the report
+  ipodcomm::OwnAnswers* watched_ = nullptr;  // the exchange that takes answers by their command
+  ipodcomm::KeepGoing keep_going_;           // asked before every attempt and wait
+  // Asked in its place while the accessory is identified; asks it, too.
+  ipodcomm::KeepGoing* keep_identifying_ = nullptr;
   Identity identity_ = {};
   Browsing browsing_ = {};
   ipodcomm::Shared<std::uint32_t> storage_write_offset_ = 0;

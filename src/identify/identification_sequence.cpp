@@ -31,18 +31,21 @@ CIpodComm::IdentificationSequence::IdentificationSequence(CIpodComm& session, in
                                                           void* context)
     : session_(session),
       result_(result),
-      keep_going_(keep_going, context),
+      own_(keep_going, context),
       options_{0, 0, 0, flag != 0 ? kPowerSomeHigh : kPowerLow},
-      version_(ipodcomm::ReadHostVersion()) {}
+      version_(ipodcomm::ReadHostVersion()) {
+  if (own_.asks() || session_.keep_going_.asks()) keep_going_ = {AskBoth, this};
+}
 
 int CIpodComm::IdentificationSequence::Run() {
   const unsigned long began_ms = Robust() ? GetTickCount() : 0;
   session_.identify_report_ = {};
   session_.identifying_ = 1;
-  if (Robust() && keep_going_.asks()) session_.keep_going_ = &keep_going_;
+  const bool always = Robust() || session_.keep_going_.asks();
+  if (always && keep_going_.asks()) session_.keep_identifying_ = &keep_going_;
   const int identified = RunBranches();
   if (Stopped()) SetResult(IPOD_IDENTIFY_RESULT_NONE);
-  session_.keep_going_ = nullptr;
+  session_.keep_identifying_ = nullptr;
   session_.identifying_ = 0;
   if (Robust()) {
     session_.identify_report_.took_ms = static_cast<std::uint32_t>(GetTickCount() - began_ms);
@@ -73,6 +76,12 @@ auto CIpodComm::IdentificationSequence::RunTokens() -> Outcome {
   return outcome == Outcome::kDone ? IdentifyByTokens() : outcome;
 }
 
+// Once one has said no, neither is asked again.
+bool CIpodComm::IdentificationSequence::AskBoth(void* sequence) {
+  auto& asking = *static_cast<IdentificationSequence*>(sequence);
+  return !asking.Stopped() && asking.own_.Ask() && asking.session_.keep_going_.Ask();
+}
+
 // A host that stops finds "not identified", whatever the result was before.
 bool CIpodComm::IdentificationSequence::KeepGoing() {
   if (keep_going_.Ask()) return true;
@@ -86,7 +95,7 @@ void CIpodComm::IdentificationSequence::SetResult(tagIPOD_IDENTIFY_RESULT result
 }
 
 void CIpodComm::IdentificationSequence::Pause(std::uint32_t ms) {
-  ipodcomm::WaitInSlices(session_.keep_going_, ms, [](std::uint32_t slice_ms) {
+  ipodcomm::WaitInSlices(session_.HostToAsk(), ms, [](std::uint32_t slice_ms) {
     Sleep(slice_ms);
     return false;
   });

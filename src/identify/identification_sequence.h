@@ -78,6 +78,7 @@ class IPODCOMM_INNER CIpodComm::IdentificationSequence {
 
   int RunBranches();
   Outcome RunTokens();
+  static bool AskBoth(void* sequence);
   bool KeepGoing();
   bool Stopped() const { return keep_going_.stopped(); }
   void SetResult(tagIPOD_IDENTIFY_RESULT result);
@@ -118,8 +119,9 @@ class IPODCOMM_INNER CIpodComm::IdentificationSequence {
 
   CIpodComm& session_;
   tagIPOD_IDENTIFY_RESULT* result_;
-  ipodcomm::KeepGoing keep_going_;
-  unsigned char options_[4];  // of the announcement, as is the device ID
+  ipodcomm::KeepGoing own_;         // this identification's, beside the session's
+  ipodcomm::KeepGoing keep_going_;  // both
+  unsigned char options_[4];        // of the announcement, as is the device ID
   unsigned char device_id_[4] = {};
   Lingoes lingoes_ = {};
   ipodcomm::HostVersion version_;

@@ -102,7 +102,7 @@ bool CIpodComm::IdentificationSequence::AnnounceLingoes(std::uint32_t mask, unsi
 // The iPod asks for the model number last of all. A time-out is normal.
 void CIpodComm::IdentificationSequence::AwaitModelNumberRequest() {
   constexpr std::uint32_t kWaitMs = 1000;
-  ipodcomm::WaitInSlices(session_.keep_going_, kWaitMs, [this](std::uint32_t ms) {
+  ipodcomm::WaitInSlices(session_.HostToAsk(), kWaitMs, [this](std::uint32_t ms) {
     return ipodcomm::WaitForEvent(session_.identification_event_, ms);
   });
 }

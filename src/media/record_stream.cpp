@@ -51,6 +51,8 @@ Verdict Judge(const RecordStream& stream, ReceivedFrame* frame) {
 unsigned long CIpodComm::Command_RetrieveCategorizedDatabaseRecords(unsigned long start,
                                                                     unsigned long count,
                                                                     unsigned char category) {
+  browsing_.records = {};
+  if (!MayGoOn()) return 0;
   browsing_.records = {CategoryOnWire(category),
                        static_cast<std::uint32_t>(start),
                        static_cast<std::uint32_t>(count),
@@ -97,7 +99,7 @@ int CIpodComm::GetNextCategorizedRecord(unsigned long* index, wchar_t* name, uns
 bool CIpodComm::ReadNextRecord(tagIPOD_READ_PARAMS* read) {
   RecordStream& stream = browsing_.records;
   if (stream.left == 0) return false;
-  for (std::int32_t attempt = 0; attempt < read->retries; ++attempt) {
+  for (std::int32_t attempt = 0; attempt < read->retries && MayGoOn(); ++attempt) {
     std::uint16_t transaction_id = 0;
     if (attempt != 0 && !AskForRecords(&transaction_id)) continue;
     if (AwaitNextRecord(attempt == 0, read)) {

@@ -43,6 +43,7 @@ tagIPOD_COMM_ERROR CIpodComm::ReadCommand(tagIPOD_READ_PARAMS* read) {
 tagIPOD_COMM_ERROR CIpodComm::WriteReadCommand(tagIPOD_WRITE_PARAMS* write,
                                                tagIPOD_READ_PARAMS* read) {
   OwnAnswers own(*write, read->expected_command);
+  AwaitStopped();
   if (conduct_.robust == 0) {
     const tagIPOD_COMM_ERROR result = ExchangeByCommand(*write, &own, read);
     NoteExchange(own, 0);
@@ -62,7 +63,8 @@ int CIpodComm::GetLastExchange(tagIPOD_EXCHANGE* exchange) {
 
 void CIpodComm::NoteExchange(const OwnAnswers& own, std::uint32_t took_ms) {
   if (own.noted().lingo == ipodcomm::kSimpleRemoteLingo) return;  // has no answer
-  if (own.noted().attempts == 0 && StoppedByHost()) return;
+  // One that was stopped before it began is no step of the report.
+  if (identifying_ != 0 && own.noted().attempts == 0 && StoppedByHost()) return;
   last_exchange_ = own.noted();
   last_exchange_.took_ms = took_ms;
   if (identifying_ != 0) ipodcomm::AddStep(&identify_report_, last_exchange_);
@@ -83,12 +85,17 @@ tagIPOD_COMM_ERROR CIpodComm::ExchangeByCommand(const tagIPOD_WRITE_PARAMS& writ
                                                 tagIPOD_READ_PARAMS* read) {
   tagIPOD_COMM_ERROR result = IPOD_COMM_NO_ANSWER;
   watched_ = own;
-  for (std::int32_t attempt = 0; attempt < read->retries; ++attempt) {
+  for (std::int32_t attempt = 0; attempt < read->retries && MayGoOn(); ++attempt) {
     // A failed write skips the read and keeps the result of the attempt before.
     if (!Attempt(write, own)) continue;
     result = write.lingo == ipodcomm::kSimpleRemoteLingo ? IPOD_COMM_OK : ReadCommand(read);
-    if (result == IPOD_COMM_OK) break;
+    if (result == IPOD_COMM_OK || StoppedByHost()) break;
   }
   watched_ = nullptr;
+  if (StoppedByHost()) {
+    // Also where the silence that was cut short would have made a success of what came before it.
+    earlier_.NoteStopped(write, own->noted().attempts);
+    return IPOD_COMM_RETRIES_EXHAUSTED;
+  }
   return result == IPOD_COMM_NO_ANSWER ? IPOD_COMM_RETRIES_EXHAUSTED : result;
 }

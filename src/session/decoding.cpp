@@ -10,6 +10,7 @@
 #include "protocol/transaction_ids.h"
 #include "session/exchange.h"
 #include "session/ipod_requests.h"
+#include "session/keep_going.h"
 
 using ipodcomm::FrameBytes;
 using ipodcomm::ReceivedFrame;
@@ -166,7 +167,11 @@ bool CIpodComm::AwaitPendingData(const tagSERIAL_PACKET& packet) {
   const std::uint32_t pause_ms = bytes.Number32(5);
   if (pause_ms >= kPendingLimitMs) return false;
   for (int look = 0; look < kPendingLooks; ++look) {
-    Sleep(pause_ms);
+    ipodcomm::WaitInSlices(HostToAsk(), pause_ms, [](std::uint32_t ms) {
+      Sleep(ms);
+      return false;
+    });
+    if (StoppedByHost()) return false;
     if (serial_.CheckReceiveData() != 0) return true;
   }
   return false;

@@ -39,15 +39,28 @@ void EarlierQuestions::Note(const tagIPOD_WRITE_PARAMS& question, std::uint32_t 
   if (IsIdentified(question)) return;
   std::uint32_t index = IndexOf(question);
   if (index == kMost) index = (last_ + 1) % kMost;
-  Question& noted = questions_[index];
-  noted = {owed, question.length, {}, question.command, question.lingo, true};
-  std::copy_n(question.data, std::min(question.length, kMostBytes), noted.data);
+  questions_[index] = Noted(question, owed);
   last_ = index;
+}
+
+auto EarlierQuestions::Noted(const tagIPOD_WRITE_PARAMS& question, std::uint32_t owed) -> Question {
+  Question noted = {owed, question.length, {}, question.command, question.lingo, true};
+  std::copy_n(question.data, std::min(question.length, kMostBytes), noted.data);
+  return noted;
 }
 
 void EarlierQuestions::NoteMore(const tagIPOD_WRITE_PARAMS& question, std::uint32_t owed) {
   const std::uint32_t index = IndexOf(question);
   Note(question, index == kMost ? owed : questions_[index].owed + owed);
+}
+
+// One that was not sent owes nothing, and another may still.
+void EarlierQuestions::NoteStopped(const tagIPOD_WRITE_PARAMS& question, std::uint32_t attempts) {
+  if (attempts != 0) questions_[kStopped] = Noted(question, attempts);
+}
+
+std::uint32_t EarlierQuestions::QuietMsAfterStop() const {
+  return questions_[kStopped].owed != 0 ? kLateMs : 0;
 }
 
 void EarlierQuestions::NoteArrival(const ReceivedFrame& frame) {

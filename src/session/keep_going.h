@@ -5,31 +5,12 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "ipodcomm/detail/KeepGoing.h"
+
 namespace ipodcomm {
 
 /// How long a wait goes on before the host is asked, or the line looked at.
 constexpr std::uint32_t kSliceMs = 50;
-
-/// The callback by which a host stops an operation. Once it has said no it is not asked again.
-class KeepGoing {
- public:
-  /// @param ask optional; called with `context`, false stops
-  KeepGoing(bool (*ask)(void* context), void* context) : ask_(ask), context_(context) {}
-
-  /// Asks. False once the host has said stop.
-  bool Ask() {
-    if (!stopped_ && ask_ != nullptr) stopped_ = !ask_(context_);
-    return !stopped_;
-  }
-  bool stopped() const { return stopped_; }
-  /// Whether there is anybody to ask.
-  bool asks() const { return ask_ != nullptr; }
-
- private:
-  bool (*ask_)(void* context);
-  void* context_;
-  bool stopped_ = false;
-};
 
 /// Waits by `wait(ms)`, which returns true when what it waits for has come. Where there is a host
 /// that may say stop (null: none) it is asked before each slice of 50 ms, and a no ends the wait:

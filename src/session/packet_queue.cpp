@@ -11,10 +11,6 @@
 
 namespace ipodcomm {
 
-namespace {
-constexpr std::uint16_t kNoCommand = 0xFFFF;
-}  // namespace
-
 PacketQueue::PacketQueue() : event_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
 PacketQueue::PacketQueue(const PacketQueue& other)
@@ -85,13 +81,13 @@ bool PacketQueue::Pop(tagSERIAL_PACKET* packet, std::uint32_t wait_ms) {
   return PopFront(packet);
 }
 
-std::uint16_t PacketQueue::PeekCommand() {
+std::uint16_t PacketQueue::PeekCommand(std::uint32_t wait_ms) {
   std::uint16_t command = kNoCommand;
   {
     const LockScope lock(lock_);
     if (PeekFront(&command)) return command;
   }
-  if (!WaitForEvent(event_, kWaitMs)) return kNoCommand;
+  if (!WaitForEvent(event_, wait_ms)) return kNoCommand;
   const LockScope lock(lock_);
   PeekFront(&command);
   return command;

@@ -50,7 +50,8 @@ tagIPOD_COMM_ERROR CIpodComm::ExchangeRobustly(const tagIPOD_WRITE_PARAMS& write
   if (!told_apart) AwaitQuiet(write);
   std::uint32_t arrived = 0;
   const tagIPOD_COMM_ERROR result = AttemptRobustly(write, own, read, &arrived);
-  if (!told_apart) earlier_.Note(write, own->noted().attempts - arrived);
+  const bool kept_from_asking = StoppedByHost() && own->noted().attempts == 0;
+  if (!told_apart && !kept_from_asking) earlier_.Note(write, own->noted().attempts - arrived);
   return result;
 }
 
@@ -75,10 +76,10 @@ void CIpodComm::AwaitQuiet(const tagIPOD_WRITE_PARAMS& question) {
   tagSERIAL_PACKET packet = {};
   const auto pop = [&](std::uint32_t ms) { return response_.Pop(&packet, ms); };
   while (static_cast<std::uint32_t>(GetTickCount() - started_ms) < kLongestAttemptMs &&
-         ipodcomm::WaitInSlices(keep_going_, earlier_.QuietMsBefore(question), pop)) {
+         ipodcomm::WaitInSlices(HostToAsk(), earlier_.QuietMsBefore(question), pop)) {
     PassOver(packet);
   }
-  earlier_.Settle(question);
+  if (!StoppedByHost()) earlier_.Settle(question);
 }
 
 // A packet that is no answer of the running exchange.
@@ -86,11 +87,6 @@ void CIpodComm::PassOver(tagSERIAL_PACKET& packet) {
   earlier_.NoteArrival(ipodcomm::ParseFrame(FrameBytes(packet)));
   MeetRequest(packet, ipodcomm::RequestReceiver::kWaitingCommand);
 }
-
-// Whether the host, where it has a say, lets the operation go on.
-bool CIpodComm::MayGoOn() { return keep_going_ == nullptr || keep_going_->Ask(); }
-
-bool CIpodComm::StoppedByHost() const { return keep_going_ != nullptr && keep_going_->stopped(); }
 
 // Reads until the answer has come, or nothing has arrived on the line for a second, or for the time
 // that a pending ACK asked for.

@@ -6,6 +6,7 @@
 #include "ipodcomm/CIpodComm.h"
 #include "platform/services.h"
 #include "protocol/frame.h"
+#include "session/keep_going.h"
 #include "session/own_answers.h"
 
 using ipodcomm::LockScope;
@@ -59,6 +60,7 @@ void CIpodComm::CopySession(const CIpodComm& other) {
   conduct_ = other.conduct_;
   robust_ = other.robust_;
   earlier_ = other.earlier_;
+  keep_going_ = other.keep_going_;
   last_exchange_ = other.last_exchange_;
   identify_report_ = other.identify_report_;
   identity_ = other.identity_;
@@ -122,7 +124,8 @@ int CIpodComm::SetWindowsHandle(HWND window) {
 void CIpodComm::SetLogLevel(int level) { log_level_ = level; }
 
 bool CIpodComm::GetNextReadPacket(tagSERIAL_PACKET* packet) {
-  if (!response_.Pop(packet)) return false;
+  const auto pop = [&](std::uint32_t ms) { return response_.Pop(packet, ms); };
+  if (!ipodcomm::WaitInSlices(HostToAsk(), ipodcomm::PacketQueue::kWaitMs, pop)) return false;
   if (watched_ != nullptr) {
     ipodcomm::ReceivedFrame frame = ipodcomm::ParseFrame(ipodcomm::FrameBytes(*packet));
     watched_->Judge(&frame);
@@ -134,7 +137,14 @@ bool CIpodComm::GetNextNotificationPacket(tagSERIAL_PACKET* packet) {
   return notification_.Pop(packet);
 }
 
-unsigned short CIpodComm::PeekNextReadPacket() { return response_.PeekCommand(); }
+unsigned short CIpodComm::PeekNextReadPacket() {
+  std::uint16_t command = ipodcomm::PacketQueue::kNoCommand;
+  ipodcomm::WaitInSlices(HostToAsk(), ipodcomm::PacketQueue::kWaitMs, [&](std::uint32_t ms) {
+    command = response_.PeekCommand(ms);
+    return command != ipodcomm::PacketQueue::kNoCommand;
+  });
+  return command;
+}
 
 HANDLE CIpodComm::NewEvent() { return CreateEventW(nullptr, FALSE, FALSE, nullptr); }
 

@@ -35,8 +35,16 @@ class EarlierQuestions {
   /// it.
   void Settle(const tagIPOD_WRITE_PARAMS& question);
 
+  /// The host has stopped `question`, sent `attempts` times. Of such commands the last is kept.
+  void NoteStopped(const tagIPOD_WRITE_PARAMS& question, std::uint32_t attempts);
+  /// How long the line must have been quiet before anything is asked; 0 once its answers have come.
+  std::uint32_t QuietMsAfterStop() const;
+  /// The line has been.
+  void SettleStopped() { questions_[kStopped].owed = 0; }
+
  private:
   static constexpr std::uint32_t kMost = 8;
+  static constexpr std::uint32_t kStopped = kMost;  // the place behind them
   static constexpr std::uint32_t kMostBytes = 12;
 
   struct Question {
@@ -48,10 +56,11 @@ class EarlierQuestions {
     bool used;
   };
 
+  static Question Noted(const tagIPOD_WRITE_PARAMS& question, std::uint32_t owed);
   static bool Same(const Question& earlier, const tagIPOD_WRITE_PARAMS& question);
   std::uint32_t IndexOf(const tagIPOD_WRITE_PARAMS& question) const;
 
-  Question questions_[kMost] = {};
+  Question questions_[kMost + 1] = {};
   std::uint32_t last_ = 0;  // asked last
 };
 

@@ -19,6 +19,7 @@ class PacketQueue {
  public:
   /// The ordinary wait for a packet.
   static constexpr std::uint32_t kWaitMs = 1000;
+  static constexpr std::uint16_t kNoCommand = 0xFFFF;
 
   /// Creates the lock, then the event.
   PacketQueue();
@@ -40,8 +41,8 @@ class PacketQueue {
   bool Append(const tagSERIAL_PACKET& packet);
   /// Copies and removes the front packet, waiting for one.
   bool Pop(tagSERIAL_PACKET* packet, std::uint32_t wait_ms = kWaitMs);
-  /// Command of the front packet, waiting up to 1000 ms for one; 0xFFFF when there is none.
-  std::uint16_t PeekCommand();
+  /// Command of the front packet, waiting for one; kNoCommand when there is none.
+  std::uint16_t PeekCommand(std::uint32_t wait_ms = kWaitMs);
 
  private:
   std::list<tagSERIAL_PACKET> Packets() const;
