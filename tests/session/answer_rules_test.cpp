@@ -70,6 +70,121 @@ TEST(AnAnswer, RepeatsNothingOfARequestThatIsTooShort) {
   EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0}, "FF 55 09 04 00 1B 00 00 00 07 41 00 90"));
 }
 
+// ---- Each request, and what makes its answer whole and its own
+
+struct RuleRow {
+  const char* name;
+  std::uint8_t lingo;
+  std::uint16_t request;
+  std::uint16_t answer;
+  std::uint32_t least_bytes;
+  std::uint32_t repeated_bytes;  // from the beginning of the request's data on
+  std::uint32_t repeated_at;     // in those of the answer
+  bool ends_with_text;
+};
+
+class Rule : public ::testing::TestWithParam<RuleRow> {
+ protected:
+  const ipodcomm::AnswerRule& rule() const {
+    return *ipodcomm::FindAnswerRule(GetParam().lingo, GetParam().request);
+  }
+  // An answer that repeats the request as it must, and nothing else of it.
+  Bytes AnswerOf(std::uint32_t length) const {
+    Bytes data(length);
+    for (std::uint32_t i = 0; i < length; ++i) data[i] = static_cast<std::uint8_t>(0xA0 + i);
+    for (std::uint32_t i = 0; i < GetParam().repeated_bytes && GetParam().repeated_at + i < length;
+         ++i) {
+      data[GetParam().repeated_at + i] = kRequest[i];
+    }
+    if (GetParam().ends_with_text && length != 0) data.back() = 0;
+    return data;
+  }
+  bool IsWhole(const Bytes& data) const { return ipodcomm::IsWhole(rule(), FrameOf(data)); }
+  bool Repeats(const Bytes& data) const {
+    return ipodcomm::Repeats(
+        rule(), {GetParam().request, GetParam().lingo, kRequest, sizeof kRequest}, FrameOf(data));
+  }
+
+ private:
+  static constexpr unsigned char kRequest[] = {0x11, 0x12, 0x13, 0x14, 0x15, 0x16};
+
+  static ipodcomm::ReceivedFrame FrameOf(const Bytes& data) {
+    return {GetParam().lingo, GetParam().answer, 0, static_cast<std::uint32_t>(data.size()),
+            data.data()};
+  }
+};
+
+TEST_P(Rule, NamesTheAnswer) { EXPECT_EQ(rule().answer, GetParam().answer); }
+
+TEST_P(Rule, HasAnAnswerWholeFromItsLeastBytesOn) {
+  EXPECT_TRUE(IsWhole(AnswerOf(GetParam().least_bytes)));
+  EXPECT_TRUE(IsWhole(AnswerOf(GetParam().least_bytes + 1)));
+  EXPECT_FALSE(IsWhole(AnswerOf(GetParam().least_bytes - 1)));
+}
+
+TEST_P(Rule, HasATextEndedWhereThereIsOne) {
+  Bytes data = AnswerOf(GetParam().least_bytes + 1);
+  data.back() = 'x';
+  EXPECT_EQ(IsWhole(data), !GetParam().ends_with_text);
+}
+
+TEST_P(Rule, TakesAnAnswerThatRepeatsTheRequest) {
+  EXPECT_TRUE(Repeats(AnswerOf(GetParam().least_bytes)));
+}
+
+TEST_P(Rule, TakesNoAnswerWithAnyOfTheRepeatedBytesWrong) {
+  for (std::uint32_t i = 0; i < GetParam().repeated_bytes; ++i) {
+    Bytes data = AnswerOf(GetParam().least_bytes);
+    data[GetParam().repeated_at + i] ^= 0x40;
+    EXPECT_FALSE(Repeats(data)) << i;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, Rule,
+    ::testing::Values(RuleRow{"IpodName", 0x00, 0x07, 0x08, 1, 0, 0, true},
+                      RuleRow{"IpodModelNumber", 0x00, 0x0D, 0x0E, 5, 0, 0, true},
+                      RuleRow{"LingoProtocolVersion", 0x00, 0x0F, 0x10, 3, 1, 0, false},
+                      RuleRow{"MaxPayloadSize", 0x00, 0x11, 0x12, 2, 0, 0, false},
+                      RuleRow{"IpodPreferences", 0x00, 0x29, 0x2A, 2, 1, 0, false},
+                      RuleRow{"SetFidTokenValues", 0x00, 0x39, 0x3A, 1, 0, 0, false},
+                      RuleRow{"EndIdps", 0x00, 0x3B, 0x3C, 1, 0, 0, false},
+                      RuleRow{"IpodOptionsForLingo", 0x00, 0x4B, 0x4C, 9, 1, 0, false},
+                      RuleRow{"SupportedEventNotification", 0x00, 0x4F, 0x51, 8, 0, 0, false},
+                      RuleRow{"PlayingTrackInfo", 0x03, 0x12, 0x13, 1, 1, 0, false},
+                      RuleRow{"NumberOfRecords", 0x04, 0x0018, 0x0019, 4, 0, 0, false},
+                      RuleRow{"PlayStatus", 0x04, 0x001C, 0x001D, 9, 0, 0, false},
+                      RuleRow{"PlayingTrackIndex", 0x04, 0x001E, 0x001F, 4, 0, 0, false},
+                      RuleRow{"PlayingTrackTitle", 0x04, 0x0020, 0x0021, 1, 0, 0, true},
+                      RuleRow{"PlayingTrackArtist", 0x04, 0x0022, 0x0023, 1, 0, 0, true},
+                      RuleRow{"PlayingTrackAlbum", 0x04, 0x0024, 0x0025, 1, 0, 0, true},
+                      RuleRow{"Shuffle", 0x04, 0x002C, 0x002D, 1, 0, 0, false},
+                      RuleRow{"DbTrackInfo", 0x04, 0x0040, 0x0041, 9, 4, 0, false},
+                      RuleRow{"SportsCaps", 0x09, 0x83, 0x84, 3, 0, 0, false},
+                      RuleRow{"UserData", 0x09, 0x88, 0x89, 2, 1, 0, false},
+                      RuleRow{"StorageCaps", 0x0C, 0x01, 0x02, 22, 0, 0, false},
+                      RuleRow{"FreeSpace", 0x0C, 0x10, 0x11, 8, 0, 0, false},
+                      RuleRow{"FeatureFile", 0x0C, 0x12, 0x04, 1, 0, 0, false}),
+    test::RowName());
+
+TEST(OnlyTheWeight, OfTheUsersDataTakesThreeBytes) {
+  const ipodcomm::AnswerRule& rule = *ipodcomm::FindAnswerRule(0x09, 0x88);
+  const unsigned char weight[] = {0x03, 0x02, 0x58};
+  const unsigned char gender[] = {0x02, 0x01};
+  EXPECT_TRUE(ipodcomm::IsWhole(rule, {0x09, 0x89, 0, 3, weight}));
+  EXPECT_FALSE(ipodcomm::IsWhole(rule, {0x09, 0x89, 0, 2, weight}));
+  EXPECT_TRUE(ipodcomm::IsWhole(rule, {0x09, 0x89, 0, 2, gender}));
+}
+
+TEST(OnlyTheCapabilities, OfAPlayingTrackTakeFiveBytes) {
+  const ipodcomm::AnswerRule& rule = *ipodcomm::FindAnswerRule(0x03, 0x12);
+  const unsigned char capabilities[] = {0x00, 0x00, 0x00, 0x00, 0x01};
+  const unsigned char title[] = {0x01, 0x00, 0x00, 0x00};
+  EXPECT_TRUE(ipodcomm::IsWhole(rule, {0x03, 0x13, 0, 5, capabilities}));
+  EXPECT_FALSE(ipodcomm::IsWhole(rule, {0x03, 0x13, 0, 4, capabilities}));
+  EXPECT_TRUE(ipodcomm::IsWhole(rule, {0x03, 0x13, 0, 4, title}));
+}
+
 TEST(AnAnswer, OfNoCommandAnswersNoRequest) {
   EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(0x00, 0xFFFF), nullptr);
   EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(0x00, 0x0028)->command, 0x0027);
