@@ -120,15 +120,17 @@ class PtyServer::Impl {
 
   // Moves bytes both ways and says how long there is nothing to do, -1 for until something comes.
   Microseconds Exchange() {
+    const bool was_connected = connected_;
     if (terminal_.is_open()) {
-      const bool was_connected = connected_;
       connected_ = terminal_.Connected();
       TakeBytes();
-      Deliver(Now());
-      if (was_connected && !connected_) ipod_.LoseAccessory(Now());
-      FollowUnplug();
     }
     const Microseconds now = Now();
+    if (terminal_.is_open()) {
+      Deliver(now);
+      if (was_connected && !connected_) ipod_.LoseAccessory(now);
+      FollowUnplug();
+    }
     to_accessory_.Send(ipod_.Transmit(now), now);
     const Bytes bytes = to_accessory_.Receive(now);
     pending_.insert(pending_.end(), bytes.begin(), bytes.end());
@@ -161,10 +163,16 @@ class PtyServer::Impl {
     if (tap_ && !written.empty()) tap_(LineEnd::kIpod, written);
   }
 
-  // The iPod hears what has arrived by now.
+  // The iPod hears what has arrived by now, each byte at its own time: where this thread was kept
+  // waiting, there is no gap in a frame.
   void Deliver(Microseconds now) {
-    const Bytes bytes = from_accessory_.Receive(now);
-    if (!bytes.empty()) ipod_.Receive(bytes.data(), bytes.size(), now);
+    for (auto arrival = from_accessory_.NextArrival(); HasCome(arrival, now);
+         arrival = from_accessory_.NextArrival()) {
+      heard_at_ = std::max(heard_at_, *arrival);
+      const Bytes bytes = from_accessory_.Receive(heard_at_);
+      ipod_.Receive(bytes.data(), bytes.size(), heard_at_);
+    }
+    heard_at_ = now;
   }
 
   void FollowUnplug() {
@@ -213,6 +221,7 @@ class PtyServer::Impl {
   PacedLine to_accessory_;
   Terminal terminal_;
   Bytes pending_;
+  Microseconds heard_at_ = 0;
   bool connected_ = false;
   bool stopping_ = false;
   std::string error_;

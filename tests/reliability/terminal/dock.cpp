@@ -74,25 +74,32 @@ class Dock::Far {
     while ((access(link_.c_str(), F_OK) == 0) != plugged) Pause(milliseconds(1));
   }
 
-  // The server holds still meanwhile.
+  // The server, which counts on a thread of its own, holds still meanwhile.
   Account Counted() {
-    Account account;
+    Account counted;
     server_.Inspect([&](const ipodsim::SimulatedIpod& ipod) {
-      account = account_;
-      account.mistakes = ipod.mistakes().size();
-      account.files = ipod.feature_files().Names().size();
-      account.open_files = ipod.open_feature_files().size();
-      for (; told_ < ipod.mistakes().size(); ++told_) {
-        std::fprintf(stderr, "mistake: %s\n", ipod.mistakes()[told_].detail.c_str());
-      }
+      for (; judged_ < ipod.mistakes().size(); ++judged_) Judge(ipod.mistakes()[judged_]);
+      account_.files = ipod.feature_files().Names().size();
+      account_.open_files = ipod.open_feature_files().size();
+      counted = account_;
     });
-    return account;
+    return counted;
+  }
+
+  void Judge(const ipodsim::Mistake& mistake) {
+    if (mistake.kind == ipodsim::MistakeKind::kCommandDuringStream ||
+        mistake.kind == ipodsim::MistakeKind::kCommandBeforeAnswer) {
+      ++account_.asked_again;
+      return;
+    }
+    ++account_.mistakes;
+    std::fprintf(stderr, "mistake: %s\n", mistake.detail.c_str());
   }
 
   const std::string link_;
   ipodsim::PtyServer server_;
   Account account_;
-  std::size_t told_ = 0;
+  std::size_t judged_ = 0;
 };
 
 Dock::Dock(const ipodsim::Settings& settings, const std::string& link, std::uint32_t baud) {

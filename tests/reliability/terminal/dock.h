@@ -16,8 +16,9 @@ namespace terminal {
 struct Account {
   std::uint64_t bytes_from_accessory = 0;
   std::uint64_t bytes_to_accessory = 0;
-  std::uint64_t buttons = 0;  // whole frames with the state of the buttons
-  std::uint64_t mistakes = 0;
+  std::uint64_t buttons = 0;      // whole frames with the state of the buttons
+  std::uint64_t asked_again = 0;  // before the answer was complete, after it had paused for long
+  std::uint64_t mistakes = 0;     // others
   std::uint64_t files = 0;
   std::uint64_t open_files = 0;
 };

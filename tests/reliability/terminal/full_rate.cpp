@@ -242,6 +242,8 @@ int Judge(const Verdict& verdict, const Buttons& buttons, const Follower& follow
               static_cast<unsigned long long>(account.files),
               static_cast<unsigned long long>(account.open_files), dropped,
               static_cast<unsigned long long>(account.mistakes));
+  std::printf("asked again %llu times, after a pause of the iPod's\n",
+              static_cast<unsigned long long>(account.asked_again));
   if (!verdict.good()) return Fail("a result is wrong");
   if (buttons.failed() != 0 || buttons.sent() != account.buttons) return Fail("a frame was lost");
   if (follower.missed() != 0) return Fail("a notification was lost");

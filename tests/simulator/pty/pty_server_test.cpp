@@ -13,6 +13,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -345,6 +346,28 @@ TEST_F(PtyServerTest, StopAndDestructionMayComeAtAnyTime) {
   server.Stop();
   EXPECT_TRUE(server.Stop().empty());
   EXPECT_EQ(server.device_path(), "");
+}
+
+// The first frame is over in the middle of the second one, and the server is then held up for
+// longer than a frame may pause.
+TEST_F(PtyServerTest, ServerThatIsHeldUpHearsNoGapInAFrame) {
+  PtyServer server(QuietSettings(), {}, 57600);
+  std::atomic<int> frames{0};
+  server.set_trace([&](const TraceLine& line) {
+    if (line.direction != TraceLine::Direction::kFromAccessory) return;
+    if (++frames == 2) std::this_thread::sleep_for(std::chrono::milliseconds(700));
+  });
+  ASSERT_TRUE(server.Start()) << server.error();
+  const Accessory accessory(server.device_path());
+  accessory.Write(kIdentify);
+  ASSERT_EQ(accessory.Read(kIdentified), kIdentified);
+  accessory.Write(std::string(kRequest) + " " + kRequest);
+  EXPECT_EQ(accessory.Read(kName), kName);
+  EXPECT_EQ(accessory.Read(kName), kName);
+  const std::vector<Mistake> mistakes = server.Stop();
+  ASSERT_EQ(mistakes.size(), 1u);
+  EXPECT_EQ(mistakes[0].detail,
+            "General RequestiPodName before the end of General RequestiPodName");
 }
 
 TEST_F(PtyServerTest, TraceComesFromTheServer) {
