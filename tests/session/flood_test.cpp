@@ -72,6 +72,16 @@ TEST_F(Flood, IsTheSameWhileTheQueueIsNearlyFull) {
   EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kLogged));
 }
 
+TEST_F(Flood, IsAnotherOnceHalfTheQueueWasTaken) {
+  Queue(0, 1100);
+  for (int i = 0; i < 511; ++i) Next();
+  Queue(0, 600);
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kLogged));
+  for (int i = 0; i < 512; ++i) Next();
+  Queue(0, 600);
+  EXPECT_THAT(test::DrainTraceLog(), ElementsAre(kLogged));
+}
+
 TEST_F(Flood, LosesNothingUnderTheDefaultConduct) {
   session_.SetConduct(&IPOD_CONDUCT_FIELD);
   Queue(0, 3000);
