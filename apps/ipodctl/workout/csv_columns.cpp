@@ -2,6 +2,9 @@
 // The table of columns.
 #include "workout/csv_columns.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "console/unicode.h"
 
 namespace ipodctl {
@@ -118,12 +121,17 @@ std::string Key(const std::string& cell) {
   return key;
 }
 
-bool IsAmong(const std::string& word, const std::string& words) {
-  return ("|" + words + "|").find("|" + word + "|") != std::string::npos;
+bool IsAmong(std::string_view word, std::string_view words) {
+  while (!words.empty()) {
+    const std::size_t end = std::min(words.find('|'), words.size());
+    if (words.substr(0, end) == word) return true;
+    words.remove_prefix(std::min(end + 1, words.size()));
+  }
+  return false;
 }
 
 // Whether it is a name, or a name and a unit.
-bool Matches(const std::string& key, const CsvColumn& column) {
+bool Matches(std::string_view key, const CsvColumn& column) {
   if (IsAmong(key, column.names)) return true;
   for (std::size_t end = 1; end < key.size(); ++end) {
     if (IsAmong(key.substr(0, end), column.names) && IsAmong(key.substr(end), column.units)) {
