@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "docked_ipod.h"
+#include "support/pcapng_reader.h"
 #include "support/temporary_folder.h"
 #include "support/tmux.h"
 
@@ -166,6 +167,30 @@ TEST(IpodctlConsole, AnswersKeysWhileTheIpodIsSilentAndSaysThatItIs) {
   ipod.Wake();
   ASSERT_TRUE(terminal.WaitFor("Morning Run")) << terminal.Text();
   EXPECT_THAT(terminal.Text(), Not(HasSubstr("Waiting for the iPod")));
+}
+
+// Of the three attempts of the question that it is at.
+TEST(IpodctlConsole, LeavesASilentIpodWithoutAskingOn) {
+  SeparateIpod ipod;
+  const std::string recording = ipod.path("line.pcapng");
+  TmuxTerminal terminal(Console(ipod.device(), "--capture '" + recording + "'"), 80, 24);
+  ASSERT_TRUE(terminal.WaitFor("Tracks                                 7")) << terminal.Text();
+  std::vector<std::string> lines;
+  const auto ends_with = [&](const std::string& beginning) {
+    lines = test::ReadPcapngFile(recording).Lines();
+    return !lines.empty() && lines.back().rfind(beginning, 0) == 0;
+  };
+  ipod.FallSilent();
+  ASSERT_TRUE(Await([&] { return ends_with("> FF 55"); }));
+  terminal.Press({"q"});
+  ASSERT_TRUE(Await([&] { return ends_with("event 6"); }));
+  std::size_t unanswered = 0;
+  for (const std::string& line : lines) {
+    if (line.front() == '>') ++unanswered;
+    if (line.front() == '<') unanswered = 0;
+  }
+  EXPECT_GE(unanswered, 1U);
+  EXPECT_LT(unanswered, 3U);
 }
 
 TEST(IpodctlConsole, AnswersKeysWhileTheIpodIsSlow) {

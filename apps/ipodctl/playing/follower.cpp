@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "console/clock.h"
+#include "console/failure.h"
 #include "console/interrupt.h"
 
 namespace ipodctl {
@@ -31,7 +32,14 @@ void Follower::Run(std::optional<unsigned> duration_ms) {
   const auto over = [&] {
     return duration_ms && SteadyTime() - start >= std::chrono::milliseconds(*duration_ms);
   };
-  while (!over() && PauseMs(kLookMs)) Look();
+  try {
+    while (!over() && PauseMs(kLookMs)) Look();
+  } catch (const CommandFailure& failure) {
+    // Ctrl-C is how following ends, also where it ends a look.
+    if (failure.status() != kInterrupted) throw;
+  }
+  constexpr std::chrono::milliseconds kToSayGoodbye(300);
+  const Session::ToTheEnd parting(session_, kToSayGoodbye);
   session_.ipod().SetNotification(0);
 }
 

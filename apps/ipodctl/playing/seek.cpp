@@ -44,6 +44,8 @@ void RunSeek(const Context& context, Session& session) {
   const unsigned char winding = forward ? kWindingForward : kWindingBack;
   const std::string what = forward ? "wind forward" : "wind back";
   const NowPlaying before = LookAtPlayer(session);
+  // Also after Ctrl-C: otherwise the iPod goes on winding.
+  const Session::ToTheEnd winding_ends(session);
   const auto start = SteadyTime();
   const Press press = PressButton(session, forward ? kForwardButton : kBackButton);
   const bool seen_winding = !press.refused() && LookAtPlayer(session).state == winding;
@@ -56,7 +58,6 @@ void RunSeek(const Context& context, Session& session) {
     const double left_ms = context.options.seek_seconds * 1000 - MsSince(start);
     PauseMs(left_ms > 0 ? static_cast<unsigned>(left_ms) : 0);
   }
-  // Also after Ctrl-C: otherwise the iPod goes on winding.
   NowPlaying now = EndWinding(session);
   if (!seen_winding && !HasWound(before, now, forward, MsSince(start))) {
     FailPress(session, press, what, now);

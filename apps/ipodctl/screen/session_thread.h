@@ -40,9 +40,8 @@ class SessionThread {
   void LookAt(View view);
   std::shared_ptr<const Snapshot> Look() const;
 
-  /// Saves a workout that goes on, lets go of the iPod, and waits until that is done: 100 ms while
-  /// an iPod is identified, else as long as the command takes that it is at. Commands of the whole
-  /// program are interrupted by it.
+  /// Saves a workout that goes on, lets go of the iPod, and waits until that is done: where no
+  /// workout goes on, 100 ms. Commands of the whole program are interrupted by it.
   void Leave();
 
  private:
