@@ -16,4 +16,9 @@ function(ipodcomm_discover_tests program)
   # that is added or renamed needs no new configuration.
   gtest_discover_tests(${program} TEST_PREFIX "${tests_PREFIX}" DISCOVERY_MODE PRE_TEST
                        DISCOVERY_TIMEOUT 120 PROPERTIES ${properties})
+  if(TARGET gtest_headers)
+    target_precompile_headers(${program} REUSE_FROM gtest_headers)
+    # GCC tells ccache so which header it took.
+    target_compile_options(${program} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+  endif()
 endfunction()

@@ -1,0 +1,2 @@
+// SPDX-License-Identifier: MIT
+// Nothing: what the target of this file is for is its precompiled header.
