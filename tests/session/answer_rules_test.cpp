@@ -70,6 +70,18 @@ TEST(AnAnswer, RepeatsNothingOfARequestThatIsTooShort) {
   EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0}, "FF 55 09 04 00 1B 00 00 00 07 41 00 90"));
 }
 
+bool IsWholeRecord(const Bytes& data) {
+  return ipodcomm::IsWhole(*ipodcomm::FindAnswerRule(0x04, 0x001A),
+                           {0x04, 0x001B, 0, static_cast<std::uint32_t>(data.size()), data.data()});
+}
+
+TEST(AnAnswer, WithARecordIsWholeWithItsIndexAndTheEndOfItsName) {
+  EXPECT_TRUE(IsWholeRecord({0, 0, 0, 7, 0}));
+  EXPECT_TRUE(IsWholeRecord({0, 0, 0, 7, 'A', 0}));
+  EXPECT_FALSE(IsWholeRecord({0, 0, 0, 0}));
+  EXPECT_FALSE(IsWholeRecord({0, 0, 0, 7, 'A'}));
+}
+
 // ---- Each request, and what makes its answer whole and its own
 
 struct RuleRow {

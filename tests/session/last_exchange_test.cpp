@@ -5,6 +5,7 @@
 
 namespace {
 
+using test::kMillisecond;
 using test::SessionTest;
 
 class LastExchange : public SessionTest, public ::testing::WithParamInterface<tagIPOD_CONDUCT> {
@@ -85,6 +86,14 @@ TEST_P(LastExchange, WasAnsweredThoughItsOwnBytesCameBackToo) {
   Answer("FF 55 03 04 00 2C CD", "FF 55 03 04 00 2C CD FF 55 04 04 00 2D 01 CA");
   EXPECT_EQ(session_.Command_GetShuffle(nullptr), 1);
   EXPECT_EQ(Last().result, IPOD_EXCHANGE_ANSWERED);
+}
+
+// The default conduct looks at no clock for it.
+TEST_P(LastExchange, TellsHowLongItTookUnderTheRobustConductAlone) {
+  Answer("FF 55 03 04 00 2C CD", "FF 55 04 04 00 2D 01 CA", 300 * kMillisecond);
+  const std::int64_t took_us = Elapsed([&] { session_.Command_GetShuffle(nullptr); });
+  EXPECT_GE(took_us, 320 * kMillisecond);
+  EXPECT_EQ(Last().took_ms, GetParam().robust != 0 ? took_us / kMillisecond : 0);
 }
 
 TEST_P(LastExchange, LeavesTheSimpleRemoteOut) {

@@ -2,6 +2,8 @@
 // The robust conduct: late, doubled, damaged and foreign answers are told from the exchange's own
 // one. Beside each stands what comes of it under the default conduct, which hosts in the field
 // know.
+#include <cstring>
+
 #include "support/packets.h"
 #include "support/session_test.h"
 
@@ -23,6 +25,27 @@ class RobustExchange : public SessionTest {
 
   unsigned long count_ = 0;
 };
+
+// ---- Refusals ---------------------------------------------------------------------------------
+
+// Its first two bytes, as they lie in memory: the status, then the command.
+TEST_F(RobustExchange, RefusalIsKeptForTheCaller) {
+  BeRobust();
+  Answer("FF 55 02 00 07 F7", "FF 55 04 00 02 04 07 EF");
+  tagIPOD_WRITE_PARAMS write = {0x07, 0x00, nullptr, 0};
+  unsigned char buffer[8] = {};
+  tagIPOD_READ_PARAMS read = {};
+  read.expected_command = 0x08;
+  read.buffer = buffer;
+  read.size = sizeof buffer;
+  read.retries = 3;
+  EXPECT_EQ(session_.WriteReadCommand(&write, &read), IPOD_COMM_NO_ANSWER);
+  EXPECT_NE(read.ack_received, 0);
+  unsigned char kept[2] = {};
+  std::memcpy(kept, &read.ack, sizeof kept);
+  EXPECT_THAT(kept, ElementsAre(4, 7));
+  EXPECT_EQ(read.stored, 0U);
+}
 
 // ---- Late answers, with identifiers -------------------------------------------------------------
 
