@@ -77,7 +77,13 @@ Reading Read(const Bytes& line, bool again) {
 
 Reading ReadPlainly(const Bytes& line) { return Read(line, false); }
 
-Reading ReadAgain(const Bytes& line) { return Read(line, true); }
+Reading ReadAgain(const Bytes& line) {
+  Reading reading = Read(line, true);
+  for (Bytes& frame : reading.frames) {
+    if (frame.front() != 0xFF) frame.insert(frame.begin(), 0xFF);
+  }
+  return reading;
+}
 
 Reading ReadAsLegacy(const Bytes& line) {
   constexpr std::size_t kWrapped = 65536;

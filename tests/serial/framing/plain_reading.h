@@ -23,7 +23,7 @@ struct Reading {
 Reading ReadPlainly(const Bytes& line);
 
 /// Nothing is taken with a frame that is none, nor with one that the line falls silent in: the
-/// reading goes on at its second byte.
+/// reading goes on at its second byte. A frame that begins without its sync byte gets it back.
 Reading ReadAgain(const Bytes& line);
 
 /// As ipodserial reads, frame after frame: no checksum counts, and none is too long.
