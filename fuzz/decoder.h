@@ -22,8 +22,8 @@ using Decoder = tagIPOD_COMM_ERROR (CIpodComm::*)(unsigned char* frame, unsigned
 class Bench {
  public:
   static Bench& Get() {
-    static auto* const bench = new Bench;
-    return *bench;
+    static Bench bench;
+    return bench;
   }
 
   /// The session, as a new one is but for the identifiers.
