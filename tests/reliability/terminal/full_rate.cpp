@@ -12,8 +12,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "dock.h"
 #include "held.h"
@@ -74,79 +76,83 @@ class Verdict {
   const char* first_ = nullptr;
 };
 
-// Says again and again that no button is held, which the iPod does not answer, beside the host's
-// commands.
-class Buttons {
+// Does the same again and again beside the host's commands, on a thread of its own.
+class Beside {
  public:
-  explicit Buttons(CIpodComm& session) : thread_([this, &session] { Run(session); }) {}
-  ~Buttons() { Stop(); }
-  Buttons(const Buttons&) = delete;
-  Buttons& operator=(const Buttons&) = delete;
+  Beside(milliseconds period, std::function<void()> turn)
+      : thread_([this, period, turn = std::move(turn)] {
+          for (auto next = steady_clock::now(); !stopping_; std::this_thread::sleep_until(next)) {
+            turn();
+            next += period;
+          }
+        }) {}
+  ~Beside() { Stop(); }
+  Beside(const Beside&) = delete;
+  Beside& operator=(const Beside&) = delete;
 
   void Stop() {
     stopping_ = true;
     if (thread_.joinable()) thread_.join();
   }
+
+ private:
+  std::atomic<bool> stopping_{false};
+  std::thread thread_;
+};
+
+constexpr milliseconds kPeriod(20);
+
+// Says that no button is held, which the iPod does not answer. What it counts is read once it has
+// stopped.
+class Buttons {
+ public:
+  explicit Buttons(CIpodComm& session) : session_(session) {}
+
+  void Stop() { beside_.Stop(); }
   unsigned long long sent() const { return sent_; }
   unsigned long long failed() const { return failed_; }
 
  private:
-  void Run(CIpodComm& session) {
+  void Send() {
     constexpr int kAtATime = 10;
-    auto next = steady_clock::now();
-    while (!stopping_) {
-      for (int i = 0; i < kAtATime; ++i) Send(session);
-      next += milliseconds(20);
-      std::this_thread::sleep_until(next);
+    const unsigned char none[] = {0x00};
+    for (int i = 0; i < kAtATime; ++i) {
+      tagIPOD_WRITE_PARAMS write = {0x00, ipod::IPOD_LINGO_SIMPLEREMOTE, none, sizeof none};
+      ++(session_.WriteCommand(&write) == IPOD_COMM_OK ? sent_ : failed_);
     }
   }
 
-  void Send(CIpodComm& session) {
-    const unsigned char none[] = {0x00};
-    tagIPOD_WRITE_PARAMS write = {0x00, ipod::IPOD_LINGO_SIMPLEREMOTE, none, sizeof none};
-    ++(session.WriteCommand(&write) == IPOD_COMM_OK ? sent_ : failed_);
-  }
-
-  std::atomic<bool> stopping_{false};
-  std::atomic<unsigned long long> sent_{0};
-  std::atomic<unsigned long long> failed_{0};
-  std::thread thread_;
+  CIpodComm& session_;
+  unsigned long long sent_ = 0;
+  unsigned long long failed_ = 0;
+  Beside beside_{kPeriod, [this] { Send(); }};
 };
 
-// Looks at what notifications have told, often enough to see each track.
+// Looks at what notifications have told, often enough to see each track. What it counts is read
+// once it has stopped.
 class Follower {
  public:
-  explicit Follower(CIpodComm& session) : thread_([this, &session] { Run(session); }) {}
-  ~Follower() { Stop(); }
-  Follower(const Follower&) = delete;
-  Follower& operator=(const Follower&) = delete;
+  explicit Follower(CIpodComm& session) : session_(session) {}
 
-  void Stop() {
-    stopping_ = true;
-    if (thread_.joinable()) thread_.join();
-  }
+  void Stop() { beside_.Stop(); }
   unsigned long long seen() const { return seen_; }
   unsigned long long missed() const { return missed_; }
 
  private:
-  void Run(CIpodComm& session) {
-    unsigned long last = kTracks;
-    while (!stopping_) {
-      tagIPOD_PLAY_STATUS status = {};
-      session.GetPlayStatus(&status);
-      if (status.track_index != last) {
-        if (last != kTracks && status.track_index != (last + 1) % kTracks) ++missed_;
-        last = status.track_index;
-        ++seen_;
-      }
-      std::this_thread::sleep_for(milliseconds(20));
-    }
+  void Look() {
+    tagIPOD_PLAY_STATUS status = {};
+    session_.GetPlayStatus(&status);
+    if (status.track_index == last_) return;
+    if (last_ != kTracks && status.track_index != (last_ + 1) % kTracks) ++missed_;
+    last_ = status.track_index;
+    ++seen_;
   }
 
-  std::atomic<bool> stopping_{false};
-  std::atomic<unsigned long long> seen_{0};
-  std::atomic<unsigned long long> missed_{0};
-  std::thread thread_;
+  CIpodComm& session_;
+  unsigned long last_ = kTracks;  // none yet
+  unsigned long long seen_ = 0;
+  unsigned long long missed_ = 0;
+  Beside beside_{kPeriod, [this] { Look(); }};
 };
 
 bool Begin(CIpodComm& session) {
