@@ -11,54 +11,49 @@ namespace ipodcomm {
 
 namespace {
 
-constexpr std::uint8_t kNoText = AnswerRule::kNoText;
+constexpr bool kText = true;
+constexpr bool kNoText = false;
 
-// lingo, request, answer, least bytes, repeated bytes: count, in the request, in the answer; text
+// lingo, request, answer, least bytes, text; repeated bytes: count, and where in the request
 constexpr AnswerRule kRules[] = {
-    {kGeneralLingo, general::kRequestIpodName, general::kReturnIpodName, 1, 0, 0, 0, 0},
-    {kGeneralLingo, general::kRequestIpodModelNumber, general::kReturnIpodModelNumber, 5, 0, 0, 0,
-     4},
+    {kGeneralLingo, general::kRequestIpodName, general::kReturnIpodName, 1, kText},
+    {kGeneralLingo, general::kRequestIpodModelNumber, general::kReturnIpodModelNumber, 5, kText},
     {kGeneralLingo, general::kRequestLingoProtocolVersion, general::kReturnLingoProtocolVersion, 3,
-     1, 0, 0, kNoText},
-    {kGeneralLingo, general::kRequestMaxPayloadSize, general::kReturnMaxPayloadSize, 2, 0, 0, 0,
-     kNoText},
-    {kGeneralLingo, general::kGetIpodPreferences, general::kRetIpodPreferences, 2, 1, 0, 0,
-     kNoText},
-    {kGeneralLingo, general::kSetFidTokenValues, general::kRetFidTokenValueAcks, 1, 0, 0, 0,
-     kNoText},
-    {kGeneralLingo, general::kEndIdps, general::kIdpsStatus, 1, 0, 0, 0, kNoText},
-    {kGeneralLingo, general::kGetIpodOptionsForLingo, general::kRetIpodOptionsForLingo, 9, 1, 0, 0,
-     kNoText},
+     kNoText, 1},
+    {kGeneralLingo, general::kRequestMaxPayloadSize, general::kReturnMaxPayloadSize, 2, kNoText},
+    {kGeneralLingo, general::kGetIpodPreferences, general::kRetIpodPreferences, 2, kNoText, 1},
+    {kGeneralLingo, general::kSetFidTokenValues, general::kRetFidTokenValueAcks, 1, kNoText},
+    {kGeneralLingo, general::kEndIdps, general::kIdpsStatus, 1, kNoText},
+    {kGeneralLingo, general::kGetIpodOptionsForLingo, general::kRetIpodOptionsForLingo, 9, kNoText,
+     1},
     {kGeneralLingo, general::kGetSupportedEventNotification,
-     general::kRetSupportedEventNotification, 8, 0, 0, 0, kNoText},
+     general::kRetSupportedEventNotification, 8, kNoText},
 
     {kDisplayRemoteLingo, display_remote::kGetIndexedPlayingTrackInfo,
-     display_remote::kReturnIndexedPlayingTrackInfo, 1, 1, 0, 0, kNoText},
+     display_remote::kReturnIndexedPlayingTrackInfo, 1, kNoText, 1},
 
     {kExtendedLingo, extended::kGetNumberCategorizedDbRecords,
-     extended::kReturnNumberCategorizedDbRecords, 4, 0, 0, 0, kNoText},
+     extended::kReturnNumberCategorizedDbRecords, 4, kNoText},
     {kExtendedLingo, extended::kRetrieveCategorizedDatabaseRecords,
-     extended::kReturnCategorizedDatabaseRecord, 5, 4, 1, 0, 4},
-    {kExtendedLingo, extended::kGetPlayStatus, extended::kReturnPlayStatus, 9, 0, 0, 0, kNoText},
+     extended::kReturnCategorizedDatabaseRecord, 5, kText, 4, 1},
+    {kExtendedLingo, extended::kGetPlayStatus, extended::kReturnPlayStatus, 9, kNoText},
     {kExtendedLingo, extended::kGetCurrentPlayingTrackIndex,
-     extended::kReturnCurrentPlayingTrackIndex, 4, 0, 0, 0, kNoText},
+     extended::kReturnCurrentPlayingTrackIndex, 4, kNoText},
     {kExtendedLingo, extended::kGetIndexedPlayingTrackTitle,
-     extended::kReturnIndexedPlayingTrackTitle, 1, 0, 0, 0, 0},
+     extended::kReturnIndexedPlayingTrackTitle, 1, kText},
     {kExtendedLingo, extended::kGetIndexedPlayingTrackArtistName,
-     extended::kReturnIndexedPlayingTrackArtistName, 1, 0, 0, 0, 0},
+     extended::kReturnIndexedPlayingTrackArtistName, 1, kText},
     {kExtendedLingo, extended::kGetIndexedPlayingTrackAlbumName,
-     extended::kReturnIndexedPlayingTrackAlbumName, 1, 0, 0, 0, 0},
-    {kExtendedLingo, extended::kGetShuffle, extended::kReturnShuffle, 1, 0, 0, 0, kNoText},
-    {kExtendedLingo, extended::kRetrieveDbTrackInfo, extended::kReturnDbTrackInfo, 9, 4, 0, 0,
-     kNoText},
+     extended::kReturnIndexedPlayingTrackAlbumName, 1, kText},
+    {kExtendedLingo, extended::kGetShuffle, extended::kReturnShuffle, 1, kNoText},
+    {kExtendedLingo, extended::kRetrieveDbTrackInfo, extended::kReturnDbTrackInfo, 9, kNoText, 4},
 
-    {kSportsLingo, sports::kGetIpodCaps, sports::kRetIpodCaps, 3, 0, 0, 0, kNoText},
-    {kSportsLingo, sports::kGetUserData, sports::kRetUserData, 2, 1, 0, 0, kNoText},
+    {kSportsLingo, sports::kGetIpodCaps, sports::kRetIpodCaps, 3, kNoText},
+    {kSportsLingo, sports::kGetUserData, sports::kRetUserData, 2, kNoText, 1},
 
-    {kStorageLingo, storage::kGetIpodCaps, storage::kRetIpodCaps, 22, 0, 0, 0, kNoText},
-    {kStorageLingo, storage::kGetIpodFreeSpace, storage::kRetIpodFreeSpace, 8, 0, 0, 0, kNoText},
-    {kStorageLingo, storage::kOpenIpodFeatureFile, storage::kRetIpodFileHandle, 1, 0, 0, 0,
-     kNoText},
+    {kStorageLingo, storage::kGetIpodCaps, storage::kRetIpodCaps, 22, kNoText},
+    {kStorageLingo, storage::kGetIpodFreeSpace, storage::kRetIpodFreeSpace, 8, kNoText},
+    {kStorageLingo, storage::kOpenIpodFeatureFile, storage::kRetIpodFileHandle, 1, kNoText},
 };
 
 // Of the answers that repeat the kind of what was asked for, one kind is longer than the others.
@@ -136,19 +131,17 @@ std::uint32_t PendingMs(const ReceivedFrame& ack) {
 
 bool IsWhole(const AnswerRule& rule, const ReceivedFrame& answer) {
   if (answer.data_length < LeastBytes(rule, answer)) return false;
-  return rule.text_at == kNoText || answer.data[answer.data_length - 1] == 0;
+  return !rule.ends_with_text || answer.data[answer.data_length - 1] == 0;
 }
 
 bool Repeats(const AnswerRule& rule, const tagIPOD_WRITE_PARAMS& request,
              const ReceivedFrame& answer) {
   const std::uint32_t count = rule.repeated_bytes;
   if (count == 0) return true;
-  if (request.length < rule.repeated_at_request + count ||
-      answer.data_length < rule.repeated_at_answer + count) {
+  if (request.length < rule.repeated_at_request + count || answer.data_length < count) {
     return false;
   }
-  return std::memcmp(request.data + rule.repeated_at_request, answer.data + rule.repeated_at_answer,
-                     count) == 0;
+  return std::memcmp(request.data + rule.repeated_at_request, answer.data, count) == 0;
 }
 
 }  // namespace ipodcomm

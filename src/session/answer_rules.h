@@ -16,14 +16,10 @@ struct AnswerRule {
   std::uint16_t request;
   std::uint16_t answer;
   std::uint8_t least_bytes;  ///< of its data; a shorter one is damaged
-  /// The bytes that the answer repeats: how many, and where they lie in the data of the two.
-  std::uint8_t repeated_bytes;
-  std::uint8_t repeated_at_request;
-  std::uint8_t repeated_at_answer;
-  /// Where a text begins that ends with a 0 byte at the end of the answer; kNoText for none.
-  std::uint8_t text_at;
-
-  static constexpr std::uint8_t kNoText = 0xFF;
+  bool ends_with_text;       ///< and so with a 0 byte
+  /// The bytes of the request's data that the answer's begin with: how many, and where they lie.
+  std::uint8_t repeated_bytes = 0;
+  std::uint8_t repeated_at_request = 0;
 };
 
 /// Whether a request may be sent again before it is known what came of the first. One that toggles
