@@ -155,6 +155,14 @@ TEST_F(Text, ToUtf8KnowsHowManyBytesACharacterTakes) {
   EXPECT_EQ(ToUtf8(L"a\U0010FFFF", 5), "a");
 }
 
+TEST_F(Text, ToUtf8ConvertsOnlyWhatFits) {
+  world_.Record({"WideCharToMultiByte"});
+  ToUtf8(L"a\U00010000", 5);
+  ToUtf8(L"a\U00010000", 6);
+  EXPECT_THAT(world_.DrainRecord(),
+              ::testing::ElementsAre("WideCharToMultiByte(1, 4)", "WideCharToMultiByte(2, 5)"));
+}
+
 // Where a unit holds any character, as here, no two of them make one.
 TEST_F(Text, ToUtf8TakesSurrogatesForNoPairWhereUnitsAreWide) {
   const wchar_t pair[] = {static_cast<wchar_t>(0xD83C), static_cast<wchar_t>(0xDFB5), L'\0'};

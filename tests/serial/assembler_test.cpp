@@ -54,6 +54,17 @@ std::vector<std::string> FramesIn(const Bytes& received) {
 
 std::vector<std::string> FramesIn(const char* text) { return FramesIn(test::Hex(text)); }
 
+TEST(AssemblerOfRuns, TellsHowMuchOfAWholeFrameItGaveUp) {
+  FrameAssembler assembler;
+  const Bytes received = test::Hex("FF 55 02 00 13 EB FF 55 02 00 13 EC");
+  const std::uint8_t* next = received.data();
+  const std::uint8_t* const end = next + received.size();
+  EXPECT_TRUE(assembler.FeedRun(&next, end));
+  EXPECT_EQ(assembler.given_up(), 0U);
+  EXPECT_FALSE(assembler.FeedRun(&next, end));
+  EXPECT_EQ(assembler.given_up(), 6U);
+}
+
 struct Row {
   const char* name;
   const char* received;

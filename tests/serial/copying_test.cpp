@@ -67,6 +67,21 @@ TEST_P(CopyingBothWays, OpensNothingAndStartsNoThread) {
   EXPECT_THAT(world_.live_threads(), ElementsAre("read"));
 }
 
+// An object that is made to be assigned to has made its packet event.
+TEST_P(CopyingBothWays, MakesAnEventForItsPauseWhereTheSourceHasOne) {
+  const std::vector<std::string> packet_event(
+      GetParam() ? 1 : 0, "CreateEventW(auto, not set, \"IPOD_PORT_EVENT_NAME\")");
+  world_.Record({"CreateEventW"});
+  CopyOfIt();
+  EXPECT_EQ(world_.DrainRecord(), packet_event);
+  CIpodSerialPeer::ChoosePace(serial_, IPOD_CONDUCT_FAST);
+  world_.DrainRecord();
+  CopyOfIt();
+  std::vector<std::string> events = packet_event;
+  events.push_back("CreateEventW(auto, not set, null)");
+  EXPECT_EQ(world_.DrainRecord(), events);
+}
+
 TEST_P(CopyingBothWays, CopiesTheQueuePacketByPacket) {
   OpenForPackets();
   Arrive("FF 55 02 00 13 EB FF 55 02 00 14 EA");

@@ -20,6 +20,35 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
 
+// ---- The pause after nothing, by itself
+
+// The next pauses while nothing comes.
+std::vector<std::uint32_t> PausesOf(ipodcomm::LinePace& pace, std::size_t count) {
+  std::vector<std::uint32_t> pauses(count);
+  std::generate(pauses.begin(), pauses.end(), [&pace] { return pace.PauseAfterNothing(); });
+  return pauses;
+}
+
+// An eighth of the pauses before it, together: 7 ms up to 70 ms, then 70 / 8, 78 / 8, and so on.
+TEST(QuietLine, IsLookedAtAfterAnEighthOfItsQuietFromWhateverEndedItLast) {
+  const std::vector<std::uint32_t> expected = {7, 7, 7, 7, 7, 7, 7, 7, 7, 7, 8, 9, 10, 12, 13, 15};
+  ipodcomm::LinePace pace;
+  pace.Choose({20, 2, 7, 50, 1000, 512, 1, 1});
+  EXPECT_EQ(PausesOf(pace, expected.size()), expected);
+  EXPECT_EQ(pace.PauseAfterBytes(), 2U);
+  EXPECT_EQ(PausesOf(pace, expected.size()), expected);
+  pace.FrameWritten();
+  EXPECT_EQ(PausesOf(pace, expected.size()), expected);
+  pace.PortOpened();
+  EXPECT_EQ(PausesOf(pace, expected.size()), expected);
+}
+
+TEST(QuietLine, IsLookedAtNoLaterThanAfterTheLongestPause) {
+  ipodcomm::LinePace pace;
+  pace.Choose({20, 2, 7, 50, 9, 512, 1, 1});
+  EXPECT_THAT(PausesOf(pace, 16), ElementsAre(7, 7, 7, 7, 7, 7, 7, 7, 7, 7, 8, 9, 9, 9, 9, 9));
+}
+
 constexpr char kAckFrame[] = "FF 55 04 00 02 00 37 C3";
 
 class FastPace : public SerialTest {

@@ -2,16 +2,20 @@
 // The library's lock, and what an object and its read thread let go of each other by.
 #include "ipodcomm/detail/Lock.h"
 
+#include <functional>
 #include <optional>
 
 #include "ipodcomm/detail/Departure.h"
 #include "ipodcomm/detail/Lifeline.h"
 #include "serial_test.h"
 #include "world/memory_shortage.h"
+#include "world/tests/support.h"
 
 namespace {
 
 using ipodcomm::Lock;
+using ipodcomm::virtual_platform::StartThread;
+using test::kMillisecond;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -67,6 +71,48 @@ TEST(Departures, WhoHasLeftIsNotClaimedAndLeavesAgainAtOnce) {
   const std::int64_t start_us = world.now_us();
   departure->Leave();
   EXPECT_EQ(world.now_us(), start_us);
+}
+
+// Starts `waits` in a thread and does `ends_the_wait` half a millisecond later; when the thread was
+// through, from its start on.
+std::int64_t ThroughAfter(test::World& world, const std::function<void()>& waits,
+                          const std::function<void()>& ends_the_wait) {
+  const std::int64_t start_us = world.now_us();
+  const HANDLE thread = StartThread(waits);
+  world.Advance(kMillisecond / 2);
+  ends_the_wait();
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
+  return world.now_us() - start_us;
+}
+
+TEST(Departures, WhoIsClaimedLooksEveryMillisecondWhetherItMayLeave) {
+  test::World world;
+  const auto departure = ipodcomm::Departure::Make();
+  EXPECT_TRUE(departure->Claim());
+  EXPECT_FALSE(departure->Claim());
+  EXPECT_EQ(ThroughAfter(
+                world, [&] { departure->Leave(); }, [&] { departure->Release(); }),
+            kMillisecond);
+}
+
+TEST(Lifelines, WhoWaitsForTheLastToLeaveLooksEveryMillisecond) {
+  test::World world;
+  ipodcomm::Lifeline line;
+  EXPECT_TRUE(line.Enter());
+  EXPECT_EQ(ThroughAfter(
+                world, [&] { line.End(); }, [&] { line.Leave(); }),
+            kMillisecond);
+}
+
+TEST(Lifelines, WhoIsKeptOutsideLooksEveryMillisecondWhetherItMayEnter) {
+  test::World world;
+  ipodcomm::Lifeline line;
+  line.Hold();
+  EXPECT_EQ(ThroughAfter(
+                world, [&] { EXPECT_TRUE(line.Enter()); }, [&] { line.Release(); }),
+            kMillisecond);
+  EXPECT_FALSE(line.empty());
 }
 
 // Its lifeline is closed from the start, so that no thread enters it.

@@ -130,6 +130,12 @@ TEST_F(RawAccess, ReadSurvivesTheWrapOfTheTickCount) {
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Read(1, 100), "nothing"); }), 100 * kMillisecond);
 }
 
+TEST_F(RawAccess, FailedReadOfNothingIsAFailureToo) {
+  EXPECT_EQ(Read(0, 0), "");
+  world_.FailOnce("ReadFile", 1, 31);
+  EXPECT_EQ(Read(0, 0), "nothing");
+}
+
 TEST_F(RawAccess, FailedReadIsAFailure) {
   SendAfter(0, "41");
   world_.FailOnce("ReadFile", 1, 31);

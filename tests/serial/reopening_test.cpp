@@ -101,6 +101,14 @@ TEST_F(Reopening, ThreadThatCannotBeTerminatedStillReadsNoMore) {
   EXPECT_THAT(world_.drivers(), IsEmpty());
 }
 
+// A host that was thrown out of a call may still hold the lock that the read thread needs.
+TEST_F(Reopening, FreesTheStateLockWhereTheHostHoldsIt) {
+  CIpodSerialPeer::StateLock(serial_).Enter();
+  OpenForPackets();
+  Arrive("FF 55 02 00 13 EB");
+  EXPECT_THAT(DrainPackets(), ElementsAre("FF 55 02 00 13 EB"));
+}
+
 TEST_F(Reopening, TakesAFewMillisecondsWhileTheThreadReads) {
   OpenForPackets();
   for (int i = 0; i < 40; ++i) {

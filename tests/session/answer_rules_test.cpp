@@ -198,8 +198,30 @@ TEST(OnlyTheCapabilities, OfAPlayingTrackTakeFiveBytes) {
 }
 
 TEST(AnAnswer, OfNoCommandAnswersNoRequest) {
+  for (const int lingo : {0x00, 0x04}) {
+    EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(static_cast<std::uint8_t>(lingo), 0), nullptr);
+  }
   EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(0x00, 0xFFFF), nullptr);
   EXPECT_EQ(ipodcomm::FindRequestAnsweredBy(0x00, 0x0028)->command, 0x0027);
+}
+
+// What acknowledges in each lingo, and nothing beside it.
+TEST(AnAcknowledgement, HasANumberInEachLingo) {
+  const std::vector<std::pair<std::uint8_t, std::uint16_t>> acks = {
+      {0x00, 0x02}, {0x02, 0x02}, {0x03, 0x00}, {0x04, 0x0001}, {0x09, 0x80}, {0x0C, 0x00}};
+  const unsigned char data[] = {0x04, 0x00, 0x18};
+  for (const auto& [lingo, ack] : acks) {
+    for (std::uint16_t command = 0; command <= 0x100; ++command) {
+      EXPECT_EQ(ipodcomm::IsAck({lingo, command, 0, 3, data}), command == ack)
+          << int{lingo} << " " << command;
+    }
+    ipodcomm::Ack read = {};
+    EXPECT_TRUE(ipodcomm::ReadAck({lingo, ack, 0, 3, data}, &read));
+    EXPECT_EQ(read.status, 4);
+    EXPECT_EQ(read.command, lingo == 0x04 ? 0x0018 : 0x00);
+    EXPECT_EQ(ipodcomm::ReadAck({lingo, ack, 0, 2, data}, &read), lingo != 0x04);
+    EXPECT_FALSE(ipodcomm::ReadAck({lingo, ack, 0, 1, data}, &read));
+  }
 }
 
 TEST(Identifiers, NoneIsContainedInNone) {
@@ -214,9 +236,13 @@ TEST(Identifiers, NoneIsContainedInNone) {
 TEST(HeapArrays, OfMoreThanThereIsAreNotAskedFor) {
   test::World world;
   world.Record({"LocalAlloc"});
-  const ipodcomm::HeapArray<wchar_t> array(static_cast<std::size_t>(-1));
-  EXPECT_EQ(array.data(), nullptr);
+  constexpr auto kAll = static_cast<std::size_t>(-1);
+  EXPECT_EQ(ipodcomm::HeapArray<wchar_t>(kAll).data(), nullptr);
+  EXPECT_EQ(ipodcomm::HeapArray<wchar_t>(kAll / sizeof(wchar_t) + 1).data(), nullptr);
   EXPECT_THAT(world.DrainRecord(), ::testing::IsEmpty());
+  world.FailOnce("LocalAlloc", 1, 8);
+  EXPECT_EQ(ipodcomm::HeapArray<char>(kAll).data(), nullptr);
+  EXPECT_EQ(world.call_count("LocalAlloc"), 1U);
 }
 
 // ---- Judging: tracks are counted, 04 00 18 05, and 04 00 19 is expected
@@ -253,6 +279,20 @@ TEST_F(Judging, ARequestWithOtherDataIsNotTheRequestItself) {
   EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_UNANSWERED);
 }
 
+// Though the request carried none.
+TEST_F(Judging, AnAckWithAnIdentifierCountsByTheCommandThatItNames) {
+  EXPECT_EQ(Judge("FF 55 08 04 00 01 00 07 04 00 18 D0"), AnswerVerdict::kRefusal);
+  EXPECT_EQ(answers_.noted().status, 4);
+  EXPECT_EQ(answers_.noted().answer_carried_id, 1);
+  EXPECT_EQ(Judge("FF 55 08 04 00 01 00 07 04 00 1A CE"), AnswerVerdict::kForeign);
+}
+
+TEST_F(Judging, AnotherCommandWithTheRequestsDataIsNotTheRequestItself) {
+  EXPECT_EQ(Judge("FF 55 04 04 00 2D 05 C6"), AnswerVerdict::kForeign);
+  EXPECT_EQ(Judge("FF 55 03 00 18 05 E0"), AnswerVerdict::kForeign);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_UNANSWERED);
+}
+
 TEST_F(Judging, AnAckThatAcceptsTheRequestIsNotItsAnswer) {
   EXPECT_EQ(Judge("FF 55 06 04 00 01 00 00 18 DD"), AnswerVerdict::kForeign);
   EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_UNANSWERED);
@@ -271,6 +311,14 @@ TEST_F(Judging, WhatIsDamagedDoesNotCountBesideARefusal) {
   EXPECT_EQ(answers_.noted().status, 4);
 }
 
+TEST_F(Judging, AnAnswerHasNoStatus) {
+  EXPECT_EQ(Judge(kRefused), AnswerVerdict::kRefusal);
+  EXPECT_EQ(answers_.noted().status, 4);
+  EXPECT_EQ(Judge(kSixty), AnswerVerdict::kAnswer);
+  EXPECT_EQ(answers_.noted().status, 0);
+  EXPECT_EQ(answers_.noted().answer_carried_id, 0);
+}
+
 class JudgingAHostsOwnAnswer : public Judging {
  protected:
   JudgingAHostsOwnAnswer() : Judging(0x0042) {}
@@ -279,6 +327,40 @@ class JudgingAHostsOwnAnswer : public Judging {
 TEST_F(JudgingAHostsOwnAnswer, ItIsTakenWhateverItHolds) {
   EXPECT_EQ(Judge("FF 55 03 04 00 42 B7"), AnswerVerdict::kAnswer);
   EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_ANSWERED);
+}
+
+// The mode is set, 00 37 01 under the identifiers 5 and 6, and the ACK 00 02 is expected.
+class JudgingUnderIdentifiers : public ::testing::Test {
+ protected:
+  JudgingUnderIdentifiers() {
+    answers_.AddAttempt(5);
+    answers_.AddAttempt(6);
+  }
+  AnswerVerdict Judge(const char* frame) {
+    bytes_ = test::Hex(frame);
+    ipodcomm::ReceivedFrame parsed = Parse(bytes_);
+    return answers_.Judge(&parsed);
+  }
+
+  const Bytes data_ = {0x01};
+  const tagIPOD_WRITE_PARAMS request_ = {0x37, 0x00, data_.data(), 1};
+  OwnAnswers answers_{request_, 0x02};
+  Bytes bytes_;
+};
+
+TEST_F(JudgingUnderIdentifiers, AnAckOfEitherAttemptIsTheAnswer) {
+  EXPECT_EQ(Judge("FF 55 06 00 02 00 05 00 37 BC"), AnswerVerdict::kAnswer);
+  EXPECT_EQ(answers_.noted().answer_carried_id, 1);
+  EXPECT_EQ(Judge("FF 55 06 00 02 00 06 00 37 BB"), AnswerVerdict::kAnswer);
+  EXPECT_EQ(Judge("FF 55 06 00 02 00 04 00 37 BD"), AnswerVerdict::kForeign);
+  EXPECT_EQ(Judge("FF 55 06 00 02 00 07 00 37 BA"), AnswerVerdict::kForeign);
+}
+
+TEST_F(JudgingUnderIdentifiers, AnAckOfJustStatusAndCommandCountsByTheCommand) {
+  EXPECT_EQ(Judge("FF 55 04 00 02 00 37 C3"), AnswerVerdict::kAnswer);
+  EXPECT_EQ(answers_.noted().answer_carried_id, 0);
+  EXPECT_EQ(Judge("FF 55 04 00 02 00 38 C2"), AnswerVerdict::kForeign);
+  EXPECT_EQ(Judge("FF 55 05 00 02 00 37 00 C2"), AnswerVerdict::kForeign);  // identifier 0037
 }
 
 // ---- Answers that are owed
@@ -311,6 +393,17 @@ TEST_F(OwedAnswer, IsStillOwedWhileItsCommandIsPending) {
 TEST_F(OwedAnswer, IsOwedNoLongerOnceItsCommandIsRefused) {
   Arrive(kRefused);
   EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 20U);
+}
+
+TEST_F(OwedAnswer, IsNotMoreThanOneAfterItHasCome) {
+  Arrive(kSixty);
+  Arrive(kSixty);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 20U);
+}
+
+TEST_F(OwedAnswer, IsStillOwedAfterTheAnswerOfAnotherLingoUnderItsNumber) {
+  Arrive("FF 55 03 00 19 00 E4");
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 2000U);
 }
 
 TEST_F(OwedAnswer, IsStillOwedAfterTheRefusalOfAnotherCommand) {

@@ -131,6 +131,16 @@ TEST(FailingConstruction, IsSurvivedWhicheverCallFails) {
   test::DrainTraceLog();
 }
 
+// They sleep from then on, until the process ends.
+TEST_F(Construction, WorkersOfADestroyedSessionHoldNothingOfIt) {
+  session_.emplace();
+  const auto held = CIpodCommPeer::Lifeline(*session_);
+  EXPECT_FALSE(held.expired());
+  session_.reset();
+  world_.Settle();
+  EXPECT_TRUE(held.expired());
+}
+
 TEST_F(OpenSession, OpeningEmptiesTheQueuesThenOpensThePort) {
   session_.Close();
   world_.Advance(2 * kSecond);

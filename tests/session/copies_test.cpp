@@ -157,6 +157,22 @@ TEST_P(Copies, HoldsWhatTheSourceHeld) {
   EXPECT_TRUE(source->GetNextReadPacket(&packet));  // its own queue is untouched
 }
 
+// All but the event for the pauses on the line, which is each one's own.
+TEST_P(Copies, GivesBackTheHandlesThatTheSourceMade) {
+  World world;
+  world.NameThreads({"routing", "notification"});
+  auto source = test::NewSession();
+  world.Advance(2 * kSecond);
+  auto copy = CopyOf(*source);
+  world.Record({"CloseHandle"});
+  copy.reset();
+  EXPECT_THAT(world.DrainCalls().Of("host").text(),
+              ::testing::ElementsAre(
+                  "CloseHandle(routing)", "CloseHandle(notification)", "CloseHandle(event2)",
+                  "CloseHandle(event3)", "CloseHandle(event4)", "CloseHandle(event5)",
+                  "CloseHandle(event6)", "CloseHandle(event1 \"IPOD_PORT_EVENT_NAME\")"));
+}
+
 TEST_P(Copies, OfATransportMayGoInEitherOrder) {
   for (std::uint64_t seed = 1; seed <= 12; ++seed) {
     ScriptedDevice ipod;

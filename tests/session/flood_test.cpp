@@ -119,6 +119,19 @@ TEST_F(Flood, OverTheLineLeavesTheSessionAsItWas) {
   EXPECT_EQ(mode, 2U);
 }
 
+TEST_F(Flood, IsCountedInAllThreeQueuesTogether) {
+  const auto drop = [](ipodcomm::PacketLimit& limit, std::size_t packets) {
+    std::list<tagSERIAL_PACKET> queue(packets, Packet("FF 55 02 00 13 EB"));
+    limit.Choose(3);
+    EXPECT_TRUE(limit.MakeRoom(&queue));
+    EXPECT_EQ(queue.size(), 2U);
+  };
+  drop(CIpodSerialPeer::Limit(CIpodCommPeer::Serial(session_)), 3);
+  drop(CIpodCommPeer::Responses(session_).limit(), 12);
+  drop(CIpodCommPeer::Notifications(session_).limit(), 102);
+  EXPECT_EQ(session_.GetDroppedPackets(), 111U);
+}
+
 TEST_F(Flood, OfATransportIsBoundedToo) {
   CIpodSerial& serial = CIpodCommPeer::Serial(session_);
   CIpodSerialPeer::Limit(serial).Choose(3);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // A host that has a say in every command: when its no takes effect, and what becomes of the
 // session.
+#include <functional>
 #include <string>
 #include <utility>
 
 #include "support/packets.h"
 #include "support/session_test.h"
+#include "world/tests/support.h"
 
 namespace {
 
@@ -233,6 +235,53 @@ TEST_P(KeepGoingByDefault, UnexpectedPacketAndANoAreNoSuccess) {
   read.size = 20;
   read.retries = 3;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read), IPOD_COMM_RETRIES_EXHAUSTED);
+}
+
+// Each comes 600 ms after the command was stopped, and without it the next would wait two seconds.
+TEST_P(KeepGoingByDefault, LateAcknowledgementUnderAnIdentifierIsWaitedForAndNoLonger) {
+  TurnOnTransactionIds(5);
+  Answer("FF 55 07 04 00 2E 00 05 01 01 C0", "FF 55 08 04 00 01 00 05 00 00 2E C0",
+         700 * kMillisecond);
+  SayNoIn(100 * kMillisecond);
+  EXPECT_EQ(session_.Command_SetShuffle(1, 0), 0);
+  SayYes();
+  Answer("FF 55 05 04 00 1E 00 06 D3", "FF 55 09 04 00 1F 00 06 00 00 00 03 CB");
+  const std::int64_t took_us = Elapsed([&] { EXPECT_EQ(AskIndex(), 1); });
+  EXPECT_GE(took_us, 600 * kMillisecond);
+  EXPECT_LT(took_us, 900 * kMillisecond);
+}
+
+TEST_P(KeepGoingByDefault, LateAcknowledgementOfAGeneralCommandIsWaitedForAndNoLonger) {
+  for (const std::string answer : {"FF 55 06 00 02 00 05 00 37 BC", "FF 55 04 00 02 00 37 C3"}) {
+    SCOPED_TRACE(answer);
+    TurnOnTransactionIds(5);
+    Answer("FF 55 05 00 37 00 05 01 BE", answer, 700 * kMillisecond);
+    SayNoIn(100 * kMillisecond);
+    EXPECT_EQ(session_.Command_EnterRemoteUIMode(), 0);
+    SayYes();
+    Answer("FF 55 05 04 00 1E 00 06 D3", "FF 55 09 04 00 1F 00 06 00 00 00 03 CB");
+    const std::int64_t took_us = Elapsed([&] { EXPECT_EQ(AskIndex(), 1); });
+    EXPECT_GE(took_us, 600 * kMillisecond);
+    EXPECT_LT(took_us, 900 * kMillisecond);
+  }
+}
+
+// The last packet comes just when the ten seconds are over.
+TEST_P(KeepGoingByDefault, OtherPacketsMakeTheNextCommandWaitForTenSecondsAtMost) {
+  // A write waits for no read, so that times are exact.
+  const tagIPOD_CONDUCT conduct = {20, 0, 1, 50, 16, 512, 1, 0};
+  EXPECT_EQ(session_.SetConduct(&conduct), 1);
+  StopAskingIndexIn(100 * kMillisecond);
+  const std::function<void()> send = [&] {
+    for (const DWORD pause_ms : {1900, 1900, 1900, 1900, 1900, 500}) {
+      Sleep(pause_ms);
+      CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 04 04 00 2D 01 CA"));
+    }
+  };
+  const HANDLE sender = ipodcomm::virtual_platform::StartThread(send);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(AskIndex(), 0); }), 10 * kSecond + 3 * (kSendingUs + kSecond));
+  EXPECT_THAT(DrainSent(), ElementsAre(kAskIndex, kAskIndex, kAskIndex));
+  CloseHandle(sender);
 }
 
 INSTANTIATE_TEST_SUITE_P(Under, KeepGoingByDefault, ::testing::Values(kConducts[0]),

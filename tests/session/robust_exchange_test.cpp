@@ -265,6 +265,32 @@ TEST_F(RobustExchange, ALineThatIsNeverSilentEndsAnAttemptAfterTenSeconds) {
   EXPECT_LT(elapsed_us, 35 * kSecond);
 }
 
+// Under the fast conduct a write waits for no read, so that times are exact. Each attempt begins
+// with the pause behind the sync byte.
+class ExactTimes : public SessionTest {
+ protected:
+  ExactTimes() { EXPECT_EQ(session_.SetConduct(&IPOD_CONDUCT_FAST), 1); }
+
+  std::int64_t AskingInVainMs() {
+    return Elapsed([&] { EXPECT_EQ(session_.Command_GetShuffle(nullptr), 0); }) / kMillisecond;
+  }
+};
+
+TEST_F(ExactTimes, OfASilentIpodAreASecondForEachAttempt) {
+  EXPECT_EQ(AskingInVainMs(), 3 * (20 + 1000));
+}
+
+// It is noticed at the end of its slice of 50 ms, and the second begins anew.
+TEST_F(ExactTimes, OfALineAreASecondFromItsLastByteOn) {
+  ipod_.SendAt(world_.now_us() + 345 * kMillisecond, {0x00});
+  EXPECT_EQ(AskingInVainMs(), 20 + 350 + 1000 + 2 * (20 + 1000));
+}
+
+TEST_F(ExactTimes, OfALineThatIsNeverSilentAreTenSecondsForEachAttempt) {
+  for (int i = 0; i < 1000; ++i) ipod_.SendAt(world_.now_us() + i * 40 * kMillisecond, {0x00});
+  EXPECT_EQ(AskingInVainMs(), 3 * (20 + 10000));
+}
+
 // Answers to nothing come all the time: the line is not awaited for longer than ten seconds before
 // another question is asked whose answer would look like one that is owed, nor is its answer.
 TEST_F(RobustExchange, AnIpodThatSaysOtherThingsAllTheTimeEndsAnAttemptAfterTenSeconds) {
@@ -329,6 +355,11 @@ TEST_F(RobustExchange, ASenselessConductIsRefusedAndChangesNothing) {
   refused([](tagIPOD_CONDUCT& conduct) { conduct.robust = -1; });
   EXPECT_EQ(session_.SetConduct(nullptr), 0);
   EXPECT_EQ(session_.GetConduct(nullptr), 0);
+}
+
+TEST_F(RobustExchange, TheShortestPausesAreAccepted) {
+  const tagIPOD_CONDUCT shortest = {0, 0, 1, 1, 1, 1, 0, 0};
+  EXPECT_EQ(session_.SetConduct(&shortest), 1);
 }
 
 TEST_F(RobustExchange, TheLongestPausesAreAccepted) {

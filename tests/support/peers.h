@@ -4,6 +4,8 @@
 //   (session.*CIpodCommPeer::kAddAccCapsToken)(destination, capacity, caps)
 #pragma once
 
+#include <memory>
+
 #include "ipodcomm/CIpodComm.h"
 #include "ipodcomm/CIpodSerial.h"
 #include "ipodcomm/ipod.h"
@@ -29,6 +31,7 @@ struct CIpodSerialPeer {
   /// The queue as it is now, taken while the read thread may be adding to it.
   static auto CopyOfReceived(const CIpodSerial& serial) { return serial.CopyOfQueue(); }
   static auto& Running(CIpodSerial& serial) { return serial.running_; }
+  static auto& StateLock(CIpodSerial& serial) { return serial.state_lock_; }
   static auto& Status(CIpodSerial& serial) { return serial.status_; }
   static auto& ThreadRunning(CIpodSerial& serial) { return serial.thread_running_; }
   static auto& Window(CIpodSerial& serial) { return serial.window_; }
@@ -47,6 +50,10 @@ struct CIpodCommPeer {
   static auto IpodTransactionId(CIpodComm& session, int lingo) {
     const ipodcomm::LockScope lock(session.transmit_lock_);
     return session.outgoing_.ipod_transaction_ids[lingo];
+  }
+  /// What its workers hold of it; empty once the last of them has let go.
+  static std::weak_ptr<ipodcomm::Lifeline> Lifeline(CIpodComm& session) {
+    return session.lifeline_.shared();
   }
   static auto& LogLevel(CIpodComm& session) { return session.log_level_; }
   static auto& Notifications(CIpodComm& session) { return session.notification_; }

@@ -4,12 +4,13 @@
 
 using namespace ipodcomm::virtual_platform;
 
-HANDLE CreateThread(SECURITY_ATTRIBUTES* /*security*/, std::size_t /*stack*/,
+HANDLE CreateThread(SECURITY_ATTRIBUTES* /*security*/, std::size_t stack,
                     THREAD_START_ROUTINE* routine, void* argument, DWORD flags, DWORD* id) {
   Service call(ServiceId::kCreateThread);
   const int number = static_cast<int>(call.scheduler().threads().size()) + 1;
   const std::string name = call->names.ForThread(routine, number);
-  call.Arguments([&] { return name; });
+  // Hosts leave the size of the stack to the system.
+  call.Arguments([&] { return stack == 0 ? name : List({name, Number(stack)}); });
   const HANDLE none = nullptr;
   if (call.ToldToFail()) return none;
   if (routine == nullptr || flags != 0) return call.Fails(ERROR_INVALID_PARAMETER, none);
