@@ -248,7 +248,7 @@ TEST_P(KeepGoingByDefault, LateAcknowledgementUnderAnIdentifierIsWaitedForAndNoL
   Answer("FF 55 05 04 00 1E 00 06 D3", "FF 55 09 04 00 1F 00 06 00 00 00 03 CB");
   const std::int64_t took_us = Elapsed([&] { EXPECT_EQ(AskIndex(), 1); });
   EXPECT_GE(took_us, 600 * kMillisecond);
-  EXPECT_LT(took_us, 900 * kMillisecond);
+  EXPECT_LT(took_us, 2 * kSecond);
 }
 
 TEST_P(KeepGoingByDefault, LateAcknowledgementOfAGeneralCommandIsWaitedForAndNoLonger) {
@@ -262,7 +262,7 @@ TEST_P(KeepGoingByDefault, LateAcknowledgementOfAGeneralCommandIsWaitedForAndNoL
     Answer("FF 55 05 04 00 1E 00 06 D3", "FF 55 09 04 00 1F 00 06 00 00 00 03 CB");
     const std::int64_t took_us = Elapsed([&] { EXPECT_EQ(AskIndex(), 1); });
     EXPECT_GE(took_us, 600 * kMillisecond);
-    EXPECT_LT(took_us, 900 * kMillisecond);
+    EXPECT_LT(took_us, 2 * kSecond);
   }
 }
 
