@@ -319,6 +319,16 @@ TEST_F(Judging, AnAnswerHasNoStatus) {
   EXPECT_EQ(answers_.noted().answer_carried_id, 0);
 }
 
+TEST_F(Judging, OfAnAnswerTheFirstBytesAreKept) {
+  EXPECT_EQ(
+      Judge("FF 55 17 04 00 19 00 00 00 3C 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13 00"),
+      AnswerVerdict::kAnswer);
+  const tagIPOD_EXCHANGE noted = answers_.noted();
+  ASSERT_EQ(noted.data_bytes, sizeof noted.data);
+  const Bytes sent = test::Hex("00 00 00 3C 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13");
+  EXPECT_TRUE(std::equal(noted.data, noted.data + sizeof noted.data, sent.begin()));
+}
+
 class JudgingAHostsOwnAnswer : public Judging {
  protected:
   JudgingAHostsOwnAnswer() : Judging(0x0042) {}
@@ -409,6 +419,101 @@ TEST_F(OwedAnswer, IsStillOwedAfterTheAnswerOfAnotherLingoUnderItsNumber) {
 TEST_F(OwedAnswer, IsStillOwedAfterTheRefusalOfAnotherCommand) {
   Arrive("FF 55 06 04 00 01 04 00 1A D7");
   EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 2000U);
+}
+
+// Without data, and the answer is told from no other.
+constexpr tagIPOD_WRITE_PARAMS kAskShuffle = {0x002C, 0x04, nullptr, 0};
+// Answered by an ACK alone.
+constexpr unsigned char kFirstRecord[] = {0x05, 0x00, 0x00, 0x00, 0x01};
+constexpr unsigned char kSecondRecord[] = {0x05, 0x00, 0x00, 0x00, 0x02};
+constexpr tagIPOD_WRITE_PARAMS kSelectFirst = {0x0017, 0x04, kFirstRecord, sizeof kFirstRecord};
+constexpr tagIPOD_WRITE_PARAMS kSelectSecond = {0x0017, 0x04, kSecondRecord, sizeof kSecondRecord};
+
+TEST_F(OwedAnswer, OfAQuestionWithoutDataIsWaitedForBeforeTheSame) {
+  earlier_.Note(kAskShuffle, 1);
+  EXPECT_EQ(earlier_.QuietMsBefore(kAskShuffle), 2000U);
+  Arrive("FF 55 04 04 00 2D 01 CA");
+  EXPECT_EQ(earlier_.QuietMsBefore(kAskShuffle), 0U);
+}
+
+TEST_F(OwedAnswer, OfAnAcknowledgedCommandIsWaitedForBeforeAnotherAlone) {
+  earlier_.Note(kSelectFirst, 1);
+  EXPECT_EQ(earlier_.QuietMsBefore(kSelectFirst), 0U);
+  EXPECT_EQ(earlier_.QuietMsBefore(kSelectSecond), 2000U);
+  Arrive("FF 55 06 04 00 01 00 00 17 DE");
+  EXPECT_EQ(earlier_.QuietMsBefore(kSelectSecond), 0U);
+}
+
+TEST_F(OwedAnswer, MayComeTwiceOnlyRightBehindItsQuestion) {
+  Arrive(kSixty);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_tracks_), 0U);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 20U);
+  earlier_.Note(kSelectFirst, 0);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 0U);
+}
+
+TEST_F(OwedAnswer, IsOneMoreForEachAttemptThatIsNotedBesides) {
+  earlier_.NoteMore(count_tracks_, 2);
+  earlier_.NoteMore(kAskShuffle, 1);
+  Arrive(kSixty);
+  Arrive(kSixty);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 2000U);
+  Arrive(kSixty);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 0U);
+  EXPECT_EQ(earlier_.QuietMsBefore(kAskShuffle), 2000U);
+  Arrive("FF 55 04 04 00 2D 01 CA");
+  EXPECT_EQ(earlier_.QuietMsBefore(kAskShuffle), 0U);
+}
+
+TEST_F(OwedAnswer, IsOwedNoLongerOnceItsQuestionIsSettled) {
+  earlier_.Note(kAskShuffle, 1);
+  earlier_.Settle(count_artists_);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 0U);
+  EXPECT_EQ(earlier_.QuietMsBefore(kAskShuffle), 2000U);
+}
+
+TEST_F(OwedAnswer, IsRememberedBehindSevenOtherQuestions) {
+  const auto note_other = [&](std::uint16_t number) {
+    earlier_.Note({static_cast<std::uint16_t>(0x0100 + number), 0x04, nullptr, 0}, 1);
+  };
+  for (std::uint16_t number = 0; number < 7; ++number) note_other(number);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 2000U);
+  note_other(7);
+  EXPECT_EQ(earlier_.QuietMsBefore(count_artists_), 0U);
+}
+
+// Of the data the first twelve bytes, and how many there are, tell questions apart.
+TEST_F(OwedAnswer, OfQuestionsThatBeginAlikeIsToldApartByTwelveBytes) {
+  const Bytes noted(14, 0x07);
+  const auto quiet_ms_before = [&](const Bytes& data) {
+    return earlier_.QuietMsBefore(
+        {0x0100, 0x04, data.data(), static_cast<std::uint32_t>(data.size())});
+  };
+  earlier_.Note({0x0100, 0x04, noted.data(), 14}, 1);
+  Bytes other = noted;
+  other[12] = 0x08;
+  EXPECT_EQ(quiet_ms_before(noted), 0U);
+  EXPECT_EQ(quiet_ms_before(other), 0U);
+  other[11] = 0x08;
+  EXPECT_EQ(quiet_ms_before(other), 2000U);
+  EXPECT_EQ(quiet_ms_before(Bytes(13, 0x07)), 2000U);
+  EXPECT_EQ(quiet_ms_before(Bytes(15, 0x07)), 2000U);
+}
+
+TEST_F(OwedAnswer, OfAStoppedCommandIsWaitedForBeforeAnything) {
+  EXPECT_EQ(earlier_.QuietMsAfterStop(), 0U);
+  earlier_.NoteStopped(kSelectFirst, 0);
+  EXPECT_EQ(earlier_.QuietMsAfterStop(), 0U);
+  earlier_.NoteStopped(kSelectFirst, 2);
+  Arrive("FF 55 06 04 00 01 00 00 17 DE");
+  EXPECT_EQ(earlier_.QuietMsAfterStop(), 2000U);
+  Arrive("FF 55 06 04 00 01 00 00 17 DE");
+  EXPECT_EQ(earlier_.QuietMsAfterStop(), 0U);
+  earlier_.NoteStopped(kSelectFirst, 1);
+  earlier_.NoteStopped(kSelectSecond, 0);
+  EXPECT_EQ(earlier_.QuietMsAfterStop(), 2000U);
+  earlier_.SettleStopped();
+  EXPECT_EQ(earlier_.QuietMsAfterStop(), 0U);
 }
 
 }  // namespace
