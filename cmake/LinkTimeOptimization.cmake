@@ -18,4 +18,11 @@ function(ipodcomm_link_as_a_whole library)
   target_compile_options(${library} PRIVATE -flto -fno-semantic-interposition
                          $<$<VERSION_GREATER_EQUAL:$<CXX_COMPILER_VERSION>,12>:-Oz>)
   target_link_options(${library} PRIVATE -flto=auto)
+  if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)  # measured there
+    # The compiler takes small functions for smaller inlined than called, and errs often here: called, they
+    # save 2 kB. What is called once, or declared inline, is inlined all the same.
+    target_compile_options(${library} PRIVATE -fno-inline-small-functions)
+    # Split into parts, as is the default, the library is 1.7 kB larger.
+    target_link_options(${library} PRIVATE -flto-partition=one)
+  endif()
 endfunction()
