@@ -40,10 +40,9 @@ AnsweringIpod::Write WriteOf(const Bytes& request) {
 
 void AnsweringIpod::AnswerNth(std::string_view start, unsigned nth, std::string_view reply) {
   const Unwatched unwatched;
-  rules_.insert(rules_.begin(), {Hex(start), Hex(reply), nth});
-  std::stable_sort(rules_.begin(), rules_.end(), [](const Rule& one, const Rule& other) {
-    return one.start.size() > other.start.size();
-  });
+  const Rule rule{Hex(start), Hex(reply), nth};
+  // Of two with starts as long, the newer goes first.
+  rules_.emplace_hint(rules_.lower_bound(rule.start.size()), rule.start.size(), rule);
 }
 
 void AnsweringIpod::AnswerInTurn(std::string_view start, const std::vector<std::string>& replies) {
@@ -118,7 +117,7 @@ void AnsweringIpod::AcceptFrame() {
 
 void AnsweringIpod::Reply(const Bytes& request) {
   const Bytes* reply = nullptr;
-  for (Rule& rule : rules_) {
+  for (auto& [size, rule] : rules_) {
     if (!BeginsWith(request, rule.start)) continue;
     ++rule.seen;
     if (reply == nullptr && (rule.nth == 0 || rule.nth == rule.seen)) reply = &rule.reply;

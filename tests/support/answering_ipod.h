@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,7 +69,7 @@ class AnsweringIpod : public ipodcomm::virtual_platform::SerialDevice {
   void AcceptFrame();
   void Reply(const Bytes& request);
 
-  std::vector<Rule> rules_;
+  std::multimap<std::size_t, Rule, std::greater<>> rules_;  // by the size of the start
   std::function<std::string()> caption_;
   Frame receiving_;
   std::vector<Frame> frames_;

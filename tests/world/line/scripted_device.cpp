@@ -23,10 +23,7 @@ void ScriptedDevice::SendAt(std::int64_t time_us, const Bytes& bytes) {
 
 void ScriptedDevice::Answer(const Bytes& request, const Bytes& reply, std::int64_t delay_us) {
   const Unwatched unwatched;
-  rules_.push_back({request, reply, delay_us});
-  std::stable_sort(rules_.begin(), rules_.end(), [](const Rule& one, const Rule& other) {
-    return one.request.size() > other.request.size();
-  });
+  rules_.emplace(request.size(), Rule{request, reply, delay_us});
 }
 
 ScriptedDevice::Bytes ScriptedDevice::received() const {
@@ -55,7 +52,7 @@ void ScriptedDevice::Receive(const std::uint8_t* data, std::size_t size, std::in
 }
 
 void ScriptedDevice::AnswerIfAsked(std::int64_t now_us) {
-  for (const Rule& rule : rules_) {
+  for (const auto& [size, rule] : rules_) {
     if (!EndsWith(unanswered_, rule.request)) continue;
     outgoing_.emplace(now_us + rule.delay_us, rule.reply);
     unanswered_.clear();

@@ -2,6 +2,7 @@
 // A device that does what a test tells it, byte by byte.
 #pragma once
 
+#include <functional>
 #include <map>
 
 #include "world/line/serial_device.h"
@@ -43,7 +44,7 @@ class ScriptedDevice : public SerialDevice {
 
   void AnswerIfAsked(std::int64_t now_us);
 
-  std::vector<Rule> rules_;
+  std::multimap<std::size_t, Rule, std::greater<>> rules_;  // by the size of the request
   std::multimap<std::int64_t, Bytes> outgoing_;  // by the time they begin
   std::vector<Arrival> arrivals_;
   Bytes unanswered_;
