@@ -3,3 +3,7 @@
 # and for script/tidy. Everything passes the warnings of a second compiler so. Not for ThreadSanitizer,
 # whose runtime of Clang lets no program count its memory by an operator new of its own.
 set(CMAKE_CXX_COMPILER clang++)
+
+# Its linker takes a third of the time for a program with instrumented code.
+set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=lld)
+set(CMAKE_SHARED_LINKER_FLAGS_INIT -fuse-ld=lld)
