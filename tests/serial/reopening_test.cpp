@@ -101,6 +101,14 @@ TEST_F(Reopening, ThreadThatCannotBeTerminatedStillReadsNoMore) {
   EXPECT_THAT(world_.drivers(), IsEmpty());
 }
 
+// A thread of the host's own then leaves as no thread of the port: nobody claims it.
+TEST_F(Reopening, HostMayRunTheThreadsEntryBehindAThreadThatWasTerminated) {
+  OpenForPackets();
+  OpenForRawAccess();
+  CIpodSerialPeer::Running(serial_) = 0;
+  EXPECT_EQ(CIpodSerial::PortReadThread(&serial_), 1U);
+}
+
 // A host that was thrown out of a call may still hold the lock that the read thread needs.
 TEST_F(Reopening, FreesTheStateLockWhereTheHostHoldsIt) {
   CIpodSerialPeer::StateLock(serial_).Enter();
