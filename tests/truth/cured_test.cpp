@@ -92,11 +92,16 @@ TEST(Cured, ARefusalThatCameInPiecesIsOne) {
             "the iPod refused to be controlled from outside (status 1, command failed)");
 }
 
-TEST(Cured, AnIpodThatSendsLargeFramesToTheSelfTestIsNotSaidToBeAbsent) {
+// Of one that sends large frames, and of two that only refuse or ask for patience now and then.
+TEST(Cured, WhatSendsFramesIsNotSaidToBeAbsentNorToSendLargeOnes) {
+  const std::string unusable =
+      "what sends frames on /dev/ttyS1 cannot be used through the legacy interface; if they are "
+      "large, which that does not know, leave out --legacy";
   EXPECT_EQ(
       HonestFailure("legacy-selftest/old/robust/large-frames@30/4242008/text", Struck::kByTheIpod),
-      "what answers on /dev/ttyS1 cannot be read through the legacy interface, which knows "
-      "no large frames; leave out --legacy");
+      unusable);
+  EXPECT_EQ(HonestFailure("legacy-info/silent/fast/often-pending@0/902002"), unusable);
+  EXPECT_EQ(HonestFailure("legacy-selftest/silent/robust/refused-always@12/902026"), unusable);
 }
 
 TEST(Cured, ASelfTestDoesNotPassWithAVersionThatWasCutShort) {

@@ -103,9 +103,6 @@ std::string WhatIsNotTheCause(const Case& run, const Outcome& outcome, const Acc
       account.last_answer_us > account.last_request_us) {
     return said + " [it answered the last question]";
   }
-  if (Says(message, "knows no large frames") && !ipod.settings().large_frames_only) {
-    return said + " [it sends small ones]";
-  }
   if (Says(message, "did not accept") && ipod.identified() && !nobody &&
       !WasRefused(message, account)) {
     return said + " [it did]";

@@ -123,9 +123,10 @@ bool SendsFrames(ipod& docked) {
 void FailToFindIpod(ipod& docked, const DockLine& dock, const std::string& evidence) {
   if (Echoes(docked)) dock.FailForEcho();
   if (SendsFrames(docked)) {
-    throw CommandFailure(kFailed, "what answers on " + dock.device() +
-                                      " cannot be read through the legacy interface, which knows "
-                                      "no large frames; leave out --legacy");
+    // Whether a frame was a large one is not told.
+    throw CommandFailure(kFailed, "what sends frames on " + dock.device() +
+                                      " cannot be used through the legacy interface; if they are "
+                                      "large, which that does not know, leave out --legacy");
   }
   dock.FailToFindIpod(evidence);
 }
