@@ -92,6 +92,11 @@ TEST(Cured, ARefusalThatCameInPiecesIsOne) {
             "the iPod refused to be controlled from outside (status 1, command failed)");
 }
 
+TEST(Cured, AnIpodThatStartedAnewIsNotSaidToLackALingo) {
+  EXPECT_EQ(HonestFailure("workout/nano/robust/restart@20/904023/text"),
+            "the iPod refused to tell the version of a lingo (status 3, bad parameter)");
+}
+
 // Of one that sends large frames, and of two that only refuse or ask for patience now and then.
 TEST(Cured, WhatSendsFramesIsNotSaidToBeAbsentNorToSendLargeOnes) {
   const std::string unusable =

@@ -110,8 +110,13 @@ const Session::ToldVersion& Session::Told(unsigned char lingo) {
   if (ipod_.Command_RequestLingoProtocolVersion(lingo, &version) != 0) {
     return versions_[lingo] = {version, {}};
   }
-  Require(WasRefused(), "tell the version of a lingo");
-  return versions_[lingo] = {{}, Last().status};
+  // An iPod that started anew takes the question's identifier for data, and refuses that without
+  // one.
+  const tagIPOD_EXCHANGE refusal = Last();
+  if (!WasRefused() || refusal.carried_id != refusal.answer_carried_id) {
+    Fail(refusal, "tell the version of a lingo");
+  }
+  return versions_[lingo] = {{}, refusal.status};
 }
 
 bool Session::LacksLingo(unsigned char lingo) {
