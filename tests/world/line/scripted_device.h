@@ -45,7 +45,7 @@ class ScriptedDevice : public SerialDevice {
   void AnswerIfAsked(std::int64_t now_us);
 
   std::multimap<std::size_t, Rule, std::greater<>> rules_;  // by the size of the request
-  std::multimap<std::int64_t, Bytes> outgoing_;  // by the time they begin
+  std::multimap<std::int64_t, Bytes> outgoing_;             // by the time they begin
   std::vector<Arrival> arrivals_;
   Bytes unanswered_;
 };
