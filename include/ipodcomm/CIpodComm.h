@@ -528,6 +528,7 @@ class IPODCOMM_API CIpodComm {
   // Decoding (session/decoding.cpp)
   bool AcceptAnswer(std::uint8_t lingo, const unsigned char* bytes, unsigned long length,
                     tagIPOD_READ_PARAMS* read, int* keep_reading) const;
+  bool AwaitPendingData(const tagSERIAL_PACKET& packet);
 
   // Attempts and what came of them (session/answer_and_retry.cpp)
   tagIPOD_COMM_ERROR ExchangeByCommand(const tagIPOD_WRITE_PARAMS& write, ipodcomm::OwnAnswers* own,

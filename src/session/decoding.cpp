@@ -4,11 +4,13 @@
 #include <cstring>
 
 #include "ipodcomm/CIpodComm.h"
+#include "platform/services.h"
 #include "protocol/commands.h"
 #include "protocol/frame.h"
 #include "protocol/transaction_ids.h"
 #include "session/exchange.h"
 #include "session/ipod_requests.h"
+#include "session/keep_going.h"
 
 using ipodcomm::FrameBytes;
 using ipodcomm::ReceivedFrame;
@@ -130,15 +132,18 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* fram
   if (transaction_id_mode_ != 0 && !bare_ack) ipodcomm::SkipTransactionId(&parsed);
 
   // The status is looked for where it lies without an identifier, so a pending ACK that carries one
-  // is a refusal. Hosts go on all the same. Where a second one comes, the time that it names is not
-  // waited for: it is read from the status 06 on, and so is far beyond the longest wait. iPods in
-  // the field are used to the ordinary read wait instead.
+  // is a refusal. Hosts go on all the same.
   tagSERIAL_PACKET second = {};
-  if (parsed.command == kAck && bytes[5] == kCommandPending && GetNextReadPacket(&second) &&
-      read->expected_command == kAck && FrameBytes(second)[4] == kAck) {
+  if (parsed.command == kAck && bytes[5] == kCommandPending && GetNextReadPacket(&second)) {
+    if (AwaitPendingData(second)) {
+      SetKeepReading(keep_reading, true);
+      return IPOD_COMM_OK;
+    }
     // The second ACK replaces the first one's bytes in the caller's frame, which is read on where
     // the first one's data lie.
-    std::memcpy(frame, second.data, std::min(second.length, bytes.length()));
+    if (read->expected_command == kAck && FrameBytes(second)[4] == kAck) {
+      std::memcpy(frame, second.data, std::min(second.length, bytes.length()));
+    }
   }
 
   read->received_command = parsed.command;
@@ -149,4 +154,25 @@ tagIPOD_COMM_ERROR CIpodComm::ProcessLingoGeneralReadCommand(unsigned char* fram
   // at what was received.
   SetKeepReading(keep_reading, true);
   return IPOD_COMM_OK;
+}
+
+// A second pending ACK names a time to wait in which the port may fill. Its status byte 06 is the
+// high byte of that number, so it is never below the limit and the wait never happens: iPods in the
+// field are used to the ordinary read wait instead.
+bool CIpodComm::AwaitPendingData(const tagSERIAL_PACKET& packet) {
+  constexpr std::uint32_t kPendingLimitMs = 10000;
+  constexpr int kPendingLooks = 10;
+  const FrameBytes bytes(packet);
+  if (bytes[4] != kAck || bytes[5] != kCommandPending) return false;
+  const std::uint32_t pause_ms = bytes.Number32(5);
+  if (pause_ms >= kPendingLimitMs) return false;
+  for (int look = 0; look < kPendingLooks; ++look) {
+    ipodcomm::WaitInSlices(HostToAsk(), pause_ms, [](std::uint32_t ms) {
+      Sleep(ms);
+      return false;
+    });
+    if (StoppedByHost()) return false;
+    if (serial_.CheckReceiveData() != 0) return true;
+  }
+  return false;
 }
