@@ -3,13 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <csignal>
 #include <fstream>
-#include <functional>
 #include <memory>
 #include <sstream>
-#include <thread>
 
 #include "docked_ipod.h"
 #include "support/pcapng_reader.h"
@@ -20,6 +17,7 @@ using e2e::DockedIpod;
 using e2e::SettingsOf;
 using ipodsim::PlayerState;
 using ipodsim::Profile;
+using test::Await;
 using test::Ended;
 using test::Process;
 using test::TemporaryFolder;
@@ -91,14 +89,6 @@ std::string ContentOf(const std::string& path) {
   std::ostringstream content;
   content << file.rdbuf();
   return content.str();
-}
-
-bool Await(const std::function<bool()>& done) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-  while (!done() && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  return done();
 }
 
 TEST(IpodctlConsole, WalksThroughTheLibraryAndPlaysATrack) {

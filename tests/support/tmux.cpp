@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <sstream>
 #include <thread>
 
@@ -18,6 +17,8 @@ namespace {
 constexpr const char* kTmux = "/usr/bin/tmux";
 constexpr const char* kPane = "=terminal:0.0";
 
+}  // namespace
+
 bool Await(const std::function<bool()>& done) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
   while (!done()) {
@@ -26,8 +27,6 @@ bool Await(const std::function<bool()>& done) {
   }
   return true;
 }
-
-}  // namespace
 
 TmuxTerminal::TmuxTerminal(const std::string& command, int columns, int rows) {
   EXPECT_TRUE(std::filesystem::exists(kTmux)) << "tmux is missing; script/bootstrap installs it";

@@ -2,12 +2,16 @@
 // A terminal of any size in which a program runs, and what stands on it: tmux, without a window.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "support/temporary_folder.h"
 
 namespace test {
+
+/// Looks every 20 ms until it is done; false when that takes more than a minute.
+bool Await(const std::function<bool()>& done);
 
 class TmuxTerminal {
  public:
