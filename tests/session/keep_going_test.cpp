@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // A host that has a say in every command: when its no takes effect, and what becomes of the
 // session.
-#include <functional>
 #include <string>
 #include <utility>
 
+#include "support/foreign_answers.h"
 #include "support/packets.h"
 #include "support/session_test.h"
-#include "world/tests/support.h"
 
 namespace {
 
@@ -290,16 +289,9 @@ TEST_P(KeepGoingByDefault, OtherPacketsMakeTheNextCommandWaitForTenSecondsAtMost
   const tagIPOD_CONDUCT conduct = {20, 0, 1, 50, 16, 512, 1, 0};
   EXPECT_EQ(session_.SetConduct(&conduct), 1);
   StopAskingIndexIn(100 * kMillisecond);
-  const std::function<void()> send = [&] {
-    for (const DWORD pause_ms : {1900, 1900, 1900, 1900, 1900, 500}) {
-      Sleep(pause_ms);
-      CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 04 04 00 2D 01 CA"));
-    }
-  };
-  const HANDLE sender = ipodcomm::virtual_platform::StartThread(send);
+  const test::ForeignAnswers foreign(session_, {1900, 1900, 1900, 1900, 1900, 500});
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(AskIndex(), 0); }), 10 * kSecond + 3 * (kSendingUs + kSecond));
   EXPECT_THAT(DrainSent(), ElementsAre(kAskIndex, kAskIndex, kAskIndex));
-  CloseHandle(sender);
 }
 
 INSTANTIATE_TEST_SUITE_P(Under, KeepGoingByDefault, ::testing::Values(kConducts[0]),

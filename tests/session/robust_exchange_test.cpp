@@ -3,12 +3,10 @@
 // one. Beside each stands what comes of it under the default conduct, which hosts in the field
 // know.
 #include <cstring>
-#include <functional>
-#include <utility>
 
+#include "support/foreign_answers.h"
 #include "support/packets.h"
 #include "support/session_test.h"
-#include "world/tests/support.h"
 
 namespace {
 
@@ -294,31 +292,12 @@ TEST_F(ExactTimes, OfALineThatIsNeverSilentAreTenSecondsForEachAttempt) {
   EXPECT_EQ(AskingInVainMs(), 3 * (20 + 10000));
 }
 
-// Answers to nothing come to the session after each of these pauses, in milliseconds.
-class ForeignAnswers {
- public:
-  ForeignAnswers(CIpodComm& session, std::vector<DWORD> pauses_ms)
-      : session_(session), pauses_ms_(std::move(pauses_ms)) {
-    CloseHandle(ipodcomm::virtual_platform::StartThread(send_));
-  }
-
- private:
-  CIpodComm& session_;
-  std::vector<DWORD> pauses_ms_;
-  std::function<void()> send_ = [this] {
-    for (const DWORD pause_ms : pauses_ms_) {
-      Sleep(pause_ms);
-      CIpodCommPeer::Responses(session_).Append(test::Packet("FF 55 04 04 00 2D 01 CA"));
-    }
-  };
-};
-
 // The last one comes just when the ten seconds are over.
 TEST_F(ExactTimes, OfAnAttemptAmongForeignAnswersAreTenSeconds) {
   std::vector<DWORD> pauses_ms(11, 900);
   pauses_ms.front() += 20;
   pauses_ms.push_back(100);
-  const ForeignAnswers foreign(session_, pauses_ms);
+  const test::ForeignAnswers foreign(session_, pauses_ms);
   unsigned long count = 0;
   EXPECT_EQ(
       Elapsed([&] { EXPECT_EQ(session_.Command_GetNumberCategorizedDBRecords(5, &count), 0); }),
@@ -327,7 +306,7 @@ TEST_F(ExactTimes, OfAnAttemptAmongForeignAnswersAreTenSeconds) {
 
 TEST_F(ExactTimes, OfWhatAnEarlierQuestionIsOwedAreTenSecondsAmongForeignAnswers) {
   EXPECT_EQ(session_.Command_GetCurrentPlayingTrackIndex(nullptr), 0);
-  const ForeignAnswers foreign(session_, {1900, 1900, 1900, 1900, 1900, 500});
+  const test::ForeignAnswers foreign(session_, {1900, 1900, 1900, 1900, 1900, 500});
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(session_.Command_GetCurrentPlayingTrackIndex(nullptr), 0); }),
             (10000 + 3 * (20 + 1000)) * kMillisecond);
 }
