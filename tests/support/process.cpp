@@ -110,6 +110,12 @@ void Process::Signal(int signal) {
   if (!ended_) ::kill(pid_, signal);
 }
 
+void Process::Halt() {
+  Signal(SIGSTOP);
+  siginfo_t stopped = {};
+  ::waitid(P_PID, static_cast<id_t>(pid_), &stopped, WSTOPPED | WEXITED | WNOWAIT);
+}
+
 void Process::StopReading() {
   if (out_ >= 0) ::close(out_);
   out_ = -1;

@@ -40,6 +40,8 @@ class Process {
   /// The same for standard error.
   bool WaitForErrors(const std::string& text);
   void Signal(int signal);
+  /// Stops it where it is. It does nothing more once this returns, until it gets SIGCONT.
+  void Halt();
   /// Closes the reading end of standard output, or the terminal of a program that is in one.
   void StopReading();
   /// Sets the width of the terminal.
