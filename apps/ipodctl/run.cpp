@@ -53,18 +53,16 @@ constexpr Command<LegacySession> kLegacyCommands[] = {
 constexpr OwnSessionCommand kSelfTest = {"selftest", RunSelfTest};
 
 // What a command that was cut short has not asked for it shows as not told.
-void RequireWhole(const Session& session, const Options& options) {
-  if (session.cut_short() && !options.follow) StopIfInterrupted();
+void RequireWhole(const CtrlC& ctrl_c, const Options& options) {
+  if (ctrl_c.cut_short() && !options.follow) StopIfInterrupted();
 }
-
-void RequireWhole(const LegacySession& /*session*/, const Options& /*options*/) {}
 
 template <class AnySession>
 void RunIn(AnySession& session, const Command<AnySession>& command, const Context& context) {
   session.Identify();
   if (command.needs_remote_ui) session.EnterRemoteUi();
   command.run(context, session);
-  RequireWhole(session, context.options);
+  RequireWhole(session.ctrl_c(), context.options);
 }
 
 void RunLegacyCommand(const Context& context) {

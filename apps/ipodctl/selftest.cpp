@@ -10,6 +10,7 @@
 #include "console/progress.h"
 #include "console/text.h"
 #include "console/verbose_log.h"
+#include "ipod/ctrl_c.h"
 #include "ipod/display_text.h"
 #include "ipod/identify_evidence.h"
 #include "ipod/legacy_exchange.h"
@@ -51,7 +52,9 @@ std::optional<std::string> ToldInformation(ipod& docked) {
 
 class SelfTest {
  public:
-  explicit SelfTest(const Context& context) : dock_(context.dock), output_(context.output) {}
+  explicit SelfTest(const Context& context) : dock_(context.dock), output_(context.output) {
+    ipod_.SetKeepGoing(CtrlC::MayGoOn, &ctrl_c_);
+  }
   ~SelfTest() { ipod_.closeport(); }
   SelfTest(const SelfTest&) = delete;
   SelfTest& operator=(const SelfTest&) = delete;
@@ -71,6 +74,7 @@ class SelfTest {
   const DockLine& dock_;
   Output& output_;
   ipod ipod_;
+  CtrlC ctrl_c_;
   int failures_ = 0;
   std::optional<tagIPOD_VERSION> general_;
   std::string first_failure_;

@@ -560,6 +560,12 @@ class IPODCOMM_API ipod {
   int SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct);
   /// Tells what was chosen. @return 1, or 0 for null.
   int GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const;
+  /// Gives the host a say in every wait for a reply, and in the self-test's for playback to begin,
+  /// as ipodserial's: while `keep_going(context)` says false every operation that awaits a reply
+  /// fails within 100 ms a wait. Commands still go out, so that a host can leave the remote
+  /// user-interface mode. Null, the default, ends it.
+  /// @return 1; 0 when the open port does not take the shorter waits, which changes nothing.
+  int SetKeepGoing(bool (*keep_going)(void* context), void* context);
   /// @}
 
   /// @name Sending packets (legacy/packets.cpp)
@@ -588,8 +594,9 @@ class IPODCOMM_API ipod {
   ///
   /// Only silence ends their wait, five empty reads and about three seconds of it. Noise without a
   /// sync byte keeps every one of them waiting for as long as it lasts, and so do other frames, one
-  /// every half second is enough, where they are passed over. A host gets out by calling closeport
-  /// on another thread: the wait then fails within a second and a half.
+  /// every half second is enough, where they are passed over. A host gets out by its say
+  /// (SetKeepGoing), or by calling closeport on another thread: the wait then fails within a second
+  /// and a half.
   /// @{
 
   /// Reads until a frame with the one-byte command `expected_command` comes, of whatever lingo,

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "ipodcomm/detail/KeepGoing.h"
 #include "ipodcomm/detail/Shared.h"
 #include "ipodcomm/platform.h"
 
@@ -61,6 +62,18 @@ class IPODCOMM_API ipodserial {
   /// Tells what was chosen. @return 1, or 0 for null.
   int GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const;
 
+  /// Gives the host a say in every wait of readport, so also of the interface's operations that
+  /// read. `keep_going` is called with `context` before each read and every 50 ms of a wait, on the
+  /// thread that makes the call; a false ends the wait within 100 ms, with the bytes that it has.
+  /// It goes on saying false until the call has returned. What is under way then stays in the port;
+  /// see purgerx. Writes never ask: a frame that has begun goes out whole.
+  ///
+  /// The callback calls no member of the object and throws nothing. While there is one, reads of
+  /// the port's own wait for 50 ms; a silent line is given up as late as without. Null, the
+  /// default, ends it. Not while another thread uses the object.
+  /// @return 1; 0 when the open port does not take those waits, which changes nothing.
+  int SetKeepGoing(bool (*keep_going)(void* context), void* context);
+
   /// Opens and configures the port `name`, without flow control of any kind and with the platform's
   /// code for one and a half stop bits, and discards what it held. The baud rate is kept for later
   /// openings, the name is not. Close an open port first: it would stay open, out of reach.
@@ -101,6 +114,7 @@ class IPODCOMM_API ipodserial {
   bool PauseBetweenLines() const;  // whether the conduct has one
   unsigned long WriteFrame(unsigned char* frame, unsigned length);
   unsigned long ReadSome(unsigned char* buffer, unsigned long most);
+  bool ReadOnce(unsigned char* buffer, unsigned long most, unsigned long* read);
   unsigned long BytesToRead(unsigned long most, bool* told) const;
   bool ConfigureLine();
   bool ConfigureTimeouts();
@@ -117,4 +131,5 @@ class IPODCOMM_API ipodserial {
   tagIPOD_LEGACY_CONDUCT conduct_ = IPOD_LEGACY_CONDUCT_FIELD;
   std::int32_t answered_ = 0;   // a whole frame has been read since the port was opened
   std::int32_t byte_wise_ = 0;  // the driver does not tell what it holds
+  ipodcomm::KeepGoing keep_going_;
 };

@@ -95,10 +95,7 @@ void CIpodComm::IdentificationSequence::SetResult(tagIPOD_IDENTIFY_RESULT result
 }
 
 void CIpodComm::IdentificationSequence::Pause(std::uint32_t ms) {
-  ipodcomm::WaitInSlices(session_.HostToAsk(), ms, [](std::uint32_t slice_ms) {
-    Sleep(slice_ms);
-    return false;
-  });
+  ipodcomm::PauseInSlices(session_.HostToAsk(), ms);
 }
 
 // Under the robust conduct, whether the last command brought its own bytes and nothing else. To go

@@ -6,6 +6,7 @@
 #include "ipodcomm/ipodserial.h"
 #include "legacy/frame_hunt.h"
 #include "platform/services.h"
+#include "session/keep_going.h"
 
 namespace {
 
@@ -54,12 +55,12 @@ unsigned long ipodserial::readport(unsigned char* buffer, int size) {
   ipodcomm::FrameHunt hunt;
   int stored = 0;
   int empty_reads = 0;
-  while (empty_reads < kMaxEmptyReads && stored < size && !hunt.complete()) {
+  while (empty_reads < kMaxEmptyReads && stored < size && !hunt.complete() && keep_going_.Ask()) {
     unsigned char bytes[kMostBytesPerRead];
     const auto room = static_cast<std::uint32_t>(size - stored);
     const unsigned long read = ReadSome(bytes, std::min(room, hunt.least_missing()));
     if (read == 0) {
-      Sleep(timeout_ms_);
+      ipodcomm::PauseInSlices(&keep_going_, timeout_ms_);
       ++empty_reads;
       continue;
     }
@@ -73,18 +74,29 @@ unsigned long ipodserial::readport(unsigned char* buffer, int size) {
   return static_cast<unsigned long>(stored);
 }
 
-// One read of up to `most` bytes; 0 when nothing came or the read failed.
+// Up to `most` bytes; 0 when nothing came for as long as a read of one byte waits by default, or
+// the read failed.
 unsigned long ipodserial::ReadSome(unsigned char* buffer, unsigned long most) {
+  unsigned long read = 0;
+  ipodcomm::WaitInSlices(&keep_going_, 2 * timeout_ms_, [&](std::uint32_t /*slice_ms*/) {
+    return !ReadOnce(buffer, most, &read) || read != 0;
+  });
+  return read;
+}
+
+// One read, which waits for as long as the port was told to. False when it failed.
+bool ipodserial::ReadOnce(unsigned char* buffer, unsigned long most, unsigned long* read) {
   bool told = true;
   const DWORD wanted = BytesToRead(most, &told);
-  DWORD read = 0;
-  if (ReadFile(port_, buffer, wanted, &read, nullptr) == FALSE) return 0;
+  DWORD count = 0;
+  if (ReadFile(port_, buffer, wanted, &count, nullptr) == FALSE) return false;
   if (!told) {
     byte_wise_ = 1;
     CKORVATrace::LogSoftwareError(L"ipodserial::readport",
                                   L"Driver does not tell what it holds, reading byte by byte");
   }
-  return read;
+  *read = count;
+  return true;
 }
 
 // A read of several bytes asks for no more than the driver holds: how long a read of one byte waits

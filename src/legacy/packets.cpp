@@ -46,6 +46,10 @@ int ipod::SetConduct(const tagIPOD_LEGACY_CONDUCT* conduct) { return serial_.Set
 
 int ipod::GetConduct(tagIPOD_LEGACY_CONDUCT* conduct) const { return serial_.GetConduct(conduct); }
 
+int ipod::SetKeepGoing(bool (*keep_going)(void* context), void* context) {
+  return serial_.SetKeepGoing(keep_going, context);
+}
+
 int ipod::sendpacket() {
   if (!Frame::Holds(IPOD_PACKET_DATA_LOC, payload_length_)) return 0;
   Frame frame;

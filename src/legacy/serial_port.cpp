@@ -5,6 +5,7 @@
 
 #include "ipodcomm/ipodserial.h"
 #include "platform/services.h"
+#include "session/keep_going.h"
 
 namespace {
 
@@ -79,14 +80,24 @@ bool ipodserial::ConfigureLine() {
   return SetCommState(port_, &port_state_) != FALSE;
 }
 
+// Where the host has a say a read waits for a slice, and is repeated.
 bool ipodserial::ConfigureTimeouts() {
+  const bool sliced = keep_going_.asks();
   GetCommTimeouts(port_, &port_timeouts_);
   port_timeouts_.ReadIntervalTimeout = timeout_ms_;
-  port_timeouts_.ReadTotalTimeoutMultiplier = timeout_ms_;
-  port_timeouts_.ReadTotalTimeoutConstant = timeout_ms_;
+  port_timeouts_.ReadTotalTimeoutMultiplier = sliced ? 0 : timeout_ms_;
+  port_timeouts_.ReadTotalTimeoutConstant = sliced ? ipodcomm::kSliceMs : timeout_ms_;
   port_timeouts_.WriteTotalTimeoutMultiplier = 0;
   port_timeouts_.WriteTotalTimeoutConstant = 0;
   return SetCommTimeouts(port_, &port_timeouts_) != FALSE;
+}
+
+int ipodserial::SetKeepGoing(bool (*keep_going)(void* context), void* context) {
+  const ipodcomm::KeepGoing before = keep_going_;
+  keep_going_ = {keep_going, context};
+  if (port_ == INVALID_HANDLE_VALUE || ConfigureTimeouts()) return 1;
+  keep_going_ = before;
+  return 0;
 }
 
 int ipodserial::closeport() {

@@ -167,10 +167,7 @@ bool CIpodComm::AwaitPendingData(const tagSERIAL_PACKET& packet) {
   const std::uint32_t pause_ms = bytes.Number32(5);
   if (pause_ms >= kPendingLimitMs) return false;
   for (int look = 0; look < kPendingLooks; ++look) {
-    ipodcomm::WaitInSlices(HostToAsk(), pause_ms, [](std::uint32_t ms) {
-      Sleep(ms);
-      return false;
-    });
+    ipodcomm::PauseInSlices(HostToAsk(), pause_ms);
     if (StoppedByHost()) return false;
     if (serial_.CheckReceiveData() != 0) return true;
   }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "ipodcomm/detail/KeepGoing.h"
+#include "platform/services.h"
 
 namespace ipodcomm {
 
@@ -13,11 +14,11 @@ namespace ipodcomm {
 constexpr std::uint32_t kSliceMs = 50;
 
 /// Waits by `wait(ms)`, which returns true when what it waits for has come. Where there is a host
-/// that may say stop (null: none) it is asked before each slice of 50 ms, and a no ends the wait:
-/// with a frame written in between it takes effect within 100 ms.
+/// that may say stop (null, or one that has no callback: none) it is asked before each slice of 50
+/// ms, and a no ends the wait: with a frame written in between it takes effect within 100 ms.
 template <class Wait>
 bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
-  if (host == nullptr) return wait(ms);
+  if (host == nullptr || !host->asks()) return wait(ms);
   do {
     if (!host->Ask()) return false;
     const std::uint32_t slice_ms = std::min(ms, kSliceMs);
@@ -25,6 +26,14 @@ bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
     ms -= slice_ms;
   } while (ms != 0);
   return false;
+}
+
+/// Pauses; no longer than until the host says stop.
+inline void PauseInSlices(KeepGoing* host, std::uint32_t ms) {
+  WaitInSlices(host, ms, [](std::uint32_t slice_ms) {
+    Sleep(slice_ms);
+    return false;
+  });
 }
 
 }  // namespace ipodcomm

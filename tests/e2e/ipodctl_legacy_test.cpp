@@ -5,18 +5,24 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "docked_ipod.h"
+#include "simulator/pty/terminal.h"
 #include "support/json_lines.h"
 #include "support/temporary_folder.h"
+#include "support/tmux.h"
 
 using e2e::DockedIpod;
 using e2e::SettingsOf;
 using ipodsim::PlayerState;
 using ipodsim::Profile;
 using nlohmann::json;
+using test::Await;
 using test::Ended;
 using test::Ipodctl;
 using test::Object;
@@ -411,6 +417,49 @@ TEST(IpodctlLegacy, InterruptIsToldFromSuccess) {
   EXPECT_EQ(ended.status, 130);
   EXPECT_THAT(ended.err, AllOf(StartsWith("ipodctl: interrupted before it was done; it had read "),
                                EndsWith(" of 900 tracks.\n")));
+}
+
+// A byte of noise every 5 ms keeps each of the interface's reads waiting for a frame.
+class NoisyLine {
+ public:
+  NoisyLine() {
+    EXPECT_EQ(terminal_.Open(), "");
+    noise_ = std::thread([this] {
+      while (!ended_) {
+        ipodsim::Bytes byte = {0x00};
+        terminal_.Write(&byte);
+        if (!terminal_.Read().empty()) asked_ = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      }
+    });
+  }
+  ~NoisyLine() {
+    ended_ = true;
+    noise_.join();
+  }
+  NoisyLine(const NoisyLine&) = delete;
+  NoisyLine& operator=(const NoisyLine&) = delete;
+
+  const std::string& device() const { return terminal_.path(); }
+  bool asked() const { return asked_; }
+
+ private:
+  ipodsim::Terminal terminal_;
+  std::atomic<bool> asked_ = false;
+  std::atomic<bool> ended_ = false;
+  std::thread noise_;
+};
+
+TEST(IpodctlLegacy, AnInterruptEndsAWaitThatNoiseKeepsUp) {
+  for (const char* command : {"info", "selftest"}) {
+    const NoisyLine line;
+    Process waiting(IPODCTL_PROGRAM, {"--port", line.device(), "--legacy", command});
+    ASSERT_TRUE(Await([&] { return line.asked(); }));
+    waiting.Signal(SIGINT);
+    const Ended ended = waiting.Wait();
+    EXPECT_EQ(ended.status, 130) << command;
+    EXPECT_EQ(ended.err, "ipodctl: interrupted before it was done.\n") << command;
+  }
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ constexpr std::uint8_t kOk = 0;
 constexpr std::uint8_t kPending = 6;
 
 // The interface hands out what it has of a frame that breaks off once the line has been silent for
-// five reads, and then fills up with zeros.
+// five reads, or Ctrl-C ended the wait, and then fills up with zeros.
 constexpr std::chrono::milliseconds kBrokenOff(2900);
 
 using Bytes = std::vector<std::uint8_t>;
@@ -35,7 +35,7 @@ std::optional<Bytes> ReadFrame(ipod& docked, std::uint8_t command) {
   std::vector<wchar_t> text(kCapacity, kUntouched);
   const auto start = SteadyTime();
   if (docked.extractdatafrompacket(command, text.data(), kCapacity, 0, 0) == 0) return std::nullopt;
-  if (SteadyTime() - start >= kBrokenOff) return std::nullopt;
+  if (SteadyTime() - start >= kBrokenOff || Interrupted()) return std::nullopt;
   // The extractor ends every text in the buffer's last character.
   Bytes bytes;
   for (auto unit = text.begin(); unit != text.end() - 1 && *unit != kUntouched; ++unit) {

@@ -20,6 +20,7 @@ constexpr int kLowPower = 0;
 LegacySession::LegacySession(const Options& options, const DockLine& dock) : dock_(dock) {
   const tagIPOD_LEGACY_CONDUCT conduct = LegacyConductOf(options);
   ipod_.SetConduct(&conduct);
+  ipod_.SetKeepGoing(CtrlC::MayGoOn, &ctrl_c_);
   Note("opening " + dock.device());
   if (ipod_.openport() == 0) dock.FailToOpen();
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "ipod/ctrl_c.h"
 #include "ipod/dock_line.h"
 #include "ipod/legacy_exchange.h"
 #include "ipodcomm/ipod.h"
@@ -33,6 +34,8 @@ class LegacySession {
   void EnterRemoteUi();
 
   ipod& interface() { return ipod_; }
+  /// Ctrl-C's say in what is asked.
+  CtrlC& ctrl_c() { return ctrl_c_; }
   /// The answer to ModelQuestion, as far as there was one.
   const LegacyAnswer& model() const { return model_; }
   /// "0014|0000", as the interface shows it; empty when the iPod does not tell it.
@@ -61,6 +64,7 @@ class LegacySession {
  private:
   const DockLine& dock_;
   ipod ipod_;
+  CtrlC ctrl_c_;
   LegacyAnswer model_;
   std::string model_number_;
 };

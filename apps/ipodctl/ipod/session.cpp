@@ -2,8 +2,6 @@
 // Opens, identifies, and explains what failed.
 #include "ipod/session.h"
 
-#include <algorithm>
-
 #include "console/clock.h"
 #include "console/failure.h"
 #include "console/interrupt.h"
@@ -37,27 +35,13 @@ bool KeepGoing(void* context) {
 Session::Session(const Options& options, const DockLine& dock) : options_(options), dock_(dock) {
   const tagIPOD_CONDUCT conduct = ConductOf(options);
   ipod_.SetConduct(&conduct);
-  ipod_.SetKeepGoing(MayGoOn, this);
+  ipod_.SetKeepGoing(CtrlC::MayGoOn, &ctrl_c_);
   Note("opening " + dock.device());
   const long code = ipod_.Open();
   if (code != 0) dock.FailToOpen(code);
 }
 
 Session::~Session() { Close(); }
-
-bool Session::MayGoOn(void* session) {
-  auto& asking = *static_cast<Session*>(session);
-  if (!Interrupted() || SteadyTime() < asking.to_the_end_until_) return true;
-  asking.cut_short_ = true;
-  return false;
-}
-
-Session::ToTheEnd::ToTheEnd(Session& session, std::chrono::microseconds most)
-    : session_(session), before_(session.to_the_end_until_) {
-  session_.to_the_end_until_ = std::max(before_, SteadyTime() + most);
-}
-
-Session::ToTheEnd::~ToTheEnd() { session_.to_the_end_until_ = before_; }
 
 void Session::Identify(std::chrono::microseconds until) {
   StatusLine status;

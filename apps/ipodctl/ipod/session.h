@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "ipod/ctrl_c.h"
 #include "ipod/dock_line.h"
 #include "ipodcomm/CIpodComm.h"
 #include "options.h"
@@ -71,29 +72,13 @@ class Session {
   void RequireAnswers();
   /// Whether there is still an iPod.
   bool Answers();
-  /// Whether Ctrl-C has ended an exchange, so that what it asked for may be missing.
-  bool cut_short() const { return cut_short_; }
+  /// Ctrl-C's say in what is asked.
+  CtrlC& ctrl_c() { return ctrl_c_; }
 
   /// Whether it is of use to ask what a track can do. An iPod that has refused once is not asked
   /// again.
   bool tells_track_info() const { return tells_track_info_; }
   void NoteNoTrackInfo() { tells_track_info_ = false; }
-
-  /// What is asked while it lives is not ended by Ctrl-C, which otherwise ends every exchange
-  /// within 100 ms: what has begun on the iPod is to be brought to its end.
-  class ToTheEnd {
-   public:
-    /// @param most for so long
-    explicit ToTheEnd(Session& session,
-                      std::chrono::microseconds most = std::chrono::hours(24 * 365));
-    ~ToTheEnd();
-    ToTheEnd(const ToTheEnd&) = delete;
-    ToTheEnd& operator=(const ToTheEnd&) = delete;
-
-   private:
-    Session& session_;
-    const std::chrono::microseconds before_;
-  };
 
  private:
   struct ToldVersion {
@@ -105,13 +90,10 @@ class Session {
   const ToldVersion& Told(unsigned char lingo);
   void NoteVersions();
 
-  static bool MayGoOn(void* session);
-
   const Options& options_;
   const DockLine& dock_;
   CIpodComm ipod_;
-  std::chrono::microseconds to_the_end_until_{0};  // by the steady clock
-  bool cut_short_ = false;
+  CtrlC ctrl_c_;
   tagIPOD_IDENTIFY_RESULT identified_ = IPOD_IDENTIFY_RESULT_NONE;
   std::map<unsigned char, ToldVersion> versions_;  // of the lingoes asked about
   bool tells_track_info_ = true;

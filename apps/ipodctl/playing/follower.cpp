@@ -39,7 +39,7 @@ void Follower::Run(std::optional<unsigned> duration_ms) {
     if (failure.status() != kInterrupted) throw;
   }
   constexpr std::chrono::milliseconds kToSayGoodbye(300);
-  const Session::ToTheEnd parting(session_, kToSayGoodbye);
+  const ToTheEnd parting(session_.ctrl_c(), kToSayGoodbye);
   session_.ipod().SetNotification(0);
 }
 

@@ -45,7 +45,7 @@ void RunSeek(const Context& context, Session& session) {
   const std::string what = forward ? "wind forward" : "wind back";
   const NowPlaying before = LookAtPlayer(session);
   // Also after Ctrl-C: otherwise the iPod goes on winding.
-  const Session::ToTheEnd winding_ends(session);
+  const ToTheEnd winding_ends(session.ctrl_c());
   const auto start = SteadyTime();
   const Press press = PressButton(session, forward ? kForwardButton : kBackButton);
   const bool seen_winding = !press.refused() && LookAtPlayer(session).state == winding;

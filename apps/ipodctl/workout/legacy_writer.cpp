@@ -68,7 +68,9 @@ void LegacyWorkoutWriter::RequireRoom(std::size_t /*largest_piece*/, std::size_t
                        "does, or leave out --legacy");
 }
 
+// A workout that has begun is saved, also after Ctrl-C.
 void LegacyWorkoutWriter::Start(const WorkoutHeader& header) {
+  const ToTheEnd saved(session_.ctrl_c());
   std::wstring manufacturer = ByteByByte(header.manufacturer_id);
   std::wstring model = ByteByByte(header.model);
   std::wstring serial_number = ByteByByte(header.serial_number);
@@ -83,6 +85,7 @@ void LegacyWorkoutWriter::Start(const WorkoutHeader& header) {
 }
 
 void LegacyWorkoutWriter::Write(const Recording& recording, const Interval& interval) {
+  const ToTheEnd saved(session_.ctrl_c());
   const Reading& reading = interval.reading;
   const int written = session_.interface().intervalworkout(
       EventCode(interval.event), Whole(reading.seconds), Whole(reading.kcal),
@@ -98,6 +101,7 @@ void LegacyWorkoutWriter::Write(const Recording& recording, const Interval& inte
 }
 
 void LegacyWorkoutWriter::Finish(const Recording& /*recording*/, const Summary& summary) {
+  const ToTheEnd saved(session_.ctrl_c());
   const int finished = session_.interface().finishworkout(
       Whole(summary.seconds), Whole(summary.kcal), static_cast<float>(summary.distance), 0,
       Whole(summary.speed), 0, 0, Whole(summary.bpm));

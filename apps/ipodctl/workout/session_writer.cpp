@@ -84,7 +84,7 @@ void SessionWorkoutWriter::RequireSpace() {
 
 // A workout that has begun is saved, also after Ctrl-C.
 void SessionWorkoutWriter::Start(const WorkoutHeader& header) {
-  const Session::ToTheEnd saved(session_);
+  const ToTheEnd saved(session_.ctrl_c());
   if (session_.ipod().Sports_StartWorkout(
           Wide(header.manufacturer_id).c_str(), Wide(header.manufacturer_name).c_str(),
           Wide(header.model).c_str(), Wide(header.serial_number).c_str(), header.equipment,
@@ -98,7 +98,7 @@ void SessionWorkoutWriter::Start(const WorkoutHeader& header) {
 }
 
 void SessionWorkoutWriter::Write(const Recording& recording, const Interval& interval) {
-  const Session::ToTheEnd saved(session_);
+  const ToTheEnd saved(session_.ctrl_c());
   const Reading& reading = interval.reading;
   const int written = session_.ipod().Sports_IntervalWorkout(
       interval.event, reading.seconds, reading.kcal, reading.distance, recording.distance_type,
@@ -111,7 +111,7 @@ void SessionWorkoutWriter::Write(const Recording& recording, const Interval& int
 }
 
 void SessionWorkoutWriter::Finish(const Recording& recording, const Summary& summary) {
-  const Session::ToTheEnd saved(session_);
+  const ToTheEnd saved(session_.ctrl_c());
   const bool closed = session_.ipod().Sports_FinishWorkout(
                           summary.seconds, summary.kcal, summary.distance, recording.distance_type,
                           summary.speed, recording.speed_type, summary.bpm) != 0;
