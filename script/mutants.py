@@ -10,6 +10,8 @@ import sys
 Mutant = collections.namedtuple("Mutant", "file line column old new")
 
 NUMBER = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f]+|\d+)(?![\w.'])")
+# Room for one more changes nothing that a test could notice; a buffer that is one short does.
+ARRAY_SIZE = re.compile(r"^\s*[\w: ]+ \w+\[(\d+)\](?= = \{|;)")
 SWAPS = {"==": "!=", "!=": "==", "<=": "<", ">=": ">", "<": "<=", ">": ">=", "&&": "||", "||": "&&",
          "+": "-", "-": "+", "++": "--", "--": "++", "+=": "-=", "-=": "+=", "true": "false", "false": "true"}
 # Spaces tell an operator of two sides from a template's brackets, a sign or a pointer.
@@ -45,8 +47,13 @@ def mutants_of(name, text):
             yield Mutant(name, number, found.end(), "", "!")
         for found in NOT.finditer(quiet):
             yield Mutant(name, number, found.start(), "!", "")
+        size = ARRAY_SIZE.match(quiet)
         for found in NUMBER.finditer(quiet):
-            yield Mutant(name, number, found.start(), found[0], str(int(found[0], 0) + 1))
+            is_size = size is not None and size.start(1) == found.start()
+            if is_size and found[0] == "1":
+                continue
+            yield Mutant(name, number, found.start(), found[0],
+                         str(int(found[0], 0) + (-1 if is_size else 1)))
 
 
 def mutated(text, mutant):
