@@ -80,6 +80,20 @@ TEST_F(DriverRestart, AsksTheRegistryOnceAndThenKeepsItsOwnHandle) {
                           "ActivateDevice(\"Drivers\\Builtin\\Serial2\", 18) = driver3"));
 }
 
+// The handle is known from when the registry has told it, not only once the driver is back.
+TEST_F(DriverRestart, ThatBeginsDuringAnotherDoesNotAskTheRegistryAgain) {
+  const HANDLE driver = world_.ActivateDriver("Drivers\\Builtin\\Serial2", 18);
+  world_.SetRegistryValue(kKey, L"Hnd",
+                          static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(driver)));
+  CyclePort();
+  world_.Advance(100 * kMillisecond);
+  EXPECT_EQ(Driver(), driver);
+  EXPECT_THAT(Restart(),
+              ElementsAre("DeactivateDevice(driver1) = failed 6",
+                          "ActivateDevice(\"Drivers\\Builtin\\Serial2\", 18) = driver2",
+                          "ActivateDevice(\"Drivers\\Builtin\\Serial2\", 18) = driver3"));
+}
+
 TEST_F(DriverRestart, ActivatesOneSecondAfterDeactivating) {
   Restart();
   CyclePort();

@@ -50,12 +50,17 @@ BOOL DeactivateDevice(HANDLE device) {
   return call.Succeeds(done ? ERROR_SUCCESS : ERROR_INVALID_HANDLE);
 }
 
-LSTATUS RegCreateKeyExW(HKEY key, const wchar_t* sub_key, DWORD /*reserved*/,
-                        wchar_t* /*key_class*/, DWORD /*options*/, DWORD /*access*/,
-                        const SECURITY_ATTRIBUTES* /*security*/, HKEY* result, DWORD* disposition) {
+// Its only option keeps the key until the next restart; by default it stays.
+LSTATUS RegCreateKeyExW(HKEY key, const wchar_t* sub_key, DWORD reserved, wchar_t* /*key_class*/,
+                        DWORD options, DWORD /*access*/, const SECURITY_ATTRIBUTES* /*security*/,
+                        HKEY* result, DWORD* disposition) {
   Service call(ServiceId::kRegCreateKeyExW);
-  call.Arguments([&] { return List({KeyName(key), Quoted(sub_key)}); });
+  call.Arguments([&] {
+    const std::string shown = List({KeyName(key), Quoted(sub_key)});
+    return options == 0 ? shown : List({shown, "options " + Number(options)});
+  });
   if (call.failure()) return Told(call);
+  if (reserved != 0) return Result(call, ERROR_INVALID_PARAMETER);
   bool created = false;
   const LSTATUS status = call->registry.CreateKey(key, sub_key, result, &created);
   if (status == ERROR_SUCCESS && disposition != nullptr) {
@@ -76,11 +81,12 @@ LSTATUS RegQueryValueExW(HKEY key, const wchar_t* name, DWORD* /*reserved*/, DWO
   return call.Returns(status, [&] { return Value(value_type, data, *size); });
 }
 
-LSTATUS RegSetValueExW(HKEY key, const wchar_t* name, DWORD /*reserved*/, DWORD type,
-                       const BYTE* data, DWORD size) {
+LSTATUS RegSetValueExW(HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
+                       DWORD size) {
   Service call(ServiceId::kRegSetValueExW);
   call.Arguments([&] { return List({KeyName(key), Quoted(name), Value(type, data, size)}); });
   if (call.failure()) return Told(call);
+  if (reserved != 0) return Result(call, ERROR_INVALID_PARAMETER);
   return Result(call, call->registry.SetValue(key, name, type, data, size));
 }
 

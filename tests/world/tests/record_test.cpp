@@ -307,6 +307,26 @@ TEST(VirtualDevices, RegistryIsSetAndRead) {
   EXPECT_EQ(world.RegistryValue(L"Drivers\\Active\\18", L"Hnd"), 0xFFFFFFFFU);
 }
 
+TEST(VirtualDevices, RegistryRefusesReservedArgumentsAndShowsOptions) {
+  World world;
+  HKEY key = nullptr;
+  const auto create = [&key](DWORD reserved, DWORD options) {
+    return RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"A", reserved, nullptr, options, KEY_ALL_ACCESS,
+                           nullptr, &key, nullptr);
+  };
+  world.Record({"RegCreateKeyExW"});
+  EXPECT_EQ(create(1, 0), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(create(0, 1), 0);
+  EXPECT_THAT(world.DrainRecord(),
+              ElementsAre("RegCreateKeyExW(HKEY_LOCAL_MACHINE, \"A\")",
+                          "RegCreateKeyExW(HKEY_LOCAL_MACHINE, \"A\", options 1)"));
+  const BYTE value[4] = {};
+  EXPECT_EQ(RegSetValueExW(key, L"B", 1, REG_DWORD, value, 4), ERROR_INVALID_PARAMETER);
+  EXPECT_EQ(world.RegistryValue(L"A", L"B"), std::nullopt);
+  EXPECT_EQ(RegSetValueExW(key, L"B", 0, REG_DWORD, value, 4), 0);
+  EXPECT_EQ(world.RegistryValue(L"A", L"B"), 0U);
+}
+
 TEST(VirtualDevices, DriversAreRememberedWithTheirTimes) {
   World world;
   const HANDLE first = world.ActivateDriver("Drivers\\Builtin\\Serial2", 18);
