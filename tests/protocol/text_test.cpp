@@ -155,12 +155,22 @@ TEST_F(Text, ToUtf8KnowsHowManyBytesACharacterTakes) {
   EXPECT_EQ(ToUtf8(L"a\U0010FFFF", 5), "a");
 }
 
+// The first character of each length and the last of all, with room for a byte less and for all.
 TEST_F(Text, ToUtf8ConvertsOnlyWhatFits) {
   world_.Record({"WideCharToMultiByte"});
-  ToUtf8(L"a\U00010000", 5);
-  ToUtf8(L"a\U00010000", 6);
+  ToUtf8(L"a\u0080", 3);
+  ToUtf8(L"a\u0080", 4);
+  ToUtf8(L"a\u0800", 4);
+  ToUtf8(L"a\u0800", 5);
+  for (const wchar_t* text : {L"a\U00010000", L"a\U0010FFFF"}) {
+    ToUtf8(text, 5);
+    ToUtf8(text, 6);
+  }
   EXPECT_THAT(world_.DrainRecord(),
-              ::testing::ElementsAre("WideCharToMultiByte(1, 4)", "WideCharToMultiByte(2, 5)"));
+              ::testing::ElementsAre("WideCharToMultiByte(1, 2)", "WideCharToMultiByte(2, 3)",
+                                     "WideCharToMultiByte(1, 3)", "WideCharToMultiByte(2, 4)",
+                                     "WideCharToMultiByte(1, 4)", "WideCharToMultiByte(2, 5)",
+                                     "WideCharToMultiByte(1, 4)", "WideCharToMultiByte(2, 5)"));
 }
 
 // Where a unit holds any character, as here, no two of them make one.

@@ -65,6 +65,23 @@ TEST(AssemblerOfRuns, TellsHowMuchOfAWholeFrameItGaveUp) {
   EXPECT_EQ(assembler.given_up(), 6U);
 }
 
+TEST(AssemblerOfRuns, TakesNoiseAndTheBeginningOfAFrameAtOnce) {
+  FrameAssembler assembler;
+  const Bytes received = test::Hex("00 01 02 FF 55 02 00");
+  const std::uint8_t* next = received.data();
+  EXPECT_FALSE(assembler.FeedRun(&next, received.data() + received.size()));
+  EXPECT_EQ(next, received.data() + received.size());
+  EXPECT_TRUE(assembler.begun());
+}
+
+TEST(AssemblerOfRuns, ForgetsAtResetWhatItGaveUp) {
+  FrameAssembler assembler;
+  Feed(assembler, test::Hex("FF 55 02 00 13 EC"));
+  EXPECT_EQ(assembler.given_up(), 6U);
+  assembler.Reset();
+  EXPECT_EQ(assembler.given_up(), 0U);
+}
+
 struct Row {
   const char* name;
   const char* received;

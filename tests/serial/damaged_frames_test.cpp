@@ -68,6 +68,15 @@ TEST_F(DamagedFrames, FramesInsideFramesThatAreNoneAreFoundInTheirOrder) {
               ElementsAre(kAck, kName));
 }
 
+// A large frame is none; in it a lone sync byte and a start byte make a frame of FF bytes that is
+// none either. The acknowledgement begins where that one has its length.
+TEST_F(DamagedFrames, FrameThatBeginsWithTheLengthOfOneThatIsNoneIsFound) {
+  BeRobust();
+  std::string bytes = std::string("FF 55 00 01 20 FF 00 55 ") + kAck;
+  for (int i = 0; i < 278; ++i) bytes += " 00";
+  EXPECT_THAT(PacketsOf(bytes), ElementsAre(kAck));
+}
+
 TEST_F(DamagedFrames, FrameThatPausesForATenthOfASecondIsWhole) {
   BeRobust();
   OpenForPackets();

@@ -49,6 +49,18 @@ TEST(QuietLine, IsLookedAtNoLaterThanAfterTheLongestPause) {
   EXPECT_THAT(PausesOf(pace, 16), ElementsAre(7, 7, 7, 7, 7, 7, 7, 7, 7, 7, 8, 9, 9, 9, 9, 9));
 }
 
+// The quiet is counted in milliseconds, of which 32 bits hold seven weeks; the longest pause is
+// three days here.
+TEST(QuietLine, IsLookedAtAfterTheLongestPauseHoweverLongItIsQuiet) {
+  constexpr std::uint32_t kLongestMs = 0x10000000;
+  ipodcomm::LinePace pace;
+  pace.Choose({20, 2, 7, 50, kLongestMs, 512, 1, 1});
+  const std::vector<std::uint32_t> pauses = PausesOf(pace, 400);
+  const auto longest = std::find(pauses.begin(), pauses.end(), kLongestMs);
+  EXPECT_THAT(std::vector<std::uint32_t>(longest, pauses.end()),
+              AllOf(SizeIs(Ge(100U)), Each(kLongestMs)));
+}
+
 constexpr char kAckFrame[] = "FF 55 04 00 02 00 37 C3";
 
 class FastPace : public SerialTest {
@@ -159,6 +171,31 @@ TEST_F(FastPace, AnAnswerOnAQuietLineIsThereAMillisecondLater) {
   }
 }
 
+// What the driver holds is read in pieces that the thread has room for.
+TEST_F(FastPace, OneReadAsksForNoMoreThan1024Bytes) {
+  CIpodSerialPeer::ChoosePace(serial_, {20, 1000, 1, 50, 16, 4096, 1, 1});
+  ipod_.Send(test::Bytes(2000, 0x00));
+  const auto reads = CallsDuring(5 * kSecond, {"ReadFile"}).text();
+  ASSERT_EQ(reads.size(), 3U);
+  EXPECT_EQ(reads[1], "ReadFile(port1, 1024)");
+}
+
+// The thread may go first once its pause is ended, and begin another if it were let.
+TEST(FastPaceUnderManySchedules, DestructionDoesNotWaitForThePause) {
+  for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE(seed);
+    test::World world({seed});
+    auto serial = std::make_unique<CIpodSerial>();
+    CIpodSerialPeer::ChoosePace(*serial, IPOD_CONDUCT_FAST);
+    EXPECT_EQ(serial->Open(true), 0);
+    world.Advance(kSecond);
+    const std::int64_t start_us = world.now_us();
+    serial.reset();
+    EXPECT_LE(world.now_us() - start_us, kMillisecond);
+    world.Advance(2 * kSecond);
+  }
+}
+
 TEST_F(FastPace, DestructionDoesNotWaitForThePause) {
   auto serial = std::make_unique<CIpodSerial>();
   serial_.Close();
@@ -180,6 +217,15 @@ TEST_F(FastPace, WithoutMemoryForItsEventAPauseLastsItsTime) {
   world_.Record({"Sleep"});
   world_.Advance(160 * kMillisecond);
   EXPECT_THAT(world_.DrainCalls().Of("read 2").text(), Each("Sleep(16)"));
+}
+
+TEST_F(FastPace, OnlyAPauseThatGrowsHasAnEvent) {
+  CIpodSerial serial;
+  world_.Record({"CreateEventW"});
+  CIpodSerialPeer::ChoosePace(serial, IPOD_CONDUCT_FIELD);
+  EXPECT_THAT(world_.DrainRecord(), IsEmpty());
+  CIpodSerialPeer::ChoosePace(serial, IPOD_CONDUCT_FAST);
+  EXPECT_THAT(world_.DrainRecord(), ElementsAre("CreateEventW(auto, not set, null)"));
 }
 
 TEST_F(FastPace, TheDefaultPauseIsASleepAgainOnceItIsChosen) {
@@ -207,7 +253,8 @@ TEST_F(FastPace, SendsTheSyncByteAloneAgainAfterOpening) {
 TEST_F(FastPace, ADriverThatDoesNotTellWhatItHoldsIsReadByteByByte) {
   world_.FailFrom("ClearCommError", 1, 50, "read");
   ipod_.Send(test::Hex(kAckFrame));
-  world_.Advance(100 * kMillisecond);
+  EXPECT_THAT(CallsDuring(100 * kMillisecond, {"ReadFile"}).text(),
+              AllOf(SizeIs(Ge(8)), Each("ReadFile(port1, 1)")));
   EXPECT_THAT(DrainPackets(), ElementsAre(kAckFrame));
   EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodSerial::PortReadThread: Driver does not tell what it holds, "

@@ -97,12 +97,24 @@ TEST(Departures, WhoIsClaimedLooksEveryMillisecondWhetherItMayLeave) {
 }
 
 TEST(Lifelines, WhoWaitsForTheLastToLeaveLooksEveryMillisecond) {
-  test::World world;
+  for (const auto wait :
+       {&ipodcomm::Lifeline::End, &ipodcomm::Lifeline::Hold, &ipodcomm::Lifeline::Dismiss}) {
+    test::World world;
+    ipodcomm::Lifeline line;
+    EXPECT_TRUE(line.Enter());
+    EXPECT_EQ(ThroughAfter(
+                  world, [&] { (line.*wait)(); }, [&] { line.Leave(); }),
+              kMillisecond);
+  }
+}
+
+TEST(Lifelines, ThatHasEndedIsEnteredByNobody) {
+  const test::World world;
   ipodcomm::Lifeline line;
-  EXPECT_TRUE(line.Enter());
-  EXPECT_EQ(ThroughAfter(
-                world, [&] { line.End(); }, [&] { line.Leave(); }),
-            kMillisecond);
+  EXPECT_FALSE(line.gone());
+  line.End();
+  EXPECT_TRUE(line.gone());
+  EXPECT_FALSE(line.Enter());
 }
 
 TEST(Lifelines, WhoIsKeptOutsideLooksEveryMillisecondWhetherItMayEnter) {

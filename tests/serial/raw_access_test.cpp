@@ -206,9 +206,9 @@ TEST_F(RawAccess, FlushesPurgeOneDirectionEach) {
 TEST_F(RawAccess, FlushingWhatWasReceivedLeavesNothingToRead) {
   SendAfter(0, "41 42");
   world_.Advance(kMillisecond);
-  EXPECT_NE(serial_.CheckReceiveData(), 0);
+  EXPECT_EQ(serial_.CheckReceiveData(), 1);
   serial_.FlushTx();
-  EXPECT_NE(serial_.CheckReceiveData(), 0);
+  EXPECT_EQ(serial_.CheckReceiveData(), 1);
   serial_.FlushRx();
   EXPECT_EQ(serial_.CheckReceiveData(), 0);
 }
@@ -218,8 +218,8 @@ TEST_F(RawAccess, CheckOnlyLooks) {
   EXPECT_THAT(world_.DrainRecord(), ElementsAre("ClearCommError(port1)"));
   SendAfter(0, "41");
   world_.Advance(kMillisecond);
-  EXPECT_NE(serial_.CheckReceiveData(), 0);
-  EXPECT_NE(serial_.CheckReceiveData(), 0);
+  EXPECT_EQ(serial_.CheckReceiveData(), 1);
+  EXPECT_EQ(serial_.CheckReceiveData(), 1);
   EXPECT_EQ(Read(1, 0), "41");
   EXPECT_EQ(serial_.CheckReceiveData(), 0);
   serial_.Close();

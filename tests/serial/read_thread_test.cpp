@@ -174,6 +174,21 @@ TEST_F(ReadThread, ReadsNothingWhenTheRunningFlagIsOff) {
   EXPECT_THAT(world_.DrainRecord(), ElementsAre("SetCommMask(port1, 3)"));
 }
 
+TEST_F(ReadThread, EndsAfterItsTurnWhenTheRunningFlagGoesOff) {
+  OpenForPackets();
+  CIpodSerialPeer::Running(serial_) = 0;
+  EXPECT_EQ(CallsDuring(100 * kMillisecond, {"ReadFile"}).text().size(), 0U);
+  EXPECT_FALSE(ThreadRunning());
+}
+
+TEST_F(ReadThread, EndsAfterItsTurnWhenThePortIsGone) {
+  OpenForPackets();
+  const HANDLE port = CIpodSerialPeer::Port(serial_).exchange(INVALID_HANDLE_VALUE);
+  EXPECT_EQ(CallsDuring(100 * kMillisecond, {"ReadFile"}).text().size(), 0U);
+  EXPECT_FALSE(ThreadRunning());
+  CloseHandle(port);
+}
+
 TEST_F(ReadThread, StartsWithAnEmptyAssembler) {
   OpenForPackets();
   Arrive("FF 55 02 00");
