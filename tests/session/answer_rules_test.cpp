@@ -373,6 +373,12 @@ TEST_F(JudgingUnderIdentifiers, AnAckOfJustStatusAndCommandCountsByTheCommand) {
   EXPECT_EQ(Judge("FF 55 05 00 02 00 37 00 C2"), AnswerVerdict::kForeign);  // identifier 0037
 }
 
+TEST_F(JudgingUnderIdentifiers, AnAnswerWithoutRoomForAnIdentifierIsForeign) {
+  EXPECT_EQ(Judge("FF 55 02 00 02 FC"), AnswerVerdict::kForeign);
+  EXPECT_EQ(Judge("FF 55 03 00 02 00 FB"), AnswerVerdict::kForeign);
+  EXPECT_EQ(answers_.noted().result, IPOD_EXCHANGE_UNANSWERED);
+}
+
 // ---- Answers that are owed
 
 ipodcomm::EarlierQuestions AskedOnce(const tagIPOD_WRITE_PARAMS& question) {
