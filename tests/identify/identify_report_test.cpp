@@ -15,6 +15,7 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::Ge;
+using ::testing::IsEmpty;
 using ::testing::Le;
 
 std::string ResultName(tagIPOD_EXCHANGE_RESULT result) {
@@ -174,6 +175,26 @@ TEST_F(IdentifyReport, BeginsAnewWithEachIdentification) {
   session_.SetIDPSEnable(0);
   Identify();
   EXPECT_THAT(Texts(), ElementsAre("13 00 answered 00 13"));
+}
+
+// A host that may stop every command is asked for the fourth time before StartIDPS is sent.
+TEST_F(IdentifyReport, LeavesOutWhatTheHostDidNotLetBeSent) {
+  session_.SetKeepGoing([](void*) { return true; }, nullptr);
+  stop_at_ = 4;
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF"));
+  EXPECT_THAT(Texts(), IsEmpty());
+}
+
+TEST_F(IdentifyReport, TellsWhatTheHostDidNotLetBeAwaited) {
+  session_.SetKeepGoing([](void*) { return true; }, nullptr);
+  on_step_ = [&](int step) {
+    const bool asked = ipod_.received().size() > 1;  // more than the wake-up byte has come
+    if (asked) stop_at_ = step;
+  };
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF", "FF 55 02 00 38 C6"));
+  EXPECT_THAT(Texts(), ElementsAre("38 00 unanswered"));
 }
 
 TEST_F(IdentifyReport, OutlivesLaterCommandsAndIsCopied) {

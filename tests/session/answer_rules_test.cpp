@@ -62,8 +62,9 @@ TEST(AnAnswer, RepeatsWhatWasAskedFor) {
   EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0, 6}, "FF 55 09 04 00 1B 00 00 00 07 41 00 90"));
 }
 
+// Its checksum, DB, is none of its data.
 TEST(AnAnswer, ThatIsTooShortRepeatsNothing) {
-  EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0, 7}, "FF 55 06 04 00 1B 00 00 00 DB"));
+  EXPECT_FALSE(RecordsRepeat({5, 0, 0, 0, 0xDB}, "FF 55 06 04 00 1B 00 00 00 DB"));
 }
 
 TEST(AnAnswer, RepeatsNothingOfARequestThatIsTooShort) {
@@ -224,6 +225,14 @@ TEST(AnAcknowledgement, HasANumberInEachLingo) {
   }
 }
 
+TEST(APendingAcknowledgement, AsksForATimeThatIsWhole) {
+  const unsigned char data[] = {0x06, 0x00, 0x18, 0x00, 0x00, 0x01, 0xF4};
+  EXPECT_EQ(ipodcomm::PendingMs({0x04, 0x0001, 0, 7, data}), 500U);
+  EXPECT_EQ(ipodcomm::PendingMs({0x04, 0x0001, 0, 6, data}), 0U);
+  EXPECT_EQ(ipodcomm::PendingMs({0x00, 0x02, 0, 6, data + 1}), 500U);
+  EXPECT_EQ(ipodcomm::PendingMs({0x00, 0x02, 0, 5, data + 1}), 0U);
+}
+
 TEST(Identifiers, NoneIsContainedInNone) {
   ipodcomm::SentIds sent = {};
   EXPECT_FALSE(sent.Contain(0));
@@ -285,6 +294,13 @@ TEST_F(Judging, AnAckWithAnIdentifierCountsByTheCommandThatItNames) {
   EXPECT_EQ(answers_.noted().status, 4);
   EXPECT_EQ(answers_.noted().answer_carried_id, 1);
   EXPECT_EQ(Judge("FF 55 08 04 00 01 00 07 04 00 1A CE"), AnswerVerdict::kForeign);
+}
+
+// Behind 04 00 18 the two bytes 00 16 are no command, though they are one behind an identifier.
+TEST_F(Judging, ARefusalWithTwoBytesMoreCountsByTheCommandThatItNames) {
+  EXPECT_EQ(Judge("FF 55 08 04 00 01 04 00 18 00 16 C1"), AnswerVerdict::kRefusal);
+  EXPECT_EQ(answers_.noted().status, 4);
+  EXPECT_EQ(answers_.noted().answer_carried_id, 0);
 }
 
 TEST_F(Judging, AnotherCommandWithTheRequestsDataIsNotTheRequestItself) {

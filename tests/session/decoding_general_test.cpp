@@ -251,6 +251,14 @@ TEST_F(GeneralDecoding, SecondPendingAcksTimeIsNeverWaitedFor) {
   EXPECT_EQ(buffer_[0], 0x06);
 }
 
+// The bytes 00 00 00 05 would be five milliseconds.
+TEST_F(GeneralDecoding, FinalAckIsNoTimeToWait) {
+  read_.expected_command = 0x02;
+  Queue("FF 55 06 00 02 00 00 00 05 F3");
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Decode("FF 55 04 00 02 06 03 F1"), IPOD_COMM_OK); }), 0);
+  EXPECT_EQ(Taken(), "00 00");
+}
+
 // The status is looked for at its place without an identifier, so an identifier 06xx passes for
 // a pending ACK.
 TEST_F(GeneralDecoding, IdentifierThatBeginsWithSixFetchesAFurtherPacket) {

@@ -32,6 +32,15 @@ class Flood : public SessionTest {
     if (!CIpodCommPeer::Responses(session_).Pop(&packet, 0)) return -1;
     return packet.data[8] * 256 + packet.data[9];
   }
+  // That a queue has room for `most` packets, and for no more.
+  static void ExpectLimit(ipodcomm::PacketLimit* limit, std::size_t most) {
+    std::list<tagSERIAL_PACKET> queue(most - 1);
+    EXPECT_FALSE(limit->MakeRoom(&queue));
+    EXPECT_EQ(queue.size(), most - 1);
+    queue.emplace_back();
+    EXPECT_TRUE(limit->MakeRoom(&queue));
+    EXPECT_EQ(queue.size(), most - 1);
+  }
   void TakeAll() {
     while (Next() >= 0) {
     }
@@ -117,6 +126,19 @@ TEST_F(Flood, OverTheLineLeavesTheSessionAsItWas) {
   unsigned long mode = 0;
   EXPECT_EQ(session_.Command_GetShuffle(&mode), 1);
   EXPECT_EQ(mode, 2U);
+}
+
+TEST_F(Flood, IsTheSameInEachOfTheThreeQueues) {
+  for (ipodcomm::PacketLimit* limit : {&CIpodSerialPeer::Limit(CIpodCommPeer::Serial(session_)),
+                                       &CIpodCommPeer::Responses(session_).limit(),
+                                       &CIpodCommPeer::Notifications(session_).limit()}) {
+    ExpectLimit(limit, 1024);
+  }
+}
+
+TEST_F(Flood, LosesRecordsOfAListThatIsTooLong) {
+  session_.Command_RetrieveCategorizedDatabaseRecords(0, 65537, 5);
+  ExpectLimit(&CIpodCommPeer::Responses(session_).limit(), 1024 + 65536);
 }
 
 TEST_F(Flood, IsCountedInAllThreeQueuesTogether) {

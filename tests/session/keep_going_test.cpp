@@ -173,6 +173,14 @@ TEST_P(KeepGoing, NoEndsThatWaitTooAndItIsMadeUpForLater) {
   EXPECT_GE(Elapsed([&] { EXPECT_EQ(AskIndex(), 1); }), 2 * kSecond);
 }
 
+TEST_P(KeepGoing, QuestionOfTheIpodBehindAStoppedCommandIsAnsweredBeforeTheNextIsSent) {
+  StopAskingIndexIn(100 * kMillisecond);
+  Arrive("FF 55 02 09 01 F4");
+  Answer(kAskIndex, kThird);
+  EXPECT_EQ(AskIndex(), 1);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 09 02 01 01 EF", kAskIndex));
+}
+
 // ---- Other calls that wait ----------------------------------------------------------------------
 
 TEST_P(KeepGoing, RecordsAreStoppedToo) {
@@ -192,6 +200,12 @@ TEST_P(KeepGoing, PacketsAreAwaitedNoLonger) {
   EXPECT_EQ(Elapsed([&] { EXPECT_FALSE(session_.GetNextReadPacket(&packet)); }),
             350 * kMillisecond);
   EXPECT_EQ(Elapsed([&] { EXPECT_EQ(session_.PeekNextReadPacket(), 0xFFFF); }), 0);
+}
+
+TEST_P(KeepGoing, YesLetsAPacketBeAwaitedForASecond) {
+  tagSERIAL_PACKET packet = {};
+  EXPECT_EQ(Elapsed([&] { EXPECT_FALSE(session_.GetNextReadPacket(&packet)); }), kSecond);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(session_.PeekNextReadPacket(), 0xFFFF); }), kSecond);
 }
 
 TEST_P(KeepGoing, IdentificationEndsWithinATenthOfASecond) {
@@ -234,6 +248,14 @@ TEST_P(KeepGoingByDefault, UnexpectedPacketAndANoAreNoSuccess) {
   read.size = 20;
   read.retries = 3;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read), IPOD_COMM_RETRIES_EXHAUSTED);
+}
+
+// The default conduct takes it from the queue though it came before the question.
+TEST_P(KeepGoingByDefault, WhatCameBehindALateAnswerIsLeftToTheNextCommand) {
+  StopAskingIndexIn(100 * kMillisecond);
+  Arrive(std::string(kSeventh) + " " + kThird);
+  EXPECT_LT(Elapsed([&] { EXPECT_EQ(AskIndex(), 1); }), 100 * kMillisecond);
+  EXPECT_EQ(index_, 3U);
 }
 
 // Behind a command that is stopped 600 ms before its acknowledgement comes, another is sent as soon

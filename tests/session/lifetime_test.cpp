@@ -108,6 +108,19 @@ TEST(Destruction, IsQuickWhileRequestsAreAnswered) {
   }
 }
 
+// An answer is being sent, and the pause behind its sync byte lasts for 20 ms.
+TEST(Destruction, LooksEachMillisecondWhetherTheWorkersHaveLetGo) {
+  Life life(1);
+  life.Open();
+  CIpodCommPeer::Notifications(*life.session).Append(test::Packet("FF 55 02 09 03 F2"));
+  life.world.Advance(10 * kMillisecond);
+  life.world.Record({"Sleep"});
+  life.session.reset();
+  const std::vector<std::string> sleeps = life.world.DrainCalls().Of("host").text();
+  EXPECT_THAT(sleeps, ::testing::Each("Sleep(1)"));
+  EXPECT_GT(sleeps.size(), 5U);
+}
+
 TEST(Destruction, IsQuickWithFullQueues) {
   for (std::uint64_t seed = 1; seed <= 20; ++seed) {
     Life life(seed);

@@ -41,7 +41,7 @@ TEST_F(RobustExchange, RefusalIsKeptForTheCaller) {
   read.size = sizeof buffer;
   read.retries = 3;
   EXPECT_EQ(session_.WriteReadCommand(&write, &read), IPOD_COMM_NO_ANSWER);
-  EXPECT_NE(read.ack_received, 0);
+  EXPECT_EQ(read.ack_received, 1);
   unsigned char kept[2] = {};
   std::memcpy(kept, &read.ack, sizeof kept);
   EXPECT_THAT(kept, ElementsAre(4, 7));
@@ -128,6 +128,16 @@ TEST_F(RobustExchange, AnAnswerCutShortIsAskedAgainAtOnce) {
   EXPECT_EQ(count_, 0xEEEEU);
   EXPECT_THAT(DrainSent(), SizeIs(3));
   EXPECT_LT(elapsed_us, 500 * kMillisecond);
+}
+
+// It is awaited once more, as a skip is not sent twice; then no answer is owed any more.
+TEST_F(RobustExchange, ASkipAcknowledgedBehindADamagedAcknowledgementDelaysNothing) {
+  BeRobust();
+  Answer("FF 55 04 04 00 29 03 CC", "FF 55 04 04 00 01 00 F7 FF 55 06 04 00 01 00 00 29 CC");
+  Answer("FF 55 04 04 00 29 02 CD", "FF 55 06 04 00 01 00 00 29 CC");
+  EXPECT_EQ(session_.Command_PlayControl(3), 1);
+  EXPECT_LT(Elapsed([&] { EXPECT_EQ(session_.Command_PlayControl(2), 1); }), kSecond);
+  EXPECT_THAT(DrainSent(), ElementsAre("FF 55 04 04 00 29 03 CC", "FF 55 04 04 00 29 02 CD"));
 }
 
 class CutWeight : public RobustExchange {
@@ -285,6 +295,14 @@ TEST_F(ExactTimes, OfASilentIpodAreASecondForEachAttempt) {
 TEST_F(ExactTimes, OfALineAreASecondFromItsLastByteOn) {
   ipod_.SendAt(world_.now_us() + 345 * kMillisecond, {0x00});
   EXPECT_EQ(AskingInVainMs(), 20 + 350 + 1000 + 2 * (20 + 1000));
+}
+
+TEST_F(ExactTimes, OfAnAttemptAreLongerByWhatTheIpodAsksFor) {
+  TurnOnTransactionIds(7);
+  // ACK: status 6, command 002C, 25 ms.
+  CIpodCommPeer::Responses(session_).Append(
+      test::Packet("FF 55 0C 04 00 01 00 07 06 00 2C 00 00 00 19 9D"));
+  EXPECT_EQ(AskingInVainMs(), 20 + 1025 + 2 * (20 + 1000));
 }
 
 TEST_F(ExactTimes, OfALineThatIsNeverSilentAreTenSecondsForEachAttempt) {
