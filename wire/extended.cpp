@@ -6,9 +6,6 @@
 namespace ipodwire {
 namespace {
 
-constexpr Sender kAccessory = Sender::kAccessory;
-constexpr Sender kIpod = Sender::kIpod;
-
 const std::vector<Value> kCategories = {
     {0, "top"},   {1, "playlist"}, {2, "artist"},    {3, "album"},   {4, "genre"},
     {5, "track"}, {6, "composer"}, {7, "audiobook"}, {8, "podcast"}, {9, "nested playlist"}};

@@ -7,9 +7,6 @@
 namespace ipodwire {
 namespace {
 
-constexpr Sender kAccessory = Sender::kAccessory;
-constexpr Sender kIpod = Sender::kIpod;
-
 // Two of the questions name what they are about.
 Field AccessoryInformationQuestion() {
   std::vector<Case> cases;

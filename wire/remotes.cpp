@@ -6,9 +6,6 @@
 namespace ipodwire {
 namespace {
 
-constexpr Sender kAccessory = Sender::kAccessory;
-constexpr Sender kIpod = Sender::kIpod;
-
 const std::vector<Bit> kContextButtons = {
     {0x00000001, "play/pause"},
     {0x00000002, "volume up"},

@@ -9,6 +9,10 @@
 
 namespace ipodwire {
 
+/// Who sends a command, as short as a table needs it.
+constexpr Sender kAccessory = Sender::kAccessory;
+constexpr Sender kIpod = Sender::kIpod;
+
 /// Of an ACK.
 std::vector<Value> AckStatuses();
 /// An ACK's data: the status, and the number of the command that it acknowledges, of

@@ -5,9 +5,6 @@
 namespace ipodwire {
 namespace {
 
-constexpr Sender kAccessory = Sender::kAccessory;
-constexpr Sender kIpod = Sender::kIpod;
-
 const std::vector<Value> kUserDataTypes = {{2, "flag"}, {3, "weight"}, {4, "value"}};
 
 std::vector<Field> UserDataFields() {

@@ -5,9 +5,6 @@
 namespace ipodwire {
 namespace {
 
-constexpr Sender kAccessory = Sender::kAccessory;
-constexpr Sender kIpod = Sender::kIpod;
-
 std::vector<Field> StorageCapabilities() {
   return {U64("total space", "bytes"), U32("largest file", "bytes"), U16("largest write", "bytes"),
           Bytes("reserved", 6), Version("version")};

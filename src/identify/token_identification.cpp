@@ -18,7 +18,7 @@ namespace general = ipodcomm::general;
 namespace {
 
 constexpr std::uint32_t kSettlePauseMs = 300;
-constexpr int kMaxPayload = 255;
+constexpr int kMaxPayloadBytes = 255;
 
 }  // namespace
 
@@ -161,7 +161,7 @@ unsigned long CIpodComm::IdentificationSequence::Write(const Token& token,
     case Token::Kind::kVersion:
       return session_.AddAccVersionToken(end, room, token.number, version_.bytes);
     case Token::Kind::kMaxPayload:
-      return session_.AddAccMaxPayloadToken(end, room, kMaxPayload);
+      return session_.AddAccMaxPayloadToken(end, room, kMaxPayloadBytes);
     case Token::Kind::kCertification:
       // One that did not fit, and so begins a packet, goes out as a status. iPods in the field
       // have known it so.
