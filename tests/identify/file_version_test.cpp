@@ -202,6 +202,14 @@ TEST_F(FileVersion, LongestTextIsReadWhole) {
   EXPECT_EQ(read_.private_part, 45);
 }
 
+// "1,", 125 blanks, and the 128th character is the 2.
+TEST_F(FileVersion, TextIsCutBehind128Characters) {
+  world_.SetFileVersion(kFile, L"1," + std::wstring(125, L' ') + L"23");
+  EXPECT_NE(Read(), 0);
+  EXPECT_EQ(read_.major, 1);
+  EXPECT_EQ(read_.minor, 2);
+}
+
 TEST_F(FileVersion, MissingFileFails) {
   world_.Record(kServices);
   world_.SetFileVersion(kFile, L"");

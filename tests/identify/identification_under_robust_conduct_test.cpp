@@ -206,6 +206,23 @@ TEST_F(UnderRobustConduct, AnOldIpodIsTooOldOnceItHasToldAVersion) {
   EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
 }
 
+class AVersionBelowItsMinimum : public UnderRobustConduct,
+                                public ::testing::WithParamInterface<const char*> {};
+
+// The General version; the next one stays unanswered.
+TEST_P(AVersionBelowItsMinimum, IsEnoughToCallTheIpodTooOld) {
+  session_.SetIDPSEnable(0);
+  Reply(test::kIdentifyGeneralOnly, test::kIdentified);
+  AnswerVersion("00", GetParam());
+  EXPECT_EQ(Identify(), 0);
+  EXPECT_EQ(result_, IPOD_IDENTIFY_RESULT_TOOOLD);
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, AVersionBelowItsMinimum,
+                         ::testing::Values("00 01", "01 00", "01 01"), [](const auto& tested) {
+                           return "V" + std::string(tested.param).replace(2, 1, "_");
+                         });
+
 // ---- Tokens that fail ---------------------------------------------------------------------------
 
 TEST_F(UnderRobustConduct, TokensThatAreRefusedAreTriedOnceMoreFromTheStart) {

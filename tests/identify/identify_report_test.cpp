@@ -209,6 +209,21 @@ TEST_F(IdentifyReport, OutlivesLaterCommandsAndIsCopied) {
   EXPECT_EQ(report.result, IPOD_IDENTIFY_RESULT_LINGOS);
 }
 
+// The host is asked five times, and asks the iPod nine times each for itself: 45 steps beside the
+// 17 of the sequence, whose last ones find the report full.
+TEST_F(IdentifyReport, CountsTheStepsThatItHasNoRoomFor) {
+  session_.SetIDPSEnable(0);
+  AcceptLingoes();
+  Answer("FF 55 03 04 00 2C CD", "FF 55 04 04 00 2D 02 C9");
+  on_step_ = [&](int) {
+    for (int i = 0; i < 9; ++i) session_.Command_GetShuffle(nullptr);
+  };
+  EXPECT_NE(Identify(), 0);
+  EXPECT_EQ(steps_, 5);
+  EXPECT_EQ(Report().steps, 48U);
+  EXPECT_EQ(Report().steps_left_out, 14U);
+}
+
 TEST(IdentifyReportRecord, CountsStepsThatDoNotFit) {
   tagIPOD_IDENTIFY_REPORT report = {};
   for (std::uint16_t i = 0; i < 51; ++i) {

@@ -9,6 +9,7 @@
 namespace {
 
 using test::SessionTest;
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -314,6 +315,41 @@ TEST_F(Browsing, RefusedSelectIsRetriedSortedByName) {
   EXPECT_EQ(count, 9U);
   EXPECT_THAT(test::DrainTraceLog(),
               ElementsAre("CIpodComm::Command_SelectDBRecord: Failed to select! Ack = 0x04"));
+}
+
+TEST_F(Browsing, UnansweredSelectIsRetriedSortedByNameByDefault) {
+  constexpr const char* plain = "FF 55 08 04 00 17 02 00 00 00 03 D8";
+  constexpr const char* sorted = "FF 55 09 04 00 38 02 00 00 00 03 04 B2";
+  Enter(2);
+  Answer(sorted, "FF 55 06 04 00 01 00 00 38 BD");
+  Answer("FF 55 04 04 00 18 03 DD", "FF 55 07 04 00 19 00 00 00 09 D3");
+  unsigned long count = 0;
+  EXPECT_EQ(session_.Select(3, &count, 3), 1);
+  EXPECT_EQ(count, 9U);
+  EXPECT_THAT(DrainSent(), ElementsAre(plain, plain, plain, sorted, "FF 55 04 04 00 18 03 DD"));
+}
+
+// It may have been selected, and its answer lost.
+TEST_F(Browsing, UnansweredSelectIsNotRetriedSortedUnderRobustConduct) {
+  session_.SetConduct(&IPOD_CONDUCT_ROBUST);
+  Enter(2);
+  Answer("FF 55 09 04 00 38 02 00 00 00 03 04 B2", "FF 55 06 04 00 01 00 00 38 BD");
+  unsigned long count = 77;
+  EXPECT_EQ(session_.Select(3, &count, 3), 0);
+  EXPECT_EQ(count, 0U);
+  EXPECT_EQ(current_category(), 2);
+  EXPECT_THAT(DrainSent(), Each("FF 55 08 04 00 17 02 00 00 00 03 D8"));
+}
+
+TEST_F(Browsing, RefusedSelectIsRetriedSortedUnderRobustConduct) {
+  session_.SetConduct(&IPOD_CONDUCT_ROBUST);
+  Enter(2);
+  Answer("FF 55 08 04 00 17 02 00 00 00 03 D8", "FF 55 06 04 00 01 04 00 17 DA");
+  Answer("FF 55 09 04 00 38 02 00 00 00 03 04 B2", "FF 55 06 04 00 01 00 00 38 BD");
+  Answer("FF 55 04 04 00 18 03 DD", "FF 55 07 04 00 19 00 00 00 09 D3");
+  unsigned long count = 0;
+  EXPECT_EQ(session_.Select(3, &count, 3), 1);
+  EXPECT_EQ(count, 9U);
 }
 
 TEST_F(Browsing, SelectStaysWhenBothSelectionsFail) {

@@ -91,6 +91,16 @@ TEST_F(PlayInfo, LongTitleIsCutAndTerminatedInsideItsCapacity) {
   EXPECT_THAT(title, ElementsAre(L'A', L'B', L'\0', L'x'));
 }
 
+TEST_F(PlayInfo, TitleOfThreeHundredCharactersIsCutTo256) {
+  AnswerIndex();
+  std::string reply = "FF 55 00 01 2F 04 00 21";
+  for (int i = 0; i < 300; ++i) reply += " 41";
+  Answer("FF 55 07 04 00 20 00 00 01 02 D2", reply + " 7F");
+  wchar_t title[301] = {};
+  EXPECT_EQ(session_.GetPlayInfo(nullptr, nullptr, title, 300, nullptr, 0, nullptr, 0), 1);
+  EXPECT_EQ(std::wstring(title), std::wstring(256, L'A'));
+}
+
 // The reply holds 256 of the 300 bytes, so the 86th character is there only in part.
 TEST_F(PlayInfo, TitleOfAHundredThreeByteCharactersIsCutBetweenTwoOfThem) {
   AnswerIndex();

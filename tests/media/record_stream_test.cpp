@@ -65,6 +65,14 @@ TEST_F(RecordStream, AMissingRecordIsAskedForWithWhatFollowsIt) {
   EXPECT_THAT(DrainSent(), ElementsAre(kAll, kFromSecond));
 }
 
+TEST_F(RecordStream, AMissingRecordIsAskedForAsSoonAsALaterOneComes) {
+  BeRobust();
+  Answer(kAll, kA + kC);
+  Answer(kFromSecond, kB + kC);
+  EXPECT_LT(Elapsed([&] { EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C")); }),
+            300 * test::kMillisecond);
+}
+
 TEST_F(RecordStream, AMissingRecordIsNotNoticedByDefault) {
   Answer(kAll, kA + kC);
   EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "2 C"));
@@ -157,6 +165,14 @@ TEST_F(RecordStream, WhatAllCameOfIsNotWaitedForBeforeTheNextList) {
   EXPECT_THAT(ThreeTracks(), ElementsAre("0 A", "1 B", "2 C"));
   EXPECT_LT(Elapsed([&] { EXPECT_THAT(Records(1, 2), ElementsAre("0 Z")); }),
             300 * test::kMillisecond);
+}
+
+TEST_F(RecordStream, WhatHasComeOfAnEarlierListIsHandedOutFirstByDefault) {
+  Answer(kArtists, kZ);
+  Answer(kAll, kA + kB + kC);
+  session_.Command_RetrieveCategorizedDatabaseRecords(0, 1, 2);
+  world_.Advance(test::kSecond);
+  EXPECT_THAT(ThreeTracks(), ElementsAre("0 Z", "0 A", "1 B", "2 C"));
 }
 
 TEST_F(RecordStream, ALostRecordIsWaitedForOnceBeforeTheNextList) {

@@ -116,6 +116,15 @@ TEST_F(Flood, HasTheOldLimitOnceTheRecordsWereTaken) {
   EXPECT_EQ(session_.GetDroppedPackets(), 1U);
 }
 
+TEST_F(Flood, HasTheOldLimitOnceTheRecordsWereRefused) {
+  Answer("FF 55 0C 04 00 1A 05 00 00 00 00 00 00 00 01 D0", "FF 55 06 04 00 01 04 00 1A D7");
+  session_.Command_RetrieveCategorizedDatabaseRecords(0, 1, 5);
+  wchar_t name[8];
+  EXPECT_EQ(session_.GetNextCategorizedRecord(name, 8), 0);
+  Queue(0, 1025);
+  EXPECT_EQ(session_.GetDroppedPackets(), 1U);
+}
+
 TEST_F(Flood, OverTheLineLeavesTheSessionAsItWas) {
   const test::Bytes unasked = test::Hex("FF 55 04 04 00 2D 01 CA");
   for (int i = 0; i < 1500; ++i) ipod_.Send(unasked);

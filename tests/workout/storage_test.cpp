@@ -307,6 +307,15 @@ TEST_F(Storage, HugeLengthIsRefusedUnsentWithoutTouchingTheDataOrTheHeap) {
   EXPECT_THAT(DrainDebugOutput(), SizeIs(4));
 }
 
+// A length byte counts to 255: those data are laid behind their five bytes before the frame turns
+// out too long.
+TEST_F(Storage, DataOf255BytesAreLaidInABlockThoughNoFrameCarriesThem) {
+  world_.Record({"LocalAlloc", "LocalFree", "WriteFile"});
+  EXPECT_EQ(Write(0x2A, std::string(255, 'x')), 0);
+  EXPECT_THAT(world_.DrainCalls().Of("host").text(),
+              ElementsAre("LocalAlloc(64, 260)", "LocalFree(block1)"));
+}
+
 TEST_F(Storage, OneFrameWithIdentifierCarries246BytesAtMost) {
   TurnOnTransactionIds(0x1234);
   EXPECT_EQ(Write(0x2A, std::string(247, 'x')), 0);
