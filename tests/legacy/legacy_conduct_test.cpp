@@ -79,6 +79,14 @@ TEST_F(LegacyConduct, ASenselessOneIsRefusedAndChangesNothing) {
               ElementsAre("WriteFile(port1, FF)", "Sleep(5)", "WriteFile(port1, 55 02 00 07 F7)"));
 }
 
+TEST_F(LegacyConduct, ItsPausesLastTenSecondsAtMost) {
+  EXPECT_EQ(Choose({10000, 1024, 0, 10000, 0}), 1);
+  tagIPOD_LEGACY_CONDUCT conduct = {};
+  EXPECT_EQ(legacy_.GetConduct(&conduct), 1);
+  EXPECT_EQ(conduct.sync_pause_ms, 10000U);
+  EXPECT_EQ(conduct.line_pause_ms, 10000U);
+}
+
 TEST_F(LegacyConduct, ThePauseIsTheOneChosen) {
   EXPECT_EQ(Choose({12, 1, 0, 0, 0}), 1);
   EXPECT_THAT(CallsOfSending(),
@@ -166,6 +174,23 @@ TEST_F(LegacyConduct, ByDefaultADoubledAcknowledgementIsTakenForTheNextLines) {
   ipod_.SendAt(world_.now_us() + 40 * kMillisecond, test::Hex(kAckTwice));
   EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
   EXPECT_EQ(legacy_.ipodstoragewritestring(1, line), 1);
+}
+
+// The first line closes and opens the port, which purges it under each, and is not acknowledged.
+TEST_F(LegacyConduct, OnlyRobustAndFastDiscardWhatCameBeforeTheFileOfAWorkoutIsClosed) {
+  const auto purges = [&](const tagIPOD_LEGACY_CONDUCT& conduct) {
+    EXPECT_EQ(Choose(conduct), 1);
+    world_.Record({"PurgeComm"});
+    EXPECT_EQ(legacy_.finishworkout(0, 0, 0, 0, 0, 0, 0, 0), 0);
+    world_.StopRecording();
+    return world_.DrainRecord();
+  };
+  EXPECT_THAT(purges(IPOD_LEGACY_CONDUCT_FIELD),
+              ElementsAre("PurgeComm(port1, 12)", "PurgeComm(port2, 12)"));
+  EXPECT_THAT(purges(IPOD_LEGACY_CONDUCT_ROBUST),
+              ElementsAre("PurgeComm(port2, 12)", "PurgeComm(port3, 12)", "PurgeComm(port3, 8)"));
+  EXPECT_THAT(purges(IPOD_LEGACY_CONDUCT_FAST),
+              ElementsAre("PurgeComm(port3, 12)", "PurgeComm(port4, 12)", "PurgeComm(port4, 8)"));
 }
 
 TEST_F(LegacyConduct, ADriverThatDoesNotTellWhatItHoldsIsReadByteByByte) {

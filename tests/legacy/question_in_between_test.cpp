@@ -85,6 +85,20 @@ TEST_F(QuestionInBetween, ThatIsDamagedIsNoneUnderRobust) {
   EXPECT_THAT(DrainSent(), IsEmpty());
 }
 
+TEST_F(QuestionInBetween, ThatIsDamagedEndsTheWaitAndLeavesWhatFollowsUnderRobust) {
+  Choose(IPOD_LEGACY_CONDUCT_ROBUST);
+  Send("FF 55 03 00 27 09 00");
+  Send(kStatus);
+  EXPECT_EQ(Extract(0x1D), 0);
+  EXPECT_EQ(Extract(0x1D), 1);
+  EXPECT_EQ(Text(4), "41 42 43 44");
+}
+
+TEST_F(QuestionInBetween, ThatDoesNotComeIsAwaitedNoLongerUnderRobust) {
+  Choose(IPOD_LEGACY_CONDUCT_ROBUST);
+  EXPECT_EQ(Elapsed([&] { EXPECT_EQ(Extract(0x1D), 0); }), test::kEmptyReadsUs);
+}
+
 TEST_F(QuestionInBetween, WithoutEndEndsTheWaitAllTheSameUnderRobust) {
   Choose(IPOD_LEGACY_CONDUCT_ROBUST);
   for (int i = 0; i < 40; ++i) Send("FF 55 02 09 03 F2");

@@ -52,6 +52,21 @@ TEST_F(LegacyRawReply, AskedForBeyondTheFrameBufferIsZeros) {
   EXPECT_EQ(bytes_[2000], 0xA5);
 }
 
+TEST_F(LegacyRawReply, HasAtMost256BytesWithAllAroundIt) {
+  test::Bytes longest = test::Hex("FF 55 FC 04 00 1D");
+  longest.resize(255);
+  longest.push_back(0xE3);
+  Send(test::ToHex(longest.data(), longest.size()));
+  EXPECT_EQ(ExtractRaw(250), 1);
+  EXPECT_EQ(bytes_[248], 0x00);
+  EXPECT_EQ(bytes_[249], 0xE3);
+  test::Bytes longer = test::Hex("FF 55 FD 04 00 1D");
+  longer.resize(256);
+  longer.push_back(0xE2);
+  Send(test::ToHex(longer.data(), longer.size()));
+  EXPECT_EQ(ExtractRaw(250), 0);
+}
+
 TEST_F(LegacyRawReply, IsTakenWhateverItsLingoAndCommand) {
   Send("FF 55 05 09 00 1D 41 42 52");
   EXPECT_EQ(ExtractRaw(2), 1);
