@@ -212,6 +212,7 @@ TEST_F(IdentifyReport, OutlivesLaterCommandsAndIsCopied) {
 // The host is asked five times, and asks the iPod nine times each for itself: 45 steps beside the
 // 17 of the sequence, whose last ones find the report full.
 TEST_F(IdentifyReport, CountsTheStepsThatItHasNoRoomFor) {
+  session_.SetConduct(&IPOD_CONDUCT_FIELD);
   session_.SetIDPSEnable(0);
   AcceptLingoes();
   Answer("FF 55 03 04 00 2C CD", "FF 55 04 04 00 2D 02 C9");

@@ -318,6 +318,7 @@ TEST_F(Browsing, RefusedSelectIsRetriedSortedByName) {
 }
 
 TEST_F(Browsing, UnansweredSelectIsRetriedSortedByNameByDefault) {
+  session_.SetConduct(&IPOD_CONDUCT_FIELD);
   constexpr const char* plain = "FF 55 08 04 00 17 02 00 00 00 03 D8";
   constexpr const char* sorted = "FF 55 09 04 00 38 02 00 00 00 03 04 B2";
   Enter(2);

@@ -168,6 +168,7 @@ TEST_F(RecordStream, WhatAllCameOfIsNotWaitedForBeforeTheNextList) {
 }
 
 TEST_F(RecordStream, WhatHasComeOfAnEarlierListIsHandedOutFirstByDefault) {
+  session_.SetConduct(&IPOD_CONDUCT_FIELD);
   Answer(kArtists, kZ);
   Answer(kAll, kA + kB + kC);
   session_.Command_RetrieveCategorizedDatabaseRecords(0, 1, 2);
