@@ -537,7 +537,7 @@ class IPODCOMM_API CIpodComm {
   void NoteExchange(const ipodcomm::OwnAnswers& own, std::uint32_t took_ms);
 
   // The host's say (session/hosts_say.cpp)
-  ipodcomm::KeepGoing* HostToAsk();
+  ipodcomm::KeepGoing& HostToAsk();
   bool MayGoOn();
   bool StoppedByHost() const;
   void AwaitStopped();

@@ -114,7 +114,6 @@ class IPODCOMM_API ipodserial {
   bool PauseBetweenLines() const;  // whether the conduct has one
   unsigned long WriteFrame(unsigned char* frame, unsigned length);
   unsigned long ReadSome(unsigned char* buffer, unsigned long most);
-  bool ReadOnce(unsigned char* buffer, unsigned long most, unsigned long* read);
   unsigned long BytesToRead(unsigned long most, bool* told) const;
   bool ConfigureLine();
   bool ConfigureTimeouts();

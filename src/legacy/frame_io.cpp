@@ -49,18 +49,19 @@ unsigned long ipodserial::WriteFrame(unsigned char* frame, unsigned length) {
 }
 
 // Empty reads are counted over the whole call, wherever they fall in the frame: hosts in the field
-// count on how long a call lasts when the line falls silent.
+// count on how long a call lasts when the line falls silent. While the host says no they are empty
+// at once, and so are the pauses.
 unsigned long ipodserial::readport(unsigned char* buffer, int size) {
   if (port_ == INVALID_HANDLE_VALUE || buffer == nullptr) return 0;
   ipodcomm::FrameHunt hunt;
   int stored = 0;
   int empty_reads = 0;
-  while (empty_reads < kMaxEmptyReads && stored < size && !hunt.complete() && keep_going_.Ask()) {
+  while (empty_reads < kMaxEmptyReads && stored < size && !hunt.complete()) {
     unsigned char bytes[kMostBytesPerRead];
     const auto room = static_cast<std::uint32_t>(size - stored);
     const unsigned long read = ReadSome(bytes, std::min(room, hunt.least_missing()));
     if (read == 0) {
-      ipodcomm::PauseInSlices(&keep_going_, timeout_ms_);
+      ipodcomm::PauseInSlices(keep_going_, timeout_ms_);
       ++empty_reads;
       continue;
     }
@@ -77,26 +78,21 @@ unsigned long ipodserial::readport(unsigned char* buffer, int size) {
 // Up to `most` bytes; 0 when nothing came for as long as a read of one byte waits by default, or
 // the read failed.
 unsigned long ipodserial::ReadSome(unsigned char* buffer, unsigned long most) {
-  unsigned long read = 0;
-  ipodcomm::WaitInSlices(&keep_going_, 2 * timeout_ms_, [&](std::uint32_t /*slice_ms*/) {
-    return !ReadOnce(buffer, most, &read) || read != 0;
+  DWORD read = 0;
+  ipodcomm::WaitInSlices(keep_going_, 2 * timeout_ms_, [&](std::uint32_t /*slice_ms*/) {
+    bool told = true;
+    const DWORD wanted = BytesToRead(most, &told);
+    DWORD count = 0;
+    if (ReadFile(port_, buffer, wanted, &count, nullptr) == FALSE) return true;
+    if (!told) {
+      byte_wise_ = 1;
+      CKORVATrace::LogSoftwareError(L"ipodserial::readport",
+                                    L"Driver does not tell what it holds, reading byte by byte");
+    }
+    read = count;
+    return read != 0;
   });
   return read;
-}
-
-// One read, which waits for as long as the port was told to. False when it failed.
-bool ipodserial::ReadOnce(unsigned char* buffer, unsigned long most, unsigned long* read) {
-  bool told = true;
-  const DWORD wanted = BytesToRead(most, &told);
-  DWORD count = 0;
-  if (ReadFile(port_, buffer, wanted, &count, nullptr) == FALSE) return false;
-  if (!told) {
-    byte_wise_ = 1;
-    CKORVATrace::LogSoftwareError(L"ipodserial::readport",
-                                  L"Driver does not tell what it holds, reading byte by byte");
-  }
-  *read = count;
-  return true;
 }
 
 // A read of several bytes asks for no more than the driver holds: how long a read of one byte waits

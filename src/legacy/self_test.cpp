@@ -13,10 +13,11 @@ namespace {
 constexpr std::size_t kTextUnits = 256;
 constexpr DWORD kPlaybackStartsMs = 2000;
 
-// What a step shows: the host's two texts.
+// What a step shows, the host's two texts, and the host's say in how long it waits.
 struct Screen {
   wchar_t* title;
   wchar_t* detail;
+  ipodcomm::KeepGoing& host;
 
   void ShowTitle(const char* text) const { ipodcomm::ShowText(title, text); }
   void ShowAction(const char* text) const { ipodcomm::ShowText(detail, text); }
@@ -77,8 +78,7 @@ constexpr TrackTexts kSecondTrack = {"Get Next Catorgized DB Record Index 1 Trac
                                      "Compare Playing Track 1 Name to Selected Track Name"};
 
 // Plays a track of the album entered and finds out whether it is the one that plays.
-int PlayTrack(ipod& docked, ipodcomm::KeepGoing* host, const Screen& screen,
-              const TrackTexts& texts, unsigned short index) {
+int PlayTrack(ipod& docked, const Screen& screen, const TrackTexts& texts, unsigned short index) {
   wchar_t name[kTextUnits] = {};
   wchar_t playing[kTextUnits] = {};
   screen.ShowAction(texts.get_record);
@@ -86,14 +86,14 @@ int PlayTrack(ipod& docked, ipodcomm::KeepGoing* host, const Screen& screen,
   screen.ShowAction(texts.select);
   unsigned long count = 0;
   if (docked.select(ipod::IPOD_CATEGORY_TRACK, index, &count) == 0) return 0;
-  ipodcomm::PauseInSlices(host, kPlaybackStartsMs);
+  ipodcomm::PauseInSlices(screen.host, kPlaybackStartsMs);
   screen.ShowAction("Get Indexed Playing Track Title");
   if (docked.getindexedplayingtracktitle(playing) == 0) return 0;
   screen.ShowAction(texts.compare);
   return lstrcmpW(playing, name) == 0 ? 1 : 0;
 }
 
-int SelectTracks(ipod& docked, ipodcomm::KeepGoing* host, const Screen& screen) {
+int SelectTracks(ipod& docked, const Screen& screen) {
   wchar_t album[kTextUnits] = {};
   unsigned long count = 0;
   screen.ShowTitle("Select Tracks from Album 0 Test");
@@ -111,9 +111,9 @@ int SelectTracks(ipod& docked, ipodcomm::KeepGoing* host, const Screen& screen) 
   if (count == 0) return 0;
   // Selecting a track counts anew, so the album's count decides about the second one.
   const bool has_second = count > 1;
-  const int first = PlayTrack(docked, host, screen, kFirstTrack, 0);
+  const int first = PlayTrack(docked, screen, kFirstTrack, 0);
   if (first == 0 || !has_second) return first;
-  return PlayTrack(docked, host, screen, kSecondTrack, 1);
+  return PlayTrack(docked, screen, kSecondTrack, 1);
 }
 
 int PlayPauseStop(ipod& docked, const Screen& screen) {
@@ -154,7 +154,7 @@ int ipod::startregressiontest(wchar_t* detail) {
 
 int ipod::nextregressiontest(wchar_t* title, int* result, wchar_t* detail) {
   ipodcomm::HostText<kTextUnits> title_text(title);
-  const Screen screen = {title_text.get(), detail};
+  const Screen screen = {title_text.get(), detail, serial_.keep_going_};
   switch (self_test_step_++) {
     case 0:
       Store(result, SetUpConnection(*this, screen, &top_selection_result_));
@@ -163,7 +163,7 @@ int ipod::nextregressiontest(wchar_t* title, int* result, wchar_t* detail) {
       Store(result, GetInformation(*this, screen));
       return 1;
     case 2:
-      Store(result, SelectTracks(*this, &serial_.keep_going_, screen));
+      Store(result, SelectTracks(*this, screen));
       return 1;
     case 3:
       Store(result, PlayPauseStop(*this, screen));

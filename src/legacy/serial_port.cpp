@@ -95,9 +95,9 @@ bool ipodserial::ConfigureTimeouts() {
 int ipodserial::SetKeepGoing(bool (*keep_going)(void* context), void* context) {
   const ipodcomm::KeepGoing before = keep_going_;
   keep_going_ = {keep_going, context};
-  if (port_ == INVALID_HANDLE_VALUE || ConfigureTimeouts()) return 1;
-  keep_going_ = before;
-  return 0;
+  const bool taken = port_ == INVALID_HANDLE_VALUE || ConfigureTimeouts();
+  if (!taken) keep_going_ = before;
+  return taken ? 1 : 0;
 }
 
 int ipodserial::closeport() {

@@ -11,17 +11,12 @@ void CIpodComm::SetKeepGoing(bool (*keep_going)(void* context), void* context) {
   keep_going_ = {keep_going, context};
 }
 
-// Null where nobody has a say.
-ipodcomm::KeepGoing* CIpodComm::HostToAsk() {
-  if (keep_identifying_ != nullptr) return keep_identifying_;
-  return keep_going_.asks() ? &keep_going_ : nullptr;
+ipodcomm::KeepGoing& CIpodComm::HostToAsk() {
+  return keep_identifying_ != nullptr ? *keep_identifying_ : keep_going_;
 }
 
 // Whether the host, where it has a say, lets the operation go on.
-bool CIpodComm::MayGoOn() {
-  ipodcomm::KeepGoing* const host = HostToAsk();
-  return host == nullptr || host->Ask();
-}
+bool CIpodComm::MayGoOn() { return HostToAsk().Ask(); }
 
 bool CIpodComm::StoppedByHost() const {
   return keep_identifying_ != nullptr ? keep_identifying_->stopped() : keep_going_.stopped();

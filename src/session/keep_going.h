@@ -13,14 +13,14 @@ namespace ipodcomm {
 /// How long a wait goes on before the host is asked, or the line looked at.
 constexpr std::uint32_t kSliceMs = 50;
 
-/// Waits by `wait(ms)`, which returns true when what it waits for has come. Where there is a host
-/// that may say stop (null, or one that has no callback: none) it is asked before each slice of 50
-/// ms, and a no ends the wait: with a frame written in between it takes effect within 100 ms.
+/// Waits by `wait(ms)`, which returns true when what it waits for has come. A host that may say
+/// stop is asked before each slice of 50 ms, and a no ends the wait: with a frame written in
+/// between it takes effect within 100 ms.
 template <class Wait>
-bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
-  if (host == nullptr || !host->asks()) return wait(ms);
+bool WaitInSlices(KeepGoing& host, std::uint32_t ms, Wait wait) {
+  if (!host.asks()) return wait(ms);
   do {
-    if (!host->Ask()) return false;
+    if (!host.Ask()) return false;
     const std::uint32_t slice_ms = std::min(ms, kSliceMs);
     if (wait(slice_ms)) return true;
     ms -= slice_ms;
@@ -29,7 +29,7 @@ bool WaitInSlices(KeepGoing* host, std::uint32_t ms, Wait wait) {
 }
 
 /// Pauses; no longer than until the host says stop.
-inline void PauseInSlices(KeepGoing* host, std::uint32_t ms) {
+inline void PauseInSlices(KeepGoing& host, std::uint32_t ms) {
   WaitInSlices(host, ms, [](std::uint32_t slice_ms) {
     Sleep(slice_ms);
     return false;

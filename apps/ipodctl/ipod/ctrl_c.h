@@ -6,8 +6,7 @@
 
 namespace ipodctl {
 
-/// Ends every exchange within 100 ms of Ctrl-C, except those that something is brought to its end
-/// by.
+/// Ends every exchange within 100 ms of Ctrl-C, except while a ToTheEnd lives.
 class CtrlC {
  public:
   /// For an interface's SetKeepGoing; the context is the object.
