@@ -10,6 +10,10 @@ if(IPODCOMM_SANITIZE)
   add_compile_options(-fsanitize=${IPODCOMM_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${IPODCOMM_SANITIZE})
+  # Compilers tell their sources in different ways.
+  if(IPODCOMM_SANITIZE STREQUAL thread)
+    add_compile_definitions(IPODCOMM_THREAD_SANITIZER)
+  endif()
 endif()
 if(IPODCOMM_FUZZ)
   # What a fuzzer's input reaches is counted everywhere; only its own program has libFuzzer's main.

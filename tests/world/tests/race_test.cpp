@@ -8,7 +8,7 @@
 
 #include "support.h"
 
-#if defined(__SANITIZE_THREAD__)
+#if defined(IPODCOMM_THREAD_SANITIZER)
 
 namespace ipodcomm::virtual_platform {
 namespace {
@@ -225,4 +225,4 @@ TEST_F(VirtualRacesDeathTest, StartAndEndOfAThreadOrderWhatItDoes) {
 }  // namespace
 }  // namespace ipodcomm::virtual_platform
 
-#endif  // __SANITIZE_THREAD__
+#endif  // IPODCOMM_THREAD_SANITIZER

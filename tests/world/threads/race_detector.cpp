@@ -2,7 +2,7 @@
 // Annotations for ThreadSanitizer; nothing in other builds.
 #include "world/threads/race_detector.h"
 
-#if defined(__SANITIZE_THREAD__)
+#if defined(IPODCOMM_THREAD_SANITIZER)
 
 extern "C" {
 void AnnotateIgnoreReadsBegin(const char* file, int line);
