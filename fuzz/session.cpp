@@ -5,7 +5,6 @@
 // The first byte chooses the conduct, whether commands carry identifiers, whether the iPod speaks
 // first, and how it recovers; the second how many operations the host asks for,
 // which the next ones name. The iPod's answers follow.
-#include <sched.h>
 
 #include <string>
 
@@ -64,15 +63,6 @@ bool WorksAgain(CIpodComm* session, const World& world) {
 }
 
 }  // namespace
-
-// The threads of a world run one at a time, and hand on faster where they share a processor.
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-  cpu_set_t one;
-  CPU_ZERO(&one);
-  CPU_SET(sched_getcpu(), &one);
-  sched_setaffinity(0, sizeof one, &one);
-  return 0;
-}
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t kMostBytes = 300;

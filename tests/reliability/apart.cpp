@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "apart.h"
 
-#include <sched.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,38 +36,10 @@ std::string Guarded(const Trial& trial, std::uint64_t number) {
   }
 }
 
-// Only one thread of a world runs at a time. Waking the next one on another processor takes longer
-// than all else that a trial does, so all stay on one. Which it is the system says anew now and
-// then: for one trial of many they may go where they like.
-class Processors {
- public:
-  Processors() { sched_getaffinity(0, sizeof any_, &any_); }
-
-  void ChooseFor(std::uint64_t trial) const {
-    constexpr std::uint64_t kTrialsOnOne = 64;
-    if (trial % kTrialsOnOne == 0) sched_setaffinity(0, sizeof any_, &any_);
-    if (trial % kTrialsOnOne == 1) StayHere();
-  }
-
- private:
-  static void StayHere() {
-    const int here = sched_getcpu();
-    if (here < 0) return;
-    cpu_set_t one;
-    CPU_ZERO(&one);
-    CPU_SET(here, &one);
-    sched_setaffinity(0, sizeof one, &one);
-  }
-
-  cpu_set_t any_ = {};
-};
-
 [[noreturn]] void RunTrials(const Places& places, const Trial& trial, unsigned most_seconds) {
-  const Processors processors;
   Shared& shared = SharedMemory();
   std::uint64_t number = places.first;
-  for (std::uint64_t trials = 0; number < places.end && !shared.ended; number += places.step) {
-    processors.ChooseFor(trials++);
+  for (; number < places.end && !shared.ended; number += places.step) {
     shared.number = number;
     alarm(most_seconds);
     const std::string wrong = Guarded(trial, number);

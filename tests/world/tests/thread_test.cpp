@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <exception>
 #include <set>
 
 #include "support.h"
@@ -387,6 +388,70 @@ TEST(VirtualThreads, BusyLoopIsNoticed) {
         }
       },
       Deadlock);
+}
+
+TEST(VirtualThreads, EachHandlesItsOwnExceptionWhileOthersHandleTheirs) {
+  World world({1, PrioritySchedule({1, 2, 2})});
+  Notes<int> rethrown;
+  const auto handling = [&](int number) {
+    return [&rethrown, number] {
+      try {
+        try {
+          throw number;
+        } catch (int) {
+          Sleep(static_cast<DWORD>(10 * number));
+          throw;
+        }
+      } catch (int thrown) {
+        rethrown.Add(thrown);
+      }
+    };
+  };
+  const std::function<void()> first = handling(1);
+  const std::function<void()> second = handling(2);
+  StartThread(first);
+  StartThread(second);
+  world.Advance(kSecond);
+  EXPECT_THAT(rethrown.all(), ElementsAre(1, 2));
+}
+
+// Sleeps while an exception is on its way through its thread.
+struct SleepsAtItsEnd {
+  ~SleepsAtItsEnd() { Sleep(10); }
+};
+
+TEST(VirtualThreads, ExceptionOnItsWayConcernsNoOtherThread) {
+  World world({1, CooperativeSchedule()});
+  Notes<int> on_their_way;
+  const std::function<void()> throwing = [&] {
+    try {
+      const SleepsAtItsEnd last;
+      throw 1;
+    } catch (int) {
+      on_their_way.Add(std::uncaught_exceptions());
+    }
+  };
+  const std::function<void()> watching = [&] { on_their_way.Add(std::uncaught_exceptions()); };
+  StartThread(throwing);
+  StartThread(watching);
+  world.Advance(kSecond);
+  EXPECT_THAT(on_their_way.all(), ElementsAre(0, 0));
+}
+
+TEST(VirtualThreads, ThreadBeginsWithoutAnErrorAndLeavesThatOfOthersAlone) {
+  World world({1, CooperativeSchedule()});
+  Notes<DWORD> errors;
+  const std::function<void()> first = [&] {
+    errors.Add(GetLastError());
+    SetLastError(22);
+  };
+  const std::function<void()> second = [&] { errors.Add(GetLastError()); };
+  SetLastError(11);
+  StartThread(first);
+  StartThread(second);
+  world.Settle();
+  errors.Add(GetLastError());
+  EXPECT_THAT(errors.all(), ElementsAre(0U, 0U, 11U));
 }
 
 class WrongSchedule : public Schedule {

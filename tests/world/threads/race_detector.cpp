@@ -15,12 +15,16 @@ void __tsan_acquire(void* address);
 void __tsan_release(void* address);
 void __tsan_read_range(void* address, unsigned long size);
 void __tsan_write_range(void* address, unsigned long size);
+void* __tsan_get_current_fiber();
+void* __tsan_create_fiber(unsigned flags);
+void __tsan_destroy_fiber(void* fiber);
 }
 
 namespace ipodcomm::virtual_platform {
 namespace {
 
-thread_local int depth = 0;
+// Each thread of a world has its own, all at this address.
+int depth = 0;
 
 void Hide() {
   AnnotateIgnoreReadsBegin(__FILE__, __LINE__);
@@ -37,10 +41,10 @@ void Show() {
 // Lifts the veil for one annotation.
 class Watched {
  public:
-  Watched() {
+  [[gnu::no_sanitize_thread]] Watched() {
     if (depth > 0) Show();
   }
-  ~Watched() {
+  [[gnu::no_sanitize_thread]] ~Watched() {
     if (depth > 0) Hide();
   }
   Watched(const Watched&) = delete;
@@ -49,11 +53,11 @@ class Watched {
 
 }  // namespace
 
-Unwatched::Unwatched() {
+[[gnu::no_sanitize_thread]] Unwatched::Unwatched() {
   if (depth++ == 0) Hide();
 }
 
-Unwatched::~Unwatched() {
+[[gnu::no_sanitize_thread]] Unwatched::~Unwatched() {
   if (--depth == 0) Show();
 }
 
@@ -77,6 +81,12 @@ void CallerMemoryWritten(void* memory, std::size_t size) {
   __tsan_write_range(memory, size);
 }
 
+int& UnwatchedDepth() { return depth; }
+
+void* DetectedCaller() { return __tsan_get_current_fiber(); }
+void* NewDetected() { return __tsan_create_fiber(0); }
+void ForgetDetected(void* detected) { __tsan_destroy_fiber(detected); }
+
 }  // namespace ipodcomm::virtual_platform
 
 #else
@@ -89,6 +99,15 @@ void Released(const void* /*object*/) {}
 void Acquired(const void* /*object*/) {}
 void CallerMemoryRead(const void* /*memory*/, std::size_t /*size*/) {}
 void CallerMemoryWritten(void* /*memory*/, std::size_t /*size*/) {}
+
+int& UnwatchedDepth() {
+  static int none = 0;
+  return none;
+}
+
+void* DetectedCaller() { return nullptr; }
+void* NewDetected() { return nullptr; }
+void ForgetDetected(void* /*detected*/) {}
 
 }  // namespace ipodcomm::virtual_platform
 

@@ -128,8 +128,8 @@ void Scheduler::Remove(std::vector<Thread*>& threads, const Thread& thread) {
 void Scheduler::SwitchTo(Thread& next) {
   Thread& self = *Running();
   if (&next == &self) return;
-  next.baton.Give();
-  if (self.state != ThreadState::kEnded) self.baton.Await();
+  running_ = &next;
+  self.fiber->SwitchTo(*next.fiber);
 }
 
 void Scheduler::EndIfAsked(Thread& self, bool safe_point) const {

@@ -7,9 +7,9 @@
 //      |  +---- Step: another one is chosen ------------------> |
 //      +------------------------- chosen -----------------------+
 //
-// There is no scheduler thread. Whoever gives up the baton decides who takes it, and moves the
-// clock first when nobody is ready; a sleeper that is itself the next to wake never leaves its
-// processor. All members are called by the thread that has the baton.
+// There is no scheduler thread. Whoever stops running decides who goes on, and moves the clock
+// first when nobody is ready; a sleeper that is itself the next to wake just returns. All members
+// are called by the thread that runs.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ class Scheduler {
   ~Scheduler();
 
   /// The calling thread, or null when the world does not know it.
-  static Thread* Running();
+  static Thread* Running() { return running_; }
   Thread& host() { return *threads_.front(); }
   const std::vector<std::shared_ptr<Thread>>& threads() const { return threads_; }
   /// The decisions so far, as ReplaySchedule takes them.
@@ -65,11 +65,11 @@ class Scheduler {
   std::string Describe() const;
 
  private:
-  static void* ThreadMain(void* argument);
+  static void ThreadMain(void* argument);
   bool Begin(Thread& self);
   static DWORD RunRoutine(Thread& self);
-  void Finish(Thread& self, DWORD exit_code);
-  void JoinEnded();
+  Fiber& Finish(Thread& self, DWORD exit_code);
+  void ForgetEnded();
 
   Thread& Choose(int running);
   void Pause(std::int64_t duration_us);
@@ -81,6 +81,8 @@ class Scheduler {
   void GiveUp(const std::string& reason);
   void FailHost();
   void CountStep();
+
+  static Thread* running_;
 
   Clock& clock_;
   Timeline& timeline_;

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-// A thread of the world: a real one that runs only while it has the baton.
+// A thread of the world.
 #pragma once
 
-#include <pthread.h>
-
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "platform/services.h"
 #include "world/clock.h"
-#include "world/threads/baton.h"
+#include "world/threads/fiber.h"
 #include "world/threads/object.h"
 
 namespace ipodcomm::virtual_platform {
@@ -33,10 +33,10 @@ struct Thread : Object {
 
   const int number;  ///< 1 is the host, the others count in the order of their creation
   ThreadState state = ThreadState::kReady;
-  Baton baton;
-  Wait wait;              ///< while it waits
-  bool woken = false;     ///< the wait ended before its deadline
-  bool hopeless = false;  ///< the wait can never end
+  std::unique_ptr<Fiber> fiber;  ///< until it has ended and somebody has looked
+  Wait wait;                     ///< while it waits
+  bool woken = false;            ///< the wait ended before its deadline
+  bool hopeless = false;         ///< the wait can never end
 
   THREAD_START_ROUTINE* routine = nullptr;
   void* argument = nullptr;
@@ -44,9 +44,6 @@ struct Thread : Object {
   bool end_asked = false;  ///< TerminateThread was called
   bool leaving = false;    ///< its routine has returned
   int sections_held = 0;
-
-  pthread_t pthread = {};
-  bool joinable = false;
 };
 
 }  // namespace ipodcomm::virtual_platform

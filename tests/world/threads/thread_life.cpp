@@ -9,8 +9,6 @@
 namespace ipodcomm::virtual_platform {
 namespace {
 
-thread_local Thread* running_thread = nullptr;
-
 struct ThreadStart {
   Scheduler* scheduler;
   Thread* thread;
@@ -18,49 +16,53 @@ struct ThreadStart {
 
 }  // namespace
 
-Thread* Scheduler::Running() { return running_thread; }
+Thread* Scheduler::running_ = nullptr;
 
 Scheduler::Scheduler(Clock& clock, Timeline& timeline, std::unique_ptr<Schedule> schedule)
     : clock_(clock), timeline_(timeline), schedule_(std::move(schedule)) {
   threads_.push_back(std::make_shared<Thread>(1, "host"));
   ready_.push_back(&host());
-  running_thread = &host();
+  host().fiber = std::make_unique<Fiber>();
+  running_ = &host();
 }
 
 Scheduler::~Scheduler() {
   Close();
-  running_thread = nullptr;
+  running_ = nullptr;
 }
 
 std::shared_ptr<Thread> Scheduler::Start(std::string name, THREAD_START_ROUTINE* routine,
                                          void* argument) {
   if (closing_) return nullptr;
-  JoinEnded();
+  ForgetEnded();
   auto thread = std::make_shared<Thread>(static_cast<int>(threads_.size()) + 1, std::move(name));
   thread->routine = routine;
   thread->argument = argument;
   Released(thread.get());
   auto start = std::make_unique<ThreadStart>(ThreadStart{this, thread.get()});
-  if (pthread_create(&thread->pthread, nullptr, ThreadMain, start.get()) != 0) return nullptr;
+  thread->fiber = Fiber::Make(ThreadMain, start.get());
+  if (thread->fiber == nullptr) return nullptr;
   static_cast<void>(start.release());  // the thread's own now
-  thread->joinable = true;
   threads_.push_back(thread);
   ready_.push_back(thread.get());
   return thread;
 }
 
-void* Scheduler::ThreadMain(void* argument) {
-  const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
-  DWORD exit_code = 0;
-  if (start->scheduler->Begin(*start->thread)) exit_code = RunRoutine(*start->thread);
-  start->scheduler->Finish(*start->thread, exit_code);
-  return nullptr;
+void Scheduler::ThreadMain(void* argument) {
+  Fiber* next = nullptr;
+  Fiber* self = nullptr;
+  {
+    const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
+    self = start->thread->fiber.get();
+    DWORD exit_code = 0;
+    if (start->scheduler->Begin(*start->thread)) exit_code = RunRoutine(*start->thread);
+    next = &start->scheduler->Finish(*start->thread, exit_code);
+  }
+  self->LeaveFor(*next);
 }
 
 bool Scheduler::Begin(Thread& self) {
   const Unwatched unwatched;
-  running_thread = &self;
-  self.baton.Await();
   Acquired(&self);
   return !self.end_asked && !closing_;
 }
@@ -74,7 +76,8 @@ DWORD Scheduler::RunRoutine(Thread& self) {
   }
 }
 
-void Scheduler::Finish(Thread& self, DWORD exit_code) {
+// @return where to go on, once nothing is left on the thread's stack
+Fiber& Scheduler::Finish(Thread& self, DWORD exit_code) {
   const Unwatched unwatched;
   Released(&self);
   if (!self.end_asked) self.exit_code = exit_code;
@@ -84,7 +87,8 @@ void Scheduler::Finish(Thread& self, DWORD exit_code) {
   self.state = ThreadState::kEnded;
   Remove(ready_, self);
   WakeAll(self);
-  SwitchTo(closing_ ? host() : Choose(kNobody));
+  running_ = closing_ ? &host() : &Choose(kNobody);
+  return *running_->fiber;
 }
 
 void Scheduler::End(Thread& thread, DWORD exit_code) {
@@ -115,14 +119,12 @@ void Scheduler::Close() {
     if (thread->state == ThreadState::kReady) SwitchTo(*thread);
     Acquired(thread.get());
   }
-  JoinEnded();
+  ForgetEnded();
 }
 
-void Scheduler::JoinEnded() {
+void Scheduler::ForgetEnded() {
   for (const auto& thread : threads_) {
-    if (thread->state != ThreadState::kEnded || !thread->joinable) continue;
-    pthread_join(thread->pthread, nullptr);
-    thread->joinable = false;
+    if (thread->state == ThreadState::kEnded) thread->fiber = nullptr;
   }
 }
 
