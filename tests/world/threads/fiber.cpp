@@ -16,7 +16,7 @@ namespace ipodcomm::virtual_platform {
 namespace {
 
 // As much as instrumented code may need; what is not touched costs nothing.
-constexpr std::size_t kStackSize = 1024 * 1024;
+constexpr std::size_t kStackSize = std::size_t{1024} * 1024;
 constexpr std::size_t kGuardSize = 4096;
 
 // What runs over its end meets a page that nobody may touch.
