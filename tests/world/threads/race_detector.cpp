@@ -24,7 +24,7 @@ namespace ipodcomm::virtual_platform {
 namespace {
 
 // Each thread of a world has its own, all at this address.
-int depth = 0;
+thread_local int depth = 0;
 
 void Hide() {
   AnnotateIgnoreReadsBegin(__FILE__, __LINE__);

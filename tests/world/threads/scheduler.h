@@ -82,7 +82,7 @@ class Scheduler {
   void FailHost();
   void CountStep();
 
-  static Thread* running_;
+  static thread_local Thread* running_;  // null in a thread of the system that made no world
 
   Clock& clock_;
   Timeline& timeline_;

@@ -16,7 +16,7 @@ struct ThreadStart {
 
 }  // namespace
 
-Thread* Scheduler::running_ = nullptr;
+thread_local Thread* Scheduler::running_ = nullptr;
 
 Scheduler::Scheduler(Clock& clock, Timeline& timeline, std::unique_ptr<Schedule> schedule)
     : clock_(clock), timeline_(timeline), schedule_(std::move(schedule)) {
